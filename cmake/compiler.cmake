@@ -1,0 +1,27 @@
+# Language, warnings and floating-point rules that hold for every target.
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+# GCC 12 wrongly reports overlapping copies in `"literal" + string` when it optimises.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  add_compile_options(-Wno-restrict)
+endif()
+
+# Every single-precision operation is rounded on its own: a fused multiply-add
+# changes the last bits of the statistics.
+add_compile_options(-ffp-contract=off)
+
+if(VELDMARK_SANITIZE)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
+  add_compile_options(${sanitizers} -fno-omit-frame-pointer)
+  add_link_options(${sanitizers})
+endif()
