@@ -1,0 +1,54 @@
+#include "console/run_end.h"
+
+#include <system_error>
+#include <utility>
+
+namespace veldmark {
+namespace {
+
+constexpr int kRunTimeErrorStatus = 255;
+
+std::string operation_name(Operation operation) {
+  switch (operation) {
+    case Operation::kOpen:
+      return "OPEN";
+    case Operation::kRead:
+      return "READ";
+    case Operation::kWrite:
+      return "WRITE";
+  }
+  return {};
+}
+
+}  // namespace
+
+RunEnd::RunEnd(int status, std::string report)
+    : status_(status), report_(std::move(report)) {}
+
+RunEnd RunEnd::quiet() { return {0, {}}; }
+
+RunEnd RunEnd::error(std::string message, Operation operation, Channel channel) {
+  std::string report = "Run-time error:\n" + std::move(message) + "\n? " +
+                       operation_name(operation) +
+                       "(UNIT=" + std::to_string(static_cast<int>(channel)) + ",...\n";
+  return {kRunTimeErrorStatus, std::move(report)};
+}
+
+RunEnd cannot_open(const std::string& name, Channel channel) {
+  return RunEnd::error("Cannot open file: " + name, Operation::kOpen, channel);
+}
+
+RunEnd cannot_read(const std::string& name, int error_number, Channel channel) {
+  const std::string reason = std::generic_category().message(error_number);
+  return RunEnd::error("Cannot read file: " + name + ": " + reason, Operation::kRead,
+                       channel);
+}
+
+RunEnd cannot_write(const std::string& name, int error_number, Operation operation,
+                    Channel channel) {
+  const std::string reason = std::generic_category().message(error_number);
+  return RunEnd::error("Cannot write file: " + name + ": " + reason, operation,
+                       channel);
+}
+
+}  // namespace veldmark

@@ -1,0 +1,68 @@
+#include "util/file_descriptor.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace veldmark {
+namespace {
+
+constexpr int kClosed = -1;
+constexpr mode_t kMode = 0666;
+
+int open_descriptor(const std::string& name, int flags) {
+  int descriptor = kClosed;
+  do {
+    descriptor = ::open(name.c_str(), flags | O_CLOEXEC, kMode);
+  } while (descriptor < 0 && errno == EINTR);
+  return descriptor;
+}
+
+}  // namespace
+
+FileDescriptor::FileDescriptor(const std::string& name, int flags)
+    : descriptor_(open_descriptor(name, flags)) {}
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, kClosed)) {}
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
+  std::swap(descriptor_, other.descriptor_);
+  return *this;
+}
+
+FileDescriptor::~FileDescriptor() { close(); }
+
+std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) {
+  ssize_t count = 0;
+  do {
+    count = ::read(descriptor_, buffer, size);
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
+bool FileDescriptor::write_all(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
+    if (count < 0 && errno != EINTR) {
+      return false;
+    }
+    if (count > 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+  }
+  return true;
+}
+
+bool FileDescriptor::close() {
+  if (!is_open()) {
+    return true;
+  }
+  // The descriptor is gone whatever close(2) reports; an interrupted close is done.
+  const int result = ::close(std::exchange(descriptor_, kClosed));
+  return result == 0 || errno == EINTR;
+}
+
+}  // namespace veldmark

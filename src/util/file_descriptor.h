@@ -1,0 +1,46 @@
+// Owns an open file descriptor of the operating system.
+
+#ifndef VELDMARK_UTIL_FILE_DESCRIPTOR_H_
+#define VELDMARK_UTIL_FILE_DESCRIPTOR_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace veldmark {
+
+// Move-only; an interrupted call is taken up again. Failures are told by errno.
+class FileDescriptor {
+ public:
+  // Opens `name` with the flags of open(2), created files with mode 0666 less the
+  // umask. is_open() tells whether that worked; errno says why not.
+  FileDescriptor(const std::string& name, int flags);
+
+  FileDescriptor(FileDescriptor&& other) noexcept;
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor();
+
+  [[nodiscard]] bool is_open() const { return descriptor_ >= 0; }
+
+  // Reads up to `size` bytes at the file's position. Result: how many bytes were read,
+  // 0 at the end of the file, -1 on failure.
+  std::ptrdiff_t read(char* buffer, std::size_t size);
+
+  // Writes all of `bytes`; false on failure.
+  bool write_all(std::string_view bytes);
+
+  // Closes the file; false when the system reports that written bytes were lost. A
+  // second close does nothing.
+  bool close();
+
+  [[nodiscard]] int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_UTIL_FILE_DESCRIPTOR_H_

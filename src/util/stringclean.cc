@@ -1,0 +1,42 @@
+#include "util/stringclean.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace veldmark {
+namespace {
+
+// Closes every blank once, from the left. A character that moves into a closed place
+// is not looked at again in the same pass.
+void close_blanks_once(std::string& text, std::size_t n) {
+  for (std::size_t i = 0; i + 1 < n; ++i) {
+    if (text[i] == ' ') {
+      const auto begin = text.begin() + static_cast<std::ptrdiff_t>(i);
+      const auto end = text.begin() + static_cast<std::ptrdiff_t>(n);
+      std::copy(begin + 1, end, begin);
+    }
+  }
+}
+
+bool has_blank_before_text(const std::string& text, std::size_t n) {
+  for (std::size_t i = 0; i + 1 < n; ++i) {
+    if (text[i] == ' ' && text[i + 1] != ' ') {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+void stringclean(std::string& text, std::int32_t n) {
+  if (n <= 1) {
+    return;
+  }
+  const auto length = static_cast<std::size_t>(n);
+  do {
+    close_blanks_once(text, length);
+  } while (has_blank_before_text(text, length));
+}
+
+}  // namespace veldmark
