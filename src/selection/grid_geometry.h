@@ -1,0 +1,96 @@
+// From a region in degrees to rows and columns of the 0.5-degree grid.
+//
+//   column c = 1..720   west to east, centre at -179.75 + 0.5 * (c - 1) degrees
+//   row    r = 1..360   in file order: row 1 is the southernmost row of the CRU TS
+//                       files and the northernmost row of the scPDSI file
+//
+// All centres are multiples of 0.25 and exact as 32-bit reals, so a bound that lies on
+// a centre compares equal to it.
+// Nothing here reads, writes or remembers anything: what a search inherits from the
+// one before it in the same run is handed in.
+
+#ifndef VELDMARK_SELECTION_GRID_GEOMETRY_H_
+#define VELDMARK_SELECTION_GRID_GEOMETRY_H_
+
+#include <cstdint>
+
+#include "selection/search_region.h"
+
+namespace veldmark {
+
+constexpr std::int32_t kGridRows = 360;
+constexpr std::int32_t kGridColumns = 720;
+constexpr std::int32_t kMonthsPerYear = 12;
+constexpr std::int32_t kLinesPerYear = kMonthsPerYear * kGridRows;
+
+enum class RowOrder { kSouthFirst, kNorthFirst };
+
+// Centre longitude of `column` (1..720), degrees east.
+float cell_longitude(std::int32_t column);
+
+// Centre latitude of `row` (1..360) of a file in `order`, degrees north.
+float cell_latitude(std::int32_t row, RowOrder order);
+
+// Rows FirstRow..LastRow, both included; empty when LastRow < FirstRow.
+struct RowRange {
+  std::int32_t FirstRow = 0;
+  std::int32_t LastRow = 0;
+};
+
+// Finds the rows of `region`; minLat <= maxLat, -90..90.
+//
+//   south-first file   rows with minLat < centre <= maxLat; a minLat of -89.75 or
+//                      less takes row 1 as well
+//   north-first file   from the lowest centre above maxLat to the highest centre at
+//                      or below minLat: one row more at either end
+//
+// Kept on purpose: a minLat on a centre (10.25) leaves that row out, a maxLat on a
+// centre takes it in; in a south-first file a minLat above 89.75 gives FirstRow 0 and a
+// maxLat below -89.75 LastRow 0; a north-first region that touches a pole gets FirstRow
+// 360 or LastRow 1 there, so that its row count can be negative.
+// Errors: none; an empty range is a result like any other.
+RowRange find_rows(const SearchRegion& region, RowOrder order);
+
+// The rows and columns of a search, in the order in which cells are visited: rows
+// upward, in each row the columns FirstCol..LastCol and then, when CrossesDateLine is
+// set, the columns EastFirstCol..EastLastCol. Ranges can be empty, can overlap (the
+// flag outlives the box that set it) and can start at 0, which is outside the grid.
+struct GridRanges {
+  std::int32_t FirstRow = 0;
+  std::int32_t LastRow = 0;
+  std::int32_t FirstCol = 0;
+  std::int32_t LastCol = 0;
+  std::int32_t EastFirstCol = 0;
+  std::int32_t EastLastCol = 0;
+  bool CrossesDateLine = false;
+
+  [[nodiscard]] std::int32_t RowCount() const { return LastRow - FirstRow + 1; }
+  [[nodiscard]] std::int32_t ColCount1() const { return LastCol - FirstCol + 1; }
+  // Columns of the east piece, 0 where there is none.
+  [[nodiscard]] std::int32_t ColCount2() const {
+    return CrossesDateLine ? EastLastCol - EastFirstCol + 1 : 0;
+  }
+  [[nodiscard]] std::int32_t ColCount() const { return ColCount1() + ColCount2(); }
+  // The theoretical number of cells; can be zero or negative.
+  [[nodiscard]] std::int32_t CellCount() const { return RowCount() * ColCount(); }
+};
+
+// Finds the rows and columns of `region` in a file in `order`.
+//
+//   previous   the ranges of the search before this one in the same run; a fresh
+//              GridRanges for the first
+//
+// Columns follow the rule of south-first rows. A box across the 180 degree meridian
+// (minLon > maxLon) has a west piece 1..LastCol and an east piece EastFirstCol..720.
+//
+// Kept on purpose: once a box of the run has crossed the meridian, every later box is
+// cut in two pieces as well. FirstCol and LastCol keep the previous search's value
+// where a bound matches no column (a longitude beyond 179.75 on the side where no end
+// correction is made); the other bounds are 0 then.
+// Errors: none.
+GridRanges find_ranges(const SearchRegion& region, RowOrder order,
+                       const GridRanges& previous);
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_SELECTION_GRID_GEOMETRY_H_

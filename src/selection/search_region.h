@@ -1,0 +1,33 @@
+// What the user selects: a rectangle of the globe and a span of years.
+
+#ifndef VELDMARK_SELECTION_SEARCH_REGION_H_
+#define VELDMARK_SELECTION_SEARCH_REGION_H_
+
+#include <cstdint>
+
+namespace veldmark {
+
+// A rectangle in degrees, north and east positive. A minLon greater than maxLon means
+// a rectangle across the 180 degree meridian.
+struct SearchRegion {
+  float maxLat = 0;
+  float minLat = 0;
+  float maxLon = 0;
+  float minLon = 0;
+};
+
+constexpr std::int32_t kFirstDataYear = 1901;
+constexpr std::int32_t kLastDataYear = 2016;
+
+// The years to extract, both included; 1901 <= FYOD <= LYOD <= 2016.
+struct YearSpan {
+  std::int32_t FYOD = 0;
+  std::int32_t LYOD = 0;
+
+  // How many years the span has. Year index 1 is FYOD.
+  [[nodiscard]] std::int32_t YearCount() const { return LYOD - FYOD + 1; }
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_SELECTION_SEARCH_REGION_H_
