@@ -1,0 +1,74 @@
+#include "catalogue/line_reader.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace veldmark {
+namespace {
+
+constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+
+std::string_view without_carriage_return(std::string_view line) {
+  if (line.ends_with('\r')) {
+    line.remove_suffix(1);
+  }
+  return line;
+}
+
+}  // namespace
+
+LineReader::LineReader(ReadMore read_more, std::size_t longest)
+    : read_more_(std::move(read_more)), longest_(longest), buffer_(kBufferSize) {}
+
+std::optional<LineReader::Line> LineReader::next() {
+  // One character more is kept than asked for: the carriage return of a line of just
+  // the greatest length has to be seen.
+  const std::size_t kept = longest_ + 1;
+  if (begin_ == end_ && !refill()) {
+    return std::nullopt;
+  }
+  split_line_.clear();
+  for (;;) {
+    const std::string_view piece = rest();
+    const std::size_t length = piece.find('\n');
+    const bool has_line_end = length != std::string_view::npos;
+    begin_ += has_line_end ? length + 1 : piece.size();
+    if (has_line_end && split_line_.empty()) {
+      const std::string_view line = without_carriage_return(piece.substr(0, length));
+      return Line{line.substr(0, longest_), true};
+    }
+    const std::size_t room = kept - std::min(kept, split_line_.size());
+    split_line_.append(piece.substr(0, std::min(length, room)));
+    if (has_line_end || !refill()) {
+      const std::string_view line = without_carriage_return(split_line_);
+      return Line{line.substr(0, longest_), has_line_end};
+    }
+  }
+}
+
+bool LineReader::skip() {
+  if (begin_ == end_ && !refill()) {
+    return false;
+  }
+  do {
+    const std::size_t length = rest().find('\n');
+    if (length != std::string_view::npos) {
+      begin_ += length + 1;
+      return true;
+    }
+    begin_ = end_;
+  } while (refill());
+  return true;  // the last line, without line end
+}
+
+bool LineReader::refill() {
+  begin_ = 0;
+  end_ = read_more_(buffer_.data(), buffer_.size());
+  return end_ > 0;
+}
+
+std::string_view LineReader::rest() const {
+  return {buffer_.data() + begin_, end_ - begin_};
+}
+
+}  // namespace veldmark

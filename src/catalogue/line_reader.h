@@ -1,0 +1,51 @@
+// Reads a text file line by line, whatever its lines hold and however long they are.
+
+#ifndef VELDMARK_CATALOGUE_LINE_READER_H_
+#define VELDMARK_CATALOGUE_LINE_READER_H_
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veldmark {
+
+class LineReader {
+ public:
+  // Puts up to `size` further bytes of the file in `buffer` and gives their number, 0
+  // at the file's end. Errors are its own to throw.
+  using ReadMore = std::function<std::size_t(char* buffer, std::size_t size)>;
+
+  struct Line {
+    std::string_view text;  // without line end; valid until the next call
+    bool has_line_end = false;
+  };
+
+  // Of each line the first `longest` characters are kept.
+  LineReader(ReadMore read_more, std::size_t longest);
+
+  // Reads a line. A carriage return before its end belongs to the line end; the last
+  // line may lack its line end. Nothing at the end of the file.
+  std::optional<Line> next();
+
+  // Passes over a line of any length; false at the end of the file.
+  bool skip();
+
+ private:
+  // Fills the empty buffer; false at the end of the file.
+  bool refill();
+  [[nodiscard]] std::string_view rest() const;
+
+  ReadMore read_more_;
+  std::size_t longest_;
+  std::vector<char> buffer_;
+  std::size_t begin_ = 0;  // what is not yet read of the buffer: begin_ up to end_
+  std::size_t end_ = 0;
+  std::string split_line_;  // a line that lies across two buffers
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_CATALOGUE_LINE_READER_H_
