@@ -1,0 +1,21 @@
+// The introduction: what the program serves, how the data files come about and which
+// files it expects.
+
+#ifndef VELDMARK_DRIVER_SCREENS_H_
+#define VELDMARK_DRIVER_SCREENS_H_
+
+#include "console/console_dialogue.h"
+
+namespace veldmark {
+
+constexpr const char* kHitReturnToContinue = " Hit RETURN to CONTINUE";
+
+// Shows the introduction, with one pause between its two screens.
+void show_introduction(ConsoleDialogue& console);
+
+// Shows the variable menu and leaves the cursor after its prompt.
+void show_menu(ConsoleDialogue& console);
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_DRIVER_SCREENS_H_
