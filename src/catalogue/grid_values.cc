@@ -15,8 +15,7 @@ bool is_wanted(std::int32_t column, const GridRanges& ranges) {
 }  // namespace
 
 GridValues::GridValues(const GridRanges& ranges, std::int32_t YearCount)
-    : first_row_(std::max(ranges.FirstRow, 1)),
-      month_count_(static_cast<std::size_t>(YearCount) * kMonthsPerYear) {
+    : first_row_(std::max(ranges.FirstRow, 1)), year_count_(YearCount) {
   for (std::int32_t column = 1; column <= kGridColumns; ++column) {
     if (is_wanted(column, ranges)) {
       place_of_column_[static_cast<std::size_t>(column)] = columns_.size();
@@ -24,7 +23,7 @@ GridValues::GridValues(const GridRanges& ranges, std::int32_t YearCount)
     }
   }
   const std::int32_t row_count = std::max(ranges.LastRow - first_row_ + 1, 0);
-  values_.resize(static_cast<std::size_t>(row_count) * month_count_ * columns_.size());
+  values_.resize(static_cast<std::size_t>(row_count) * month_count() * columns_.size());
 }
 
 void GridValues::store_row(std::int32_t year, std::int32_t month, std::int32_t row,

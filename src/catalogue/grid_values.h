@@ -24,6 +24,8 @@ class GridValues {
   // Makes room for the cells of `ranges` in `YearCount` years; all values are 0.
   GridValues(const GridRanges& ranges, std::int32_t YearCount);
 
+  [[nodiscard]] std::int32_t YearCount() const { return year_count_; }
+
   // REQUIRES: the cell is on the grid and inside the ranges.
   [[nodiscard]] std::int16_t at(std::int32_t year, std::int32_t month, std::int32_t row,
                                 std::int32_t column) const {
@@ -45,14 +47,18 @@ class GridValues {
  private:
   [[nodiscard]] std::size_t row_place(std::int32_t year, std::int32_t month,
                                       std::int32_t row) const {
-    const auto month_index =
-        static_cast<std::size_t>((year - 1) * kMonthsPerYear + (month - 1));
-    return (static_cast<std::size_t>(row - first_row_) * month_count_ + month_index) *
+    const auto month_index = static_cast<std::size_t>(year - 1) * kMonthsPerYear +
+                             static_cast<std::size_t>(month - 1);
+    return (static_cast<std::size_t>(row - first_row_) * month_count() + month_index) *
            columns_.size();
   }
 
+  [[nodiscard]] std::size_t month_count() const {
+    return static_cast<std::size_t>(year_count_) * kMonthsPerYear;
+  }
+
   std::int32_t first_row_;
-  std::size_t month_count_;
+  std::int32_t year_count_;
   std::vector<std::int32_t> columns_;  // the held columns, ascending
   std::array<std::size_t, kGridColumns + 1> place_of_column_{};
   std::vector<std::int16_t> values_;  // [row][month][column]

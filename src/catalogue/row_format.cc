@@ -25,8 +25,8 @@ bool read_group(std::string_view line, const FieldGroup& group, RowValues& row_v
     if (!value) {
       return false;
     }
-    const auto column = static_cast<std::size_t>(group.first_column + i);
-    row_values.at(column) = static_cast<std::int16_t>(*value);
+    const std::int32_t column = group.first_column + i;
+    row_values.at(static_cast<std::size_t>(column)) = static_cast<std::int16_t>(*value);
   }
   return true;
 }

@@ -14,6 +14,7 @@
 #include "driver/screens.h"
 #include "output/output_file.h"
 #include "output/time_series_output.h"
+#include "output/variance_report.h"
 #include "selection/grid_geometry.h"
 #include "selection/period_dialogue.h"
 #include "selection/region_dialogue.h"
@@ -26,6 +27,9 @@ namespace {
 
 constexpr int kMargin = 1;
 constexpr std::size_t kMenuAnswerWidth = 2;
+
+// Frost days are stored in hundredths of a day.
+constexpr float kFrostDayScale = 0.01F;
 
 // Output names take this much of the input's name.
 constexpr std::size_t kNameStemWidth = 40;
@@ -74,6 +78,9 @@ std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& stat
       return std::nullopt;
     }
     state.entry = catalogue_entry(state.MenuChoice);
+    if (state.MenuChoice == kFrostDays) {
+      state.SampleScale = kFrostDayScale;
+    }
     std::optional<GridFile> input =
         open_data_file(console, state.MenuChoice, state.entry);
     if (input) {
@@ -112,6 +119,22 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
   return read_block(console, std::move(*input), state.years, state.ranges);
 }
 
+// S10: the offer of the variance test; opens its report when the user takes it.
+std::optional<VarianceReport> offer_variance_test(ConsoleDialogue& console,
+                                                  const RunState& state) {
+  const std::optional<std::int32_t> CutoffYear = ask_cutoff_year(console, state.years);
+  if (!CutoffYear) {
+    return std::nullopt;
+  }
+  const VarianceTest test{.years = state.years,
+                          .CutoffYear = *CutoffYear,
+                          .MissingCode = state.MissingCode,
+                          .SampleScale = state.SampleScale};
+  const std::string name = output_name(state.entry, ".ftst");
+  return std::make_optional<VarianceReport>(
+      console, std::string(without_trailing_blanks(name)), test);
+}
+
 // One search, from the menu (S3) to the summary (S12).
 void run_pass(ConsoleDialogue& console, RunState& state) {
   std::optional<GridFile> input = choose_variable(console, state);
@@ -126,8 +149,7 @@ void run_pass(ConsoleDialogue& console, RunState& state) {
   }
   const GridValues values = read_values(console, state, std::move(input));
   const std::int32_t ThinningFactor = ask_thinning_factor(console, state.ranges);
-
-  // S10, the offer of the variance test, has its place here.
+  std::optional<VarianceReport> variance_report = offer_variance_test(console, state);
 
   const Lattice lattice = kept_cells(state.ranges, ThinningFactor);
   const SaveRequest request{.entry = state.entry,
@@ -137,12 +159,15 @@ void run_pass(ConsoleDialogue& console, RunState& state) {
                             .order = row_order(state.MenuChoice),
                             .CrossesDateLine = state.ranges.CrossesDateLine,
                             .MissingCode = state.MissingCode};
-  const std::int32_t CellsSaved =
-      save_cells(console, request, state.TsfName, time_series, cell_list);
+  const std::int32_t CellsSaved = save_cells(console, request, state.TsfName,
+                                             time_series, cell_list, variance_report);
 
   // The files are complete before the summary says so.
   time_series.close();
   cell_list.close();
+  if (variance_report) {
+    variance_report->close();
+  }
   write_summary(console, state.ranges.CellCount(), CellsSaved, state.TsfName);
 }
 

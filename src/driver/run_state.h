@@ -21,6 +21,10 @@ struct RunState {
   std::int32_t MissingCode = 0;
   std::int32_t LastDataYear = 0;
 
+  // The factor that turns stored values into sample values of the variance test.
+  // Kept on purpose: it is 0 until frost days are chosen, and keeps their value then.
+  float SampleScale = 0;
+
   std::string TsfName;  // 65 characters, blanks at the end
   std::string XyName;
 

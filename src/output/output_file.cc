@@ -26,7 +26,7 @@ OutputFile::OutputFile(std::string name, Channel channel)
 OutputFile::~OutputFile() {
   if (file_.is_open()) {
     // The run is ending for another reason, which its report names.
-    file_.write_all(buffer_);
+    [[maybe_unused]] const bool written = file_.write_all(buffer_);
   }
 }
 

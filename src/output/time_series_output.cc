@@ -8,14 +8,6 @@ namespace {
 constexpr int kMargin = 1;
 constexpr int kTableMargin = 2;
 
-// One cell on its way to the files.
-struct Cell {
-  std::int32_t row;
-  std::int32_t column;
-  float longitude;
-  float latitude;
-};
-
 void start_table(ConsoleDialogue& console, const YearSpan& years) {
   console.blank_line();
   console.write_line(kTableMargin,
@@ -67,7 +59,8 @@ void write_series(OutputFile& time_series, const Cell& cell,
 
 std::int32_t save_cells(ConsoleDialogue& console, const SaveRequest& request,
                         const std::string& TsfName, OutputFile& time_series,
-                        OutputFile& cell_list) {
+                        OutputFile& cell_list,
+                        std::optional<VarianceReport>& variance_report) {
   start_table(console, request.years);
   cell_list.write(" #   Lon.     Lat.      " + TsfName + "\n");
   std::int32_t CellsSaved = 0;
@@ -78,6 +71,9 @@ std::int32_t save_cells(ConsoleDialogue& console, const SaveRequest& request,
       }
       const Cell cell{row, column, cell_longitude(column),
                       cell_latitude(row, request.order)};
+      if (variance_report) {
+        variance_report->add_cell(console, request.values, cell);
+      }
       ++CellsSaved;
       write_list_line(cell_list, cell, request);
       write_table_line(console, cell, request.entry, CellsSaved);

@@ -5,12 +5,14 @@
 #define VELDMARK_OUTPUT_TIME_SERIES_OUTPUT_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "catalogue/grid_values.h"
 #include "catalogue/variable_catalogue.h"
 #include "console/console_dialogue.h"
 #include "output/output_file.h"
+#include "output/variance_report.h"
 #include "selection/grid_geometry.h"
 #include "selection/search_region.h"
 #include "selection/thinning.h"
@@ -23,15 +25,17 @@ struct SaveRequest {
   const GridValues& values;
   const Lattice& lattice;
   YearSpan years;
-  RowOrder order;
-  bool CrossesDateLine;
-  std::int32_t MissingCode;
+  RowOrder order = RowOrder::kSouthFirst;
+  bool CrossesDateLine = false;
+  std::int32_t MissingCode = 0;
 };
 
 // Writes every cell of the lattice that has data to the two files and to the table on
 // the console: rows upward, in each row the columns in the lattice's order.
 //
-//   TsfName   the name of the time-series file as the cell list shows it, 65 characters
+//   TsfName           the name of the time-series file as the cell list shows it, 65
+//                     characters
+//   variance_report   where each cell is tested before it is written, if wanted
 //
 // Result     how many cells were saved (CellsSaved).
 // Values are written in stored units, without scaling; a month without data holds the
@@ -41,7 +45,8 @@ struct SaveRequest {
 // Errors     a failed write ends the run (RunEnd).
 std::int32_t save_cells(ConsoleDialogue& console, const SaveRequest& request,
                         const std::string& TsfName, OutputFile& time_series,
-                        OutputFile& cell_list);
+                        OutputFile& cell_list,
+                        std::optional<VarianceReport>& variance_report);
 
 // Writes the closing counts. `CellsDefined` counts the cells of the search before
 // thinning, sea included.

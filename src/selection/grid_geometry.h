@@ -40,7 +40,7 @@ struct RowRange {
 // Finds the rows of `region`; minLat <= maxLat, -90..90.
 //
 //   south-first file   rows with minLat < centre <= maxLat; a minLat of -89.75 or
-//                      less takes row 1 as well
+//                      less takes row 1 as well, one of 89.75 row 360
 //   north-first file   from the lowest centre above maxLat to the highest centre at
 //                      or below minLat: one row more at either end
 //

@@ -35,7 +35,7 @@ FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
 
 FileDescriptor::~FileDescriptor() { close(); }
 
-std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) {
+std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) const {
   ssize_t count = 0;
   do {
     count = ::read(descriptor_, buffer, size);
@@ -43,7 +43,7 @@ std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) {
   return count;
 }
 
-bool FileDescriptor::write_all(std::string_view bytes) {
+bool FileDescriptor::write_all(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
     if (count < 0 && errno != EINTR) {

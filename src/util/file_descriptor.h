@@ -26,10 +26,10 @@ class FileDescriptor {
 
   // Reads up to `size` bytes at the file's position. Result: how many bytes were read,
   // 0 at the end of the file, -1 on failure.
-  std::ptrdiff_t read(char* buffer, std::size_t size);
+  std::ptrdiff_t read(char* buffer, std::size_t size) const;
 
   // Writes all of `bytes`; false on failure.
-  bool write_all(std::string_view bytes);
+  [[nodiscard]] bool write_all(std::string_view bytes) const;
 
   // Closes the file; false when the system reports that written bytes were lost. A
   // second close does nothing.

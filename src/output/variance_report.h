@@ -1,0 +1,82 @@
+// The variance test of a search: its dialogue, the two samples of a cell, and the
+// report file (.ftst) with a line for each cell tested.
+
+#ifndef VELDMARK_OUTPUT_VARIANCE_REPORT_H_
+#define VELDMARK_OUTPUT_VARIANCE_REPORT_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalogue/grid_values.h"
+#include "console/console_dialogue.h"
+#include "output/output_file.h"
+#include "selection/search_region.h"
+
+namespace veldmark {
+
+// A cell of the grid, with its centre in degrees, north and east positive.
+struct Cell {
+  std::int32_t row = 0;
+  std::int32_t column = 0;
+  float longitude = 0;
+  float latitude = 0;
+};
+
+// The years of a sample as year indices, 1 = FYOD, both included; last < first is
+// empty.
+struct SampleYears {
+  std::int64_t first = 1;
+  std::int64_t last = 0;
+};
+
+// Appends one cell's values of some years to `sample`, years in order, January first.
+//
+//   years         as far as 1..YearCount; others have no values
+//   MissingCode   months holding it are left out
+//   SampleScale   sample unit per stored unit: 0.01 for frost days
+//
+// Source     docs/variance-test.md, "The two samples"; single precision.
+void collect_sample(const GridValues& values, const Cell& cell, SampleYears years,
+                    std::int32_t MissingCode, float SampleScale,
+                    std::vector<float>& sample);
+
+// Offers the variance test. Result: the cutoff year, any 32-bit integer; nothing when
+// the user declines.
+std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
+                                            const YearSpan& years);
+
+// What the variance test of a search goes by. SampleScale multiplies stored values.
+struct VarianceTest {
+  YearSpan years;
+  std::int32_t CutoffYear = 0;
+  std::int32_t MissingCode = 0;
+  float SampleScale = 0;
+};
+
+// The report file of one search.
+class VarianceReport {
+ public:
+  // Creates the file `name` and heads it, and the console, with the periods compared.
+  // Kept on purpose: the heading ends the first period with the cutoff year, which the
+  // samples count to the second.
+  VarianceReport(ConsoleDialogue& console, const std::string& name,
+                 const VarianceTest& test);
+
+  // Tests a cell and writes its line; where f is not a number the console says so
+  // instead.
+  void add_cell(ConsoleDialogue& console, const GridValues& values, const Cell& cell);
+
+  void close() { file_.close(); }
+
+ private:
+  VarianceTest test_;
+  OutputFile file_;
+  std::vector<float> before_;  // the two samples, kept for their memory
+  std::vector<float> after_;
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_OUTPUT_VARIANCE_REPORT_H_
