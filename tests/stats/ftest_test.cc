@@ -1,0 +1,252 @@
+#include "stats/ftest.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "plain_statistics.h"
+#include "statistics_support.h"
+
+namespace veldmark {
+namespace {
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+const std::vector<std::int32_t> kYearJ = {100,  250, 300, 500, 900, 1200,
+                                          1100, 800, 600, 400, 200, 150};
+const std::vector<std::int32_t> kYearK = {90,   260, 310, 480, 950, 1250,
+                                          1000, 850, 580, 420, 180, 160};
+
+// f and the counts have exactly these values; prob depends on the 32-bit logarithm and
+// exponential of the library in its last places. The bits given are those of the GNU C
+// library (2.36, x86-64), where all of them hold.
+void expect_test(const std::vector<std::int32_t>& stored1,
+                 const std::vector<std::int32_t>& stored2, std::int32_t d1,
+                 std::int32_t d2, std::uint32_t f, std::uint32_t prob) {
+  const FtestOutcome got = run_ftest(frost_days(stored1), frost_days(stored2));
+  EXPECT_EQ(got.d1, d1);
+  EXPECT_EQ(got.d2, d2);
+  EXPECT_EQ(bits(got.f), f) << got.f;
+  const auto expected = std::bit_cast<float>(prob);
+  EXPECT_NEAR(got.prob, expected, 1e-5 * expected);
+#ifdef __GLIBC__
+  EXPECT_EQ(bits(got.prob), prob) << got.prob;
+#endif
+  EXPECT_TRUE(got.bad_arguments.empty());
+}
+
+void expect_nan(const std::vector<float>& data1, const std::vector<float>& data2) {
+  const FtestOutcome got = run_ftest(data1, data2);
+  EXPECT_TRUE(std::isnan(got.f)) << got.f;
+  EXPECT_TRUE(std::isnan(got.prob)) << got.prob;
+  EXPECT_EQ(got.d1, 2);
+  EXPECT_EQ(got.d2, 2);
+  EXPECT_TRUE(got.bad_arguments.empty());
+}
+
+TEST(Ftest, ComparesTwoFrostDayYears) {
+  expect_test(kYearJ, kYearK, 21, 21, 0x3F82AD5F, 0x3F76AAC0);
+}
+
+TEST(Ftest, PutsTheLargerVarianceOnTopInEitherOrder) {
+  expect_test(kYearK, kYearJ, 21, 21, 0x3F82AD5F, 0x3F76AAC0);
+}
+
+TEST(Ftest, ComparesSmallSamples) {
+  expect_test({1, 2, 3, 4, 5}, {2, 4, 6, 8, 10}, 5, 5, 0x40800000, 0x3E54FDF4);
+  expect_test({100, 200}, {100, 300}, 2, 2, 0x40800000, 0x3F172027);
+}
+
+// The quotient is 2.94: it is cut off to 2, not rounded to 3.
+TEST(Ftest, CutsTheFractionOfTheAdjustedCountsOff) {
+  expect_test({100, 200, 300}, {100, 300, 500}, 2, 2, 0x40800000, 0x3F172027);
+}
+
+struct SeededTest {
+  std::uint32_t seed;
+  std::int32_t n1;
+  std::int32_t n2;
+  std::int32_t d1;
+  std::int32_t d2;
+  std::uint32_t f;
+  std::uint32_t prob;
+};
+
+TEST(Ftest, ComparesGeneratedSamples) {
+  for (const SeededTest& known :
+       {SeededTest{1, 120, 120, 206, 206, 0x3FE08977, 0x38891911},
+        SeededTest{2, 12, 12, 25, 25, 0x3FF3DA3D, 0x3DF86B20},
+        SeededTest{3, 180, 180, 399, 399, 0x3FE9A9C5, 0x31325DB4},
+        SeededTest{4, 12, 348, 22, 781, 0x3FF7A069, 0x3C6E1BE6},
+        SeededTest{5, 696, 696, 1620, 1620, 0x3FD23E0B, 0x1A131F0B}}) {
+    SCOPED_TRACE(known.seed);
+    expect_test(Generator(known.seed).values(known.n1, 0, 3100),
+                Generator(known.seed + 100).values(known.n2, 0, 2500), known.d1,
+                known.d2, known.f, known.prob);
+  }
+}
+
+// "Two samples with equal variances give f = 1 through the otherwise branch."
+TEST(Ftest, GivesOneForEqualVariances) {
+  expect_test({1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, 8, 8, 0x3F800000, 0x3F7FFFF4);
+}
+
+// Both variances are 3, with counts 3 and 4: the second goes on top, so df1 = d2 - 1
+// and df2 = d1 - 1. With the first on top prob would be the same in exact arithmetic,
+// but not in its bits.
+TEST(Ftest, PutsTheSecondOfEqualVariancesOnTop) {
+  const FtestOutcome got = run_ftest({9, 9, 6}, {6, 3, 6, 7});
+  EXPECT_EQ(got.d1, 3);
+  EXPECT_EQ(got.d2, 4);
+  EXPECT_EQ(got.f, 1.0F);
+  const auto prob_of = [](float df1, float df2) {
+    const float x = df2 / (df1 + df2);
+    const float p =
+        2.0F * plain::as_float(plain::betai(0.5F * df2, df1 * 0.5F, x).result);
+    return p > 1.0F ? 2.0F - p : p;
+  };
+  ASSERT_NE(bits(prob_of(3.0F, 2.0F)), bits(prob_of(2.0F, 3.0F)));
+  EXPECT_TRUE(same_bits(got.prob, prob_of(3.0F, 2.0F)));
+}
+
+// "A sample of one value": its adjusted count is 2, and so is the other's.
+TEST(Ftest, GivesNanForASampleOfOneValue) {
+  expect_nan(frost_days({250}), frost_days(kYearK));
+  expect_nan(frost_days(kYearJ), frost_days({250}));
+  expect_nan(frost_days({250}), frost_days({260}));
+}
+
+TEST(Ftest, GivesNanForAnEmptySample) {
+  expect_nan({}, frost_days(kYearK));
+  expect_nan(frost_days(kYearJ), {});
+  expect_nan({}, {});
+}
+
+// What every variable but frost days gives: the scale is 0, so are all values.
+TEST(Ftest, GivesNanForZerosOfAnySizes) {
+  for (const std::size_t n1 : {0U, 1U, 2U, 12U, 300U, 1392U}) {
+    for (const std::size_t n2 : {0U, 1U, 2U, 12U, 732U, 1392U}) {
+      expect_nan(constant_sample(n1, 0), constant_sample(n2, 0));
+    }
+  }
+}
+
+TEST(Ftest, GivesNanForAConstantThatIsSummedExactly) {
+  for (std::size_t n1 = 2; n1 <= 288; n1 += 13) {
+    expect_nan(constant_sample(n1, 500), constant_sample(288, 500));
+  }
+}
+
+// "Zero variance in only the smaller-variance sample gives f = +infinity, prob = 0."
+TEST(Ftest, GivesInfinityWhenOnlyOneSampleVaries) {
+  expect_test({5, 5, 5, 5, 5}, {1, 2, 3, 4, 5}, 3, 3, bits(kInfinity), bits(0.0F));
+  expect_test({1, 2, 3, 4, 5}, {5, 5, 5, 5, 5}, 3, 3, bits(kInfinity), bits(0.0F));
+}
+
+// A constant that varies by rounding alone counts as varying.
+TEST(Ftest, TakesARoundingErrorForAVariance) {
+  const FtestOutcome got =
+      run_ftest(constant_sample(12, 681), constant_sample(300, 681));
+  EXPECT_EQ(got.d1, 2);
+  EXPECT_EQ(got.d2, 2);
+  EXPECT_TRUE(same_bits(got.f, kInfinity));
+  EXPECT_TRUE(same_bits(got.prob, 0.0F));
+  EXPECT_TRUE(got.bad_arguments.empty());
+}
+
+// Kept on purpose: one of the variances is negative by rounding, so f is, and the
+// argument of betai is above 1. It is reported once, and the calculation goes on.
+TEST(Ftest, ReportsTheBadArgumentOfANegativeF) {
+  const FtestOutcome got =
+      run_ftest(constant_sample(300, 1313), constant_sample(732, 1313));
+  EXPECT_EQ(got.d1, 2);
+  EXPECT_EQ(got.d2, 2);
+  EXPECT_EQ(bits(got.f), 0xBE9C77DDU);
+  EXPECT_TRUE(std::isnan(got.prob));
+  EXPECT_EQ(got.bad_arguments, std::vector<std::string>{"bad argument x in betai"});
+}
+
+// 37 hundredths, over 1 and 61 years: the smaller variance is negative, the larger 0.
+TEST(Ftest, GivesMinusZeroForZeroOverANegativeVariance) {
+  const FtestOutcome got = run_ftest(constant_sample(12, 37), constant_sample(732, 37));
+  EXPECT_TRUE(same_bits(got.f, -0.0F));
+  EXPECT_TRUE(same_bits(got.prob, 0.0F));
+  EXPECT_TRUE(got.bad_arguments.empty());
+}
+
+TEST(Ftest, HasItsCountsAndFReadyWhenTheHandlerIsCalled) {
+  const auto data1 = constant_sample(300, 1313);
+  const auto data2 = constant_sample(732, 1313);
+  std::int32_t n1 = 300;
+  std::int32_t n2 = 732;
+  float f = 0.0F;
+  float prob = 0.0F;
+  int calls = 0;
+  ftest(data1, n1, data2, n2, f, prob, [&](std::string_view) {
+    ++calls;
+    EXPECT_EQ(n1, 2);
+    EXPECT_EQ(n2, 2);
+    EXPECT_EQ(bits(f), 0xBE9C77DDU);
+  });
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(Ftest, TakesTheFirstValuesOnly) {
+  std::vector<float> data1 = frost_days({1, 2, 3, 4, 5});
+  std::vector<float> data2 = frost_days({2, 4, 6, 8, 10});
+  data1.push_back(1e6F);
+  data2.push_back(1e6F);
+  std::int32_t n1 = 5;
+  std::int32_t n2 = 5;
+  float f = 0.0F;
+  float prob = 0.0F;
+  ftest(data1, n1, data2, n2, f, prob, [](std::string_view) {});
+  EXPECT_EQ(n1, 5);
+  EXPECT_EQ(n2, 5);
+  EXPECT_EQ(f, 4.0F);
+}
+
+// Normal-shaped data: n - 1 in exact arithmetic, but where the quotient is rounded to
+// just below it, the fraction is cut off and n - 2 is left.
+TEST(AdjustedCount, IsOneLessThanTheCountAtKurtosisThreeButForRounding) {
+  std::vector<std::int32_t> two_less;
+  for (std::int32_t n = 12; n <= 1392; n += 12) {
+    const std::int32_t d = adjusted_count(static_cast<float>(n), 3.0F);
+    if (d == n - 2) {
+      two_less.push_back(n);
+    } else {
+      EXPECT_EQ(d, n - 1);
+    }
+  }
+  EXPECT_EQ(two_less, (std::vector<std::int32_t>{72, 84, 192, 300, 648, 732, 828, 984,
+                                                 1116, 1392}));
+}
+
+// "A negative quotient, a quotient below 2, a NaN quotient, or one too large for 32
+// bits all give 2."
+TEST(AdjustedCount, IsAtLeastTwo) {
+  EXPECT_EQ(adjusted_count(12.0F, 0.5F), 2);  // -75.43
+  EXPECT_EQ(adjusted_count(12.0F, 40.0F), 2);
+  EXPECT_EQ(adjusted_count(12.0F, std::numeric_limits<float>::quiet_NaN()), 2);
+  EXPECT_EQ(adjusted_count(12.0F, kInfinity), 2);
+  EXPECT_EQ(adjusted_count(3.0F, 0.0F), 2);    // +infinity
+  EXPECT_EQ(adjusted_count(3.0F, 1e-9F), 2);   // 6e9
+  EXPECT_EQ(adjusted_count(3.0F, -1e-9F), 2);  // -6e9
+  EXPECT_EQ(adjusted_count(1.0F, 3.0F), 2);    // the ratio inside is -2/0
+  EXPECT_EQ(adjusted_count(0.0F, 3.0F), 2);    // a quotient of 0
+}
+
+TEST(AdjustedCount, ReachesTheLargestThatFits) {
+  EXPECT_EQ(adjusted_count(3.0F, 6.0F / 2147483520.0F), 2147483520);
+  EXPECT_EQ(adjusted_count(12.0F, 8.6F), 3);
+  EXPECT_EQ(adjusted_count(12.0F, 9.0F), 2);
+}
+
+}  // namespace
+}  // namespace veldmark
