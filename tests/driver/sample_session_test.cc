@@ -1,0 +1,137 @@
+// Whole sessions over the real CRU TS 4.01 sample: what lands in the .TSF is the
+// producers' series, value for value.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "support/grid_text.h"
+#include "support/series.h"
+#include "support/session.h"
+#include "support/temporary_folder.h"
+
+namespace veldmark::testing {
+namespace {
+
+using Answers = std::vector<std::string>;
+
+// The answers of a session of one pass without thinning or test.
+Answers one_pass(const std::string& menu, const Answers& region, const Answers& years) {
+  Answers answers{"RETURN", "RETURN", menu, "RETURN", "RETURN"};
+  answers.insert(answers.end(), region.begin(), region.end());
+  answers.emplace_back("T");
+  answers.insert(answers.end(), years.begin(), years.end());
+  for (const char* answer : {"T", "1", "y", "F", "F"}) {
+    answers.emplace_back(answer);
+  }
+  return answers;
+}
+
+// Expands the sample of a variable into a regular grid file, as the demo does.
+void expand_sample(const std::string& variable, const std::string& options,
+                   const std::string& file_name) {
+  const std::string command = "gzip -dc '" + sample_path(variable) +
+                              "' | '" VELDMARK_SERIES_TO_GRID "' " + options + " '" +
+                              file_name + "' 2>/dev/null";
+  ASSERT_EQ(std::system(command.c_str()), 0) << command;
+}
+
+// A grid file of all years with the real values of `rows`, the other lines empty.
+void write_all_years(const std::string& variable, int first_row, int last_row) {
+  GridText grid(2016, first_row, last_row, -999);
+  for (const auto& [place, values] : sample_series(variable)) {
+    const int row = row_of(place);
+    if (row < first_row || row > last_row) continue;
+    for (int i = 0; i < 1392; ++i) {
+      grid.set_value(1901 + i / 12, i % 12 + 1, row, column_of(place),
+                     values[static_cast<std::size_t>(i)]);
+    }
+  }
+  write_file(data_file_name(variable), grid.text());
+}
+
+TEST(SampleSession, SavesThe71CellsOfTheGlobeValueForValue) {
+  const TemporaryFolder folder;
+  expand_sample("tmp", "--years 1901-1910", data_file_name("tmp"));
+  const SessionResult result = run_session(
+      one_pass("2", {"90.0", "-90.0", "180.0", "-180.0"}, {"1901", "1910"}));
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.output.find("     259200 Grids Defined\n"), std::string::npos);
+  EXPECT_NE(result.output.find("         71 Grids Selected and Saved\n"),
+            std::string::npos);
+
+  SeriesByPlace expected = sample_series("tmp");
+  for (auto& [place, values] : expected) {
+    values = years_of(values, 1901, 1910);
+  }
+  EXPECT_EQ(expected.size(), 71U);
+  EXPECT_EQ(read_time_series(file_content(data_file_name("tmp") + ".TSF"), 1901),
+            expected);
+}
+
+TEST(SampleSession, SavesTheYukonBlockForAllYears) {
+  const TemporaryFolder folder;
+  write_all_years("tmp", 301, 303);
+  const SessionResult result = run_session(
+      one_pass("2", {"61.5", "60.0", "-138.5", "-140.0"}, {"1901", "2016"}));
+  EXPECT_EQ(result.status, 0);
+
+  const SeriesByPlace saved =
+      read_time_series(file_content(data_file_name("tmp") + ".TSF"), 1901);
+  EXPECT_EQ(saved.size(), 9U);
+  const SeriesByPlace sample = sample_series("tmp");
+  for (const auto& [place, values] : saved) {
+    EXPECT_EQ(values, sample.at(place)) << place.first << ", " << place.second;
+  }
+}
+
+TEST(SampleSession, ReadsTheDroughtIndexRowOrderFromNorthToSouth) {
+  const TemporaryFolder folder;
+  expand_sample("tmp", "--years 1901-1901 --scpdsi", data_file_name("scPDSI"));
+  const SessionResult result = run_session(
+      one_pass("11", {"61.5", "60.0", "-138.5", "-140.0"}, {"1901", "1901"}));
+  EXPECT_EQ(result.status, 0);
+
+  const SeriesByPlace saved =
+      read_time_series(file_content(data_file_name("scPDSI") + ".TSF"), 1901);
+  EXPECT_EQ(saved.size(), 9U);
+  const SeriesByPlace sample = sample_series("tmp");
+  for (const auto& [place, values] : saved) {
+    EXPECT_EQ(values, years_of(sample.at(place), 1901, 1901)) << place.second;
+  }
+}
+
+TEST(SampleSession, SavesAcrossTheMeridianAndThenShiftsAnOrdinaryBox) {
+  const TemporaryFolder folder;
+  expand_sample("tmp", "--years 1901-1901", data_file_name("tmp"));
+  Answers answers =
+      one_pass("2", {"61.5", "-10.0", "-138.5", "145.0"}, {"1901", "1901"});
+  answers.back() = "T";
+  answers.emplace_back("T");
+  const Answers second =
+      one_pass("2", {"61.5", "60.0", "-138.5", "-140.0"}, {"1901", "1901"});
+  answers.insert(answers.end(), second.begin(), second.end());
+  const SessionResult result = run_session(answers);
+  EXPECT_EQ(result.status, 0);
+  // Hawaii and Yukon, 11 cells, west of the seam; New Guinea east of it.
+  EXPECT_NE(result.output.find("         12 Grids Selected and Saved\n"),
+            std::string::npos);
+  // The second box is cut into columns 1..83 and 81..720, which overlap by three: every
+  // value stands three columns west of its place, and zeros fill columns 718..720.
+  EXPECT_NE(result.output.find("       2169 Grids Defined\n"), std::string::npos);
+  SeriesByPlace expected;
+  for (const int latitude : {6025, 6075, 6125}) {
+    for (const int longitude : {17875, 17925, 17975}) {
+      expected[{longitude, latitude}] = std::vector<int>(12, 0);
+    }
+  }
+  expected[{-12275, 6125}] =
+      years_of(sample_series("tmp").at({-12125, 6125}), 1901, 1901);
+  EXPECT_EQ(read_time_series(file_content(data_file_name("tmp") + ".TSF"), 1901),
+            expected);
+}
+
+}  // namespace
+}  // namespace veldmark::testing
