@@ -1,0 +1,33 @@
+# Keeps the includes of src/ pointing downhill. Run with
+#   cmake -DSOURCE_FOLDER=.../src -P check_includes.cmake
+#
+cmake_minimum_required(VERSION 3.25)
+
+# Each folder may include the folders named here, and nothing else of ours.
+set(util_may_include util)
+set(stats_may_include stats)
+set(console_may_include console util)
+set(selection_may_include selection console util)
+set(catalogue_may_include catalogue selection console util)
+set(output_may_include output catalogue selection console stats util)
+set(driver_may_include driver output catalogue selection console stats util)
+
+file(GLOB_RECURSE files RELATIVE "${SOURCE_FOLDER}" "${SOURCE_FOLDER}/*.h"
+     "${SOURCE_FOLDER}/*.cc")
+set(faults "")
+foreach(file IN LISTS files)
+  string(REGEX MATCH "^[^/]+" folder "${file}")
+  if(NOT DEFINED ${folder}_may_include)
+    string(APPEND faults "  ${file}: no rule for the folder ${folder}\n")
+  endif()
+  file(STRINGS "${SOURCE_FOLDER}/${file}" includes REGEX "^#include \"")
+  foreach(include IN LISTS includes)
+    string(REGEX REPLACE "^#include \"([^/\"]+)/?.*" "\\1" included "${include}")
+    if(NOT included IN_LIST ${folder}_may_include)
+      string(APPEND faults "  ${file} must not include ${included}/: ${include}\n")
+    endif()
+  endforeach()
+endforeach()
+if(faults)
+  message(FATAL_ERROR "Includes that point the wrong way:\n${faults}")
+endif()
