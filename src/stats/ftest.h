@@ -24,8 +24,8 @@ namespace veldmark {
 // Kept on purpose: the degrees of freedom are d1 - 1 and d2 - 1, so normal-shaped
 // samples (kurtosis 3) of n values are tested with n - 2.
 // Edges      a sample of 0 or 1 values, or no variance in either, gives a NaN f and a
-//            NaN prob. Nearly constant samples may get a negative variance by rounding,
-//            hence a negative f.
+//            NaN prob. A constant sample may get a negative variance by rounding, and
+//            f with it.
 // Errors     none of its own: the caller tests f for NaN. With a negative f the
 //            argument of betai may be bad: `on_bad_argument` is called then, once, and
 //            prob is NaN.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -25,6 +26,30 @@ void expect_plain(const std::vector<float>& data1, const std::vector<float>& dat
   ASSERT_TRUE(same_bits(got.f, plain::as_float(expected.f)));
   ASSERT_TRUE(same_bits(got.prob, plain::as_float(expected.prob)));
   ASSERT_EQ(got.bad_arguments.size(), static_cast<std::size_t>(expected.bad_arguments));
+}
+
+void expect_kurtosis(const std::vector<std::int32_t>& stored1,
+                     const std::vector<std::int32_t>& stored2, float expected) {
+  const plain::Test got = plain::ftest(frost_days(stored1), frost_days(stored2));
+  EXPECT_TRUE(same_bits(plain::as_float(got.kurtosis), expected));
+}
+
+// The pooled kurtosis stays inside ftest; here it shows that the plain definition is
+// right on its own.
+TEST(FtestExactness, RestsOnAPlainDefinitionWithTheKnownKurtosis) {
+  expect_kurtosis({1, 2, 3, 4, 5}, {2, 4, 6, 8, 10}, 2.31200004F);
+  expect_kurtosis({1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, 1.69999993F);
+  expect_kurtosis({5, 5, 5, 5, 5}, {1, 2, 3, 4, 5}, 3.39999986F);
+  expect_kurtosis({100, 200}, {100, 300}, 1.36000001F);
+  expect_kurtosis({100, 200, 300}, {100, 300, 500}, 2.03999996F);
+  constexpr std::array<float, 5> kSeeded = {2.14554024F, 1.77427769F, 1.8896687F,
+                                            1.88446844F, 1.8558706F};
+  for (std::size_t i = 0; i < kSeeded.size(); ++i) {
+    const reference::FtestValue& known = reference::kFtest.at(i);
+    expect_kurtosis(Generator(known.seed).values(known.n1, 0, 3100),
+                    Generator(known.seed + 100).values(known.n2, 0, 2500),
+                    kSeeded.at(i));
+  }
 }
 
 // One value of a sample of shape 0..9; what cannot occur in the data (fractions, huge
@@ -153,6 +178,25 @@ TEST(FtestExactness, IsWithinTheStatedErrorForRealFrostDays) {
     const auto data2 = frost_days({cutoff, known.values.end()});
     expect_plain(data1, data2);
     expect_near(run_ftest(data1, data2), {known.f, known.d1, known.d2, known.prob});
+  }
+}
+
+// The report lines of the worked example in docs/variance-test.md: f has these bits,
+// prob may differ in its last digits with another library.
+TEST(FtestExactness, GivesTheWorkedExampleOfTheDocumentation) {
+  struct Line {
+    float f;
+    float prob;
+  };
+  constexpr std::array<Line, 3> kLines = {
+      {{1.0058413F, 0.9473378F}, {1.0154765F, 0.896448F}, {1.0107181F, 0.91194385F}}};
+  for (std::size_t i = 0; i < kLines.size(); ++i) {
+    const auto& values = reference::kRealFrostSeries.at(i).values;
+    const auto* const cutoff = values.begin() + reference::kFirstSampleCount;
+    const FtestOutcome got = run_ftest(frost_days({values.begin(), cutoff}),
+                                       frost_days({cutoff, values.end()}));
+    EXPECT_TRUE(same_bits(got.f, kLines.at(i).f));
+    EXPECT_NEAR(got.prob, kLines.at(i).prob, 1e-5 * kLines.at(i).prob);
   }
 }
 

@@ -172,6 +172,14 @@ TEST(Ftest, ReportsTheBadArgumentOfANegativeF) {
   EXPECT_EQ(got.bad_arguments, std::vector<std::string>{"bad argument x in betai"});
 }
 
+// A varying sample over a negative variance: f is negative and huge, x below 0.
+TEST(Ftest, ReportsTheBadArgumentWhenOnlyOneSampleIsConstant) {
+  const FtestOutcome got = run_ftest(frost_days(kYearJ), constant_sample(732, 1313));
+  EXPECT_LT(got.f, -1e16F);
+  EXPECT_TRUE(std::isnan(got.prob));
+  EXPECT_EQ(got.bad_arguments, std::vector<std::string>{"bad argument x in betai"});
+}
+
 // 37 hundredths, over 1 and 61 years: the smaller variance is negative, the larger 0.
 TEST(Ftest, GivesMinusZeroForZeroOverANegativeVariance) {
   const FtestOutcome got = run_ftest(constant_sample(12, 37), constant_sample(732, 37));
@@ -240,6 +248,17 @@ TEST(AdjustedCount, IsAtLeastTwo) {
   EXPECT_EQ(adjusted_count(3.0F, -1e-9F), 2);  // -6e9
   EXPECT_EQ(adjusted_count(1.0F, 3.0F), 2);    // the ratio inside is -2/0
   EXPECT_EQ(adjusted_count(0.0F, 3.0F), 2);    // a quotient of 0
+}
+
+TEST(AdjustedCount, HasTheValueOfThePlainDefinition) {
+  for (std::int32_t n = 0; n <= 1392; ++n) {
+    for (int sixteenths = 0; sixteenths <= 80; ++sixteenths) {
+      const auto count = static_cast<float>(n);
+      const float kurtosis = static_cast<float>(sixteenths) / 16.0F;
+      ASSERT_EQ(adjusted_count(count, kurtosis), plain::adjusted_count(count, kurtosis))
+          << n << ' ' << kurtosis;
+    }
+  }
 }
 
 TEST(AdjustedCount, ReachesTheLargestThatFits) {

@@ -175,6 +175,7 @@ struct Test {
   std::int32_t d2;
   Real32 f;
   Real32 prob;
+  Real32 kurtosis;
   int bad_arguments;
 };
 
@@ -200,7 +201,8 @@ inline Test ftest(const std::vector<float>& data1, const std::vector<float>& dat
   const Real32 pooled = (weighted2 + weighted1) / (n2 + n1);
   const Real32 kurtosis = m4 / (pooled * pooled);
 
-  Test out{adjusted_count(n1, kurtosis), adjusted_count(n2, kurtosis), 0, 0, 0};
+  Test out{
+      adjusted_count(n1, kurtosis), adjusted_count(n2, kurtosis), 0, 0, kurtosis, 0};
   Real32 df1 = out.d2 - 1;
   Real32 df2 = out.d1 - 1;
   if (second.var < first.var) {
