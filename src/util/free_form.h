@@ -29,8 +29,9 @@ std::optional<float> parse_real(std::string_view value);
 
 // Items of a free-form record. A record is one blank and its items one after another:
 // texts as they are, an integer as one blank and its digits, a real as one blank and
-// the shortest decimal that reads back to the same 32-bit real, right-aligned in 15
-// columns, with ".0" where it has no fraction.
+// the shortest decimal that reads back to the same 32-bit real (fixed or with an
+// exponent, fixed where both are as short; of equally short ones the nearest),
+// right-aligned in 15 columns, with ".0" where it has no fraction.
 std::string free_form_integer(std::int64_t value);
 std::string free_form_real(float value);
 

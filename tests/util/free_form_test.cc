@@ -85,6 +85,12 @@ TEST(FreeFormReal, IsABlankAndFifteenColumns) {
   EXPECT_EQ(free_form_real(-179.75F), "         -179.75");
 }
 
+TEST(FreeFormReal, TakesTheNearestOfEquallyShortDecimals) {
+  EXPECT_EQ(free_form_real(684252608.0F), "     684252608.0");
+  EXPECT_EQ(free_form_real(0.00065F), "         0.00065");
+  EXPECT_EQ(free_form_real(0.000065F), "         6.5e-05");
+}
+
 TEST(FreeFormReal, HasAFractionAlways) {
   EXPECT_EQ(free_form_real(4.0F), "             4.0");
   EXPECT_EQ(free_form_real(0.0F), "             0.0");
