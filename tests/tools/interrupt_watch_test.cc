@@ -1,0 +1,57 @@
+#include "series_to_grid/interrupt_watch.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace veldmark {
+namespace {
+
+TEST(InterruptWatch, NothingIsCaughtAtFirst) {
+  const InterruptWatch watch;
+  EXPECT_EQ(InterruptWatch::signal_caught(), 0);
+}
+
+TEST(InterruptWatch, EachStopSignalIsNotedAndSurvived) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    const InterruptWatch watch;
+    std::raise(number);
+    EXPECT_EQ(InterruptWatch::signal_caught(), number);
+  }
+}
+
+TEST(InterruptWatch, TheFileSizeSignalIsIgnored) {
+  const InterruptWatch watch;
+  std::raise(SIGXFSZ);
+  EXPECT_EQ(InterruptWatch::signal_caught(), 0);
+}
+
+TEST(InterruptWatch, AnIgnoredSignalStaysIgnored) {
+  auto* const before = std::signal(SIGHUP, SIG_IGN);
+  {
+    const InterruptWatch watch;
+    std::raise(SIGHUP);
+    EXPECT_EQ(InterruptWatch::signal_caught(), 0);
+  }
+  std::signal(SIGHUP, before);
+}
+
+void watch_and_then_raise(int number) {
+  { const InterruptWatch watch; }
+  std::raise(number);
+}
+
+TEST(InterruptWatch, AfterwardsAnInterruptKills) {
+  EXPECT_EXIT(watch_and_then_raise(SIGINT), testing::KilledBySignal(SIGINT), "");
+}
+
+TEST(InterruptWatch, AfterwardsARequestToTerminateKills) {
+  EXPECT_EXIT(watch_and_then_raise(SIGTERM), testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(InterruptWatch, AfterwardsAHangUpKills) {
+  EXPECT_EXIT(watch_and_then_raise(SIGHUP), testing::KilledBySignal(SIGHUP), "");
+}
+
+}  // namespace
+}  // namespace veldmark
