@@ -1,25 +1,20 @@
-// A condensed grid file: 116 years x 12 months x 360 lines of 720 five-character
-// integers, and the reading of a search's block from it.
+// An open condensed grid file (channel 13).
 //
-// The line of year Y, month M and row R is line (Y - 1901) * 4320 + (M - 1) * 360 + R,
-// counted from 1. Lines that a search passes over may hold anything and have any
-// length.
+// 116 years x 12 months x 360 lines of 720 five-character integers. The line of year Y,
+// month M and row R is line (Y - 1901) * 4320 + (M - 1) * 360 + R, counted from 1.
 
 #ifndef VELDMARK_CATALOGUE_GRID_FILE_H_
 #define VELDMARK_CATALOGUE_GRID_FILE_H_
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 
-#include "catalogue/grid_values.h"
-#include "console/console_dialogue.h"
-#include "selection/grid_geometry.h"
-#include "selection/search_region.h"
 #include "util/file_descriptor.h"
 
 namespace veldmark {
 
-// An open data file (channel 13), read from its start onward.
 class GridFile {
  public:
   // Opens `name` for reading. A file that can't be opened, a folder too, ends the run
@@ -30,22 +25,19 @@ class GridFile {
 
   // Reads up to `size` further bytes; gives their number, 0 at the end. A failure of
   // the system ends the run (RunEnd).
-  std::size_t read(char* buffer, std::size_t size);
+  [[nodiscard]] std::size_t read(char* buffer, std::size_t size) const;
+
+  // Reads `size` bytes from `offset` on, which doesn't move the place where read goes
+  // on. False when the file has no such bytes or the system fails.
+  [[nodiscard]] bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
+
+  // How many bytes the file has; nothing for a pipe or a device.
+  [[nodiscard]] std::optional<std::int64_t> size() const;
 
  private:
   std::string name_;
   FileDescriptor file_;
 };
-
-// Reads the values of `years` for the cells of `ranges` and closes the file. Of every
-// month all 360 lines are passed; rows outside 1..360 are not there to be read.
-//
-// Failures end the run (RunEnd), after a message of their own in the first two cases:
-//   a wanted line with a field that is no integer, or too short for its fields
-//   the end of the file at a wanted line, or inside the last line when it is wanted
-//   the end of the file at a line that is passed over
-GridValues read_block(ConsoleDialogue& console, GridFile file, const YearSpan& years,
-                      const GridRanges& ranges);
 
 }  // namespace veldmark
 

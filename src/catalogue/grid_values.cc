@@ -14,24 +14,95 @@ bool is_wanted(std::int32_t column, const GridRanges& ranges) {
 
 }  // namespace
 
-GridValues::GridValues(const GridRanges& ranges, std::int32_t YearCount)
-    : first_row_(std::max(ranges.FirstRow, 1)), year_count_(YearCount) {
+GridValues::GridValues(const GridRanges& ranges, std::int32_t YearCount,
+                       std::int32_t MissingCode)
+    : first_row_(std::max(ranges.FirstRow, 1)),
+      last_row_(ranges.LastRow),
+      month_count_(static_cast<std::size_t>(YearCount) * kMonthsPerYear),
+      MissingCode_(MissingCode),
+      row_begin_{0} {
   for (std::int32_t column = 1; column <= kGridColumns; ++column) {
     if (is_wanted(column, ranges)) {
-      place_of_column_[static_cast<std::size_t>(column)] = columns_.size();
       columns_.push_back(column);
     }
   }
-  const std::int32_t row_count = std::max(ranges.LastRow - first_row_ + 1, 0);
-  values_.resize(static_cast<std::size_t>(row_count) * month_count() * columns_.size());
 }
 
-void GridValues::store_row(std::int32_t year, std::int32_t month, std::int32_t row,
-                           const RowValues& row_values) {
-  std::size_t place = row_place(year, month, row);
+void GridValues::open_row(std::int32_t /*row*/, const RowValues& january) {
   for (const std::int32_t column : columns_) {
-    values_[place] = row_values[static_cast<std::size_t>(column)];
-    ++place;
+    const std::int16_t value = january[static_cast<std::size_t>(column)];
+    if (value != MissingCode_) {
+      data_columns_.push_back(column);
+      january_.push_back(value);
+    }
+  }
+  row_begin_.push_back(data_columns_.size());
+}
+
+void GridValues::lay_out() {
+  values_ = LargeBuffer(data_columns_.size() * month_count_);
+  for (std::int32_t row = first_row_; row <= last_row_; ++row) {
+    const auto begin =
+        january_.begin() + static_cast<std::ptrdiff_t>(row_begin_[row_index(row)]);
+    const std::span<std::int16_t> cells = month_of_row(0, row);
+    std::copy_n(begin, cells.size(), cells.begin());
+  }
+  january_ = {};
+}
+
+void GridValues::store_row(std::size_t month, std::int32_t row,
+                           const RowValues& row_values) {
+  const std::span<const std::int32_t> columns = data_columns(row);
+  const std::span<std::int16_t> cells = month_of_row(month, row);
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    cells[i] = row_values[static_cast<std::size_t>(columns[i])];
+  }
+}
+
+std::span<const std::int32_t> GridValues::data_columns(std::int32_t row) const {
+  if (row < first_row_ || row > last_row_) {
+    return {};
+  }
+  const std::size_t begin = row_begin_[row_index(row)];
+  const std::size_t end = row_begin_[row_index(row) + 1];
+  return std::span(data_columns_).subspan(begin, end - begin);
+}
+
+std::span<std::int16_t> GridValues::month_of_row(std::size_t month, std::int32_t row) {
+  return {values_.data() + place_of_month(month, row), data_columns(row).size()};
+}
+
+std::span<const std::int16_t> GridValues::month_of_row(std::size_t month,
+                                                       std::int32_t row) const {
+  return {values_.data() + place_of_month(month, row), data_columns(row).size()};
+}
+
+std::size_t GridValues::place_of_month(std::size_t month, std::int32_t row) const {
+  return row_begin_[row_index(row)] * month_count_ + month * data_columns(row).size();
+}
+
+void turn_row(const GridValues& values, std::int32_t row,
+              std::vector<std::int16_t>& series) {
+  // Blocks of this size keep both sides in the first-level cache: 8 cells of 8 months
+  // are one cache line each to write and part of one each to read.
+  constexpr std::size_t kBlock = 8;
+  const std::size_t cells = values.data_columns(row).size();
+  const std::size_t months = values.month_count();
+  series.resize(cells * months);
+  if (cells == 0) {
+    return;
+  }
+  const std::int16_t* from = values.month_of_row(0, row).data();
+  for (std::size_t cell = 0; cell < cells; cell += kBlock) {
+    const std::size_t cell_end = std::min(cell + kBlock, cells);
+    for (std::size_t month = 0; month < months; month += kBlock) {
+      const std::size_t month_end = std::min(month + kBlock, months);
+      for (std::size_t c = cell; c < cell_end; ++c) {
+        for (std::size_t m = month; m < month_end; ++m) {
+          series[c * months + m] = from[m * cells + c];
+        }
+      }
+    }
   }
 }
 

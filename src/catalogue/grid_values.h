@@ -6,9 +6,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "selection/grid_geometry.h"
+#include "util/large_buffer.h"
 
 namespace veldmark {
 
@@ -16,53 +18,68 @@ namespace veldmark {
 // grid.
 using RowValues = std::array<std::int16_t, kGridColumns + 1>;
 
-// Values in stored units (tenths or hundredths, see the catalogue), addressed by year,
-// month, row and column, each counted from 1; year 1 is FYOD. Only the cells of the
-// search's ranges that lie on the grid are held.
+// Values in stored units (tenths or hundredths, see the catalogue) of the cells that
+// have data: those whose January of FYOD is not the missing code. No other month is
+// asked, and cells without data are not kept.
+//
+// Rows and columns are counted from 1, months from 0, January of FYOD, to
+// month_count() - 1, December of LYOD. Filled in three steps: every row is opened with
+// its January of FYOD, the room for all months is laid out, and the other months are
+// stored.
 class GridValues {
  public:
-  // Makes room for the cells of `ranges` in `YearCount` years; all values are 0.
-  GridValues(const GridRanges& ranges, std::int32_t YearCount);
+  // For the cells of `ranges` that lie on the grid, in `YearCount` years.
+  GridValues(const GridRanges& ranges, std::int32_t YearCount,
+             std::int32_t MissingCode);
 
-  [[nodiscard]] std::int32_t YearCount() const { return year_count_; }
+  // Finds the cells of `row` that have data, from the values of January of FYOD. Rows
+  // are opened upward, each once.
+  void open_row(std::int32_t row, const RowValues& january);
 
-  // REQUIRES: the cell is on the grid and inside the ranges.
-  [[nodiscard]] std::int16_t at(std::int32_t year, std::int32_t month, std::int32_t row,
-                                std::int32_t column) const {
-    return values_[row_place(year, month, row) +
-                   place_of_column_[static_cast<std::size_t>(column)]];
-  }
+  // Makes room for all months of the cells that have data.
+  void lay_out();
 
-  // Keeps the values of the held columns of a row in one month.
-  void store_row(std::int32_t year, std::int32_t month, std::int32_t row,
-                 const RowValues& row_values);
+  // Keeps one month (1 or later) of the cells of `row` that have data.
+  void store_row(std::size_t month, std::int32_t row, const RowValues& row_values);
 
-  // Has the cell data? It has none when its January value of FYOD is `MissingCode`; no
-  // other month is looked at.
-  [[nodiscard]] bool has_data(std::int32_t row, std::int32_t column,
-                              std::int32_t MissingCode) const {
-    return at(1, 1, row, column) != MissingCode;
-  }
+  // The columns of `row` whose cells have data, ascending. A row without any, or
+  // outside the ranges, has none.
+  [[nodiscard]] std::span<const std::int32_t> data_columns(std::int32_t row) const;
+
+  // One month of the cells of `row` that have data, in the order of data_columns.
+  [[nodiscard]] std::span<std::int16_t> month_of_row(std::size_t month,
+                                                     std::int32_t row);
+  [[nodiscard]] std::span<const std::int16_t> month_of_row(std::size_t month,
+                                                           std::int32_t row) const;
+
+  [[nodiscard]] std::size_t month_count() const { return month_count_; }
 
  private:
-  [[nodiscard]] std::size_t row_place(std::int32_t year, std::int32_t month,
-                                      std::int32_t row) const {
-    const auto month_index = static_cast<std::size_t>(year - 1) * kMonthsPerYear +
-                             static_cast<std::size_t>(month - 1);
-    return (static_cast<std::size_t>(row - first_row_) * month_count() + month_index) *
-           columns_.size();
+  [[nodiscard]] std::size_t row_index(std::int32_t row) const {
+    return static_cast<std::size_t>(row - first_row_);
   }
-
-  [[nodiscard]] std::size_t month_count() const {
-    return static_cast<std::size_t>(year_count_) * kMonthsPerYear;
-  }
+  [[nodiscard]] std::size_t place_of_month(std::size_t month, std::int32_t row) const;
 
   std::int32_t first_row_;
-  std::int32_t year_count_;
-  std::vector<std::int32_t> columns_;  // the held columns, ascending
-  std::array<std::size_t, kGridColumns + 1> place_of_column_{};
-  std::vector<std::int16_t> values_;  // [row][month][column]
+  std::int32_t last_row_;
+  std::size_t month_count_;
+  std::int32_t MissingCode_;
+  std::vector<std::int32_t> columns_;       // wanted and on the grid, ascending
+  std::vector<std::int32_t> data_columns_;  // of all rows, row by row
+  std::vector<std::size_t>
+      row_begin_;                      // where a row's begin there; one more at the end
+  std::vector<std::int16_t> january_;  // like data_columns_, until the layout
+
+  // [row][month][cell]: stores while reading are contiguous, and a row is small enough
+  // to be turned into series in the second-level cache. Storing cell by cell instead
+  // took about twice as long for the globe.
+  LargeBuffer values_;
 };
+
+// Turns a row into the series of its cells: cell i of data_columns(row) gets
+// series[i * month_count] up to series[(i + 1) * month_count - 1].
+void turn_row(const GridValues& values, std::int32_t row,
+              std::vector<std::int16_t>& series);
 
 }  // namespace veldmark
 

@@ -9,6 +9,7 @@
 
 #include "catalogue/grid_file.h"
 #include "catalogue/grid_values.h"
+#include "catalogue/read_block.h"
 #include "catalogue/variable_catalogue.h"
 #include "driver/run_state.h"
 #include "driver/screens.h"
@@ -116,7 +117,9 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
     throw RunEnd::error("Channel is not connected", Operation::kRead,
                         Channel::kGridFile);
   }
-  return read_block(console, std::move(*input), state.years, state.ranges);
+  const BlockRequest request{
+      .years = state.years, .ranges = state.ranges, .MissingCode = state.MissingCode};
+  return read_block(console, std::move(*input), request);
 }
 
 // S10: the offer of the variance test; opens its report when the user takes it.
@@ -157,8 +160,7 @@ void run_pass(ConsoleDialogue& console, RunState& state) {
                             .lattice = lattice,
                             .years = state.years,
                             .order = row_order(state.MenuChoice),
-                            .CrossesDateLine = state.ranges.CrossesDateLine,
-                            .MissingCode = state.MissingCode};
+                            .CrossesDateLine = state.ranges.CrossesDateLine};
   const std::int32_t CellsSaved = save_cells(console, request, state.TsfName,
                                              time_series, cell_list, variance_report);
 

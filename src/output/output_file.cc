@@ -16,25 +16,34 @@ constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 OutputFile::OutputFile(std::string name, Channel channel)
     : name_(std::move(name)),
       channel_(channel),
-      file_(name_, O_WRONLY | O_CREAT | O_TRUNC) {
+      file_(name_, O_WRONLY | O_CREAT | O_TRUNC),
+      buffer_(kBufferSize) {
   if (!file_.is_open()) {
     throw cannot_open(name_, channel_);
   }
-  buffer_.reserve(kBufferSize);
 }
 
 OutputFile::~OutputFile() {
   if (file_.is_open()) {
     // The run is ending for another reason, which its report names.
-    [[maybe_unused]] const bool written = file_.write_all(buffer_);
+    [[maybe_unused]] const bool written = file_.write_all({buffer_.data(), used_});
   }
 }
 
 void OutputFile::write(std::string_view text) {
-  if (buffer_.size() + text.size() > kBufferSize) {
+  while (!text.empty()) {
+    const std::string_view piece = text.substr(0, kMostRoom);
+    piece.copy(room(piece.size()), piece.size());
+    keep(piece.size());
+    text.remove_prefix(piece.size());
+  }
+}
+
+char* OutputFile::room(std::size_t size) {
+  if (used_ + size > buffer_.size()) {
     write_out();
   }
-  buffer_ += text;
+  return buffer_.data() + used_;
 }
 
 void OutputFile::close() {
@@ -48,8 +57,8 @@ void OutputFile::close() {
 }
 
 void OutputFile::write_out() {
-  const bool written = file_.write_all(buffer_);
-  buffer_.clear();
+  const bool written = file_.write_all({buffer_.data(), used_});
+  used_ = 0;
   if (!written) {
     throw cannot_write(name_, errno, Operation::kWrite, channel_);
   }

@@ -1,5 +1,11 @@
 #include "output/time_series_output.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "output/six_columns.h"
 #include "util/fixed_field.h"
 
 namespace veldmark {
@@ -7,6 +13,77 @@ namespace {
 
 constexpr int kMargin = 1;
 constexpr int kTableMargin = 2;
+
+// A coordinate of the lattice with the texts that every cell there shares. Writing them
+// anew for each cell took an eighth of the whole run for the globe.
+struct Coordinate {
+  explicit Coordinate(float value)
+      : degrees(value),
+        in_files(fixed_real(value, 9, 3)),
+        in_table(fixed_real(value, 10, 3)) {}
+
+  float degrees;
+  std::string in_files;
+  std::string in_table;
+};
+
+// Writes the cells of a search, one after another.
+class CellWriter {
+ public:
+  CellWriter(ConsoleDialogue& console, const SaveRequest& request,
+             OutputFile& time_series, OutputFile& cell_list)
+      : console_(console),
+        request_(request),
+        time_series_(time_series),
+        cell_list_(cell_list),
+        list_gap_(request.CrossesDateLine ? "" : "   ") {
+    for (std::int32_t year = 0; year < request.years.YearCount(); ++year) {
+      year_texts_.push_back(" " + fixed_integer(request.years.FYOD + year, 4));
+    }
+  }
+
+  // `series` holds all months, January of FYOD first.
+  void write_cell(const Coordinate& longitude, const Coordinate& latitude,
+                  std::span<const std::int16_t> series) {
+    ++CellsSaved_;
+    const VariableEntry& entry = request_.entry;
+    const std::string heading =
+        " " + longitude.in_files + latitude.in_files + "    " + entry.OutputPrefix;
+    cell_list_.write(heading + list_gap_ + entry.TitleText + "\n");
+    console_.write_line(kTableMargin, fixed_integer(CellsSaved_, 6) +
+                                          longitude.in_table + latitude.in_table +
+                                          "   " + entry.OutputPrefix + "   " +
+                                          entry.TitleText);
+    time_series_.write(heading + entry.TitleText + entry.RFMT + "\n");
+    for (const std::string& year_text : year_texts_) {
+      write_year(year_text, series.first(kMonthsPerYear));
+      series = series.subspan(kMonthsPerYear);
+    }
+  }
+
+  [[nodiscard]] std::int32_t CellsSaved() const { return CellsSaved_; }
+
+ private:
+  void write_year(const std::string& year_text, std::span<const std::int16_t> months) {
+    const std::size_t size = year_text.size() + months.size() * SixColumns::kWidth + 1;
+    char* const begin = time_series_.room(size + SixColumns::kCopied);
+    char* end = std::copy(year_text.begin(), year_text.end(), begin);
+    for (const std::int16_t value : months) {
+      end = six_columns_.write(value, end);
+    }
+    *end = '\n';
+    time_series_.keep(size);
+  }
+
+  ConsoleDialogue& console_;
+  const SaveRequest& request_;
+  OutputFile& time_series_;
+  OutputFile& cell_list_;
+  std::string list_gap_;
+  std::vector<std::string> year_texts_;
+  SixColumns six_columns_;
+  std::int32_t CellsSaved_ = 0;
+};
 
 void start_table(ConsoleDialogue& console, const YearSpan& years) {
   console.blank_line();
@@ -16,44 +93,33 @@ void start_table(ConsoleDialogue& console, const YearSpan& years) {
   console.write_line(kTableMargin, "   #    longitude latitude   dattype       title");
 }
 
-void write_table_line(ConsoleDialogue& console, const Cell& cell,
-                      const VariableEntry& entry, std::int32_t CellsSaved) {
-  console.write_line(kTableMargin, fixed_integer(CellsSaved, 6) +
-                                       fixed_real(cell.longitude, 10, 3) +
-                                       fixed_real(cell.latitude, 10, 3) + "   " +
-                                       entry.OutputPrefix + "   " + entry.TitleText);
-}
-
-// How cells are headed in both files: one blank, longitude, latitude, four blanks and
-// the prefix.
-std::string cell_heading(const Cell& cell, const VariableEntry& entry) {
-  return " " + fixed_real(cell.longitude, 9, 3) + fixed_real(cell.latitude, 9, 3) +
-         "    " + entry.OutputPrefix;
-}
-
-void write_list_line(OutputFile& cell_list, const Cell& cell,
-                     const SaveRequest& request) {
-  const std::string gap = request.CrossesDateLine ? "" : "   ";
-  cell_list.write(cell_heading(cell, request.entry) + gap + request.entry.TitleText +
-                  "\n");
-}
-
-std::string year_line(const SaveRequest& request, const Cell& cell, std::int32_t year) {
-  std::string line = " " + fixed_integer(request.years.FYOD + year - 1, 4);
-  for (std::int32_t month = 1; month <= kMonthsPerYear; ++month) {
-    line += fixed_integer(request.values.at(year, month, cell.row, cell.column), 6);
+// One row's cells, found by their column.
+class RowSeries {
+ public:
+  // Turns the row's values into series.
+  RowSeries(const GridValues& values, std::int32_t row,
+            std::vector<std::int16_t>& memory)
+      : columns_(values.data_columns(row)),
+        month_count_(values.month_count()),
+        series_(memory) {
+    turn_row(values, row, memory);
   }
-  return line + "\n";
-}
 
-void write_series(OutputFile& time_series, const Cell& cell,
-                  const SaveRequest& request) {
-  const VariableEntry& entry = request.entry;
-  time_series.write(cell_heading(cell, entry) + entry.TitleText + entry.RFMT + "\n");
-  for (std::int32_t year = 1; year <= request.years.YearCount(); ++year) {
-    time_series.write(year_line(request, cell, year));
+  // The series of the cell in `column`; empty when the cell has no data.
+  [[nodiscard]] std::span<const std::int16_t> of(std::int32_t column) const {
+    const auto found = std::lower_bound(columns_.begin(), columns_.end(), column);
+    if (found == columns_.end() || *found != column) {
+      return {};
+    }
+    const auto index = static_cast<std::size_t>(found - columns_.begin());
+    return std::span(series_).subspan(index * month_count_, month_count_);
   }
-}
+
+ private:
+  std::span<const std::int32_t> columns_;
+  std::size_t month_count_;
+  const std::vector<std::int16_t>& series_;
+};
 
 }  // namespace
 
@@ -63,24 +129,29 @@ std::int32_t save_cells(ConsoleDialogue& console, const SaveRequest& request,
                         std::optional<VarianceReport>& variance_report) {
   start_table(console, request.years);
   cell_list.write(" #   Lon.     Lat.      " + TsfName + "\n");
-  std::int32_t CellsSaved = 0;
+  std::vector<Coordinate> longitudes;
+  for (const std::int32_t column : request.lattice.columns) {
+    longitudes.emplace_back(cell_longitude(column));
+  }
+  CellWriter writer(console, request, time_series, cell_list);
+  std::vector<std::int16_t> memory;
   for (const std::int32_t row : request.lattice.rows) {
-    for (const std::int32_t column : request.lattice.columns) {
-      if (!request.values.has_data(row, column, request.MissingCode)) {
+    const Coordinate latitude(cell_latitude(row, request.order));
+    const RowSeries row_series(request.values, row, memory);
+    for (std::size_t i = 0; i < longitudes.size(); ++i) {
+      const std::span<const std::int16_t> series =
+          row_series.of(request.lattice.columns[i]);
+      if (series.empty()) {
         continue;
       }
-      const Cell cell{row, column, cell_longitude(column),
-                      cell_latitude(row, request.order)};
       if (variance_report) {
-        variance_report->add_cell(console, request.values, cell);
+        variance_report->add_cell(console, {longitudes[i].degrees, latitude.degrees},
+                                  series);
       }
-      ++CellsSaved;
-      write_list_line(cell_list, cell, request);
-      write_table_line(console, cell, request.entry, CellsSaved);
-      write_series(time_series, cell, request);
+      writer.write_cell(longitudes[i], latitude, series);
     }
   }
-  return CellsSaved;
+  return writer.CellsSaved();
 }
 
 void write_summary(ConsoleDialogue& console, std::int32_t CellsDefined,

@@ -27,7 +27,6 @@ struct SaveRequest {
   YearSpan years;
   RowOrder order = RowOrder::kSouthFirst;
   bool CrossesDateLine = false;
-  std::int32_t MissingCode = 0;
 };
 
 // Writes every cell of the lattice that has data to the two files and to the table on

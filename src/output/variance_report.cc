@@ -25,18 +25,20 @@ std::string compared_periods(const VarianceTest& test) {
 
 }  // namespace
 
-void collect_sample(const GridValues& values, const Cell& cell, SampleYears years,
+void collect_sample(std::span<const std::int16_t> series, SampleYears years,
                     std::int32_t MissingCode, float SampleScale,
                     std::vector<float>& sample) {
+  const auto YearCount = static_cast<std::int64_t>(series.size()) / kMonthsPerYear;
   const std::int64_t first = std::max<std::int64_t>(years.first, 1);
-  const std::int64_t last = std::min<std::int64_t>(years.last, values.YearCount());
-  for (std::int64_t year = first; year <= last; ++year) {
-    for (std::int32_t month = 1; month <= kMonthsPerYear; ++month) {
-      const std::int16_t value =
-          values.at(static_cast<std::int32_t>(year), month, cell.row, cell.column);
-      if (value != MissingCode) {
-        sample.push_back(static_cast<float>(value) * SampleScale);
-      }
+  const std::int64_t last = std::min(years.last, YearCount);
+  if (first > last) {
+    return;
+  }
+  const auto begin = static_cast<std::size_t>((first - 1) * kMonthsPerYear);
+  const auto count = static_cast<std::size_t>((last - first + 1) * kMonthsPerYear);
+  for (const std::int16_t value : series.subspan(begin, count)) {
+    if (value != MissingCode) {
+      sample.push_back(static_cast<float>(value) * SampleScale);
     }
   }
 }
@@ -71,15 +73,14 @@ VarianceReport::VarianceReport(ConsoleDialogue& console, const std::string& name
   file_.write(" # Lon.      Lat.     f      prob\n");
 }
 
-void VarianceReport::add_cell(ConsoleDialogue& console, const GridValues& values,
-                              const Cell& cell) {
+void VarianceReport::add_cell(ConsoleDialogue& console, const CellCentre& centre,
+                              std::span<const std::int16_t> series) {
   const std::int64_t CutoffOffset = std::int64_t{test_.CutoffYear} - test_.years.FYOD;
   before_.clear();
   after_.clear();
-  collect_sample(values, cell, {.first = 1, .last = CutoffOffset}, test_.MissingCode,
+  collect_sample(series, {.first = 1, .last = CutoffOffset}, test_.MissingCode,
                  test_.SampleScale, before_);
-  collect_sample(values, cell,
-                 {.first = CutoffOffset + 1, .last = test_.years.YearCount()},
+  collect_sample(series, {.first = CutoffOffset + 1, .last = test_.years.YearCount()},
                  test_.MissingCode, test_.SampleScale, after_);
 
   auto count1 = static_cast<std::int32_t>(before_.size());
@@ -92,7 +93,7 @@ void VarianceReport::add_cell(ConsoleDialogue& console, const GridValues& values
     console.write_line(kNoticeMargin, "*** Ftest Nan computed ***");
     return;
   }
-  file_.write(" " + free_form_real(cell.longitude) + free_form_real(cell.latitude) +
+  file_.write(" " + free_form_real(centre.longitude) + free_form_real(centre.latitude) +
               free_form_real(f) + free_form_real(prob) + "\n");
 }
 

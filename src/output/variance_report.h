@@ -6,20 +6,18 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
-#include "catalogue/grid_values.h"
 #include "console/console_dialogue.h"
 #include "output/output_file.h"
 #include "selection/search_region.h"
 
 namespace veldmark {
 
-// A cell of the grid, with its centre in degrees, north and east positive.
-struct Cell {
-  std::int32_t row = 0;
-  std::int32_t column = 0;
+// Where a cell's centre is, degrees, north and east positive.
+struct CellCentre {
   float longitude = 0;
   float latitude = 0;
 };
@@ -33,12 +31,13 @@ struct SampleYears {
 
 // Appends one cell's values of some years to `sample`, years in order, January first.
 //
-//   years         as far as 1..YearCount; others have no values
+//   series        the cell's values of all months from January of FYOD
+//   years         as far as the series goes; others have no values
 //   MissingCode   months holding it are left out
 //   SampleScale   sample unit per stored unit: 0.01 for frost days
 //
 // Source     docs/variance-test.md, "The two samples"; single precision.
-void collect_sample(const GridValues& values, const Cell& cell, SampleYears years,
+void collect_sample(std::span<const std::int16_t> series, SampleYears years,
                     std::int32_t MissingCode, float SampleScale,
                     std::vector<float>& sample);
 
@@ -64,9 +63,10 @@ class VarianceReport {
   VarianceReport(ConsoleDialogue& console, const std::string& name,
                  const VarianceTest& test);
 
-  // Tests a cell and writes its line; where f is not a number the console says so
-  // instead.
-  void add_cell(ConsoleDialogue& console, const GridValues& values, const Cell& cell);
+  // Tests a cell, given its values of all months, and writes its line; where f is not a
+  // number the console says so instead.
+  void add_cell(ConsoleDialogue& console, const CellCentre& centre,
+                std::span<const std::int16_t> series);
 
   void close() { file_.close(); }
 

@@ -18,10 +18,7 @@
 
 namespace veldmark {
 
-constexpr std::int32_t kGridRows = 360;
 constexpr std::int32_t kGridColumns = 720;
-constexpr std::int32_t kMonthsPerYear = 12;
-constexpr std::int32_t kLinesPerYear = kMonthsPerYear * kGridRows;
 
 enum class RowOrder { kSouthFirst, kNorthFirst };
 

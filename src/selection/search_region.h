@@ -19,6 +19,10 @@ struct SearchRegion {
 constexpr std::int32_t kFirstDataYear = 1901;
 constexpr std::int32_t kLastDataYear = 2016;
 
+constexpr std::int32_t kMonthsPerYear = 12;
+constexpr std::int32_t kGridRows = 360;
+constexpr std::int32_t kLinesPerYear = kMonthsPerYear * kGridRows;
+
 // The years to extract, both included; 1901 <= FYOD <= LYOD <= 2016.
 struct YearSpan {
   std::int32_t FYOD = 0;
@@ -26,6 +30,11 @@ struct YearSpan {
 
   // How many years the span has. Year index 1 is FYOD.
   [[nodiscard]] std::int32_t YearCount() const { return LYOD - FYOD + 1; }
+
+  // How many lines of a grid file lie before January of FYOD, at 360 lines a month.
+  [[nodiscard]] std::int32_t SkipLines() const {
+    return (FYOD - kFirstDataYear) * kLinesPerYear;
+  }
 };
 
 }  // namespace veldmark

@@ -43,6 +43,22 @@ std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) const {
   return count;
 }
 
+bool FileDescriptor::read_at(std::int64_t offset, char* buffer,
+                             std::size_t size) const {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t count = ::pread(descriptor_, buffer + done, size - done,
+                                  offset + static_cast<std::int64_t>(done));
+    if (count == 0 || (count < 0 && errno != EINTR)) {
+      return false;
+    }
+    if (count > 0) {
+      done += static_cast<std::size_t>(count);
+    }
+  }
+  return true;
+}
+
 bool FileDescriptor::write_all(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());

@@ -4,6 +4,7 @@
 #define VELDMARK_UTIL_FILE_DESCRIPTOR_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -27,6 +28,10 @@ class FileDescriptor {
   // Reads up to `size` bytes at the file's position. Result: how many bytes were read,
   // 0 at the end of the file, -1 on failure.
   std::ptrdiff_t read(char* buffer, std::size_t size) const;
+
+  // Reads just `size` bytes from `offset` on and leaves the file's position alone.
+  // False on failure, and when the file ends before.
+  bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
   // Writes all of `bytes`; false on failure.
   [[nodiscard]] bool write_all(std::string_view bytes) const;

@@ -1,0 +1,21 @@
+// What a search wants of a grid file.
+
+#ifndef VELDMARK_CATALOGUE_BLOCK_REQUEST_H_
+#define VELDMARK_CATALOGUE_BLOCK_REQUEST_H_
+
+#include <cstdint>
+
+#include "selection/grid_geometry.h"
+#include "selection/search_region.h"
+
+namespace veldmark {
+
+struct BlockRequest {
+  YearSpan years;
+  GridRanges ranges;
+  std::int32_t MissingCode = 0;  // marks a cell without data
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_CATALOGUE_BLOCK_REQUEST_H_

@@ -1,0 +1,130 @@
+#include "catalogue/field_conversion.h"
+
+#include <array>
+#include <optional>
+
+#include "util/fixed_field.h"
+
+namespace veldmark {
+namespace {
+
+// Fields are nearly always blanks, an optional minus and digits, up to the right edge.
+// Such a field is two pairs of characters and a digit, and each pair is looked up: its
+// digits' share of the value, and what it demands of its neighbour. Any other field
+// goes to parse_integer.
+//
+// A pair's entry: the share in the low bits, and
+constexpr std::uint32_t kNotUsual = 1U << 31U;  // no such pair in a usual field
+// In a first pair: digits must follow. In a second pair: it is not all digits.
+constexpr std::uint32_t kDemandsDigits = 1U << 30U;
+constexpr std::uint32_t kMinus = 1U << 29U;
+constexpr std::uint32_t kShare = (1U << 17U) - 1;
+
+// The characters from blank (32) to 63 hold all that usual fields are made of.
+constexpr unsigned kCharacters = 32;
+
+using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
+
+constexpr std::size_t pair_index(unsigned first, unsigned second) {
+  return first % kCharacters + kCharacters * (second % kCharacters);
+}
+
+constexpr bool is_digit(unsigned character) {
+  return character >= '0' && character <= '9';
+}
+
+constexpr std::uint32_t pair_entry(unsigned first, unsigned second,
+                                   std::uint32_t weight, bool is_first_pair) {
+  const bool usual = (first == ' ' && (second == ' ' || second == '-')) ||
+                     ((first == ' ' || first == '-') && is_digit(second)) ||
+                     (is_digit(first) && is_digit(second));
+  if (!usual) {
+    return kNotUsual;
+  }
+  std::uint32_t entry = 0;
+  if (is_digit(first)) {
+    entry += (first - '0') * 10 * weight;
+  }
+  if (is_digit(second)) {
+    entry += (second - '0') * weight;
+  }
+  if (first == '-' || second == '-') {
+    entry |= kMinus;
+  }
+  if (is_first_pair && second != ' ') {
+    entry |= kDemandsDigits;
+  }
+  if (!is_first_pair && !is_digit(first)) {
+    entry |= kDemandsDigits;
+  }
+  return entry;
+}
+
+constexpr PairTable pair_table(std::uint32_t weight, bool is_first_pair) {
+  PairTable table{};
+  for (unsigned first = 0; first < kCharacters; ++first) {
+    for (unsigned second = 0; second < kCharacters; ++second) {
+      table[pair_index(first, second)] =
+          pair_entry(first + ' ', second + ' ', weight, is_first_pair);
+    }
+  }
+  return table;
+}
+
+constexpr PairTable kFirstPair = pair_table(1000, true);
+constexpr PairTable kSecondPair = pair_table(10, false);
+
+// Converts a usual field; false, and nothing done, for any other.
+inline bool convert_usual(const char* field, std::int16_t& value) {
+  const auto c0 = static_cast<unsigned char>(field[0]);
+  const auto c1 = static_cast<unsigned char>(field[1]);
+  const auto c2 = static_cast<unsigned char>(field[2]);
+  const auto c3 = static_cast<unsigned char>(field[3]);
+  const unsigned last_digit = static_cast<unsigned char>(field[4]) - unsigned{'0'};
+  const unsigned outside =
+      ((c0 ^ ' ') | (c1 ^ ' ') | (c2 ^ ' ') | (c3 ^ ' ')) & ~(kCharacters - 1);
+  if (outside != 0 || last_digit > 9) {
+    return false;
+  }
+  const std::uint32_t first = kFirstPair[pair_index(c0, c1)];
+  const std::uint32_t second = kSecondPair[pair_index(c2, c3)];
+  if (((first | second) & kNotUsual) != 0 || (first & second & kDemandsDigits) != 0) {
+    return false;
+  }
+  const std::uint32_t magnitude = ((first + second) & kShare) + last_digit;
+  const bool negative = ((first | second) & kMinus) != 0;
+  value = static_cast<std::int16_t>(negative ? 0 - magnitude : magnitude);
+  return true;
+}
+
+}  // namespace
+
+bool convert_fields(std::string_view fields, std::int16_t* values) {
+  for (; !fields.empty(); fields.remove_prefix(kFieldWidth), ++values) {
+    if (convert_usual(fields.data(), *values)) {
+      continue;
+    }
+    const std::optional<std::int32_t> value =
+        parse_integer(fields.substr(0, kFieldWidth));
+    if (!value) {
+      return false;
+    }
+    *values = static_cast<std::int16_t>(*value);
+  }
+  return true;
+}
+
+bool are_integers(std::string_view fields, std::string_view missing) {
+  if (fields == missing) {
+    return true;
+  }
+  for (; !fields.empty(); fields.remove_prefix(kFieldWidth)) {
+    const std::string_view field = fields.substr(0, kFieldWidth);
+    if (field != missing.substr(0, kFieldWidth) && !parse_integer(field)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace veldmark

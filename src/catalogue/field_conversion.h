@@ -1,0 +1,29 @@
+// Five-character fields to values, many at a time: the hot loop of reading.
+
+#ifndef VELDMARK_CATALOGUE_FIELD_CONVERSION_H_
+#define VELDMARK_CATALOGUE_FIELD_CONVERSION_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace veldmark {
+
+constexpr std::size_t kFieldWidth = 5;
+
+// Converts neighbouring fields, each as parse_integer does, to values modulo 2^16.
+//
+//   fields   whole fields: a multiple of five characters
+//   values   out: room for one value per field
+//
+// Result     false when a field is no integer; `values` is then unfinished.
+bool convert_fields(std::string_view fields, std::int16_t* values);
+
+// Tells whether all of the fields are integers, quickly where they hold the missing
+// code. `missing` is as long as `fields` and holds the missing code in every field.
+bool are_integers(std::string_view fields, std::string_view missing);
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_CATALOGUE_FIELD_CONVERSION_H_

@@ -1,0 +1,30 @@
+#include "output/six_columns.h"
+
+#include <cstdlib>
+#include <limits>
+
+namespace veldmark {
+namespace {
+
+constexpr std::size_t kValues = std::size_t{1} << 16U;
+
+}  // namespace
+
+SixColumns::SixColumns() : texts_(kValues) {
+  for (std::int32_t value = std::numeric_limits<std::int16_t>::min();
+       value <= std::numeric_limits<std::int16_t>::max(); ++value) {
+    Text& text = texts_[static_cast<std::uint16_t>(value)];
+    text.fill(' ');
+    std::size_t place = kWidth;
+    std::int32_t rest = std::abs(value);
+    do {
+      text[--place] = static_cast<char>('0' + rest % 10);
+      rest /= 10;
+    } while (rest > 0);
+    if (value < 0) {
+      text[--place] = '-';
+    }
+  }
+}
+
+}  // namespace veldmark

@@ -1,0 +1,114 @@
+#include "catalogue/field_conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "util/fixed_field.h"
+
+namespace veldmark {
+namespace {
+
+// One field as the definition reads it; nothing for a field that is no integer.
+std::optional<std::int16_t> plainly_converted(const std::string& field) {
+  const std::optional<std::int32_t> value = parse_integer(field);
+  if (!value) return std::nullopt;
+  return static_cast<std::int16_t>(*value);
+}
+
+std::optional<std::int16_t> converted(const std::string& field) {
+  std::int16_t value = 0;
+  if (!convert_fields(field, &value)) return std::nullopt;
+  return value;
+}
+
+TEST(ConvertFields, ReadsUsualFields) {
+  EXPECT_EQ(converted("    0"), 0);
+  EXPECT_EQ(converted("   -5"), -5);
+  EXPECT_EQ(converted(" -999"), -999);
+  EXPECT_EQ(converted("-9999"), -9999);
+  EXPECT_EQ(converted("13498"), 13498);
+  EXPECT_EQ(converted("99999"), -31073);
+  EXPECT_EQ(converted("00012"), 12);
+}
+
+TEST(ConvertFields, ReadsUnusualFieldsLikeTheDefinition) {
+  EXPECT_EQ(converted("     "), 0);
+  EXPECT_EQ(converted("1 2 3"), 123);
+  EXPECT_EQ(converted("+ 7  "), 7);
+  EXPECT_EQ(converted("-    "), std::nullopt);
+  EXPECT_EQ(converted("   x1"), std::nullopt);
+  EXPECT_EQ(converted("1-234"), std::nullopt);
+}
+
+TEST(ConvertFields, AgreesWithTheDefinitionOnAllFieldsOfTheUsualCharacters) {
+  const std::string alphabet = " +-0123456789x";
+  std::string field(5, ' ');
+  for (const char c0 : alphabet) {
+    for (const char c1 : alphabet) {
+      for (const char c2 : alphabet) {
+        for (const char c3 : alphabet) {
+          for (const char c4 : alphabet) {
+            field = {c0, c1, c2, c3, c4};
+            ASSERT_EQ(converted(field), plainly_converted(field))
+                << '"' << field << '"';
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(ConvertFields, AgreesWithTheDefinitionWhereOneByteIsAnything) {
+  for (const std::string usual : {"  123", " -999", "12345", "    7", "-1234"}) {
+    for (std::size_t place = 0; place < 5; ++place) {
+      for (int byte = 0; byte < 256; ++byte) {
+        std::string field = usual;
+        field[place] = static_cast<char>(byte);
+        ASSERT_EQ(converted(field), plainly_converted(field)) << usual << place << byte;
+      }
+    }
+  }
+}
+
+// Neighbours must not disturb each other, whatever the number of fields.
+TEST(ConvertFields, AgreesWithTheDefinitionOnRandomRuns) {
+  std::mt19937 random(7);
+  for (int i = 0; i < 20000; ++i) {
+    const std::size_t count = random() % 70;
+    std::string fields;
+    std::vector<std::int16_t> expected;
+    bool all_integers = true;
+    for (std::size_t f = 0; f < count; ++f) {
+      std::string field =
+          fixed_integer(static_cast<std::int32_t>(random() % 21000) - 9999, 5);
+      if (random() % 500 == 0) field[random() % 5] = " -+x\n"[random() % 5];
+      const std::optional<std::int16_t> value = plainly_converted(field);
+      all_integers = all_integers && value.has_value();
+      expected.push_back(value.value_or(0));
+      fields += field;
+    }
+    std::vector<std::int16_t> values(count);
+    ASSERT_EQ(convert_fields(fields, values.data()), all_integers);
+    if (all_integers) {
+      ASSERT_EQ(values, expected);
+    }
+  }
+}
+
+TEST(AreIntegers, LooksAtWhatIsNotTheMissingCode) {
+  const std::string missing = " -999 -999 -999";
+  EXPECT_TRUE(are_integers(missing, missing));
+  EXPECT_TRUE(are_integers(" -999   12 -999", missing));
+  EXPECT_TRUE(are_integers("     1 2 3    0", missing));
+  EXPECT_FALSE(are_integers(" -999 -9x9 -999", missing));
+  EXPECT_FALSE(are_integers(" -999 -999 -99\n", missing));
+  EXPECT_TRUE(are_integers("", ""));
+}
+
+}  // namespace
+}  // namespace veldmark

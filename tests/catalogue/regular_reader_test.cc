@@ -1,0 +1,244 @@
+// The two ways of reading a block must give the same. The line-by-line reader is the
+// definition; the regular one may decline a file, and otherwise has to agree.
+
+#include "catalogue/regular_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <optional>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "catalogue/line_by_line_reader.h"
+#include "support/grid_text.h"
+#include "support/temporary_folder.h"
+
+namespace veldmark {
+namespace {
+
+using testing::GridText;
+using testing::TemporaryFolder;
+using testing::write_file;
+
+constexpr std::int32_t kMissing = -999;
+
+// What a reading comes to: the values with their columns, or the messages of its end.
+struct Outcome {
+  std::string text;
+  std::vector<std::int16_t> values;
+
+  bool operator==(const Outcome&) const = default;
+};
+
+Outcome outcome_of(const GridValues& values, const GridRanges& ranges) {
+  Outcome outcome;
+  for (std::int32_t row = ranges.FirstRow; row <= ranges.LastRow; ++row) {
+    for (const std::int32_t column : values.data_columns(row)) {
+      outcome.text += std::to_string(row) + "," + std::to_string(column) + " ";
+    }
+    for (std::size_t month = 0;
+         !values.data_columns(row).empty() && month < values.month_count(); ++month) {
+      const auto cells = values.month_of_row(month, row);
+      outcome.values.insert(outcome.values.end(), cells.begin(), cells.end());
+    }
+  }
+  return outcome;
+}
+
+Outcome read_plainly(const BlockRequest& request) {
+  std::istringstream input;
+  std::ostringstream output;
+  ConsoleDialogue console(input, output, [](const std::string&) {});
+  try {
+    const GridFile file("grid");
+    return outcome_of(read_line_by_line(console, file, request), request.ranges);
+  } catch (const RunEnd& end) {
+    return {output.str() + end.report(), {}};
+  }
+}
+
+std::optional<Outcome> read_fast(const BlockRequest& request) {
+  const GridFile file("grid");
+  const std::optional<GridValues> values = read_regular(file, request);
+  if (!values) return std::nullopt;
+  return outcome_of(*values, request.ranges);
+}
+
+// 1901 and 1902, every line full, some cells of data in the rows 100..200.
+GridText regular_grid() {
+  GridText grid(1902, 1, 360, kMissing);
+  std::mt19937 random(42);
+  for (int row = 100; row <= 200; row += 3) {
+    for (int i = 0; i < 12; ++i) {
+      const int column = static_cast<int>(random() % 720) + 1;
+      for (int month = 0; month < 24; ++month) {
+        const bool has_value = random() % 20 != 0;
+        grid.set_value(1901 + month / 12, month % 12 + 1, row, column,
+                       has_value ? static_cast<int>(random() % 14000) - 500 : kMissing);
+      }
+    }
+  }
+  return grid;
+}
+
+BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, float minLat,
+                        float maxLat, float minLon, float maxLon,
+                        const GridRanges& previous = {}) {
+  const SearchRegion region{
+      .maxLat = maxLat, .minLat = minLat, .maxLon = maxLon, .minLon = minLon};
+  return {.years = {.FYOD = FYOD, .LYOD = LYOD},
+          .ranges = find_ranges(region, RowOrder::kSouthFirst, previous),
+          .MissingCode = kMissing};
+}
+
+GridRanges once_across() { return request_of(1901, 1901, -10, 10, 170, -170).ranges; }
+
+// Requests of every shape: small, whole, two pieces, overlapping ones, none.
+std::vector<BlockRequest> requests() {
+  return {request_of(1901, 1901, -40, -30, 0, 20),
+          request_of(1902, 1902, -40, 10, -180, 180),
+          request_of(1901, 1902, -90, 90, -180, 180),
+          request_of(1901, 1902, -40, 10, 100, -100),
+          request_of(1902, 1902, -40, 10, 0.5F, 0.25F),
+          request_of(1901, 1902, -40, -20, 0, 20, once_across()),
+          request_of(1901, 1901, -40, -20, 180, 180, once_across()),
+          request_of(1901, 1901, -40, -20, 179.8F, 180),
+          request_of(1901, 1901, 89.8F, 90, 0, 20),
+          request_of(1902, 1902, -20, -20, 0, 20),
+          request_of(1901, 1902, 10.25F, 10.25F, 20, 20)};
+}
+
+// Both readings agree on every request; gives how many the regular one took.
+int expect_agreement() {
+  int taken = 0;
+  for (const BlockRequest& request : requests()) {
+    const std::optional<Outcome> fast = read_fast(request);
+    if (fast) {
+      ++taken;
+      EXPECT_EQ(*fast, read_plainly(request));
+    }
+  }
+  return taken;
+}
+
+TEST(RegularReader, TakesARegularFileAndAgrees) {
+  const TemporaryFolder folder;
+  write_file("grid", regular_grid().text());
+  EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
+}
+
+TEST(RegularReader, TakesCarriageReturnsAndAgrees) {
+  const TemporaryFolder folder;
+  GridText grid = regular_grid();
+  grid.end_lines_with_crlf();
+  write_file("grid", grid.text());
+  EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
+}
+
+TEST(RegularReader, TakesAFileWhoseLastLineEndIsMissing) {
+  const TemporaryFolder folder;
+  GridText grid = regular_grid();
+  grid.set_value(1901, 1, 360, 5, 12);
+  grid.cut(1902, 12, 360, 3600);
+  write_file("grid", grid.text());
+  EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
+}
+
+TEST(RegularReader, DeclinesAFileThatIsTooShort) {
+  const TemporaryFolder folder;
+  const BlockRequest request = request_of(1901, 1902, -40, -30, 0, 20);
+  GridText grid = regular_grid();
+  for (const std::size_t characters : {0, 1, 3599}) {
+    grid.cut(1902, 12, 360, characters);
+    write_file("grid", grid.text());
+    EXPECT_EQ(read_fast(request), std::nullopt) << characters;
+  }
+  write_file("grid", "");
+  EXPECT_EQ(read_fast(request), std::nullopt);
+}
+
+TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
+  const TemporaryFolder folder;
+  const std::string text = regular_grid().text();
+  const BlockRequest request =
+      request_of(1902, 1902, -40, -30, 0, 20);  // rows 101..120
+  const auto declined_with = [&](int month, int row, std::size_t character, char byte) {
+    std::string broken = text;
+    broken[GridText::line_index(1902, month, row) * 3601 + character] = byte;
+    write_file("grid", broken);
+    return read_fast(request) == std::nullopt;
+  };
+  EXPECT_TRUE(declined_with(3, 101, 3600, ' '));
+  EXPECT_TRUE(declined_with(3, 100, 3600, ' '));
+  EXPECT_TRUE(declined_with(3, 120, 3600, ' '));
+  EXPECT_TRUE(declined_with(3, 110, 0, '\n'));
+  EXPECT_TRUE(declined_with(3, 110, 3599, '\n'));
+  EXPECT_TRUE(declined_with(1, 110, 0, '\n'));
+  EXPECT_TRUE(declined_with(3, 110, 1800, 'x'));
+  EXPECT_FALSE(declined_with(3, 121, 3600, ' '));
+  EXPECT_FALSE(declined_with(3, 110, 0, 'x'));
+}
+
+TEST(RegularReader, DeclinesBrokenFramesOfTheFirstLineOfSkippedMonths) {
+  const TemporaryFolder folder;
+  const std::string text = regular_grid().text();
+  const BlockRequest request = request_of(1902, 1902, -40, -30, 0, 20);
+  for (const std::size_t character : {0U, 1800U, 3600U}) {
+    std::string broken = text;
+    broken[GridText::line_index(1901, 7, 1) * 3601 + character] =
+        character == 3600 ? ' ' : '\n';
+    write_file("grid", broken);
+    EXPECT_EQ(read_fast(request), std::nullopt) << character;
+  }
+}
+
+TEST(RegularReader, DeclinesWhatIsNoRegularFile) {
+  const TemporaryFolder folder;
+  const GridFile device("/dev/null");
+  EXPECT_FALSE(
+      read_regular(device, request_of(1901, 1901, -40, -30, 0, 20)).has_value());
+}
+
+// Random damage: whatever the regular reader still takes must be what the definition
+// gives. Damage that keeps the size and all frames, outside the wanted lines, can't
+// change the result of either.
+TEST(RegularReader, AgreesOnRandomlyDamagedFiles) {
+  const TemporaryFolder folder;
+  write_file("grid", regular_grid().text());
+  std::fstream grid("grid", std::ios::in | std::ios::out | std::ios::binary);
+  const std::vector<BlockRequest> all = requests();
+  std::mt19937 random(3);
+  int taken = 0;
+  for (int i = 0; i < 60; ++i) {
+    const BlockRequest& request = all[random() % all.size()];
+    // In a wanted row, mostly; a line end outside all looked-at lines would change the
+    // meaning of the file unseen, which is documented, so only other bytes go there.
+    const std::int32_t row = std::clamp(
+        request.ranges.FirstRow + static_cast<std::int32_t>(random() % 20), 1, 360);
+    const bool wanted = request.ranges.FirstRow <= row && row <= request.ranges.LastRow;
+    const int year = request.years.FYOD;
+    const int month = static_cast<int>(random() % 12) + 1;
+    const auto place = static_cast<std::streamoff>(
+        GridText::line_index(year, month, row) * 3601 + random() % 3600);
+    const std::string bytes = wanted ? "\n\r x-+7" : "\r x-+7";
+    char before = 0;
+    grid.seekg(place).get(before);
+    grid.seekp(place).put(bytes[random() % bytes.size()]).flush();
+    const std::optional<Outcome> fast = read_fast(request);
+    if (fast) {
+      ++taken;
+      ASSERT_EQ(*fast, read_plainly(request)) << "damage at " << place;
+    }
+    grid.seekp(place).put(before).flush();
+  }
+  EXPECT_GT(taken, 5);
+  EXPECT_LT(taken, 60);
+}
+
+}  // namespace
+}  // namespace veldmark
