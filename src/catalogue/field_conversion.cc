@@ -3,6 +3,7 @@
 #include <array>
 #include <optional>
 
+#include "catalogue/field_conversion_avx2.h"
 #include "util/fixed_field.h"
 
 namespace veldmark {
@@ -99,7 +100,7 @@ inline bool convert_usual(const char* field, std::int16_t& value) {
 
 }  // namespace
 
-bool convert_fields(std::string_view fields, std::int16_t* values) {
+bool convert_fields_by_tables(std::string_view fields, std::int16_t* values) {
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth), ++values) {
     if (convert_usual(fields.data(), *values)) {
       continue;
@@ -110,6 +111,25 @@ bool convert_fields(std::string_view fields, std::int16_t* values) {
       return false;
     }
     *values = static_cast<std::int16_t>(*value);
+  }
+  return true;
+}
+
+bool convert_fields(std::string_view fields, std::int16_t* values) {
+  static const bool vectors = has_avx2();
+  while (!fields.empty()) {
+    if (vectors) {
+      const std::size_t converted = convert_usual_fields(fields, values);
+      fields.remove_prefix(converted * kFieldWidth);
+      values += converted;
+    }
+    // Where the vectors stop: an unusual field among the next six, or the end.
+    const std::string_view next = fields.substr(0, kFieldsAtATime * kFieldWidth);
+    if (!convert_fields_by_tables(next, values)) {
+      return false;
+    }
+    fields.remove_prefix(next.size());
+    values += next.size() / kFieldWidth;
   }
   return true;
 }

@@ -20,6 +20,9 @@ constexpr std::size_t kFieldWidth = 5;
 // Result     false when a field is no integer; `values` is then unfinished.
 bool convert_fields(std::string_view fields, std::int16_t* values);
 
+// The same, one field at a time, for all processors.
+bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
+
 // Tells whether all of the fields are integers, quickly where they hold the missing
 // code. `missing` is as long as `fields` and holds the missing code in every field.
 bool are_integers(std::string_view fields, std::string_view missing);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "catalogue/transpose.h"
+
 namespace veldmark {
 namespace {
 
@@ -40,7 +42,7 @@ void GridValues::open_row(std::int32_t /*row*/, const RowValues& january) {
 }
 
 void GridValues::lay_out() {
-  values_ = LargeBuffer(data_columns_.size() * month_count_);
+  values_ = make_large_buffer(data_columns_.size() * month_count_);
   for (std::int32_t row = first_row_; row <= last_row_; ++row) {
     const auto begin =
         january_.begin() + static_cast<std::ptrdiff_t>(row_begin_[row_index(row)]);
@@ -83,9 +85,6 @@ std::size_t GridValues::place_of_month(std::size_t month, std::int32_t row) cons
 
 void turn_row(const GridValues& values, std::int32_t row,
               std::vector<std::int16_t>& series) {
-  // Blocks of this size keep both sides in the first-level cache: 8 cells of 8 months
-  // are one cache line each to write and part of one each to read.
-  constexpr std::size_t kBlock = 8;
   const std::size_t cells = values.data_columns(row).size();
   const std::size_t months = values.month_count();
   series.resize(cells * months);
@@ -93,15 +92,20 @@ void turn_row(const GridValues& values, std::int32_t row,
     return;
   }
   const std::int16_t* from = values.month_of_row(0, row).data();
-  for (std::size_t cell = 0; cell < cells; cell += kBlock) {
-    const std::size_t cell_end = std::min(cell + kBlock, cells);
-    for (std::size_t month = 0; month < months; month += kBlock) {
-      const std::size_t month_end = std::min(month + kBlock, months);
-      for (std::size_t c = cell; c < cell_end; ++c) {
-        for (std::size_t m = month; m < month_end; ++m) {
-          series[c * months + m] = from[m * cells + c];
-        }
-      }
+  const std::size_t whole_cells = cells / kSquare * kSquare;
+  const std::size_t whole_months = months / kSquare * kSquare;
+  for (std::size_t cell = 0; cell < whole_cells; cell += kSquare) {
+    for (std::size_t month = 0; month < whole_months; month += kSquare) {
+      turn_square(from + month * cells + cell, cells, &series[cell * months + month],
+                  months);
+    }
+  }
+  // The rest that is no whole square: some cells of all months, some months of the
+  // others.
+  for (std::size_t cell = 0; cell < cells; ++cell) {
+    const std::size_t first_month = cell < whole_cells ? whole_months : 0;
+    for (std::size_t month = first_month; month < months; ++month) {
+      series[cell * months + month] = from[month * cells + cell];
     }
   }
 }

@@ -1,6 +1,8 @@
 #include "output/output_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -11,12 +13,39 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 
+// Smaller files are emptied in no time.
+constexpr off_t kLargeFile = off_t{1024} * 1024;
+
+// May an existing file be removed and made again rather than emptied, so that nobody
+// sees a difference? Not what a link leads to, what has another name as well, belongs
+// to somebody else or is protected from writing.
+bool is_replaceable(const std::string& name, const struct stat& status) {
+  return S_ISREG(status.st_mode) && status.st_nlink == 1 &&
+         status.st_uid == ::geteuid() && ::access(name.c_str(), W_OK) == 0;
+}
+
+// Opens `name` as an empty file. A large one is removed first where it may be, and
+// keeps its permissions: some file systems write an emptied file out to the disk when
+// it is closed, which takes longer than making the output for the globe.
+FileDescriptor open_empty(const std::string& name) {
+  constexpr mode_t kPermissions = 07777;
+  struct stat status {};
+  const bool replace = ::lstat(name.c_str(), &status) == 0 &&
+                       status.st_size >= kLargeFile && is_replaceable(name, status) &&
+                       ::unlink(name.c_str()) == 0;
+  FileDescriptor file(name, O_WRONLY | O_CREAT | O_TRUNC);
+  if (replace && file.is_open()) {
+    ::fchmod(file.get(), status.st_mode & kPermissions);
+  }
+  return file;
+}
+
 }  // namespace
 
 OutputFile::OutputFile(std::string name, Channel channel)
     : name_(std::move(name)),
       channel_(channel),
-      file_(name_, O_WRONLY | O_CREAT | O_TRUNC),
+      file_(open_empty(name_)),
       buffer_(kBufferSize) {
   if (!file_.is_open()) {
     throw cannot_open(name_, channel_);

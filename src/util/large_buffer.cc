@@ -1,37 +1,21 @@
 #include "util/large_buffer.h"
 
 #include <sys/mman.h>
-
-#include <cstdlib>
-#include <new>
+#include <unistd.h>
 
 namespace veldmark {
-namespace {
 
-constexpr std::size_t kHugePage = std::size_t{2} * 1024 * 1024;
-
-std::size_t rounded_up(std::size_t size, std::size_t unit) {
-  return (size + unit - 1) / unit * unit;
-}
-
-}  // namespace
-
-LargeBuffer::LargeBuffer(std::size_t size) {
-  const std::size_t bytes = size * sizeof(std::int16_t);
-  if (bytes < kHugePage) {
-    values_.reset(static_cast<std::int16_t*>(std::malloc(bytes + 1)));  // never 0 bytes
-  } else {
-    const std::size_t pages = rounded_up(bytes, kHugePage);
-    values_.reset(static_cast<std::int16_t*>(std::aligned_alloc(kHugePage, pages)));
-    // Fewer page faults while the block is filled; where the system has no huge pages
-    // the advice is ignored.
-    ::madvise(values_.get(), pages, MADV_HUGEPAGE);
+LargeBuffer make_large_buffer(std::size_t size) {
+  LargeBuffer buffer(size);
+  // Huge pages: fewer page faults while the block is filled. Only whole pages can be
+  // asked for; where the system has no huge ones the advice is ignored.
+  void* begin = buffer.data();
+  std::size_t bytes = buffer.size() * sizeof(std::int16_t);
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  if (std::align(page, page, begin, bytes) != nullptr) {
+    ::madvise(begin, bytes / page * page, MADV_HUGEPAGE);
   }
-  if (!values_) {
-    throw std::bad_alloc();
-  }
+  return buffer;
 }
-
-void LargeBuffer::Free::operator()(std::int16_t* values) const { std::free(values); }
 
 }  // namespace veldmark

@@ -6,26 +6,27 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace veldmark {
 
-// Room for `size` values that hold anything until they are written. Throws
-// std::bad_alloc when there is no such room. Move-only.
-class LargeBuffer {
- public:
-  LargeBuffer() = default;
-  explicit LargeBuffer(std::size_t size);
-
-  [[nodiscard]] std::int16_t* data() { return values_.get(); }
-  [[nodiscard]] const std::int16_t* data() const { return values_.get(); }
-
- private:
-  struct Free {
-    void operator()(std::int16_t* values) const;
+// Leaves new elements unset, where std::allocator would clear them.
+template <typename Value>
+struct UnsetAllocator : std::allocator<Value> {
+  template <typename Other>
+  struct rebind {  // NOLINT(readability-identifier-naming): the library's name
+    using other = UnsetAllocator<Other>;
   };
 
-  std::unique_ptr<std::int16_t[], Free> values_;  // NOLINT(modernize-avoid-c-arrays)
+  template <typename Element>
+  void construct(Element* /*element*/) noexcept {}
 };
+
+// Values that hold anything until they are written.
+using LargeBuffer = std::vector<std::int16_t, UnsetAllocator<std::int16_t>>;
+
+// Makes room for `size` values. Throws std::bad_alloc when there is none.
+LargeBuffer make_large_buffer(std::size_t size);
 
 }  // namespace veldmark
 

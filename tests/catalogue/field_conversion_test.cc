@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <random>
@@ -23,6 +24,20 @@ std::optional<std::int16_t> plainly_converted(const std::string& field) {
 std::optional<std::int16_t> converted(const std::string& field) {
   std::int16_t value = 0;
   if (!convert_fields(field, &value)) return std::nullopt;
+  return value;
+}
+
+// The same at `place` of eight fields, so many that they are converted together.
+std::optional<std::int16_t> converted_among_others(const std::string& field,
+                                                   std::size_t place) {
+  std::string fields = " -999    1-9999   12 1234    0   -5 9999";
+  fields.replace(place * 5, 5, field);
+  std::array<std::int16_t, 8> values{};
+  if (!convert_fields(fields, values.data())) return std::nullopt;
+  std::array<std::int16_t, 8> expected{-999, 1, -9999, 12, 1234, 0, -5, 9999};
+  const std::int16_t value = values[place];
+  expected[place] = value;
+  EXPECT_EQ(values, expected) << "its neighbours, " << field;
   return value;
 }
 
@@ -48,13 +63,17 @@ TEST(ConvertFields, ReadsUnusualFieldsLikeTheDefinition) {
 TEST(ConvertFields, AgreesWithTheDefinitionOnAllFieldsOfTheUsualCharacters) {
   const std::string alphabet = " +-0123456789x";
   std::string field(5, ' ');
+  std::size_t place = 0;
   for (const char c0 : alphabet) {
     for (const char c1 : alphabet) {
       for (const char c2 : alphabet) {
         for (const char c3 : alphabet) {
           for (const char c4 : alphabet) {
             field = {c0, c1, c2, c3, c4};
-            ASSERT_EQ(converted(field), plainly_converted(field))
+            const auto expected = plainly_converted(field);
+            ASSERT_EQ(converted(field), expected) << '"' << field << '"';
+            place = (place + 1) % 6;
+            ASSERT_EQ(converted_among_others(field, place), expected)
                 << '"' << field << '"';
           }
         }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -45,6 +46,39 @@ TEST(OutputFile, ReplacesAnExistingFileWhenItIsOpened) {
   write_file("out", "old content");
   OutputFile file("out", Channel::kTimeSeries);
   EXPECT_EQ(file_content("out"), "");
+}
+
+const std::string kLargeContent(3 << 20, 'o');
+
+TEST(OutputFile, ReplacesALargeFileAndKeepsItsPermissions) {
+  const TemporaryFolder folder;
+  write_file("out", kLargeContent);
+  std::filesystem::permissions("out", std::filesystem::perms::owner_all);
+  OutputFile file("out", Channel::kTimeSeries);
+  EXPECT_EQ(file_content("out"), "");
+  EXPECT_EQ(std::filesystem::status("out").permissions(),
+            std::filesystem::perms::owner_all);
+}
+
+TEST(OutputFile, WritesThroughLinksToLargeFiles) {
+  const TemporaryFolder folder;
+  write_file("target", kLargeContent);
+  std::filesystem::create_symlink("target", "out");
+  OutputFile file("out", Channel::kTimeSeries);
+  file.write("new");
+  file.close();
+  EXPECT_TRUE(std::filesystem::is_symlink("out"));
+  EXPECT_EQ(file_content("target"), "new");
+}
+
+TEST(OutputFile, KeepsTheOtherNamesOfALargeFile) {
+  const TemporaryFolder folder;
+  write_file("other", kLargeContent);
+  std::filesystem::create_hard_link("other", "out");
+  OutputFile file("out", Channel::kTimeSeries);
+  file.write("new");
+  file.close();
+  EXPECT_EQ(file_content("other"), "new");
 }
 
 TEST(OutputFile, KeepsWhatWasWrittenWhenTheRunEndsOtherwise) {

@@ -1,0 +1,125 @@
+#include "catalogue/field_conversion_avx2.h"
+
+#include <cstring>
+
+#include "catalogue/field_conversion.h"
+
+#if defined(__x86_64__) && defined(__GNUC__)
+
+#include <immintrin.h>
+
+namespace veldmark {
+namespace {
+
+// Each 128-bit half of a vector takes three fields, 15 characters; the 16th is ignored.
+// A bit stands for a character.
+constexpr std::uint32_t both_halves(std::uint32_t half) { return half | half << 16U; }
+constexpr std::uint32_t kAllCharacters = both_halves(0b111111111111111);
+constexpr std::uint32_t kLastCharacters = both_halves(0b100001000010000);
+constexpr std::uint32_t kOtherCharacters = kAllCharacters & ~kLastCharacters;
+
+constexpr int kThreeFields = 15;
+constexpr std::size_t kThreeValues = 3 * sizeof(std::int16_t);
+
+#define VELDMARK_AVX2 __attribute__((target("avx2")))
+
+VELDMARK_AVX2 __m256i in_both_halves(__m128i half) {
+  return _mm256_broadcastsi128_si256(half);
+}
+
+// Are the six fields usual ones, given what their characters are? In a usual field
+// every character is a blank or stands before a digit, but for the last, a digit.
+bool are_usual(std::uint32_t blanks, std::uint32_t minuses, std::uint32_t digits) {
+  const bool known = ((blanks | minuses | digits) & kAllCharacters) == kAllCharacters;
+  const bool end_in_digit = (digits & kLastCharacters) == kLastCharacters;
+  const bool in_order =
+      ((blanks | digits >> 1U) & kOtherCharacters) == kOtherCharacters;
+  return known && end_in_digit && in_order;
+}
+
+// Converts six usual fields; false, and nothing done, when one of them is anything
+// else. Looks at one character more than the fields have.
+VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* values) {
+  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields));
+  const __m128i high =
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields + kThreeFields));
+  const __m256i characters = _mm256_set_m128i(high, low);
+
+  const __m256i blank = _mm256_cmpeq_epi8(characters, _mm256_set1_epi8(' '));
+  const __m256i minus = _mm256_cmpeq_epi8(characters, _mm256_set1_epi8('-'));
+  const __m256i digit = _mm256_sub_epi8(characters, _mm256_set1_epi8('0'));
+  const __m256i is_digit =
+      _mm256_cmpeq_epi8(_mm256_min_epu8(digit, _mm256_set1_epi8(9)), digit);
+  if (!are_usual(static_cast<std::uint32_t>(_mm256_movemask_epi8(blank)),
+                 static_cast<std::uint32_t>(_mm256_movemask_epi8(minus)),
+                 static_cast<std::uint32_t>(_mm256_movemask_epi8(is_digit)))) {
+    return false;
+  }
+
+  // The last four characters of each field side by side, in 32 bits, and the first
+  // character alone; -1 gives 0.
+  const __m256i last_four = in_both_halves(
+      _mm_setr_epi8(1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14, -1, -1, -1, -1));
+  const __m256i first_one = in_both_halves(
+      _mm_setr_epi8(0, -1, -1, -1, 5, -1, -1, -1, 10, -1, -1, -1, -1, -1, -1, -1));
+
+  const __m256i digits = _mm256_and_si256(digit, is_digit);
+  const __m256i tens = _mm256_set1_epi16(10 | 1 << 8);
+  const __m256i hundreds = _mm256_set1_epi32(100 | 1 << 16);
+  const __m256i pairs =
+      _mm256_maddubs_epi16(_mm256_shuffle_epi8(digits, last_four), tens);
+  const __m256i below_ten_thousand = _mm256_madd_epi16(pairs, hundreds);
+  const __m256i ten_thousands = _mm256_madd_epi16(
+      _mm256_shuffle_epi8(digits, first_one), _mm256_set1_epi32(10000));
+  const __m256i magnitude = _mm256_add_epi32(below_ten_thousand, ten_thousands);
+
+  const __m256i minus_anywhere = _mm256_or_si256(_mm256_shuffle_epi8(minus, last_four),
+                                                 _mm256_shuffle_epi8(minus, first_one));
+  const __m256i positive = _mm256_cmpeq_epi32(minus_anywhere, _mm256_setzero_si256());
+  const __m256i negative = _mm256_xor_si256(positive, _mm256_set1_epi32(-1));
+  const __m256i value =
+      _mm256_sub_epi32(_mm256_xor_si256(magnitude, negative), negative);
+
+  // The low 16 bits of the three values of each half.
+  const __m256i low_halves = in_both_halves(
+      _mm_setr_epi8(0, 1, 4, 5, 8, 9, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+  const __m256i packed = _mm256_shuffle_epi8(value, low_halves);
+  const std::int64_t first_three = _mm256_extract_epi64(packed, 0);
+  const std::int64_t last_three = _mm256_extract_epi64(packed, 2);
+  std::memcpy(values, &first_three, kThreeValues);
+  std::memcpy(values + 3, &last_three, kThreeValues);
+  return true;
+}
+
+}  // namespace
+
+bool has_avx2() { return static_cast<bool>(__builtin_cpu_supports("avx2")); }
+
+VELDMARK_AVX2 std::size_t convert_usual_fields(std::string_view fields,
+                                               std::int16_t* values) {
+  constexpr std::size_t kCharacters = kFieldsAtATime * kFieldWidth;
+  std::size_t converted = 0;
+  while (fields.size() > kCharacters &&
+         convert_six_fields(fields.data(), values + converted)) {
+    fields.remove_prefix(kCharacters);
+    converted += kFieldsAtATime;
+  }
+  return converted;
+}
+
+}  // namespace veldmark
+
+#else
+
+namespace veldmark {
+
+bool has_avx2() { return false; }
+
+std::size_t convert_usual_fields(std::string_view /*fields*/,
+                                 std::int16_t* /*values*/) {
+  return 0;
+}
+
+}  // namespace veldmark
+
+#endif

@@ -1,0 +1,45 @@
+#include "catalogue/transpose.h"
+
+#include <array>
+#include <cstring>
+
+namespace veldmark {
+namespace {
+
+using Vector = std::int16_t __attribute__((vector_size(16)));
+using Square = std::array<Vector, kSquare>;
+
+// The low halves of two vectors, value by value in turn, and the high halves.
+Vector low_halves(Vector a, Vector b) {
+  return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+}
+Vector high_halves(Vector a, Vector b) {
+  return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+}
+
+// Puts each vector of the first half between the values of its partner in the second.
+// Three such rounds turn the square.
+Square interleaved(const Square& square) {
+  Square result;
+  for (std::size_t i = 0; i < kSquare / 2; ++i) {
+    result[2 * i] = low_halves(square[i], square[i + kSquare / 2]);
+    result[2 * i + 1] = high_halves(square[i], square[i + kSquare / 2]);
+  }
+  return result;
+}
+
+}  // namespace
+
+void turn_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
+                 std::size_t to_step) {
+  Square square;
+  for (std::size_t i = 0; i < kSquare; ++i) {
+    std::memcpy(&square[i], from + i * from_step, sizeof(Vector));
+  }
+  square = interleaved(interleaved(interleaved(square)));
+  for (std::size_t j = 0; j < kSquare; ++j) {
+    std::memcpy(to + j * to_step, &square[j], sizeof(Vector));
+  }
+}
+
+}  // namespace veldmark
