@@ -240,7 +240,7 @@ def digits(value):
 
 def header(guard, body):
     return "\n".join([
-        "// Made by make_reference.py; not to be edited. clang-format off",
+        "// Made by make_reference.py; not to be edited or laid out anew.",
         "", f"#ifndef {guard}", f"#define {guard}", "", "#include <array>",
         "#include <cstdint>", "", "namespace veldmark::reference {", "", *body, "",
         "}  // namespace veldmark::reference", "", f"#endif  // {guard}", ""])

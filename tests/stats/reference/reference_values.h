@@ -1,4 +1,4 @@
-// Made by make_reference.py; not to be edited. clang-format off
+// Made by make_reference.py; not to be edited or laid out anew.
 
 #ifndef VELDMARK_TESTS_STATS_REFERENCE_REFERENCE_VALUES_H_
 #define VELDMARK_TESTS_STATS_REFERENCE_REFERENCE_VALUES_H_
