@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include "support/grid_text.h"
@@ -44,19 +43,15 @@ void write_bars(std::ostream& out, const std::string& content) {
 }
 
 // The answers at the end of a line of the screen: <1> or <><5>.
-void append_answers(const std::string& line, std::vector<std::string>& answers) {
-  static const std::regex at_end("(<[^<>]*>)+$");
-  static const std::regex one("<([^<>]*)>");
-  std::smatch match;
-  if (line.ends_with("|") || !std::regex_search(line, match, at_end)) {
-    return;
+void append_answers(std::string_view line, std::vector<std::string>& answers) {
+  std::vector<std::string> last_first;
+  while (line.ends_with('>')) {
+    const std::size_t begin = line.rfind('<');
+    last_first.emplace_back(line.substr(begin + 1, line.size() - begin - 2));
+    line = line.substr(0, begin);
   }
-  const std::string group = match.str();
-  for (std::sregex_iterator it(group.begin(), group.end(), one), end; it != end; ++it) {
-    if (it->str(1) != "EOF") {
-      answers.push_back(it->str(1));
-    }
-  }
+  std::erase(last_first, "EOF");
+  answers.insert(answers.end(), last_first.rbegin(), last_first.rend());
 }
 
 void append_screen_line(Transcript& transcript, const std::string& line,
