@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kLongest = 10;
 
-// Hands out `text` in pieces of at most `piece` characters.
+// Hands out `text`, which must outlive it, in pieces of at most `piece` characters.
 LineReader reader_of(const std::string& text, std::size_t piece) {
   return {
       [&text, piece, begin = std::size_t{0}](char* buffer, std::size_t size) mutable {
@@ -77,7 +77,8 @@ TEST(LineReader, SkipsLinesOfAnyLength) {
 }
 
 TEST(LineReader, CountsAPartialLastLineAsALine) {
-  LineReader reader = reader_of("a\nb", 100);
+  const std::string text = "a\nb";
+  LineReader reader = reader_of(text, 100);
   EXPECT_TRUE(reader.skip());
   EXPECT_TRUE(reader.skip());
   EXPECT_FALSE(reader.skip());
