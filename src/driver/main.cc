@@ -1,11 +1,15 @@
 // veldmark: cuts monthly climate series out of condensed CRU TS grid files.
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "console/console_dialogue.h"
+#include "driver/command_line.h"
 #include "driver/program_driver.h"
 
 namespace {
@@ -17,9 +21,15 @@ void run_in_shell(const std::string& command) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   // A reader that goes away becomes a failed write, which closes the files in order.
   std::signal(SIGPIPE, SIG_IGN);
+  const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  const std::optional<int> status =
+      veldmark::answer_command_line(arguments, std::cout, std::cerr);
+  if (status) {
+    return *status;
+  }
   veldmark::ConsoleDialogue console(std::cin, std::cout, run_in_shell);
   return veldmark::run_program(console, std::cerr);
 }

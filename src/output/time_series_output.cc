@@ -1,7 +1,9 @@
 #include "output/time_series_output.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <span>
 #include <vector>
 
@@ -27,6 +29,18 @@ struct Coordinate {
   std::string in_table;
 };
 
+// A year line: a blank and the year in four columns, twelve values, the line end.
+constexpr std::size_t kYearTextSize = 5;
+constexpr std::size_t kYearLineSize =
+    kYearTextSize + kMonthsPerYear * SixColumns::kWidth + 1;
+
+// All years of a cell fit into what a file gives room for at once.
+static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
+                  SixColumns::kCopied <=
+              OutputFile::kMostRoom);
+
+using YearText = std::array<char, kYearTextSize>;
+
 // Writes the cells of a search, one after another.
 class CellWriter {
  public:
@@ -38,7 +52,9 @@ class CellWriter {
         cell_list_(cell_list),
         list_gap_(request.CrossesDateLine ? "" : "   ") {
     for (std::int32_t year = 0; year < request.years.YearCount(); ++year) {
-      year_texts_.push_back(" " + fixed_integer(request.years.FYOD + year, 4));
+      const std::string text = " " + fixed_integer(request.years.FYOD + year, 4);
+      YearText& year_text = year_texts_.emplace_back();
+      std::copy(text.begin(), text.end(), year_text.begin());
     }
   }
 
@@ -55,23 +71,27 @@ class CellWriter {
                                           "   " + entry.OutputPrefix + "   " +
                                           entry.TitleText);
     time_series_.write(heading + entry.TitleText + entry.RFMT + "\n");
-    for (const std::string& year_text : year_texts_) {
-      write_year(year_text, series.first(kMonthsPerYear));
-      series = series.subspan(kMonthsPerYear);
-    }
+    write_years(series);
   }
 
   [[nodiscard]] std::int32_t CellsSaved() const { return CellsSaved_; }
 
  private:
-  void write_year(const std::string& year_text, std::span<const std::int16_t> months) {
-    const std::size_t size = year_text.size() + months.size() * SixColumns::kWidth + 1;
-    char* const begin = time_series_.room(size + SixColumns::kCopied);
-    char* end = std::copy(year_text.begin(), year_text.end(), begin);
-    for (const std::int16_t value : months) {
-      end = six_columns_.write(value, end);
+  // The year lines of a cell, in one piece of the file's own memory.
+  void write_years(std::span<const std::int16_t> series) {
+    const std::size_t size = year_texts_.size() * kYearLineSize;
+    char* out = time_series_.room(size + SixColumns::kCopied);
+    const std::int16_t* value = series.data();
+    for (const YearText& year_text : year_texts_) {
+      std::memcpy(out, year_text.data(), kYearTextSize);
+      out += kYearTextSize;
+      for (std::int32_t month = 0; month < kMonthsPerYear; ++month) {
+        out = six_columns_.write(*value, out);
+        ++value;
+      }
+      *out = '\n';
+      ++out;
     }
-    *end = '\n';
     time_series_.keep(size);
   }
 
@@ -80,7 +100,7 @@ class CellWriter {
   OutputFile& time_series_;
   OutputFile& cell_list_;
   std::string list_gap_;
-  std::vector<std::string> year_texts_;
+  std::vector<YearText> year_texts_;
   SixColumns six_columns_;
   std::int32_t CellsSaved_ = 0;
 };

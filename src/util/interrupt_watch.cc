@@ -1,0 +1,37 @@
+#include "util/interrupt_watch.h"
+
+#include <cstddef>
+
+namespace veldmark {
+namespace {
+
+// The one thing that a signal handler may write to.
+volatile std::sig_atomic_t& noted_signal() {
+  static volatile std::sig_atomic_t number = 0;
+  return number;
+}
+
+void note_signal(int number) { noted_signal() = number; }
+
+}  // namespace
+
+InterruptWatch::InterruptWatch() {
+  noted_signal() = 0;
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    const int number = kSignals.at(i);
+    struct sigaction action {};
+    action.sa_handler = number == SIGXFSZ ? SIG_IGN : note_signal;
+    sigaction(number, nullptr, &before_.at(i));
+    if (before_.at(i).sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
+  }
+}
+
+InterruptWatch::~InterruptWatch() {
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    sigaction(kSignals.at(i), &before_.at(i), nullptr);
+  }
+}
+
+int InterruptWatch::signal_caught() { return noted_signal(); }
+
+}  // namespace veldmark

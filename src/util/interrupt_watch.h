@@ -1,0 +1,35 @@
+// Notices a request to stop (SIGINT, SIGTERM, SIGHUP) instead of dying of it, so that a
+// half-written file can be removed first.
+
+#ifndef VELDMARK_UTIL_INTERRUPT_WATCH_H_
+#define VELDMARK_UTIL_INTERRUPT_WATCH_H_
+
+#include <array>
+#include <csignal>
+
+namespace veldmark {
+
+// While it lives, a stop signal is noted; afterwards signals act as before. A signal
+// that the caller had ignored (nohup) stays ignored. SIGXFSZ is ignored meanwhile: a
+// file that hits the size limit is then a failed write with a reason like any other.
+// REQUIRES: one at a time.
+class InterruptWatch {
+ public:
+  InterruptWatch();
+  ~InterruptWatch();
+  InterruptWatch(const InterruptWatch&) = delete;
+  InterruptWatch& operator=(const InterruptWatch&) = delete;
+  InterruptWatch(InterruptWatch&&) = delete;
+  InterruptWatch& operator=(InterruptWatch&&) = delete;
+
+  // The number of the signal that asked to stop, 0 for none.
+  [[nodiscard]] static int signal_caught();
+
+ private:
+  static constexpr std::array<int, 4> kSignals = {SIGINT, SIGTERM, SIGHUP, SIGXFSZ};
+  std::array<struct sigaction, kSignals.size()> before_{};
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_UTIL_INTERRUPT_WATCH_H_
