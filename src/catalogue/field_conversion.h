@@ -14,7 +14,8 @@ constexpr std::size_t kFieldWidth = 5;
 
 // Converts neighbouring fields, each as parse_integer does, to values modulo 2^16.
 //
-//   fields   whole fields: a multiple of five characters
+//   fields   whole fields: a multiple of five characters, and another character behind
+//            them that may be read, as the line end is
 //   values   out: room for one value per field
 //
 // Result     false when a field is no integer; `values` is then unfinished.

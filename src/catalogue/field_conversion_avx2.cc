@@ -97,12 +97,21 @@ bool has_avx2() { return static_cast<bool>(__builtin_cpu_supports("avx2")); }
 
 VELDMARK_AVX2 std::size_t convert_usual_fields(std::string_view fields,
                                                std::int16_t* values) {
-  constexpr std::size_t kCharacters = kFieldsAtATime * kFieldWidth;
+  const std::size_t count = fields.size() / kFieldWidth;
   std::size_t converted = 0;
-  while (fields.size() > kCharacters &&
-         convert_six_fields(fields.data(), values + converted)) {
-    fields.remove_prefix(kCharacters);
+  while (count - converted >= kFieldsAtATime) {
+    if (!convert_six_fields(&fields[converted * kFieldWidth], values + converted)) {
+      return converted;
+    }
     converted += kFieldsAtATime;
+  }
+  // What is left is the end of the last six.
+  const bool some_left = converted > 0 && converted < count;
+  if (some_left) {
+    const std::size_t last_six = count - kFieldsAtATime;
+    if (convert_six_fields(&fields[last_six * kFieldWidth], values + last_six)) {
+      return count;
+    }
   }
   return converted;
 }
