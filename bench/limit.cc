@@ -1,0 +1,127 @@
+// The least that any program has to do for an extraction: reads the bytes of the wanted
+// rows once and writes as many bytes as the outputs have once, looking at none of them.
+//
+//   limit GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...
+//
+// Rows 1..360 and years 1..116 (1 is 1901), both ends included. Makes one file in
+// FOLDER for each SIZE, named 1, 2, ...; they must not be there before. GRID is a
+// condensed file with LF line ends.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
+constexpr std::int64_t kLineSize = 3601;
+constexpr std::int64_t kRows = 360;
+constexpr std::int64_t kMonthsPerYear = 12;
+constexpr mode_t kMode = 0666;
+
+// Bytes of the grid file that follow each other.
+struct Stretch {
+  std::int64_t begin;
+  std::int64_t size;
+};
+
+[[noreturn]] void fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+// The wanted lines: a stretch for each month, or a single one where whole months are
+// wanted.
+std::vector<Stretch> wanted_stretches(std::int64_t first_row, std::int64_t last_row,
+                                      std::int64_t first_year, std::int64_t last_year) {
+  const std::int64_t first_month = (first_year - 1) * kMonthsPerYear;
+  const std::int64_t end_month = last_year * kMonthsPerYear;
+  if (first_row == 1 && last_row == kRows) {
+    return {{first_month * kRows * kLineSize,
+             (end_month - first_month) * kRows * kLineSize}};
+  }
+  std::vector<Stretch> stretches;
+  for (std::int64_t month = first_month; month < end_month; ++month) {
+    stretches.push_back({(month * kRows + first_row - 1) * kLineSize,
+                         (last_row - first_row + 1) * kLineSize});
+  }
+  return stretches;
+}
+
+void read_stretch(int file, const Stretch& stretch, std::vector<char>& piece) {
+  std::int64_t place = stretch.begin;
+  const std::int64_t end = stretch.begin + stretch.size;
+  while (place < end) {
+    const auto size = std::min(piece.size(), static_cast<std::size_t>(end - place));
+    const ssize_t count = ::pread(file, piece.data(), size, place);
+    if (count < 0) {
+      fail("reading");
+    }
+    if (count == 0) {
+      throw std::runtime_error("the grid file is too short");
+    }
+    place += count;
+  }
+}
+
+void write_file(const std::string& name, std::size_t size,
+                const std::vector<char>& piece) {
+  const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+  if (file < 0) {
+    fail(name);
+  }
+  while (size > 0) {
+    const ssize_t count = ::write(file, piece.data(), std::min(piece.size(), size));
+    if (count < 0) {
+      fail(name);
+    }
+    size -= static_cast<std::size_t>(count);
+  }
+  if (::close(file) != 0) {
+    fail(name);
+  }
+}
+
+void run(const std::vector<std::string>& arguments) {
+  if (arguments.size() < 6) {
+    throw std::runtime_error(
+        "usage: limit GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...");
+  }
+  const int grid = ::open(arguments[0].c_str(), O_RDONLY | O_CLOEXEC);
+  if (grid < 0) {
+    fail(arguments[0]);
+  }
+  std::vector<char> piece(kPieceSize, ' ');
+  for (const Stretch& stretch :
+       wanted_stretches(std::stoll(arguments[1]), std::stoll(arguments[2]),
+                        std::stoll(arguments[3]), std::stoll(arguments[4]))) {
+    read_stretch(grid, stretch, piece);
+  }
+  ::close(grid);
+  for (std::size_t i = 6; i < arguments.size(); ++i) {
+    write_file(arguments[5] + "/" + std::to_string(i - 5), std::stoull(arguments[i]),
+               piece);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    run({argv + 1, argv + argc});
+  } catch (const std::exception& failure) {
+    std::cerr << "limit: " << failure.what() << '\n';
+    return EXIT_FAILURE;
+  }
+  return EXIT_SUCCESS;
+}

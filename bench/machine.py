@@ -1,0 +1,45 @@
+"""What the machine is, for a report of measurements."""
+
+import os
+import pathlib
+import platform
+import subprocess
+
+
+def output_of(*command):
+    done = subprocess.run(command, stdout=subprocess.PIPE, check=True, text=True)
+    return done.stdout.strip()
+
+
+def field_of(path, name):
+    """The first value of a `name : value` line of a file of the kernel."""
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        key, _, value = line.partition(":")
+        if key.strip() == name:
+            return value.strip()
+    return "unknown"
+
+
+def build_of(programs):
+    """The compiler and the kind of a build."""
+    cache = (pathlib.Path(programs) / "CMakeCache.txt").read_text(encoding="utf-8")
+    entries = dict(line.split("=", 1) for line in cache.splitlines() if "=" in line)
+    version = output_of(entries["CMAKE_CXX_COMPILER:FILEPATH"], "--version")
+    kind = entries.get("CMAKE_BUILD_TYPE:STRING") or "of no kind"
+    return f"{version.splitlines()[0]}, {kind}"
+
+
+def describe(programs, folder):
+    """A table of the machine and of its load at this moment, in Markdown."""
+    memory = int(field_of("/proc/meminfo", "MemTotal").split()[0]) / 1024**2
+    rows = [
+        ("Processor", field_of("/proc/cpuinfo", "model name")),
+        ("Processors", len(os.sched_getaffinity(0))),
+        ("Memory", f"{memory:.1f} GiB"),
+        ("File system", output_of("df", "--output=fstype", folder).splitlines()[-1]),
+        ("Kernel", f"{platform.system()} {platform.release()}"),
+        ("Build", build_of(programs)),
+        ("Load at the start (one minute)", f"{os.getloadavg()[0]:.2f}"),
+    ]
+    lines = ["| Machine | |", "|---|---|"]
+    return "\n".join(lines + [f"| {name} | {value} |" for name, value in rows]) + "\n"

@@ -1,0 +1,332 @@
+#!/usr/bin/env python3
+"""Measures whole sessions and prints the results as Markdown; see README.md.
+
+Every table takes turns with what it compares, so that a slow spell of the machine meets
+all alike. A first round warms up and isn't counted. Every output is compared with that
+of plain_extract; a difference ends everything with status 1.
+"""
+
+import argparse
+import dataclasses
+import pathlib
+import statistics
+import subprocess
+import sys
+
+import machine
+from searches import LEAVE_AT_THE_MENU, Search, answers
+from stage import Stage, tell
+
+TOP = pathlib.Path(__file__).resolve().parent.parent
+
+GLOBE = Search(90, -90, 180, -180)
+EUROPE = Search(72, 35, 40, -10)
+
+
+@dataclasses.dataclass(frozen=True)
+class Job:
+    """A search with what is wanted of it: ratios to the limit, and memory in MiB."""
+
+    search: Search
+    rounds: int
+    goal: float
+    must: float
+    memory_goal: int
+
+
+JOBS = {
+    "S": Job(Search(60, 50, 10, 0, 1961, 1990), 31, 1.5, 2.0, 16),
+    "M": Job(EUROPE, 15, 1.5, 2.0, 32),
+    "L": Job(GLOBE, 7, 1.6, 2.5, 256),
+}
+
+
+class Runs:
+    """What the runs of one kind took: seconds, and the highest peak in MiB."""
+
+    def __init__(self, taken):
+        self.median = statistics.median(run.seconds for run in taken)
+        self.least = min(run.seconds for run in taken)
+        self.most = max(run.seconds for run in taken)
+        self.peak = max(run.peak for run in taken)
+
+    def seconds(self):
+        return f"{self.median:.4f} ({self.least:.4f}-{self.most:.4f})"
+
+    def ratio(self, base):
+        return f"{self.median / base.median:.2f}"
+
+
+def take_turns(rounds, *actions):
+    """Runs the actions in turn, once to warm up and then `rounds` times."""
+    taken = [[action() for action in actions] for _ in range(1 + rounds)]
+    return [Runs(runs) for runs in zip(*taken[1:])]
+
+
+def print_table(heading, rows):
+    """A Markdown table; the first column holds text, the others numbers."""
+    print("| " + " | ".join(heading) + " |")
+    print("|---" + "|---:" * (len(heading) - 1) + "|")
+    for row in rows:
+        print("| " + " | ".join(str(entry) for entry in row) + " |", flush=True)
+    print()
+
+
+def new_outputs(stage, variable, typed):
+    """A session in a folder without outputs."""
+    stage.remove_outputs(variable)
+    taken = stage.run_veldmark(typed)
+    stage.compare(variable)
+    return taken
+
+
+def replaced_outputs(stage, variable, typed):
+    """A session that replaces the outputs of the one before, which are on the disk."""
+    taken = stage.run_veldmark(typed)
+    stage.compare(variable)
+    stage.remove_outputs(variable)
+    return taken
+
+
+def limit_and_session(stage, search, rounds):
+    """The limit and a session of precipitation: their runs, and the cells saved."""
+    cells = stage.expect("pre", search)
+    typed = answers("pre", search)
+    limit, session = take_turns(
+        rounds,
+        lambda: stage.run_limit("pre", search),
+        lambda: new_outputs(stage, "pre", typed),
+    )
+    return limit, session, cells
+
+
+def verdict(value, goal, must):
+    if value <= goal:
+        return "goal"
+    return "must" if value <= must else "missed"
+
+
+def measure_start(stage, rounds):
+    """What every session pays before it reads anything."""
+    commands = "sh -c clear; sh -c clear; sh -c 'ls *.dat.new'"
+    nothing, shell, menu = take_turns(
+        rounds or 31,
+        lambda: stage.run("/bin/true"),
+        lambda: stage.run("/bin/sh", "-c", commands),
+        lambda: stage.run_veldmark(LEAVE_AT_THE_MENU),
+    )
+    print("Starting alone:\n")
+    print_table(
+        ["Run", "Seconds"],
+        [
+            ["a program that does nothing", nothing.seconds()],
+            ["a shell that runs a session's three commands", shell.seconds()],
+            ["a session that is left at the menu", menu.seconds()],
+        ],
+    )
+
+
+def measure_job(stage, name, rounds):
+    """The two rows of a job: outputs new, and outputs of the last session replaced."""
+    job = JOBS[name]
+    tell(f"job {name}: what its outputs must be")
+    stage.expect("pre", job.search)
+    typed = answers("pre", job.search)
+    tell(f"job {name}: measuring")
+    limit, new, replaced = take_turns(
+        rounds or job.rounds,
+        lambda: stage.run_limit("pre", job.search),
+        lambda: new_outputs(stage, "pre", typed),
+        lambda: replaced_outputs(stage, "pre", typed),
+    )
+    for outputs, runs in (("new", new), ("replaced", replaced)):
+        ratio = runs.median / limit.median
+        memory = "goal" if runs.peak <= job.memory_goal else "missed"
+        yield [
+            f"{name}, outputs {outputs}",
+            *(limit.seconds(), runs.seconds(), runs.ratio(limit)),
+            *(job.goal, job.must, verdict(ratio, job.goal, job.must)),
+            *(f"{runs.peak:.1f}", job.memory_goal, memory),
+        ]
+
+
+def measure_jobs(stage, only, rounds):
+    stage.prepare("pre")
+    print("## The jobs\n")
+    measure_start(stage, rounds)
+    rows = [row for name in only for row in measure_job(stage, name, rounds)]
+    heading = ["Job", "Limit s", "Veldmark s", "Ratio", "Goal", "Must", "Reached"]
+    heading += ["Peak MiB", "Goal MiB", "Reached"]
+    print_table(heading, rows)
+    print("Seconds are medians (least-most); all outputs were as they must be.\n")
+
+
+def grow_with_first_year(stage, rounds):
+    rows = []
+    for year in (1901, 1931, 1961, 1991):
+        search = dataclasses.replace(EUROPE, first_year=year, last_year=year)
+        limit, session, _ = limit_and_session(stage, search, rounds or 9)
+        rows.append([year, limit.seconds(), session.seconds(), session.ratio(limit)])
+    print("The box of job M, one year:\n")
+    print_table(["Year", "Limit s", "Veldmark s", "Ratio"], rows)
+
+
+def grow_with_cells(stage, rounds):
+    boxes = {
+        "5 x 5 degrees": Search(55, 50, 10, 5),
+        "10 x 10 degrees": Search(60, 50, 10, 0),
+        "across the 180 degree meridian": Search(70, 60, -170, 160),
+        "20 x 20 degrees": Search(60, 40, 20, 0),
+        "40 x 40 degrees": Search(70, 30, 60, 20),
+        "the northern half": Search(90, 0, 180, -180),
+        "the globe": GLOBE,
+    }
+    rows = []
+    for name, box in boxes.items():
+        search = dataclasses.replace(box, first_year=1961, last_year=1990)
+        limit, session, saved = limit_and_session(stage, search, rounds or 9)
+        row = [name, search.cells(), saved, limit.seconds(), session.seconds()]
+        rows.append([*row, session.ratio(limit), f"{session.peak:.1f}"])
+    print("Boxes, 1961-1990:\n")
+    heading = ["Box", "Cells", "Saved", "Limit s", "Veldmark s", "Ratio", "Peak MiB"]
+    print_table(heading, rows)
+
+
+def grow_with_thinning(stage, rounds):
+    rows = []
+    for factor in (1, 2, 5, 20):
+        search = dataclasses.replace(GLOBE, factor=factor)
+        limit, session, saved = limit_and_session(stage, search, rounds or 5)
+        row = [factor, saved, limit.seconds(), session.seconds()]
+        rows.append([*row, session.ratio(limit), f"{session.peak:.1f}"])
+    print("Thinning, the globe, 1901-2016:\n")
+    heading = ["Factor", "Saved", "Limit s", "Veldmark s", "Ratio", "Peak MiB"]
+    print_table(heading, rows)
+
+
+def grow_with_passes(stage, rounds):
+    """Further passes of a run make the same search again and replace the outputs."""
+    rows = []
+    for name in ("M", "L"):
+        search = JOBS[name].search
+        stage.expect("pre", search)
+        counts = (1, 2, 4)
+        sessions = [answers("pre", search, passes=count) for count in counts]
+        actions = [
+            lambda typed=typed: new_outputs(stage, "pre", typed) for typed in sessions
+        ]
+        for count, runs in zip(counts, take_turns(rounds or 5, *actions)):
+            each = f"{runs.median / count:.4f}"
+            rows.append([name, count, runs.seconds(), each, f"{runs.peak:.1f}"])
+    print("Passes in one run, the same search each time:\n")
+    print_table(["Job", "Passes", "Seconds", "Seconds a pass", "Peak MiB"], rows)
+
+
+def measure_growth(stage, only, rounds):
+    del only
+    stage.prepare("pre")
+    print("## How cost grows\n")
+    for grow in (
+        grow_with_first_year,
+        grow_with_cells,
+        grow_with_thinning,
+        grow_with_passes,
+    ):
+        tell(grow.__name__.replace("_", " "))
+        grow(stage, rounds)
+
+
+def measure_variance(stage, only, rounds):
+    del only
+    stage.prepare("frs")
+    print("## The variance test\n")
+    tell("the variance test: what the outputs must be")
+    cells = stage.expect("frs", GLOBE)
+    without = answers("frs", GLOBE)
+    tested = answers("frs", GLOBE, cutoff=1958)
+    tell("the variance test: measuring")
+    base, test = take_turns(
+        rounds or 5,
+        lambda: new_outputs(stage, "frs", without),
+        lambda: new_outputs(stage, "frs", tested),
+    )
+    report = stage.data_file("frs").with_name(stage.data_file("frs").name + ".ftst")
+    lines = len(report.read_text(encoding="ascii").splitlines()) - 2
+    each = (test.median - base.median) / cells * 1e6
+    print("Frost days of the globe, 1901-2016, cutoff year 1958:\n")
+    print_table(
+        ["Session", "Seconds", "Ratio", "Peak MiB"],
+        [
+            ["without the test", base.seconds(), "1", f"{base.peak:.1f}"],
+            ["with the test", test.seconds(), test.ratio(base), f"{test.peak:.1f}"],
+        ],
+    )
+    print(f"{cells} cells saved, {lines} in the report; {each:.2f} us a saved cell.\n")
+
+
+def measure_loops(stage, only, rounds):
+    """Runs the micro-benchmarks, where Google Benchmark was there to build them."""
+    del only, rounds
+    program = pathlib.Path(stage.bench_program("micro_benchmarks"))
+    if not program.exists():
+        sys.exit("micro_benchmarks was not built: it needs libbenchmark-dev")
+    print("## The hot loops\n\n```", flush=True)
+    repeat = ["--benchmark_repetitions=5", "--benchmark_report_aggregates_only=true"]
+    subprocess.run([program, *repeat], check=True)
+    print("```\n")
+
+
+WHAT = {
+    "jobs": measure_jobs,
+    "growth": measure_growth,
+    "variance": measure_variance,
+    "micro": measure_loops,
+}
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser(
+        prog="bench/run",
+        description="Measures Veldmark and prints the results as Markdown.",
+    )
+    parser.add_argument(
+        "what",
+        nargs="*",
+        metavar="WHAT",
+        help=f"{', '.join(WHAT)} or all (default: jobs)",
+    )
+    parser.add_argument(
+        "--programs", default=TOP / "build", help="build folder (default: build)"
+    )
+    parser.add_argument(
+        "--folder",
+        default=TOP / "bench-run",
+        help="where grid files and outputs go (default: bench-run)",
+    )
+    parser.add_argument("--only", metavar="JOBS", help="of the jobs only these: S,M")
+    parser.add_argument("--rounds", type=int, help="rounds of every measurement")
+    arguments = parser.parse_args()
+    if "all" in arguments.what:
+        arguments.what = list(WHAT)
+    arguments.what = arguments.what or ["jobs"]
+    arguments.only = arguments.only.split(",") if arguments.only else list(JOBS)
+    for given, known in ((arguments.what, WHAT), (arguments.only, JOBS)):
+        for name in given:
+            if name not in known:
+                parser.error(f"{name}: not one of {', '.join(known)}")
+    if arguments.rounds is not None and arguments.rounds < 1:
+        parser.error("--rounds: at least 1")
+    return arguments
+
+
+def main():
+    arguments = parse_arguments()
+    stage = Stage(arguments.programs, arguments.folder)
+    print(machine.describe(arguments.programs, arguments.folder))
+    for name in arguments.what:
+        WHAT[name](stage, arguments.only, arguments.rounds)
+    stage.clear()
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,166 @@
+"""The folder in which measurements run: grid files, sessions, outputs, comparisons."""
+
+import dataclasses
+import filecmp
+import gzip
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+MIB = 1 << 20
+GRID_SIZE = 116 * 12 * 360 * 3601
+KINDS = {"pre": "mixed", "frs": "frost"}
+
+
+@dataclasses.dataclass(frozen=True)
+class Taken:
+    """What a run took: wall seconds and peak resident memory in MiB."""
+
+    seconds: float
+    peak: float
+
+
+def touch_memory(size):
+    """Takes `size` bytes from the system and gives them back.
+
+    Under a hypervisor memory that has long been free costs several times as much to
+    take as memory just given back, and it would be chance which run takes which.
+    """
+    bytearray(b"x") * size  # pylint: disable=expression-not-assigned
+
+
+def tell(text):
+    """Says what is going on, apart from the results."""
+    print(text, file=sys.stderr, flush=True)
+
+
+class Stage:
+    """Runs programs of the folder `programs` (the build) in the folder `folder`.
+
+    Grid files stay in `folder`; all else goes to a folder in it that clear() removes.
+    """
+
+    def __init__(self, programs, folder):
+        self.programs = pathlib.Path(programs).resolve()
+        self.folder = pathlib.Path(folder).resolve()
+        self.folder.mkdir(parents=True, exist_ok=True)
+        self.scratch = pathlib.Path(tempfile.mkdtemp(prefix="runs-", dir=self.folder))
+        self.session = self.scratch / "session"
+        self.expected = self.scratch / "expected"
+        self.limit_outputs = self.scratch / "limit"
+        for place in (self.session, self.expected, self.limit_outputs):
+            place.mkdir()
+
+    def bench_program(self, name):
+        return str(self.programs / "bench" / name)
+
+    def data_file(self, variable):
+        return self.session / f"cru_ts4.01.1901.2016.{variable}.dat.new"
+
+    def prepare(self, variable):
+        """Makes the grid file of `variable` unless it is there, and warms it."""
+        if self.data_file(variable).exists():
+            return
+        kind = KINDS[variable]
+        grid = self.folder / f"{kind}.grid"
+        if not grid.exists() or grid.stat().st_size != GRID_SIZE:
+            tell(f"making {grid}")
+            part = grid.with_suffix(".part")
+            mask = gzip.decompress((HERE / "land_mask.txt.gz").read_bytes())
+            command = [self.bench_program("make_grid"), str(part), kind]
+            subprocess.run(command, input=mask, check=True)
+            part.rename(grid)
+        self.data_file(variable).symlink_to(grid)
+        with grid.open("rb", buffering=0) as file:
+            while file.read(MIB):
+                pass
+
+    def outputs(self, variable):
+        """The time series and the cell list of a session."""
+        name = self.data_file(variable).name
+        return [self.session / f"{name}.TSF", self.session / f"{name}.XY"]
+
+    def remove_outputs(self, variable):
+        for output in self.outputs(variable):
+            output.unlink(missing_ok=True)
+
+    def run(self, program, *arguments, typed=""):
+        """Runs a program in the session's folder.
+
+        What was written before goes to the disk first, because it is not this run's;
+        then there is free memory at hand for the program and its outputs.
+        """
+        answers = self.scratch / "answers"
+        answers.write_text(typed, encoding="ascii")
+        command = [self.bench_program("timed_run"), str(answers), str(program)]
+        os.sync()
+        touch_memory(128 * MIB + 3 * sum(self.expected_sizes()))
+        done = subprocess.run(
+            command + [str(argument) for argument in arguments],
+            cwd=self.session,
+            env={**os.environ, "TERM": "dumb"},
+            stdout=subprocess.PIPE,
+            check=False,
+            text=True,
+        )
+        if done.returncode != 0:
+            sys.exit(f"{program} could not be run")
+        seconds, peak, status = done.stdout.split()
+        if int(status) != 0:
+            sys.exit(f"{program} ended with status {status}")
+        return Taken(float(seconds), int(peak) / 1024)
+
+    def run_veldmark(self, typed):
+        return self.run(self.programs / "veldmark", typed=typed)
+
+    def run_limit(self, variable, search):
+        """Reads and writes what `search` needs at least; expect() comes before."""
+        first_row, last_row = search.rows()
+        years = (search.first_year - 1900, search.last_year - 1900)
+        grid, folder = self.data_file(variable), self.limit_outputs
+        taken = self.run(
+            self.bench_program("limit"),
+            *(grid, first_row, last_row, *years, folder, *self.expected_sizes()),
+        )
+        empty_folder(folder)
+        return taken
+
+    def expect(self, variable, search):
+        """Makes the outputs that `search` must have; tells how many cells it saves."""
+        empty_folder(self.expected)
+        command = [
+            self.bench_program("plain_extract"),
+            *(variable, str(self.data_file(variable)), str(self.expected)),
+            "%d-%d" % search.rows(),
+            f"{search.first_year}-{search.last_year}",
+            str(search.factor),
+            *("%d-%d" % columns for columns in search.column_ranges()),
+        ]
+        subprocess.run(command, check=True)
+        cell_list = self.expected / self.outputs(variable)[1].name
+        with cell_list.open(encoding="ascii") as lines:
+            return sum(1 for _ in lines) - 1
+
+    def expected_sizes(self):
+        """Bytes of the outputs that expect() has made."""
+        return [output.stat().st_size for output in self.expected.iterdir()]
+
+    def compare(self, variable):
+        """Ends everything when an output of the session isn't what it must be."""
+        for output in self.outputs(variable):
+            expected = self.expected / output.name
+            if not filecmp.cmp(output, expected, shallow=False):
+                sys.exit(f"DIFFERENT: {output} is not what it must be: {expected}")
+
+    def clear(self):
+        """Removes everything but the grid files."""
+        shutil.rmtree(self.scratch)
+
+
+def empty_folder(place):
+    shutil.rmtree(place)
+    place.mkdir()
