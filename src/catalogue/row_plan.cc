@@ -1,0 +1,80 @@
+#include "catalogue/row_plan.h"
+
+#include <algorithm>
+
+#include "catalogue/field_conversion.h"
+
+namespace veldmark {
+namespace {
+
+// Adds the fields of a group to a plan, but for those that are not on the line.
+//
+//   end_column   columns from here on get their values from another group
+void add_group(const FieldGroup& group, std::int32_t end_column,
+               std::span<const std::int32_t> data_columns, RowPlan& plan) {
+  for (std::int32_t i = 0; i < group.count; ++i) {
+    const std::int32_t field = group.first_field + i;
+    const std::int32_t column = group.first_column + i;
+    const bool has_data =
+        column < end_column &&
+        std::binary_search(data_columns.begin(), data_columns.end(), column);
+    if (field < 1) {
+      continue;
+    }
+    if (field > kGridColumns) {
+      plan.blank_fields += has_data ? 1 : 0;
+    } else if (!plan.runs.empty() && plan.runs.back().has_data == has_data &&
+               plan.runs.back().first_field + plan.runs.back().count == field) {
+      ++plan.runs.back().count;
+    } else {
+      plan.runs.push_back({field, 1, has_data});
+    }
+  }
+}
+
+}  // namespace
+
+RowPlan plan_row(const RowFormat& format, std::span<const std::int32_t> data_columns) {
+  RowPlan plan;
+  const bool two_groups = format.second.count > 0;
+  const std::int32_t end_of_first =
+      two_groups ? format.second.first_column : kGridColumns + 1;
+  add_group(format.first, end_of_first, data_columns, plan);
+  add_group(format.second, kGridColumns + 1, data_columns, plan);
+  return plan;
+}
+
+// No line end can hide in the wanted fields, which must be integers; elsewhere it is
+// looked for.
+bool read_by_plan(std::string_view line, const RowPlan& plan,
+                  std::string_view missing_line, std::int16_t* cells) {
+  std::size_t checked = 0;
+  for (const FieldRun& run : plan.runs) {
+    const std::size_t begin =
+        static_cast<std::size_t>(run.first_field - 1) * kFieldWidth;
+    const std::size_t size = static_cast<std::size_t>(run.count) * kFieldWidth;
+    if (has_line_end(line.substr(checked, begin - checked))) {
+      return false;
+    }
+    const std::string_view fields = line.substr(begin, size);
+    if (!run.has_data) {
+      if (!are_integers(fields, missing_line.substr(0, size))) {
+        return false;
+      }
+    } else {
+      if (!convert_fields(fields, cells)) {
+        return false;
+      }
+      cells += run.count;
+    }
+    checked = begin + size;
+  }
+  std::fill_n(cells, plan.blank_fields, std::int16_t{0});
+  return !has_line_end(line.substr(checked));
+}
+
+bool has_line_end(std::string_view text) {
+  return text.find('\n') != std::string_view::npos;
+}
+
+}  // namespace veldmark
