@@ -1,0 +1,102 @@
+// The program's arguments, as a process of its own: what is shown where, and the exit
+// status.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "support/temporary_folder.h"
+
+namespace veldmark::testing {
+namespace {
+
+const std::string kUsage =
+    "Usage: veldmark\n"
+    "       veldmark --help | --version\n";
+
+// Runs the program in the current folder with what a shell makes of `arguments`; the
+// answers, should it ask, end it at the menu. Result: the exit status, -1 after a
+// signal.
+int run_with(const std::string& arguments) {
+  write_file("answers", "\n\n0\n");
+  const std::string command =
+      "'" VELDMARK_PROGRAM "' < answers > screen 2> errors " + arguments;
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+void expect_refused(const std::string& arguments, const std::string& named) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with(arguments), 2) << arguments;
+  EXPECT_EQ(file_content("screen"), "") << arguments;
+  EXPECT_EQ(file_content("errors"),
+            "veldmark: unexpected argument '" + named + "'\n" + kUsage);
+}
+
+TEST(ProgramArguments, HelpSaysWhatTheProgramDoesAndNeeds) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with("--help"), 0);
+  EXPECT_EQ(file_content("errors"), "");
+  const std::string help = file_content("screen");
+  EXPECT_TRUE(help.starts_with(kUsage + "\nCuts monthly climate series"));
+  for (const char* item : {"cru_ts4.01.1901.2016.VAR.dat.new\n",
+                           "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new\n", ".TSF", ".XY",
+                           ".ftst", "--version", "Exit status: 0 "}) {
+    EXPECT_NE(help.find(item), std::string::npos) << item;
+  }
+}
+
+TEST(ProgramArguments, HelpLinesFitATerminal) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with("--help"), 0);
+  const std::string help = file_content("screen");
+  std::size_t begin = 0;
+  for (std::size_t end = 0; (end = help.find('\n', begin)) != std::string::npos;) {
+    EXPECT_LE(end - begin, 88U) << help.substr(begin, end - begin);
+    begin = end + 1;
+  }
+  EXPECT_EQ(begin, help.size());
+}
+
+TEST(ProgramArguments, VersionIsTheProjects) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with("--version"), 0);
+  EXPECT_EQ(file_content("screen"), "veldmark " VELDMARK_PROJECT_VERSION "\n");
+  EXPECT_EQ(file_content("errors"), "");
+}
+
+TEST(ProgramArguments, TheFirstOfTwoIsAnswered) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with("--version --help"), 0);
+  EXPECT_EQ(file_content("screen"), "veldmark " VELDMARK_PROJECT_VERSION "\n");
+}
+
+TEST(ProgramArguments, RefusesAnyOtherArgument) {
+  expect_refused("tmp", "tmp");
+  expect_refused("-h", "-h");
+  expect_refused("--hel", "--hel");
+  expect_refused("--help=1", "--help=1");
+  expect_refused("--", "--");
+  expect_refused("''", "");
+  expect_refused("--help tmp", "tmp");
+}
+
+TEST(ProgramArguments, WithoutArgumentsTheSessionBegins) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with(""), 0);
+  EXPECT_NE(file_content("screen").find("Program Veldmark_v24"), std::string::npos);
+  EXPECT_TRUE(file_content("screen").ends_with("\nProgram Terminating\n"));
+}
+
+TEST(ProgramArguments, SaysWhenItCannotAnswer) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with("--version > /dev/full"), 255);
+  EXPECT_EQ(file_content("errors"), "veldmark: standard output cannot be written\n");
+}
+
+}  // namespace
+}  // namespace veldmark::testing
