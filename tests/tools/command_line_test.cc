@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "series_to_grid/failure.h"
+#include "util/failure.h"
 
 namespace veldmark {
 namespace {

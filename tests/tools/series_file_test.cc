@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "series_to_grid/failure.h"
+#include "util/failure.h"
 
 namespace veldmark {
 namespace {

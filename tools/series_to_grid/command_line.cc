@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "series_to_grid/failure.h"
+#include "util/failure.h"
 
 namespace veldmark {
 namespace {

@@ -10,8 +10,8 @@
 #include <system_error>
 #include <utility>
 
-#include "series_to_grid/failure.h"
 #include "series_to_grid/grid_writer.h"
+#include "util/failure.h"
 
 namespace veldmark {
 namespace {

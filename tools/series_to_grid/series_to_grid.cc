@@ -10,10 +10,10 @@
 #include <system_error>
 
 #include "series_to_grid/command_line.h"
-#include "series_to_grid/failure.h"
 #include "series_to_grid/grid_writer.h"
-#include "series_to_grid/interrupt_watch.h"
 #include "series_to_grid/series_file.h"
+#include "util/failure.h"
+#include "util/interrupt_watch.h"
 
 namespace veldmark {
 namespace {

@@ -8,7 +8,7 @@
 #include <span>
 #include <string>
 
-#include "series_to_grid/part_file.h"
+#include "util/part_file.h"
 
 namespace veldmark {
 

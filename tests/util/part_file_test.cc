@@ -1,4 +1,4 @@
-#include "series_to_grid/part_file.h"
+#include "util/part_file.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <string>
 
 #include "scratch_folder.h"
-#include "series_to_grid/failure.h"
+#include "util/failure.h"
 
 namespace veldmark {
 namespace {

@@ -1,4 +1,4 @@
-#include "series_to_grid/interrupt_watch.h"
+#include "util/interrupt_watch.h"
 
 #include <gtest/gtest.h>
 

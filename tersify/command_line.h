@@ -1,0 +1,43 @@
+// The command line of tersify.
+
+#ifndef VELDMARK_TERSIFY_COMMAND_LINE_H_
+#define VELDMARK_TERSIFY_COMMAND_LINE_H_
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace veldmark::tersify {
+
+enum class Task {
+  kAskForList,  // ask for the name of a list file, then as kCondenseList
+  kCondense,
+  kCondenseList,
+  kCheck,
+  kShowHelp,
+  kShowVersion,
+};
+
+// What to do.
+//
+//   names    the files to condense or check, or the list file alone
+struct Command {
+  Task task = Task::kAskForList;
+  std::vector<std::string> names;
+};
+
+// The text that --help shows.
+std::string_view help_text();
+
+// The text that --version shows.
+std::string_view version_text();
+
+// Reads the arguments, the program's name not among them. After "--" everything is a
+// name.
+// Errors: UsageError that names the argument at fault.
+Command parse_command_line(std::span<const std::string> arguments);
+
+}  // namespace veldmark::tersify
+
+#endif  // VELDMARK_TERSIFY_COMMAND_LINE_H_

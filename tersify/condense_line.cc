@@ -1,0 +1,162 @@
+#include "tersify/condense_line.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+#include "tersify/character_masks.h"
+#include "tersify/quoted.h"
+
+namespace veldmark::tersify {
+namespace {
+
+using EightCharacters = std::array<char, 8>;
+
+constexpr std::uint64_t eight_of(char c) {
+  return std::bit_cast<std::uint64_t>(EightCharacters{c, c, c, c, c, c, c, c});
+}
+
+constexpr std::uint64_t kBlanks = eight_of(' ');
+
+// Entry n selects the last n of the first five characters, whatever the byte order.
+constexpr std::array<std::uint64_t, kFieldWidth + 1> kLastOfFive = [] {
+  std::array<std::uint64_t, kFieldWidth + 1> masks{};
+  for (std::size_t count = 0; count <= kFieldWidth; ++count) {
+    EightCharacters selected{};
+    for (std::size_t i = kFieldWidth - count; i < kFieldWidth; ++i) {
+      selected[i] = static_cast<char>(0xFF);
+    }
+    masks[count] = std::bit_cast<std::uint64_t>(selected);
+  }
+  return masks;
+}();
+
+// Looks at a line in pieces of 64 characters and finds where its numbers end. A mask's
+// lowest bits need to know the highest ones of the piece before.
+class UsualNumbers {
+ public:
+  // Result: a bit at every character that follows a number; nothing when a number isn't
+  // a usual one.
+  //   inside    the characters of the piece that belong to the line
+  std::optional<std::uint64_t> find_ends(const CharacterMasks& kinds,
+                                         std::uint64_t inside) {
+    const std::uint64_t digits = kinds.digits & inside;
+    const std::uint64_t minuses = kinds.minuses & inside;
+    const std::uint64_t words = digits | minuses;
+    const std::uint64_t after_word = words << 1U | words_ >> 63U;
+    const std::uint64_t after_minus = minuses << 1U | minuses_ >> 63U;
+    const std::uint64_t starts = words & ~after_word;
+    const std::uint64_t leading_zeros = kinds.zeros & starts;
+    const std::uint64_t after_zero = leading_zeros << 1U | leading_zeros_ >> 63U;
+
+    // Two, four and six characters of a number in a row, ending here.
+    const std::uint64_t twos = words & after_word;
+    const std::uint64_t fours = twos & (twos << 2U | twos_ >> 62U);
+    const std::uint64_t sixes = fours & (twos << 4U | twos_ >> 60U);
+
+    const std::uint64_t unknown = inside & ~(words | kinds.blanks);
+    const std::uint64_t minus_inside = minuses & ~starts;
+    const std::uint64_t minus_alone = after_minus & ~digits;
+    const std::uint64_t zero_too_many =
+        (kinds.zeros & after_minus) | (digits & after_zero);
+    words_ = words;
+    minuses_ = minuses;
+    leading_zeros_ = leading_zeros;
+    twos_ = twos;
+    if ((unknown | minus_inside | minus_alone | zero_too_many | sixes) != 0) {
+      return std::nullopt;
+    }
+    return after_word & ~words;
+  }
+
+ private:
+  std::uint64_t words_ = 0;
+  std::uint64_t minuses_ = 0;
+  std::uint64_t leading_zeros_ = 0;
+  std::uint64_t twos_ = 0;
+};
+
+bool is_separator(char c) { return c == ' ' || c == '\t'; }
+
+bool is_digit(char c) { return '0' <= c && c <= '9'; }
+
+// Takes the next number, or what stands in its place, off the front of `line`; empty at
+// the end.
+std::string_view take_word(std::string_view& line) {
+  const auto* const begin = std::find_if_not(line.begin(), line.end(), is_separator);
+  const auto* const end = std::find_if(begin, line.end(), is_separator);
+  line = {end, line.end()};
+  return {begin, end};
+}
+
+// The shortest text of an integer, "" when `word` is none.
+std::string shortest_text(std::string_view word) {
+  const bool negative = word.starts_with('-');
+  if (negative || word.starts_with('+')) word.remove_prefix(1);
+  if (word.empty() || !std::all_of(word.begin(), word.end(), is_digit)) return "";
+  word.remove_prefix(std::min(word.find_first_not_of('0'), word.size() - 1));
+  return (negative && word != "0" ? "-" : "") + std::string(word);
+}
+
+}  // namespace
+
+std::optional<LineFault> condense_line(std::string_view line, char* output) {
+  if (condense_usual_line(line, output)) return std::nullopt;
+  return condense_any_line(line, output);
+}
+
+// The five characters up to a number's end hold the number, and before it blanks or the
+// end of its neighbour on the left, which is blanked out: no loop over characters, and
+// no branch that depends on how long numbers are.
+bool condense_usual_line(std::string_view line, char* output) {
+  UsualNumbers numbers;
+  const char* const complete = output + kCondensedLine;
+  std::size_t last_end = 0;
+  // A piece begins at the line's very end, too, because a number can end there.
+  for (std::size_t begin = 0; begin <= line.size(); begin += kMaskedCharacters) {
+    const std::size_t left = line.size() - begin;
+    const std::uint64_t inside =
+        left < kMaskedCharacters ? (std::uint64_t{1} << left) - 1 : ~std::uint64_t{0};
+    std::optional<std::uint64_t> ends =
+        numbers.find_ends(find_kinds(line.data() + begin), inside);
+    if (!ends) return false;
+    for (; *ends != 0; *ends &= *ends - 1) {
+      const std::size_t end = begin + static_cast<std::size_t>(std::countr_zero(*ends));
+      const std::size_t own = std::min(end - last_end, kFieldWidth);
+      std::uint64_t text = 0;
+      std::memcpy(&text, line.data() + end - kFieldWidth, sizeof(text));
+      text = ((text ^ kBlanks) & kLastOfFive[own]) ^ kBlanks;
+      std::memcpy(output, &text, sizeof(text));
+      output += kFieldWidth;
+      last_end = end;
+    }
+    if (output > complete) return false;
+  }
+  return output == complete;
+}
+
+std::optional<LineFault> condense_any_line(std::string_view line, char* output) {
+  for (int field = 1; field <= kGridColumns; ++field) {
+    const std::string_view word = take_word(line);
+    if (word.empty()) {
+      if (field == 1) return LineFault{field, "the line is empty"};
+      return LineFault{field, "the line ends before it; a line holds 720 integers"};
+    }
+    const std::string text = shortest_text(word);
+    if (text.empty()) return LineFault{field, quoted(word) + " is not an integer"};
+    if (text.size() > kFieldWidth) {
+      return LineFault{field, quoted(word) + " needs more than five characters"};
+    }
+    output = std::fill_n(output, kFieldWidth - text.size(), ' ');
+    output = std::copy(text.begin(), text.end(), output);
+  }
+  if (const std::string_view word = take_word(line); !word.empty()) {
+    return LineFault{kGridColumns + 1,
+                     quoted(word) + " is too many; a line holds 720 integers"};
+  }
+  return std::nullopt;
+}
+
+}  // namespace veldmark::tersify

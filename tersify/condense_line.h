@@ -1,0 +1,52 @@
+// One line of a published file to one line of a condensed file: the hot loop.
+//
+//   published   720 integers of any width with blanks or tabs between them, around them
+//               as many as there are; a sign and leading zeros are allowed
+//   condensed   720 fields of five characters, right-aligned, without separator
+//
+// An integer keeps its value and gets its shortest text: "+007" becomes "7" and "-0"
+// becomes "0".
+
+#ifndef VELDMARK_TERSIFY_CONDENSE_LINE_H_
+#define VELDMARK_TERSIFY_CONDENSE_LINE_H_
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tersify/grid_shape.h"
+
+namespace veldmark::tersify {
+
+constexpr std::size_t kCondensedLine = kFieldWidth * kGridColumns;
+
+// Room that the functions below need for a condensed line: a piece of 64 characters can
+// hold 32 numbers beyond the last field before they are seen to be too many, and
+// numbers are written eight characters at a time.
+constexpr std::size_t kCondensedRoom = kCondensedLine + 32 * kFieldWidth + 8;
+
+// Why a line cannot be condensed.
+struct LineFault {
+  int field = 1;       // 1..721, the field at fault
+  std::string reason;  // "'1x' is not an integer"
+};
+
+// Condenses a line.
+//
+//   line     without line end; REQUIRES kRoomAroundLine readable characters on either
+//            side
+//   output   out: 3600 characters; REQUIRES kCondensedRoom. Unfinished after a fault.
+// Result     the first fault, counted from the left; nothing when there is none.
+std::optional<LineFault> condense_line(std::string_view line, char* output);
+
+// The same for a usual line alone: blanks as separators, and every integer already in
+// its shortest text. False when the line is anything else.
+bool condense_usual_line(std::string_view line, char* output);
+
+// The same for any line, a field at a time.
+std::optional<LineFault> condense_any_line(std::string_view line, char* output);
+
+}  // namespace veldmark::tersify
+
+#endif  // VELDMARK_TERSIFY_CONDENSE_LINE_H_

@@ -1,0 +1,118 @@
+#include "tersify/grid_check.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "tersify/character_masks.h"
+#include "tersify/quoted.h"
+
+namespace veldmark::tersify {
+namespace {
+
+// The most whole fields that fit in one look: twelve, 60 characters.
+constexpr int kFieldsAtATime = 12;
+constexpr std::size_t kCharactersAtATime = kFieldsAtATime * kFieldWidth;
+constexpr std::uint64_t kAllCharacters = (std::uint64_t{1} << kCharactersAtATime) - 1;
+constexpr std::uint64_t kLastCharacters = [] {
+  std::uint64_t last = 0;
+  for (std::size_t i = kFieldWidth - 1; i < kCharactersAtATime; i += kFieldWidth) {
+    last |= std::uint64_t{1} << i;
+  }
+  return last;
+}();
+
+// In a good field the last character is a digit, and every other one a blank or before
+// a digit. A plus is left to the plain way.
+bool are_good_fields(const char* fields) {
+  const CharacterMasks kinds = find_kinds(fields);
+  const std::uint64_t known = kinds.blanks | kinds.minuses | kinds.digits;
+  const std::uint64_t in_order = kinds.blanks | kinds.digits >> 1U;
+  const std::uint64_t good =
+      known & ((kLastCharacters & kinds.digits) | (~kLastCharacters & in_order));
+  return (good & kAllCharacters) == kAllCharacters;
+}
+
+bool is_good_field(std::string_view field) {
+  field.remove_prefix(std::min(field.find_first_not_of(' '), field.size()));
+  if (field.starts_with('+') || field.starts_with('-')) field.remove_prefix(1);
+  return !field.empty() && std::all_of(field.begin(), field.end(),
+                                       [](char c) { return '0' <= c && c <= '9'; });
+}
+
+std::string name_of_line(std::int64_t line, const GridShape& shape) {
+  return "line " + std::to_string(line) + " (" + place_of_line(line, shape) + ")";
+}
+
+std::optional<std::string> fault_of_line(const LineBuffer::Line& line,
+                                         const GridShape& shape) {
+  const std::string_view text = line.text.substr(0, shape.line_length());
+  const int good = count_good_fields(text);
+  const std::string column = ", column " + std::to_string(good + 1) + ": ";
+  const std::size_t good_length = static_cast<std::size_t>(good) * kFieldWidth;
+  if (text.size() - good_length >= kFieldWidth) {
+    return column + quoted(text.substr(good_length, kFieldWidth)) +
+           " is not an integer that ends at the right edge of its field";
+  }
+  if (line.text.size() == shape.line_length()) return std::nullopt;
+  const std::string needed = std::to_string(shape.line_length()) + " characters";
+  if (line.text.size() > shape.line_length()) {
+    return column + "the line has more than " + needed;
+  }
+  if (line.end == LineBuffer::End::kFileEnd) {
+    return column + "the file ends in this line, after " + std::to_string(text.size()) +
+           " of " + needed;
+  }
+  return column + "the line ends after " + std::to_string(text.size()) + " of " +
+         needed;
+}
+
+}  // namespace
+
+std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape) {
+  std::int64_t number = 0;
+  while (const std::optional<LineBuffer::Line> line = lines.next()) {
+    ++number;
+    if (number > shape.line_count()) {
+      return "line " + std::to_string(number) +
+             ": the file goes on after its last row, " +
+             name_of_line(shape.line_count(), shape);
+    }
+    if (const auto fault = fault_of_line(*line, shape)) {
+      return name_of_line(number, shape) + *fault;
+    }
+  }
+  if (number == shape.line_count()) return std::nullopt;
+  return "the file ends after " + std::to_string(number) + " of " +
+         std::to_string(shape.line_count()) + " lines; the next is " +
+         name_of_line(number + 1, shape);
+}
+
+int count_good_fields(std::string_view line) {
+  int count = 0;
+  while (line.size() >= kCharactersAtATime && are_good_fields(line.data())) {
+    line.remove_prefix(kCharactersAtATime);
+    count += kFieldsAtATime;
+  }
+  // Where that stops: a fault or a plus among the next twelve fields, or the end.
+  while (line.size() >= kFieldWidth) {
+    const std::string_view next =
+        line.substr(0, std::min(kCharactersAtATime, line.size()));
+    const int good = count_good_fields_plainly(next);
+    count += good;
+    if (good < static_cast<int>(next.size() / kFieldWidth)) break;
+    line.remove_prefix(static_cast<std::size_t>(good) * kFieldWidth);
+  }
+  return count;
+}
+
+int count_good_fields_plainly(std::string_view line) {
+  int count = 0;
+  while (line.size() >= kFieldWidth && is_good_field(line.substr(0, kFieldWidth))) {
+    line.remove_prefix(kFieldWidth);
+    ++count;
+  }
+  return count;
+}
+
+}  // namespace veldmark::tersify

@@ -1,0 +1,24 @@
+#include "tersify/grid_shape.h"
+
+#include <array>
+
+namespace veldmark::tersify {
+namespace {
+
+constexpr std::array<const char*, 12> kMonthNames{
+    "January", "February", "March",     "April",   "May",      "June",
+    "July",    "August",   "September", "October", "November", "December"};
+
+}  // namespace
+
+std::string place_of_line(std::int64_t line, const GridShape& shape) {
+  const std::int64_t rows_before = line - 1;
+  const std::int64_t months_before = rows_before / shape.rows;
+  const auto months = std::int64_t{kMonthNames.size()};
+  const std::int64_t year = shape.first_year + months_before / months;
+  const auto month = static_cast<std::size_t>(months_before % months);
+  return "year " + std::to_string(year) + ", " + kMonthNames.at(month) + ", row " +
+         std::to_string(rows_before % shape.rows + 1);
+}
+
+}  // namespace veldmark::tersify

@@ -1,0 +1,43 @@
+// What a whole grid file holds, and which month and row a line belongs to.
+
+#ifndef VELDMARK_TERSIFY_GRID_SHAPE_H_
+#define VELDMARK_TERSIFY_GRID_SHAPE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace veldmark::tersify {
+
+constexpr int kGridColumns = 720;
+
+// Characters of one field of a condensed file.
+constexpr std::size_t kFieldWidth = 5;
+
+// The extent of a grid file: for each year, in each of its 12 months, `rows` lines of
+// `columns` fields. Tests take smaller ones.
+struct GridShape {
+  int first_year = 1901;
+  int years = 116;
+  int rows = 360;
+  int columns = kGridColumns;
+
+  [[nodiscard]] std::int64_t line_count() const {
+    constexpr int kMonths = 12;
+    return std::int64_t{years} * kMonths * rows;
+  }
+
+  // Characters of a line, without its line end.
+  [[nodiscard]] std::size_t line_length() const {
+    return kFieldWidth * static_cast<std::size_t>(columns);
+  }
+};
+
+// Names the place of a line: "year 1961, July, row 283". Rows are counted in file
+// order.
+//   line    from 1; a line after the last year gets a later year
+std::string place_of_line(std::int64_t line, const GridShape& shape);
+
+}  // namespace veldmark::tersify
+
+#endif  // VELDMARK_TERSIFY_GRID_SHAPE_H_

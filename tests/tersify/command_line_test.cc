@@ -1,0 +1,65 @@
+#include "tersify/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "util/failure.h"
+
+namespace veldmark::tersify {
+namespace {
+
+using Names = std::vector<std::string>;
+
+void expect_command(const Names& arguments, Task task, const Names& names) {
+  const Command command = parse_command_line(arguments);
+  EXPECT_EQ(command.task, task);
+  EXPECT_EQ(command.names, names);
+}
+
+void expect_usage_error(const Names& arguments, const std::string& message) {
+  try {
+    parse_command_line(arguments);
+    ADD_FAILURE() << "no error; expected: " << message;
+  } catch (const UsageError& error) {
+    EXPECT_EQ(error.what(), message);
+  }
+}
+
+TEST(TersifyCommandLine, WithoutArgumentsTheListIsAskedFor) {
+  expect_command({}, Task::kAskForList, {});
+}
+
+TEST(TersifyCommandLine, NamesAreFilesToCondense) {
+  expect_command({"a", "b"}, Task::kCondense, {"a", "b"});
+}
+
+TEST(TersifyCommandLine, OptionsSayWhatElseToDo) {
+  expect_command({"--list", "l"}, Task::kCondenseList, {"l"});
+  expect_command({"--check", "a", "b"}, Task::kCheck, {"a", "b"});
+  expect_command({"--help"}, Task::kShowHelp, {});
+  expect_command({"a", "--version"}, Task::kShowVersion, {});
+}
+
+TEST(TersifyCommandLine, AfterTwoHyphensEverythingIsAName) {
+  expect_command({"--", "--check"}, Task::kCondense, {"--check"});
+  expect_command({"--check", "--", "-a"}, Task::kCheck, {"-a"});
+}
+
+TEST(TersifyCommandLine, WrongUsageIsNamed) {
+  expect_usage_error({"--"}, "the names of the files are missing");
+  expect_usage_error({"--check"}, "--check: the names of the files are missing");
+  expect_usage_error({"--list"}, "--list: the list file is missing");
+  expect_usage_error({"--list", "a", "b"}, "unexpected argument 'b'");
+  expect_usage_error({"-x"}, "unknown option '-x'");
+  expect_usage_error({"--check", "--list", "a"},
+                     "--list and --check exclude each other");
+}
+
+TEST(TersifyCommandLine, TheVersionIsTheProjects) {
+  EXPECT_EQ(version_text(), "tersify (veldmark) " TERSIFY_VERSION "\n");
+}
+
+}  // namespace
+}  // namespace veldmark::tersify

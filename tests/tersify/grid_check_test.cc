@@ -1,0 +1,163 @@
+// A complete file has 1.8 GB. What is complete and where a fault lies is tested here on
+// grids of a few rows and columns; that the extent of the real ones is 116 years of 360
+// rows and 720 columns is tested by its numbers.
+
+#include "tersify/grid_check.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "raw_text.h"
+
+namespace veldmark::tersify {
+namespace {
+
+using testing::repeated;
+
+constexpr GridShape kSmall{.first_year = 1901, .years = 2, .rows = 3, .columns = 2};
+constexpr int kSmallLines = 72;
+
+// "complete" or the first fault of a text.
+std::string verdict(const std::string& text, const GridShape& shape = kSmall) {
+  std::size_t place = 0;
+  LineBuffer lines([&](char* buffer, std::size_t size) {
+    const std::size_t count = std::min(size, text.size() - place);
+    std::copy_n(text.data() + place, count, buffer);
+    place += count;
+    return count;
+  });
+  return find_fault(lines, shape).value_or("complete");
+}
+
+// A small grid with another text instead of one line (from 1).
+std::string grid_with(int line, const std::string& text) {
+  return repeated(line - 1, " -999   50\n") + text +
+         repeated(kSmallLines - line, " -999   50\n");
+}
+
+TEST(GridShape, ARealFileHas116YearsOf12MonthsOf360Lines) {
+  EXPECT_EQ(GridShape{}.line_count(), 501120);
+  EXPECT_EQ(GridShape{}.line_length(), 3600U);
+}
+
+TEST(GridShape, APlaceIsYearMonthAndRow) {
+  EXPECT_EQ(place_of_line(1, {}), "year 1901, January, row 1");
+  EXPECT_EQ(place_of_line(360, {}), "year 1901, January, row 360");
+  EXPECT_EQ(place_of_line(361, {}), "year 1901, February, row 1");
+  EXPECT_EQ(place_of_line(4320, {}), "year 1901, December, row 360");
+  EXPECT_EQ(place_of_line(4321, {}), "year 1902, January, row 1");
+  EXPECT_EQ(place_of_line(261643, {}), "year 1961, July, row 283");
+  EXPECT_EQ(place_of_line(501120, {}), "year 2016, December, row 360");
+}
+
+TEST(GridCheck, JustTheLinesAndFieldsOfTheShapeAreComplete) {
+  EXPECT_EQ(verdict(repeated(kSmallLines, " -999   50\n")), "complete");
+}
+
+TEST(GridCheck, CarriageReturnsAndAMissingLastLineEndAreTolerated) {
+  EXPECT_EQ(verdict(repeated(kSmallLines, " -999   50\r\n")), "complete");
+  EXPECT_EQ(verdict(repeated(kSmallLines - 1, " -999   50\n") + " -999   50"),
+            "complete");
+}
+
+TEST(GridCheck, ACutFileNamesTheLineThatIsMissing) {
+  EXPECT_EQ(verdict(repeated(40, " -999   50\n")),
+            "the file ends after 40 of 72 lines; the next is line 41 (year 1902, "
+            "February, row 2)");
+  EXPECT_EQ(verdict(""),
+            "the file ends after 0 of 72 lines; the next is line 1 (year 1901, "
+            "January, row 1)");
+}
+
+TEST(GridCheck, ALineThatTheFileEndsInIsNamed) {
+  EXPECT_EQ(verdict(repeated(40, " -999   50\n") + " -999  "),
+            "line 41 (year 1902, February, row 2), column 2: the file ends in this "
+            "line, after 7 of 10 characters");
+}
+
+TEST(GridCheck, TooManyLinesAreAFault) {
+  EXPECT_EQ(verdict(repeated(kSmallLines + 1, " -999   50\n")),
+            "line 73: the file goes on after its last row, line 72 (year 1902, "
+            "December, row 3)");
+  EXPECT_EQ(verdict(repeated(kSmallLines, " -999   50\n") + "\n").substr(0, 8),
+            "line 73:");
+}
+
+TEST(GridCheck, LinesOfAnotherLengthAreAFault) {
+  EXPECT_EQ(verdict(grid_with(5, " -999\n")),
+            "line 5 (year 1901, February, row 2), column 2: the line ends after 5 of "
+            "10 characters");
+  EXPECT_EQ(verdict(grid_with(5, "\n")),
+            "line 5 (year 1901, February, row 2), column 1: the line ends after 0 of "
+            "10 characters");
+  EXPECT_EQ(verdict(grid_with(5, " -999   50 \n")),
+            "line 5 (year 1901, February, row 2), column 3: the line has more than 10 "
+            "characters");
+}
+
+TEST(GridCheck, AFieldThatIsNoRightAlignedIntegerIsNamed) {
+  for (const std::string field : {"     ", "   x1", "1 234", "50   ", "    -", "  +- ",
+                                  "  --1", "  1-1", " 1.50", "\t\t\t50", "12 50"}) {
+    EXPECT_EQ(verdict(grid_with(72, " -999" + field + "\n")),
+              "line 72 (year 1902, December, row 3), column 2: '" +
+                  std::string(field[0] == '\t' ? "???50" : field) +
+                  "' is not an integer that ends at the right edge of its field");
+  }
+}
+
+TEST(GridCheck, SignsAndLeadingZerosAreIntegers) {
+  EXPECT_EQ(verdict(grid_with(1, "  +5000012\n")), "complete");
+  EXPECT_EQ(verdict(grid_with(1, "-0001+0001\n")), "complete");
+}
+
+TEST(GridCheck, TheFirstFaultCounts) {
+  EXPECT_EQ(verdict(repeated(7, " -999   50\n") + "  x     y\n").substr(0, 44),
+            "line 8 (year 1901, March, row 2), column 1: ");
+}
+
+TEST(GridCheck, FieldsAreCountedInARealLine) {
+  const GridShape wide{.years = 1, .rows = 1};
+  const std::string good = repeated(720, " -999");
+  EXPECT_EQ(verdict(repeated(12, good + "\n"), wide), "complete");
+  for (std::size_t column = 1; column <= 720; ++column) {
+    std::string bad = good;
+    bad[column * 5 - 1] = 'x';
+    ASSERT_EQ(verdict(bad + "\n", wide),
+              "line 1 (year 1901, January, row 1), column " + std::to_string(column) +
+                  ": ' -99x' is not an integer that ends at the right edge of its "
+                  "field");
+  }
+}
+
+TEST(GridCheck, VectorsAgreeWithThePlainWay) {
+  std::mt19937 random(3);
+  const std::vector<std::string> good{"    0", "12345", "  007",
+                                      " -999", "   -1", "-9999"};
+  const std::vector<std::string> odd{"   +1", "     ", "1   1",
+                                     "  - 1", "1234x", "    -"};
+  for (int i = 0; i < 20000; ++i) {
+    const bool with_fault = random() % 2 == 0;
+    std::string line;
+    for (std::size_t field = 0; field < 40; ++field) {
+      // Every other line is without minus signs, which hide what else is wrong.
+      const std::size_t kinds = i / 2 % 2 == 0 ? good.size() : 3;
+      line += with_fault && random() % 20 == 0 ? odd[random() % odd.size()]
+                                               : good[random() % kinds];
+    }
+    if (i % 4 == 0) line[random() % line.size()] = static_cast<char>(random());
+    line.resize(line.size() - random() % 8);
+    const std::string text = line + std::string(kRoomAroundLine, '7');
+    const auto view = std::string_view(text).substr(0, line.size());
+    ASSERT_EQ(count_good_fields(view), count_good_fields_plainly(view)) << line;
+  }
+}
+
+}  // namespace
+}  // namespace veldmark::tersify

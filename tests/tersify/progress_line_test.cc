@@ -1,0 +1,59 @@
+#include "tersify/progress_line.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace veldmark::tersify {
+namespace {
+
+TEST(ProgressText, TellsShareSpeedAndTimeLeft) {
+  EXPECT_EQ(progress_text(500'000'000, 2'000'000'000, 0.5),
+            "25 % done, 1000 MB/s, 2 s left");
+  EXPECT_EQ(progress_text(2'000'000'000, 2'000'000'000, 2),
+            "100 % done, 1000 MB/s, 0 s left");
+}
+
+TEST(ProgressText, SaysNothingThatIsNotKnownYet) {
+  EXPECT_EQ(progress_text(0, 1000, 1), "0 % done");
+  EXPECT_EQ(progress_text(10, 1000, 0), "1 % done");
+  EXPECT_EQ(progress_text(0, 0, 0), "0 % done");
+}
+
+TEST(ProgressText, AFileThatGrowsIsNeverMoreThanDone) {
+  EXPECT_EQ(progress_text(2'000'000, 1'000'000, 1), "100 % done, 2 MB/s, 0 s left");
+}
+
+TEST(ProgressLine, IsRewrittenFiveTimesASecondAndGoneAtTheEnd) {
+  std::ostringstream terminal;
+  double now = 10;
+  const ProgressLine::Screen screen{
+      .stream = terminal, .shown = true, .clock = [&] { return now; }};
+  {
+    ProgressLine line(screen, "a.dat", 4'000'000);
+    line.add(1'000'000);
+    EXPECT_EQ(terminal.str(), "");
+    now = 10.5;
+    line.add(1'000'000);
+    now = 10.6;
+    line.add(1'000'000);
+    EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 50 % done, 4 MB/s, 1 s left");
+  }
+  EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 50 % done, 4 MB/s, 1 s left\r\x1b[K");
+}
+
+TEST(ProgressLine, IsSilentWhereNobodyLooks) {
+  std::ostringstream log;
+  double now = 0;
+  const ProgressLine::Screen screen{
+      .stream = log, .shown = false, .clock = [&] { return now; }};
+  {
+    ProgressLine line(screen, "a.dat", 10);
+    now = 5;
+    line.add(5);
+  }
+  EXPECT_EQ(log.str(), "");
+}
+
+}  // namespace
+}  // namespace veldmark::tersify

@@ -1,0 +1,35 @@
+// Runs the whole program in the test's own process.
+
+#ifndef VELDMARK_TESTS_TERSIFY_RUN_IN_PROCESS_H_
+#define VELDMARK_TESTS_TERSIFY_RUN_IN_PROCESS_H_
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tersify/tersify.h"
+
+namespace veldmark::tersify::testing {
+
+struct Outcome {
+  int status = -1;
+  std::string output;
+  std::string messages;
+};
+
+inline Outcome run(const std::vector<std::string>& arguments,
+                   const std::string& input = "", const Disk& disk = {},
+                   const GridShape& shape = {}) {
+  std::istringstream in(input);
+  std::ostringstream out;
+  std::ostringstream messages;
+  const ProgressLine::Screen screen{.stream = messages};
+  Surroundings around{
+      .input = in, .output = out, .messages = screen, .disk = disk, .shape = shape};
+  const int status = run_tersify(arguments, around);
+  return {status, out.str(), messages.str()};
+}
+
+}  // namespace veldmark::tersify::testing
+
+#endif  // VELDMARK_TESTS_TERSIFY_RUN_IN_PROCESS_H_
