@@ -30,7 +30,7 @@ GridValues::GridValues(const GridRanges& ranges, std::int32_t YearCount,
   }
 }
 
-void GridValues::open_row(std::int32_t /*row*/, const RowValues& january) {
+void GridValues::open_next_row(const RowValues& january) {
   for (const std::int32_t column : columns_) {
     const std::int16_t value = january[static_cast<std::size_t>(column)];
     if (value != MissingCode_) {

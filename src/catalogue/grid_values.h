@@ -32,9 +32,9 @@ class GridValues {
   GridValues(const GridRanges& ranges, std::int32_t YearCount,
              std::int32_t MissingCode);
 
-  // Finds the cells of `row` that have data, from the values of January of FYOD. Rows
-  // are opened upward, each once.
-  void open_row(std::int32_t row, const RowValues& january);
+  // Finds the cells of the next row that have data, from the values of January of FYOD.
+  // Called for every row of the ranges that lies on the grid, upward.
+  void open_next_row(const RowValues& january);
 
   // Makes room for all months of the cells that have data.
   void lay_out();
@@ -72,7 +72,7 @@ class GridValues {
 
   // [row][month][cell]: stores while reading are contiguous, and a row is small enough
   // to be turned into series in the second-level cache. Storing cell by cell instead
-  // took about twice as long for the globe.
+  // would scatter every month over the whole block.
   LargeBuffer values_;
 };
 

@@ -100,8 +100,8 @@ GridValues read_line_by_line(ConsoleDialogue& console, const GridFile& file,
   GridValues values(request.ranges, request.years.YearCount(), request.MissingCode);
   LinePass pass(console, file, request.ranges);
   pass.skip_lines(request.years.SkipLines());
-  pass.read_month([&](std::int32_t row, const RowValues& row_values) {
-    values.open_row(row, row_values);
+  pass.read_month([&](std::int32_t /*row*/, const RowValues& row_values) {
+    values.open_next_row(row_values);
   });
   values.lay_out();
   for (std::size_t month = 1; month < values.month_count(); ++month) {

@@ -14,8 +14,8 @@
 namespace veldmark {
 namespace {
 
-// Pieces of this size are read from the page cache as fast as any larger ones, and stay
-// in the second-level cache until they are converted.
+// Large enough that a call to the system costs little by comparison, and small enough
+// to stay in the second-level cache until the piece is converted.
 constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
 
 // Where the lines of a regular file are.
@@ -89,11 +89,11 @@ class RegularPass {
  private:
   bool read_january(std::int32_t file_month, GridValues& values) {
     return for_each_wanted_line(
-        file_month, [&](std::int32_t row, std::string_view line) {
+        file_month, [&](std::int32_t /*row*/, std::string_view line) {
           if (has_line_end(line) || !read_row(line, format_, row_values_)) {
             return false;
           }
-          values.open_row(row, row_values_);
+          values.open_next_row(row_values_);
           return true;
         });
   }

@@ -2,8 +2,7 @@
 //
 // Only the fields of those cells need converting. All other wanted fields are compared
 // with the missing code and looked at where they differ, so that a bad field is still
-// found: for the globe, where three fields of four are sea, converting them all took
-// several times as long.
+// found. Of the globe three fields of four are sea.
 
 #ifndef VELDMARK_CATALOGUE_ROW_PLAN_H_
 #define VELDMARK_CATALOGUE_ROW_PLAN_H_

