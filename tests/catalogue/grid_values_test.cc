@@ -28,8 +28,8 @@ TEST(GridValues, HasTheWantedCellsWhoseFirstJanuaryHasData) {
   GridValues values(ranges, 1, kMissing);
   RowValues january = all_missing();
   january[9] = january[10] = january[15] = january[20] = january[21] = 7;
-  values.open_row(5, january);
-  values.open_row(6, all_missing());
+  values.open_next_row(january);
+  values.open_next_row(all_missing());
   EXPECT_EQ(columns_of(values, 5), (Columns{10, 15, 20}));
   EXPECT_EQ(columns_of(values, 6), Columns{});
   EXPECT_EQ(columns_of(values, 4), Columns{});
@@ -47,7 +47,7 @@ TEST(GridValues, HoldsColumnsOfTwoPiecesOnceAndNoneOutsideTheGrid) {
   GridValues values(ranges, 1, kMissing);
   RowValues january = all_missing();
   january[0] = january[2] = january[720] = 7;
-  values.open_row(1, january);
+  values.open_next_row(january);
   EXPECT_EQ(columns_of(values, 0), Columns{});
   EXPECT_EQ(columns_of(values, 1), (Columns{2, 720}));
 }
@@ -69,8 +69,8 @@ TEST(TurnRow, GivesEachCellsMonthsInOrder) {
       }
       return row_values;
     };
-    values.open_row(2, row_of_month(0, 2));
-    values.open_row(3, row_of_month(0, 3));
+    values.open_next_row(row_of_month(0, 2));
+    values.open_next_row(row_of_month(0, 3));
     values.lay_out();
     for (std::size_t month = 1; month < 24; ++month) {
       values.store_row(month, 2, row_of_month(month, 2));
