@@ -28,10 +28,10 @@ RunEnd::RunEnd(int status, std::string report)
 RunEnd RunEnd::quiet() { return {0, {}}; }
 
 RunEnd RunEnd::error(std::string message, Operation operation, Channel channel) {
-  std::string report = "Run-time error:\n" + std::move(message) + "\n? " +
-                       operation_name(operation) +
-                       "(UNIT=" + std::to_string(static_cast<int>(channel)) + ",...\n";
-  return {kRunTimeErrorStatus, std::move(report)};
+  return {kRunTimeErrorStatus,
+          "Run-time error:\n" + std::move(message) + "\n? " +
+              operation_name(operation) +
+              "(UNIT=" + std::to_string(static_cast<int>(channel)) + ",...\n"};
 }
 
 RunEnd cannot_open(const std::string& name, Channel channel) {

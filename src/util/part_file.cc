@@ -30,7 +30,7 @@ FileCalls system_file_calls() {
   return {.write = ::write, .close = ::close, .rename = std::rename};
 }
 
-PartFile::PartFile(std::string name, FileCalls calls)
+PartFile::PartFile(std::string name, const FileCalls& calls)
     : name_(std::move(name)), part_name_(name_ + ".part"), calls_(calls) {
   struct stat found {};
   if (::stat(name_.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {

@@ -30,7 +30,7 @@ FileCalls system_file_calls();
 //            would put a file in the place of a device.
 class PartFile {
  public:
-  explicit PartFile(std::string name, FileCalls calls = system_file_calls());
+  explicit PartFile(std::string name, const FileCalls& calls = system_file_calls());
   ~PartFile();
   PartFile(const PartFile&) = delete;
   PartFile& operator=(const PartFile&) = delete;
