@@ -26,6 +26,11 @@ if(VELDMARK_SANITIZE)
   add_link_options(${sanitizers})
 endif()
 
+if(VELDMARK_COVERAGE)
+  add_compile_options(--coverage -fprofile-abs-path)
+  add_link_options(--coverage)
+endif()
+
 # An installed program: at the top of the build, with the C++ library inside it. An empty
 # program starts in 0.6 ms so instead of in 1.1 ms, and a search of a small box takes but
 # a few. (The sanitizers want the shared library.)

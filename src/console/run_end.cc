@@ -1,5 +1,7 @@
 #include "console/run_end.h"
 
+#include <array>
+#include <cstddef>
 #include <system_error>
 #include <utility>
 
@@ -8,17 +10,8 @@ namespace {
 
 constexpr int kRunTimeErrorStatus = 255;
 
-std::string operation_name(Operation operation) {
-  switch (operation) {
-    case Operation::kOpen:
-      return "OPEN";
-    case Operation::kRead:
-      return "READ";
-    case Operation::kWrite:
-      return "WRITE";
-  }
-  return {};
-}
+// In the order of Operation.
+constexpr std::array<const char*, 3> kOperationNames{"OPEN", "READ", "WRITE"};
 
 }  // namespace
 
@@ -30,7 +23,7 @@ RunEnd RunEnd::quiet() { return {0, {}}; }
 RunEnd RunEnd::error(std::string message, Operation operation, Channel channel) {
   return {kRunTimeErrorStatus,
           "Run-time error:\n" + std::move(message) + "\n? " +
-              operation_name(operation) +
+              kOperationNames[static_cast<std::size_t>(operation)] +
               "(UNIT=" + std::to_string(static_cast<int>(channel)) + ",...\n"};
 }
 

@@ -37,8 +37,6 @@ class RunEnd : public std::exception {
   // The report's three lines, each with its line end; empty for a quiet end.
   [[nodiscard]] const std::string& report() const { return report_; }
 
-  [[nodiscard]] const char* what() const noexcept override { return report_.c_str(); }
-
  private:
   RunEnd(int status, std::string report);
 

@@ -28,11 +28,6 @@ FileDescriptor::FileDescriptor(const std::string& name, int flags)
 FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, kClosed)) {}
 
-FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
-  std::swap(descriptor_, other.descriptor_);
-  return *this;
-}
-
 FileDescriptor::~FileDescriptor() { close(); }
 
 std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) const {

@@ -10,7 +10,7 @@
 
 namespace veldmark {
 
-// Move-only; an interrupted call is taken up again. Failures are told by errno.
+// Can be handed on, not copied; an interrupted call is taken up again. Failures are told by errno.
 class FileDescriptor {
  public:
   // Opens `name` with the flags of open(2), created files with mode 0666 less the
@@ -18,7 +18,7 @@ class FileDescriptor {
   FileDescriptor(const std::string& name, int flags);
 
   FileDescriptor(FileDescriptor&& other) noexcept;
-  FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+  FileDescriptor& operator=(FileDescriptor&& other) = delete;
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor();

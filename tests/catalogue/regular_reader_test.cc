@@ -204,6 +204,19 @@ TEST(RegularReader, DeclinesWhatIsNoRegularFile) {
       read_regular(device, request_of(1901, 1901, -40, -30, 0, 20)).has_value());
 }
 
+TEST(RegularReader, DeclinesABadFieldOfALaterMonthInACellWithData) {
+  const TemporaryFolder folder;
+  const BlockRequest request = request_of(1902, 1902, -40, -30, 0, 20);
+  GridText grid = regular_grid();
+  grid.set_value(1902, 1, 110, 400, 5);
+  grid.set_field(1902, 3, 110, 400, "  x 5");
+  write_file("grid", grid.text());
+  EXPECT_EQ(read_fast(request), std::nullopt);
+  grid.set_field(1902, 3, 110, 400, "    5");
+  write_file("grid", grid.text());
+  EXPECT_NE(read_fast(request), std::nullopt);
+}
+
 // Random damage: whatever the regular reader still takes must be what the definition
 // gives. Damage that keeps the size and all frames, outside the wanted lines, can't
 // change the result of either.
