@@ -24,6 +24,8 @@ void run_in_shell(const std::string& command) {
 int main(int argc, char** argv) {
   // A reader that goes away becomes a failed write, which closes the files in order.
   std::signal(SIGPIPE, SIG_IGN);
+  // The C++ streams take up an interrupted read or write again, the C ones don't.
+  std::ios::sync_with_stdio(false);
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
   const std::optional<int> status =
       veldmark::answer_command_line(arguments, std::cout, std::cerr);
