@@ -154,6 +154,7 @@ Condensed condense_file(const std::string& name, const Disk& disk,
   });
   CondensedOutput output(file);
   condense_lines(name, lines, output, done);
+  if (done.size_before < input.size()) input.fail_shorter();
   file.complete();
   done.size_after = file.size();
   return done;

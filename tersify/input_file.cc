@@ -52,7 +52,11 @@ InputFile::InputFile(const std::string& name)
 
 std::string InputFile::beginning(std::size_t longest) const {
   std::string bytes(std::min(longest, static_cast<std::size_t>(size_)), '\0');
-  if (!file_.read_at(0, bytes.data(), bytes.size())) fail(errno);
+  errno = 0;  // stays so where the file ends before
+  if (!file_.read_at(0, bytes.data(), bytes.size())) {
+    if (errno != 0) fail(errno);
+    fail_shorter();
+  }
   return bytes;
 }
 
@@ -67,6 +71,10 @@ bool InputFile::is_same_file(const std::string& other) const {
   struct stat found {};
   return ::fstat(file_.get(), &own) == 0 && ::stat(other.c_str(), &found) == 0 &&
          own.st_dev == found.st_dev && own.st_ino == found.st_ino;
+}
+
+void InputFile::fail_shorter() const {
+  throw Failure("cannot read " + name_ + ": it has become shorter");
 }
 
 void InputFile::fail(int error) const {

@@ -28,6 +28,9 @@ class InputFile {
   // Reads up to `size` bytes; 0 at the end of the file.
   std::size_t read(char* buffer, std::size_t size);
 
+  // Fails because the file has become shorter than it was when it was opened.
+  [[noreturn]] void fail_shorter() const;
+
   // Is `other` another name of this file, or a link to it?
   [[nodiscard]] bool is_same_file(const std::string& other) const;
 

@@ -151,8 +151,9 @@ int run_tersify(std::span<const std::string> arguments, Surroundings& around) {
   try {
     const int status = carry_out(parse_command_line(arguments), around);
     around.output << std::flush;
-    if (around.output || status != 0) return status;
+    if (around.output) return status;
     complain(around) << "cannot write the standard output\n";
+    if (status != 0) return status;
   } catch (const UsageError& error) {
     complain(around) << error.what()
                      << "\nTry 'tersify --help' for more information.\n";

@@ -152,8 +152,9 @@ std::optional<GridFile> open_data_file(ConsoleDialogue& console,
                                        std::int32_t MenuChoice,
                                        const VariableEntry& entry) {
   const std::string name(without_trailing_blanks(entry.DataFileName));
-  std::error_code ignored;
-  if (std::filesystem::exists(name, ignored)) {
+  std::error_code error;
+  // A file that cannot be looked up isn't missing: opening it tells what is wrong.
+  if (std::filesystem::exists(name, error) || error) {
     return GridFile(name);
   }
   if (MenuChoice == kDroughtIndex) {

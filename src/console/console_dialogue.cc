@@ -102,6 +102,9 @@ std::string ConsoleDialogue::read_line(const char* end_message) {
       line += character;
     }
   }
+  if (input_.bad()) {
+    throw cannot_read("standard input", errno, Channel::kConsole);
+  }
   if (!any) {
     throw RunEnd::error(end_message, Operation::kRead, Channel::kConsole);
   }

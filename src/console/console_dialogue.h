@@ -4,7 +4,8 @@
 // Every answer is read from a fresh line, after everything written so far has been
 // flushed. A carriage return before a line end belongs to the line end, and a last
 // line without line end is a line. Where the input ends although an answer or a pause
-// awaits a line, the run ends (RunEnd, "Attempt to read past end of file").
+// awaits a line, the run ends (RunEnd, "Attempt to read past end of file"), and also
+// where it cannot be read (RunEnd, "Cannot read file: standard input: ...").
 
 #ifndef VELDMARK_CONSOLE_CONSOLE_DIALOGUE_H_
 #define VELDMARK_CONSOLE_CONSOLE_DIALOGUE_H_

@@ -108,7 +108,10 @@ std::string free_form_integer(std::int64_t value) {
 }
 
 std::string free_form_real(float value) {
-  const std::string text = real_text(value);
+  std::string text = real_text(value);
+  if (text.size() > kRealColumns) {
+    text.assign(kRealColumns, '*');
+  }
   return std::string(1 + kRealColumns - text.size(), ' ') + text;
 }
 

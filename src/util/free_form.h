@@ -31,7 +31,8 @@ std::optional<float> parse_real(std::string_view value);
 // texts as they are, an integer as one blank and its digits, a real as one blank and
 // the shortest decimal that reads back to the same 32-bit real (fixed or with an
 // exponent, fixed where both are as short; of equally short ones the nearest),
-// right-aligned in 15 columns, with ".0" where it has no fraction.
+// right-aligned in 15 columns, with ".0" where it has no fraction; 15 asterisks where
+// that needs more columns.
 std::string free_form_integer(std::int64_t value);
 std::string free_form_real(float value);
 

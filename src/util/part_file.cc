@@ -36,8 +36,10 @@ PartFile::PartFile(std::string name, const FileCalls& calls)
   if (::stat(name_.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
     fail(name_, "it exists and is not a regular file");
   }
-  descriptor_ = ::open(part_name_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
-                       kReadableByAll);
+  do {
+    descriptor_ = ::open(part_name_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
+                         kReadableByAll);
+  } while (descriptor_ < 0 && errno == EINTR);
   if (descriptor_ < 0) fail_with_errno(part_name_);
 }
 
@@ -61,7 +63,10 @@ void PartFile::write(std::string_view text) {
 
 void PartFile::complete() {
   // Closed even when close reports an error: a second attempt could hit another file.
-  if (calls_.close(std::exchange(descriptor_, -1)) != 0) fail_with_errno(part_name_);
+  // An interrupted close is done.
+  if (calls_.close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) {
+    fail_with_errno(part_name_);
+  }
   if (calls_.rename(part_name_.c_str(), name_.c_str()) != 0) fail_with_errno(name_);
   complete_ = true;
 }
