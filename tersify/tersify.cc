@@ -76,6 +76,9 @@ bool condense_one(const std::string& name, const Surroundings& around) {
   } catch (const Failure& error) {
     complain(around) << error.what() << "\n";
     return false;
+  } catch (const std::bad_alloc& error) {
+    complain(around) << name << ": " << reason_of(error) << "\n";
+    return false;
   }
 }
 
@@ -159,7 +162,7 @@ int run_tersify(std::span<const std::string> arguments, Surroundings& around) {
                      << "\nTry 'tersify --help' for more information.\n";
     return kWrongUsage;
   } catch (const std::exception& error) {
-    complain(around) << error.what() << "\n";
+    complain(around) << reason_of(error) << "\n";
   }
   return kFailed;
 }

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,9 +22,11 @@ void run_in_shell(const std::string& command) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  // A reader that goes away becomes a failed write, which closes the files in order.
+int main(int argc, char** argv) try {
+  // A reader that goes away, and the limit of a file's size, become failed writes,
+  // which close the files in order.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   // The C++ streams take up an interrupted read or write again, the C ones don't.
   std::ios::sync_with_stdio(false);
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
@@ -34,4 +37,6 @@ int main(int argc, char** argv) {
   }
   veldmark::ConsoleDialogue console(std::cin, std::cout, run_in_shell);
   return veldmark::run_program(console, std::cerr);
+} catch (const std::bad_alloc&) {  // before the run itself
+  return veldmark::report_too_little_memory(std::cerr);
 }

@@ -4,6 +4,8 @@
 #ifndef VELDMARK_UTIL_FAILURE_H_
 #define VELDMARK_UTIL_FAILURE_H_
 
+#include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace veldmark {
@@ -17,6 +19,12 @@ struct UsageError : std::runtime_error {
 struct Failure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+
+// What went wrong, in words: the library's own names of its exceptions are none.
+inline const char* reason_of(const std::exception& error) {
+  return dynamic_cast<const std::bad_alloc*>(&error) != nullptr ? "not enough memory"
+                                                                : error.what();
+}
 
 }  // namespace veldmark
 

@@ -122,7 +122,8 @@ int run_series_to_grid(std::span<const std::string> arguments, Surroundings& aro
   try {
     const Command command = parse_command_line(arguments);
     if (command.help) {
-      around.output << help_text();
+      around.output << help_text() << std::flush;
+      if (!around.output) throw Failure("cannot write the standard output");
     } else {
       expand(command, around);
     }
@@ -135,7 +136,7 @@ int run_series_to_grid(std::span<const std::string> arguments, Surroundings& aro
     around.messages << kProgram << "interrupted; nothing was written\n";
     return kEndedBySignal + InterruptWatch::signal_caught();
   } catch (const std::exception& error) {
-    around.messages << kProgram << error.what() << "\n";
+    around.messages << kProgram << reason_of(error) << "\n";
     return kFailed;
   }
 }
