@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -23,6 +24,7 @@ int main(int argc, char** argv) try {
       .messages = {.stream = std::cerr, .shown = isatty(STDERR_FILENO) == 1}};
   return veldmark::tersify::run_tersify(arguments, around);
 } catch (const std::exception& error) {  // before or after the run itself
-  std::cerr << "tersify: " << veldmark::reason_of(error) << '\n';
+  // The stream of errors may not have come to be.
+  std::fprintf(stderr, "tersify: %s\n", veldmark::reason_of(error));
   return 1;
 }

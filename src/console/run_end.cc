@@ -44,4 +44,8 @@ RunEnd cannot_write(const std::string& name, int error_number, Operation operati
                        channel);
 }
 
+RunEnd not_enough_memory() {
+  return RunEnd::error("Not enough memory", Operation::kRead, Channel::kGridFile);
+}
+
 }  // namespace veldmark

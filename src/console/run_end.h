@@ -50,6 +50,9 @@ RunEnd cannot_read(const std::string& name, int error_number, Channel channel);
 RunEnd cannot_write(const std::string& name, int error_number, Operation operation,
                     Channel channel);
 
+// The end where memory runs out, which the values of a large block take most of.
+RunEnd not_enough_memory();
+
 }  // namespace veldmark
 
 #endif  // VELDMARK_CONSOLE_RUN_END_H_

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <new>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "console/console_dialogue.h"
+#include "console/run_end.h"
 #include "driver/command_line.h"
 #include "driver/program_driver.h"
 
@@ -38,5 +40,8 @@ int main(int argc, char** argv) try {
   veldmark::ConsoleDialogue console(std::cin, std::cout, run_in_shell);
   return veldmark::run_program(console, std::cerr);
 } catch (const std::bad_alloc&) {  // before the run itself
-  return veldmark::report_too_little_memory(std::cerr);
+  // The stream of errors may not have come to be.
+  const veldmark::RunEnd end = veldmark::not_enough_memory();
+  std::fputs(end.report().c_str(), stderr);
+  return end.status();
 }

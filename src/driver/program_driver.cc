@@ -197,10 +197,6 @@ bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
   }
 }
 
-RunEnd too_little_memory() {
-  return RunEnd::error("Not enough memory", Operation::kRead, Channel::kGridFile);
-}
-
 }  // namespace
 
 int run_program(ConsoleDialogue& console, std::ostream& errors) {
@@ -208,7 +204,7 @@ int run_program(ConsoleDialogue& console, std::ostream& errors) {
     try {
       run_passes(console);
     } catch (const std::bad_alloc&) {
-      throw too_little_memory();
+      throw not_enough_memory();
     }
   } catch (const RunEnd& end) {
     try {
@@ -220,12 +216,6 @@ int run_program(ConsoleDialogue& console, std::ostream& errors) {
     errors << end.report() << std::flush;
     return end.status();
   }
-}
-
-int report_too_little_memory(std::ostream& errors) {
-  const RunEnd end = too_little_memory();
-  errors << end.report() << std::flush;
-  return end.status();
 }
 
 }  // namespace veldmark

@@ -31,9 +31,6 @@ namespace veldmark {
 // Result     the exit status: 0, or 255 after a run-time error.
 int run_program(ConsoleDialogue& console, std::ostream& errors);
 
-// Reports that there is not enough memory. Result: the exit status.
-int report_too_little_memory(std::ostream& errors);
-
 }  // namespace veldmark
 
 #endif  // VELDMARK_DRIVER_PROGRAM_DRIVER_H_

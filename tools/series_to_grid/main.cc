@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -21,6 +22,7 @@ int main(int argc, char** argv) try {
                                 .show_progress = isatty(STDERR_FILENO) == 1};
   return veldmark::run_series_to_grid(arguments, around);
 } catch (const std::exception& error) {  // before or after the run itself
-  std::cerr << "series_to_grid: " << veldmark::reason_of(error) << '\n';
+  // The stream of errors may not have come to be.
+  std::fprintf(stderr, "series_to_grid: %s\n", veldmark::reason_of(error));
   return 1;
 }

@@ -1,0 +1,406 @@
+// Whole grid files, read as a search reads them, against a reading that splits the text
+// into lines and knows nothing of how files usually look.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <optional>
+#include <random>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "catalogue/line_by_line_reader.h"
+#include "catalogue/read_block.h"
+#include "catalogue/row_format.h"
+#include "support/grid_text.h"
+#include "support/plain_field.h"
+#include "support/sweep.h"
+#include "support/temporary_folder.h"
+
+namespace veldmark {
+namespace {
+
+using testing::GridText;
+using testing::record_cases;
+using testing::TemporaryFolder;
+using testing::write_file;
+
+constexpr std::int32_t kMissing = -999;
+
+// How a reading ends, and the series of the cells with data, by row and column.
+struct Block {
+  std::string end = "complete";
+  std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::int16_t>> cells;
+
+  bool operator==(const Block&) const = default;
+};
+
+// For messages of failed tests.
+void PrintTo(const Block& block, std::ostream* out) {
+  *out << block.end << ", " << block.cells.size() << " cells";
+}
+
+// Reads with `read`, one of the readers of the program.
+template <typename Read>
+Block block_of(const BlockRequest& request, Read read) {
+  std::istringstream input;
+  std::ostringstream output;
+  ConsoleDialogue console(input, output, [](const std::string&) {});
+  Block block;
+  try {
+    const GridValues values = read(console, GridFile("grid"), request);
+    for (std::int32_t row = 1; row <= kGridRows; ++row) {
+      const auto columns = values.data_columns(row);
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        std::vector<std::int16_t>& series = block.cells[{row, columns[i]}];
+        for (std::size_t month = 0; month < values.month_count(); ++month) {
+          series.push_back(values.month_of_row(month, row)[i]);
+        }
+      }
+    }
+  } catch (const RunEnd& end) {
+    const std::string said = output.str() + end.report();
+    block.end = "unknown: " + said;
+    for (const char* known : {"Error Reading Grid Values", "End Of File Reached",
+                              "Attempt to read past end of file"}) {
+      block.end = said.find(known) != std::string::npos ? known : block.end;
+    }
+  }
+  return block;
+}
+
+// The lines of a text one after another, without line ends and carriage returns.
+class PlainLines {
+ public:
+  explicit PlainLines(std::string_view text) : rest_(text) {}
+
+  struct Line {
+    std::string_view text;
+    bool ended;
+  };
+
+  std::optional<Line> next() {
+    if (rest_.empty()) {
+      return std::nullopt;
+    }
+    const std::size_t length = rest_.find('\n');
+    const bool ended = length != std::string_view::npos;
+    std::string_view line = rest_.substr(0, length);
+    rest_.remove_prefix(ended ? length + 1 : rest_.size());
+    if (!line.empty() && line.back() == '\r') {
+      line.remove_suffix(1);
+    }
+    return Line{line, ended};
+  }
+
+ private:
+  std::string_view rest_;
+};
+
+// The wanted fields of a box of one piece, column by column; nothing for a bad line.
+std::optional<std::vector<std::int16_t>> plain_fields(std::string_view line,
+                                                      const GridRanges& ranges) {
+  std::vector<std::int16_t> values;
+  for (std::int32_t column = ranges.FirstCol; column <= ranges.LastCol; ++column) {
+    const auto begin = static_cast<std::size_t>(5 * (column - 1));
+    if (line.size() < begin + 5) {
+      return std::nullopt;
+    }
+    const std::optional<std::int16_t> value =
+        plain::kept_of_field(line.substr(begin, 5));
+    if (!value) {
+      return std::nullopt;
+    }
+    values.push_back(*value);
+  }
+  return values;
+}
+
+// Reads a box of one piece that lies on the grid.
+Block plain_block(std::string_view text, const BlockRequest& request) {
+  const GridRanges& ranges = request.ranges;
+  PlainLines lines(text);
+  Block block;
+  const auto ended = [](const char* how) { return Block{how, {}}; };
+  for (std::int32_t year = 1901; year <= request.years.LYOD; ++year) {
+    for (std::int32_t month = 1; month <= 12; ++month) {
+      for (std::int32_t row = 1; row <= 360; ++row) {
+        const std::optional<PlainLines::Line> line = lines.next();
+        if (year < request.years.FYOD || row < ranges.FirstRow ||
+            row > ranges.LastRow) {
+          if (!line) {
+            return ended("Attempt to read past end of file");
+          }
+          continue;
+        }
+        if (!line || (!line->ended && line->text.size() < 3600)) {
+          return ended("End Of File Reached");
+        }
+        const auto values = plain_fields(line->text, ranges);
+        if (!values) {
+          return ended("Error Reading Grid Values");
+        }
+        for (std::size_t i = 0; i < values->size(); ++i) {
+          const auto column = ranges.FirstCol + static_cast<std::int32_t>(i);
+          const bool january = year == request.years.FYOD && month == 1;
+          const auto cell = block.cells.find({row, column});
+          if (january && (*values)[i] != kMissing) {
+            block.cells[{row, column}] = {(*values)[i]};
+          } else if (!january && cell != block.cells.end()) {
+            cell->second.push_back((*values)[i]);
+          }
+        }
+      }
+    }
+  }
+  return block;
+}
+
+// Both ways of reading must give what the plain one gives.
+void expect_plain(std::string_view text, const BlockRequest& request) {
+  const Block expected = plain_block(text, request);
+  ASSERT_EQ(block_of(request, read_line_by_line), expected) << text.size() << " bytes";
+  const auto read = [](ConsoleDialogue& console, GridFile file,
+                       const BlockRequest& wanted) {
+    return read_block(console, std::move(file), wanted);
+  };
+  ASSERT_EQ(block_of(request, read), expected) << text.size() << " bytes";
+}
+
+BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, std::int32_t FirstRow,
+                        std::int32_t LastRow, std::int32_t FirstCol,
+                        std::int32_t LastCol) {
+  return {.years = {.FYOD = FYOD, .LYOD = LYOD},
+          .ranges = {.FirstRow = FirstRow,
+                     .LastRow = LastRow,
+                     .FirstCol = FirstCol,
+                     .LastCol = LastCol},
+          .MissingCode = kMissing};
+}
+
+// Cuts the file "grid", which holds `text`, from its end on, byte after byte, down to
+// `shortest` bytes, and compares every time; gives how often.
+std::size_t expect_plain_wherever_cut(std::string_view text, std::size_t shortest,
+                                      const BlockRequest& request) {
+  write_file("grid", text);
+  std::size_t cases = 0;
+  for (std::size_t size = text.size() + 1; size > shortest; --size) {
+    std::filesystem::resize_file("grid", size - 1);
+    expect_plain(text.substr(0, size - 1), request);
+    if (::testing::Test::HasFatalFailure()) {
+      break;
+    }
+    ++cases;
+  }
+  return cases;
+}
+
+// A file of a year with `wanted` in the wanted rows and nothing in the others.
+std::string small_file(const BlockRequest& request, const std::string& wanted,
+                       const std::string& line_end) {
+  std::string text;
+  for (int line = 0; line < 4320; ++line) {
+    const std::int32_t row = line % 360 + 1;
+    const bool is_wanted =
+        request.ranges.FirstRow <= row && row <= request.ranges.LastRow;
+    text += (is_wanted ? wanted : "") + line_end;
+  }
+  return text;
+}
+
+TEST(BlockSweep, SmallFileCutAtEveryByte) {
+  const TemporaryFolder folder;
+  const BlockRequest request = request_of(1901, 1901, 300, 301, 2, 4);
+  record_cases(expect_plain_wherever_cut(
+      small_file(request, "  -12    1 -999   3", "\n"), 0, request));
+}
+
+TEST(BlockSweep, SmallFileWithCarriageReturnsCutAtEveryByteOfItsLastMonths) {
+  const TemporaryFolder folder;
+  const BlockRequest request = request_of(1901, 1901, 359, 360, 1, 2);
+  const std::string text = small_file(request, "  -12    1", "\r\n");
+  record_cases(expect_plain_wherever_cut(text, text.size() - 3000, request));
+}
+
+// Only a last line of 3600 characters can do without its line end.
+TEST(BlockSweep, FullLastLineCutAtEveryByte) {
+  const TemporaryFolder folder;
+  const BlockRequest request = request_of(1901, 1901, 360, 360, 1, 2);
+  std::string text = small_file(request, "  -12    1", "\n");
+  text.pop_back();
+  const std::string longest = text + std::string(3590, ' ') + "\r\n";
+  const std::string too_short = text + std::string(3589, ' ') + "\r\n";
+  record_cases(expect_plain_wherever_cut(longest, text.size() - 20, request) +
+               expect_plain_wherever_cut(too_short, too_short.size() - 20, request));
+}
+
+std::string random_field(std::mt19937& random) {
+  const std::size_t kind = random() % 100;
+  if (kind < 40) {
+    return " -999";
+  }
+  std::string text;
+  if (kind < 96) {
+    text = std::to_string(static_cast<std::int32_t>(random() % 105000) - 5000);
+    text.insert(0, 5 - std::min<std::size_t>(5, text.size()), ' ');
+    return text.substr(0, 5);
+  }
+  while (text.size() < 5) {
+    text += " \t+-0123456789"[random() % 14];
+  }
+  return plain::integer(text) ? text : "    0";
+}
+
+std::string random_fields(std::mt19937& random, std::size_t count) {
+  std::string line;
+  for (std::size_t field = 0; field < count; ++field) {
+    line += random_field(random);
+  }
+  return line;
+}
+
+// What kinds of oddness a random file has, each in so many lines of a thousand.
+struct Oddness {
+  std::size_t carriage_returns;
+  std::size_t longer;
+  std::size_t text_between;
+  std::size_t faults;
+};
+
+void put_fault(std::mt19937& random, std::string& line) {
+  switch (random() % 3) {
+    case 0:
+      line.resize(random() % (line.size() + 1));
+      break;
+    case 1:
+      line[random() % line.size()] = "x-+.\r\n"[random() % 6];
+      break;
+    default:
+      line.insert(random() % line.size(), 1, " 7"[random() % 2]);
+  }
+}
+
+// Years up to the request's last, lines as long as they must be or longer; empty lines
+// and other text between; now and then a fault, a line too many or too few, or an end
+// before the end.
+std::string random_file(std::mt19937& random, const BlockRequest& request) {
+  const std::size_t often[] = {0, 0, 5, 300, 1000};
+  const Oddness odd{often[random() % 5], often[random() % 5], often[random() % 5],
+                    random() % 3 == 0 ? std::size_t{1} + random() % 40 : 0};
+  const auto happens = [&](std::size_t of_thousand) {
+    return random() % 1000 < of_thousand;
+  };
+  const auto fields = static_cast<std::size_t>(request.ranges.LastCol);
+  const int lines = (request.years.LYOD - 1900) * 4320;
+  std::string text;
+  for (int index = 0; index < lines; ++index) {
+    const std::int32_t row = index % 360 + 1;
+    std::string line;
+    if (request.ranges.FirstRow <= row && row <= request.ranges.LastRow) {
+      line = random_fields(random, fields);
+      if (happens(odd.longer)) {
+        line += random_fields(random, random() % (740 - fields));
+      }
+      if (happens(odd.faults)) {
+        put_fault(random, line);
+      }
+    } else if (happens(odd.text_between)) {
+      line = "no field of any kind";
+    }
+    text += line + (happens(odd.carriage_returns) ? "\r\n" : "\n");
+  }
+  if (random() % 6 == 0) {
+    text.resize(text.size() - std::min<std::size_t>(text.size(), random() % 3000));
+  } else if (random() % 20 == 0) {
+    text.insert(0, "\n");
+  } else if (random() % 20 == 0) {
+    text.erase(0, text.find('\n') + 1);
+  }
+  return text;
+}
+
+TEST(BlockSweep, RandomIrregularFiles) {
+  const TemporaryFolder folder;
+  std::mt19937 random(5);
+  constexpr std::size_t kCases = 300;
+  std::map<std::string, std::size_t> ends;
+  for (std::size_t i = 0; i < kCases; ++i) {
+    const auto below = [&](std::uint32_t bound) {
+      return static_cast<std::int32_t>(random() % bound);
+    };
+    const std::int32_t FYOD = 1901 + (below(5) == 0 ? 1 : 0);
+    const std::int32_t row = 1 + below(360);
+    const std::int32_t column = below(20) == 0 ? 1 + below(715) : 1 + below(20);
+    const BlockRequest request =
+        request_of(FYOD, FYOD + (below(8) == 0 ? 1 : 0), row,
+                   std::min(360, row + below(4)), column, column + below(6));
+    const std::string text = random_file(random, request);
+    write_file("grid", text);
+    expect_plain(text, request);
+    ASSERT_FALSE(HasFatalFailure()) << "file " << i;
+    ++ends[plain_block(text, request).end];
+  }
+  EXPECT_EQ(ends.size(), 4U) << "every end is met";
+  EXPECT_GT(ends["complete"], kCases / 3);
+  record_cases(kCases);
+}
+
+// A whole regular file of a year, damaged in one place, read and mended again.
+void damage_regular_file(const std::string& line_end, std::uint32_t seed,
+                         std::size_t cases) {
+  const TemporaryFolder folder;
+  std::mt19937 random(seed);
+  std::vector<std::string> lines;
+  for (int i = 0; i < 24; ++i) {
+    lines.push_back(random_fields(random, 720) + line_end);
+  }
+  std::string text;
+  for (int index = 0; index < 4320; ++index) {
+    text += lines[random() % lines.size()];
+  }
+  write_file("grid", text);
+  std::fstream grid("grid", std::ios::in | std::ios::out | std::ios::binary);
+  const std::size_t line_size = lines.front().size();
+  for (std::size_t i = 0; i < cases; ++i) {
+    const auto row = static_cast<std::int32_t>(1 + random() % 355);
+    const auto column = static_cast<std::int32_t>(1 + random() % 700);
+    const BlockRequest request =
+        request_of(1901, 1901, row, row + 4, column,
+                   column + static_cast<std::int32_t>(random() % 20));
+    // In a wanted line or its line ends; a line end made or lost elsewhere could not be
+    // seen by computation, which is documented.
+    const std::size_t line =
+        random() % 12 * 360 + static_cast<std::size_t>(row) - 1 + random() % 5;
+    const std::size_t in_line =
+        random() % 3 == 0 ? 3600 + random() % line_end.size() : random() % line_size;
+    const std::size_t place = line * line_size + in_line;
+    const char before = text[place];
+    const char damage = "\n\rx-+ 7\t"[random() % 8];
+    const auto put = [&](char character) {
+      text[place] = character;
+      grid.seekp(static_cast<std::streamoff>(place)).put(character).flush();
+    };
+    put(damage);
+    expect_plain(text, request);
+    ASSERT_FALSE(::testing::Test::HasFatalFailure()) << "damage at " << place;
+    put(before);
+  }
+  record_cases(cases);
+}
+
+TEST(BlockSweep, DamagedRegularFiles) { damage_regular_file("\n", 6, 60); }
+
+TEST(BlockSweep, DamagedRegularFilesWithCarriageReturns) {
+  damage_regular_file("\r\n", 7, 60);
+}
+
+}  // namespace
+}  // namespace veldmark

@@ -1,0 +1,129 @@
+// Every way of converting a field against the plain reading, on all fields of the
+// characters that fields are made of and two that they are not.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/field_conversion.h"
+#include "catalogue/field_conversion_avx2.h"
+#include "catalogue/row_format.h"
+#include "support/plain_field.h"
+#include "support/sweep.h"
+#include "util/fixed_field.h"
+
+namespace veldmark {
+namespace {
+
+using testing::for_each_text;
+using testing::record_cases;
+
+// 14 characters: 537,824 fields of five.
+constexpr std::string_view kAlphabet = " +-0123456789x";
+
+using Value = std::optional<std::int16_t>;
+
+template <typename Convert>
+Value converted(Convert convert, const std::string& field) {
+  std::int16_t value = 0;
+  if (!convert(field, &value)) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+void sweep(Value (*convert)(const std::string&)) {
+  record_cases(for_each_text(kAlphabet, kFieldWidth, [&](const std::string& field) {
+    ASSERT_EQ(convert(field), plain::kept_of_field(field)) << '"' << field << '"';
+  }));
+}
+
+TEST(FieldSweep, ParseInteger) {
+  sweep([](const std::string& field) -> Value {
+    const std::optional<std::int32_t> value = parse_integer(field);
+    return value ? Value(plain::kept(*value)) : std::nullopt;
+  });
+}
+
+TEST(FieldSweep, ConvertFields) {
+  sweep([](const std::string& field) { return converted(convert_fields, field); });
+}
+
+TEST(FieldSweep, ConvertFieldsByTables) {
+  sweep([](const std::string& field) {
+    return converted(convert_fields_by_tables, field);
+  });
+}
+
+// The definition of what a line means.
+TEST(FieldSweep, ReadRow) {
+  sweep([](const std::string& field) -> Value {
+    static constexpr RowFormat kOneField{.first = {2, 2, 1}, .second = {}};
+    RowValues values{};
+    if (!read_row("    7" + field, kOneField, values)) {
+      return std::nullopt;
+    }
+    return values[2];
+  });
+}
+
+TEST(FieldSweep, AreIntegers) {
+  record_cases(for_each_text(kAlphabet, kFieldWidth, [](const std::string& field) {
+    const std::string among = " -999" + field + " -999";
+    const bool expected = plain::integer(field).has_value();
+    ASSERT_EQ(are_integers(among, " -999 -999 -999"), expected) << field;
+  }));
+}
+
+// At each place of twelve fields: in the first six of a vector, in the second, and in
+// the last fields, which are left to the tables.
+TEST(FieldSweep, ConvertFieldsAtEveryPlace) {
+  const std::string others =
+      " -999    1-9999   12 1234    0   -5 9999  123    8 4321  -77";
+  const std::vector<std::int16_t> values{-999, 1,    -9999, 12, 1234, 0,
+                                         -5,   9999, 123,   8,  4321, -77};
+  std::size_t place = 0;
+  record_cases(for_each_text(kAlphabet, kFieldWidth, [&](const std::string& field) {
+    std::string fields = others;
+    fields.replace(place * kFieldWidth, kFieldWidth, field);
+    std::vector<std::int16_t> got(values.size());
+    const Value expected = plain::kept_of_field(field);
+    ASSERT_EQ(convert_fields(fields, got.data()), expected.has_value()) << fields;
+    if (expected) {
+      std::vector<std::int16_t> wanted = values;
+      wanted[place] = *expected;
+      ASSERT_EQ(got, wanted) << fields;
+    }
+    place = (place + 5) % values.size();
+  }));
+}
+
+// The vectors stop where a field is not usual, and what they have converted is right.
+TEST(FieldSweep, ConvertUsualFields) {
+  if (!has_avx2()) {
+    GTEST_SKIP() << "this processor has no such vectors";
+  }
+  std::size_t converted_fields = 0;
+  record_cases(for_each_text(kAlphabet, kFieldWidth, [&](const std::string& field) {
+    const std::string fields = "   12" + field + " -999    0" + field + "    1    2\n";
+    std::array<std::int16_t, 7> values{};
+    const std::string_view without_end(fields.data(), fields.size() - 1);
+    const std::size_t count = convert_usual_fields(without_end, values.data());
+    ASSERT_TRUE(count == 0 || count == kFieldsAtATime || count == values.size());
+    converted_fields += count;
+    for (std::size_t i = 0; i < count; ++i) {
+      ASSERT_EQ(Value(values[i]), plain::kept_of_field(fields.substr(i * 5, 5)))
+          << fields;
+    }
+  }));
+  EXPECT_GT(converted_fields, 100000U);
+}
+
+}  // namespace
+}  // namespace veldmark

@@ -1,0 +1,71 @@
+#!/usr/bin/env python3
+"""Makes every request for memory of a program fail once.
+
+    every_allocation_fails_once.py SHIM PROGRAM_FOLDER SCENE...
+
+SHIM is failing_memory.so.  The scene is played undisturbed, to count the requests, and
+then once for each of them.  What must come of it is in scenes.py.  The exit status is 1
+when anything was wrong.  Not for programs with an address sanitizer.
+"""
+
+import argparse
+import errno
+import sys
+import tempfile
+import time
+from collections import Counter
+from pathlib import Path
+
+from fault_runs import Bench, Call, Fault, Scene, expect_signals
+from scenes import SCENES
+
+
+def try_all(scene: Scene) -> Counter:
+    """Result: the numbers of requests and complaints."""
+    calm = scene.run()
+    if calm.status is None or not calm.calls:
+        sys.exit("the undisturbed run doesn't end as it should")
+    requests = calm.calls[-1].number
+    complaints = 0
+    unharmed = 0
+    for number in range(1, requests + 1):
+        fault = Fault("malloc", "-", number, "error=%d" % errno.ENOMEM)
+        outcome = scene.run(fault)
+        faulty = [call for call in outcome.calls if call.faulty]
+        complaint = "the fault was never met"
+        if faulty:
+            complaint = scene.complaint(calm, fault, faulty[0], outcome)
+        if complaint:
+            complaints += 1
+            size = faulty[0].size if faulty else 0
+            print("%s (%d bytes)\n    %s" % (fault, size, complaint))
+        elif not outcome.differs_from(calm):
+            unharmed += 1
+    print("%d requests for memory, %d of no consequence" % (requests, unharmed), flush=True)
+    return Counter(requests=requests, complaints=complaints)
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser()
+    parser.add_argument("shim")
+    parser.add_argument("programs", type=Path)
+    parser.add_argument("scenes", nargs="+", choices=SCENES)
+    options = parser.parse_args()
+    expect_signals()
+    started = time.monotonic()
+    sums: Counter = Counter()
+    for name in options.scenes:
+        with tempfile.TemporaryDirectory() as folder:
+            scene = SCENES[name](Bench(options.shim, folder), options.programs.resolve())
+            print(name, flush=True)
+            sums.update(try_all(scene))
+    counted = "%d requests for memory refused, %d complaints" % (
+        sums["requests"],
+        sums["complaints"],
+    )
+    print("%s, %.1f s" % (counted, time.monotonic() - started))
+    return 1 if sums["complaints"] else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+"""Makes every system call of a program fail once, at every place where it is called.
+
+    every_call_fails_once.py SHIM PROGRAM_FOLDER SCENE... [--sanitized]
+
+SHIM is failing_calls.so.  The scene is first played undisturbed, to learn which calls it
+makes; then once for every call and everything that can go wrong with it.  What must come
+of it is in scenes.py.  The exit status is 1 when anything was wrong.
+
+--sanitized    the programs are built with sanitizers, which make calls of their own:
+               calls about no file are left alone
+"""
+
+import argparse
+import errno
+import signal
+import sys
+import tempfile
+import time
+from collections import Counter
+from pathlib import Path
+from typing import Iterator, List
+
+from fault_runs import Bench, Call, Fault, Scene, expect_signals
+from scenes import SCENES
+
+INTERRUPTED = [errno.EINTR]
+NOT_FOUND_OUT = [errno.EIO, errno.EACCES]
+
+# What a call can fail with.
+ERRORS = {
+    "open": [errno.EINTR, errno.EACCES, errno.EMFILE, errno.ENOSPC],
+    "openat": [errno.EINTR, errno.EACCES, errno.EMFILE, errno.ENOSPC],
+    "read": [errno.EINTR, errno.EIO],
+    "readv": [errno.EINTR, errno.EIO],
+    "pread": [errno.EINTR, errno.EIO],
+    "write": [errno.EINTR, errno.EIO, errno.ENOSPC],
+    "writev": [errno.EINTR, errno.EIO, errno.ENOSPC],
+    "close": [errno.EINTR, errno.EIO, errno.ENOSPC],
+    "rename": [errno.EIO, errno.ENOSPC, errno.EACCES],
+    "unlink": NOT_FOUND_OUT,
+    "stat": NOT_FOUND_OUT,
+    "lstat": NOT_FOUND_OUT,
+    "fstat": NOT_FOUND_OUT,
+    "fstatat": NOT_FOUND_OUT,
+    "access": NOT_FOUND_OUT,
+    "faccessat": NOT_FOUND_OUT,
+    "statfs": NOT_FOUND_OUT,
+    "fchmod": [errno.EPERM],
+    "ioctl": [errno.ENOTTY],
+    "lseek": [errno.ESPIPE],
+    "mmap": [errno.ENOMEM],
+    "mremap": [errno.ENOMEM],
+    "brk": [errno.ENOMEM],
+    "munmap": [errno.ENOMEM],
+    "madvise": [errno.EINVAL],
+    "getrandom": [errno.ENOSYS],
+    "system": [errno.EAGAIN],
+}
+READS = {"read", "readv", "pread"}
+WRITES = {"write", "writev"}
+CANNOT_FAIL = {"exit_group", "rt_sigaction", "geteuid", "futex"}
+
+
+def faults_of(call: Call, scene: Scene) -> Iterator[Fault]:
+    def fault(what: str, lasting: bool = False) -> Fault:
+        return Fault(call.name, call.file, call.number, what, lasting)
+
+    for error in ERRORS[call.name]:
+        yield fault("error=%d" % error)
+    if call.name in READS | WRITES and call.size > 1:
+        yield fault("count=1")
+        yield fault("half")
+    if call.name in WRITES:
+        yield fault("error=%d" % errno.ENOSPC, lasting=True)
+    if call.name in READS:
+        yield fault("end")
+        if call.file in scene.files:
+            yield fault("shrink=0")
+            yield fault("shrink=%d" % (scene.size_of(call.file) // 3))
+    if call.file != "-":
+        yield fault("signal=%d" % signal.SIGINT)
+
+
+def places(calls: List[Call], sanitized: bool) -> Iterator[Call]:
+    for call in calls:
+        if call.name in CANNOT_FAIL:
+            continue
+        if sanitized and ((call.file == "-" and call.name != "system") or ":" in call.file):
+            continue
+        if call.name not in ERRORS:
+            sys.exit("a call that no fault is known for: %s" % (call,))
+        yield call
+
+
+def try_all(scene: Scene, sanitized: bool) -> Counter:
+    """Result: the numbers of faults, calls and complaints."""
+    calm = scene.run()
+    again = scene.run()
+    if calm.differs_from(again) or calm.status is None:
+        sys.exit("undisturbed runs differ: " + calm.differs_from(again))
+    complaints = 0
+    tried: Counter = Counter()
+    all_places = list(places(calm.calls, sanitized))
+    for call in all_places:
+        for fault in faults_of(call, scene):
+            outcome = scene.run(fault)
+            tried[call.name] += 1
+            if not any(one.faulty for one in outcome.calls):
+                complaint = "the fault was never met"
+            else:
+                complaint = scene.complaint(calm, fault, call, outcome)
+            if complaint:
+                complaints += 1
+                print("%s\n    %s" % (fault, complaint))
+    kinds = ", ".join("%s %d" % pair for pair in sorted(tried.items()))
+    faults = sum(tried.values())
+    print("%d faults at %d calls: %s" % (faults, len(all_places), kinds), flush=True)
+    return Counter(faults=faults, calls=len(all_places), complaints=complaints)
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser()
+    parser.add_argument("shim")
+    parser.add_argument("programs", type=Path)
+    parser.add_argument("scenes", nargs="+", choices=SCENES)
+    parser.add_argument("--sanitized", action="store_true")
+    options = parser.parse_args()
+    expect_signals()
+    started = time.monotonic()
+    sums: Counter = Counter()
+    for name in options.scenes:
+        with tempfile.TemporaryDirectory() as folder:
+            scene = SCENES[name](Bench(options.shim, folder), options.programs.resolve())
+            print(name, flush=True)
+            sums.update(try_all(scene, options.sanitized))
+    counted = "%d faults injected at %d calls, %d complaints" % (
+        sums["faults"],
+        sums["calls"],
+        sums["complaints"],
+    )
+    print("%s, %.1f s" % (counted, time.monotonic() - started))
+    return 1 if sums["complaints"] else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

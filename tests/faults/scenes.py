@@ -1,0 +1,483 @@
+"""The scenes in which every call fails once, and what must come of it in each.
+
+A scene gives `complaint`: what is wrong with the outcome of a run with a fault, "" for
+nothing.  Two kinds of rules are behind it.  Some hold whatever the fault: no signal, no
+hang, no claim that isn't true, no other file changed.  The others say for every call what
+a user has to be told, word for word.
+"""
+
+import errno
+import os
+import random
+import re
+import signal
+from pathlib import Path
+from typing import Dict, List, Optional, Sequence, Set, Tuple
+
+from fault_runs import END_OF_INPUT, Bench, Call, Content, Fault, Outcome, Scene, end_of
+
+COLUMNS = 720
+ROWS = 360
+MONTHS = 12
+MEGABYTE = 1 << 20
+
+NORMAL = b" PROGRAM TERMINATING NORMALLY\n"
+NOTES = "notes.txt"
+
+# Calls after whose failure all goes on as before: they only choose the better way.
+OF_NO_CONSEQUENCE = {"fstat", "fstatat", "stat", "lstat", "statx", "access"}
+OF_NO_CONSEQUENCE |= {"faccessat", "faccessat2", "unlink", "fchmod", "statfs", "lseek"}
+OF_NO_CONSEQUENCE |= {"ioctl", "madvise", "munmap", "getrandom"}
+MEMORY = {"mmap", "mremap", "brk", "malloc"}
+
+
+def reason(fault: Fault) -> str:
+    return os.strerror(fault.error())
+
+
+def is_taken_up(fault: Fault) -> bool:
+    """An interrupted call, or one that did only a part, is simply gone on with."""
+    return fault.error() == errno.EINTR or fault.what in ("count=1", "half")
+
+
+def is_at_the_end(fault: Fault, call: Call) -> bool:
+    """Nothing was left to read anyway."""
+    return call.result == 0 and (fault.what == "end" or fault.what.startswith("shrink"))
+
+
+def is_lost_message(fault: Fault) -> bool:
+    """What can't be told can't be told; the status must say it all the same."""
+    said = fault.file == "standard-error" and fault.name in ("write", "writev")
+    return said and fault.error() not in (None, errno.EINTR)
+
+
+def grid_line(rng: random.Random, missing: int) -> bytes:
+    fields = (missing if rng.random() < 0.02 else rng.randint(0, 3100) for _ in range(COLUMNS))
+    return "".join("%5d" % value for value in fields).encode()
+
+
+def regular_grid(path: Path, years: int) -> Path:
+    """A regular grid file from 1901 on."""
+    rng = random.Random(1)
+    pool = [grid_line(rng, -999) + b"\n" for _ in range(20)]
+    with open(path, "wb") as out:
+        for _ in range(years * MONTHS * ROWS):
+            out.write(rng.choice(pool))
+    return path
+
+
+def loose_grid(years: int, first_row: int, last_row: int) -> bytes:
+    """A grid file with nothing but line ends in the rows that are not wanted."""
+    rng = random.Random(2)
+    lines = []
+    for _ in range(years * MONTHS):
+        lines += [
+            grid_line(rng, -999) if first_row <= row <= last_row else b""
+            for row in range(1, ROWS + 1)
+        ]
+    return b"\n".join(lines) + b"\n"
+
+
+def latitude(row: int) -> float:
+    """The southern edge of a row."""
+    return -90 + (row - 1) * 0.5
+
+
+def in_two(answer: str) -> str:
+    """An answer that arrives in two pieces."""
+    return answer[:1] + END_OF_INPUT.decode() + answer[1:]
+
+
+def second_pieces(answers: Sequence[str]) -> Set[int]:
+    """Which readings get the rest of an answer, counted from 1."""
+    found = set()
+    readings = 0
+    for answer in answers:
+        pieces = 1 + answer.count(END_OF_INPUT.decode())
+        found.update(range(readings + 2, readings + pieces + 1))
+        readings += pieces
+    return found
+
+
+def search(
+    variable: int, rows: Tuple[int, int], columns: Tuple[int, int], *rest: str
+) -> List[str]:
+    """The answers of a pass from the menu to the variance test."""
+    box = [latitude(rows[1] + 1), latitude(rows[0])]
+    box += [(column - 1) * 0.5 - 180 for column in (columns[1] + 1, columns[0])]
+    corners = ["%.1f" % corner for corner in box]
+    return ["", "", str(variable), "", "", *corners, "T", *map(in_two, rest)]
+
+
+class Session(Scene):
+    """A conversation with veldmark.
+
+    passes    of each pass the grid file, and its outputs' endings
+    """
+
+    CHANNELS = {".TSF": 14, ".XY": 15, ".ftst": 16}
+
+    def __init__(
+        self,
+        bench: Bench,
+        program: str,
+        files: Dict[str, Content],
+        answers: Sequence[str],
+        passes: Sequence[Tuple[str, Sequence[str]]],
+    ) -> None:
+        super().__init__(bench, [program], files, answers)
+        self.second_pieces = second_pieces(answers)
+        self.grids = [grid for grid, _ in passes]
+        self.outputs = [[grid + ending for ending in endings] for grid, endings in passes]
+
+    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        if fault.name == "fchmod":  # the permissions are lost, and nothing else
+            mode, _, _ = calm.files[fault.file].partition(b" ")
+            _, _, content = outcome.files[fault.file].partition(b" ")
+            outcome.files[fault.file] = mode + b" " + content
+        found = self.broken_rule(calm, fault, outcome)
+        return found or self.unlike_expected(calm, fault, call, outcome)
+
+    def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
+        """What must never be, whatever failed."""
+        allowed = (0, 255) if not fault.what.startswith("signal") else (-signal.SIGINT,)
+        if outcome.status not in allowed:
+            return "ended with %s" % (end_of(outcome),)
+        claims = outcome.screen.count(NORMAL)
+        if claims > len(self.outputs):
+            return "claims too much"
+        for names in self.outputs[:claims]:
+            for name in names:
+                if outcome.files.get(name) != calm.files[name]:
+                    return "%s is claimed, but not what it should be" % name
+        begun = sum(self.outputs[: claims + 1], [])
+        for name in sorted(set(self.at_first) | set(outcome.files)):
+            changed = outcome.files.get(name) != self.at_first.get(name)
+            if changed and name not in begun:
+                return "the file %s changed" % name
+        return ""
+
+    def unlike_expected(
+        self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome
+    ) -> str:
+        if fault.what.startswith("signal"):
+            return "" if calm.screen.startswith(outcome.screen) else "the screen differs"
+        if fault.what == "end" and fault.file == "standard-input":
+            # A last line without its end is a line; what it means is the dialogue's.
+            if fault.number in self.second_pieces:
+                return ""
+        if is_lost_message(fault):
+            same = outcome.status == calm.status and outcome.screen == calm.screen
+            return "" if same else "ended with %s" % (end_of(outcome),)
+        if fault.name == "system":
+            return self.unlike_unlisted(calm, fault, outcome)
+        reports = self.reports(fault)
+        if "" in reports or is_at_the_end(fault, call):
+            differences = outcome.differs_from(calm)
+            if not differences:
+                return ""
+            reports = [report for report in reports if report]
+            if not reports:
+                return differences
+        claims = outcome.screen.count(NORMAL)
+        for grid, names in list(zip(self.grids, self.outputs))[:claims]:
+            if fault.file in [grid, *names]:
+                return "claims success of a search after a fault in it"
+        return self.unlike_reported(calm, reports, outcome)
+
+    def unlike_reported(self, calm: Outcome, reports: List[str], outcome: Outcome) -> str:
+        said = outcome.errors.decode()
+        early_end = b"\n End Of File Reached Prematurely :"
+        if outcome.status == 0 and early_end.decode() in reports:
+            if early_end in outcome.screen and not said:
+                return ""
+        if said not in reports or outcome.status != 255:
+            return "no report, or another one: %s" % (end_of(outcome),)
+        # Nothing more was said after what failed.
+        return "" if calm.screen.startswith(outcome.screen) else "the screen differs"
+
+    def unlike_unlisted(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
+        """Without the mark that one command leaves, all must be as before."""
+        marks = list(re.finditer(rb"^\$ .*\n", calm.screen, re.MULTILINE))
+        mark = marks[fault.number - 1]
+        unlisted = calm.screen[: mark.start()] + calm.screen[mark.end() :]
+        rest = Outcome(calm.status, unlisted, calm.errors, calm.files)
+        return outcome.differs_from(rest)
+
+    def reports(self, fault: Fault) -> List[str]:
+        """The reports on standard error that are right; "" where nothing may differ."""
+        if fault.name == "fstatat" and fault.file not in self.files and not self.outputs:
+            # Whether the data file is there could not be seen, and it is not.
+            return ["", report("Cannot open file: " + fault.file, "OPEN", 13)]
+        if is_taken_up(fault) or fault.name in OF_NO_CONSEQUENCE:
+            return [""]
+        if fault.name in MEMORY:
+            return ["", report("Not enough memory", "READ", 13)]
+        if fault.file == "standard-input":
+            past_end = report("Attempt to read past end of file", "READ", 5)
+            if fault.what == "end":
+                return [past_end]
+            return [cannot("read", "standard input", fault, "READ", 5)]
+        if fault.file == "standard-output":
+            return [cannot("write", "standard output", fault, "WRITE", 5)]
+        if fault.file in self.grids:
+            return self.reports_of_grid(fault)
+        channel = self.CHANNELS[os.path.splitext(fault.file)[1]]
+        if fault.name in ("open", "openat"):
+            return [report("Cannot open file: " + fault.file, "OPEN", channel)]
+        return [cannot("write", fault.file, fault, "WRITE", channel)]
+
+    def reports_of_grid(self, fault: Fault) -> List[str]:
+        if fault.what == "end" or fault.what.startswith("shrink"):
+            if fault.name == "pread" and fault.what == "end":
+                return [""]  # read again, line by line
+            past_end = report("Attempt to read past end of file", "READ", 13)
+            return [past_end, "\n End Of File Reached Prematurely :"]
+        if fault.name in ("open", "openat"):
+            return [report("Cannot open file: " + fault.file, "OPEN", 13)]
+        if fault.name in ("close", "pread"):
+            return [""]
+        return [cannot("read", fault.file, fault, "READ", 13)]
+
+
+def report(message: str, operation: str, channel: int) -> str:
+    return "Run-time error:\n%s\n? %s(UNIT=%d,...\n" % (message, operation, channel)
+
+
+def cannot(verb: str, name: str, fault: Fault, operation: str, channel: int) -> str:
+    message = "Cannot %s file: %s: %s" % (verb, name, reason(fault))
+    return report(message, operation, channel)
+
+
+class PartFiles(Scene):
+    """A companion program, which writes NAME.part and renames it.
+
+    sources           of each output the file that it is made of
+    looks_at_files    asks for the kind and the size of what it reads
+    early_end         what is said of a file that ends before its time, a pattern
+    """
+
+    def __init__(
+        self,
+        bench: Bench,
+        command: Sequence[str],
+        files: Dict[str, Content],
+        sources: Dict[str, str],
+        looks_at_files: bool = True,
+        early_end: str = "tersify: .*",
+        **more,
+    ) -> None:
+        super().__init__(bench, command, files, **more)
+        self.looks_at_files = looks_at_files
+        self.early_end = early_end
+        self.program = os.path.basename(command[0])
+        self.sources = sources
+
+    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        if fault.name == "unlink":
+            outcome.files.pop(fault.file, None)  # what can't be removed stays
+        found = self.broken_rule(calm, fault, outcome)
+        if found or fault.what.startswith("signal"):
+            return found
+        if is_lost_message(fault):
+            return "" if outcome.status == calm.status else "status %s" % outcome.status
+        expected = self.messages(fault)
+        if is_at_the_end(fault, call):
+            expected = [None]
+        differences = outcome.differs_from(calm)
+        if None in expected and (not differences or expected == [None]):
+            return differences
+        said = outcome.errors.decode() or outcome.screen.decode()
+        if outcome.status == 0 or "Success" in said:
+            return "ended with %s" % (end_of(outcome),)
+        if any(text and re.match(text, said) for text in expected):
+            return ""
+        return "said %r" % said
+
+    def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
+        """What must never be, whatever failed."""
+        statuses = [0, 1, 2]
+        if fault.what.startswith("signal"):
+            # As ever when it came too late to change anything.
+            statuses = [calm.status, 128 + signal.SIGINT, -signal.SIGINT]
+        if outcome.status not in statuses:
+            return "ended with %s" % (end_of(outcome),)
+        complete = True
+        for name in sorted(set(self.at_first) | set(outcome.files)):
+            content = outcome.files.get(name)
+            if name in self.sources and content == calm.files[name]:
+                continue
+            complete = complete and name not in self.sources
+            said = outcome.screen + outcome.errors
+            if name in self.sources and b"wrote %s:" % name.encode() in said:
+                return "claims to have written " + name
+            if content != self.at_first.get(name):
+                return "the file %s changed: %s" % (name, end_of(outcome))
+        for name in self.sources:
+            complete = complete and name in outcome.files
+        if outcome.status == 0 and not complete and calm.status == 0:
+            return "ended with %s" % (end_of(outcome),)
+        return ""
+
+    def messages(self, fault: Fault) -> List[Optional[str]]:
+        """What may be said on standard error, as patterns; None where nothing differs."""
+        program = self.program + ": "
+        if is_taken_up(fault):
+            # The standard library doesn't try again to open a file.
+            by_library = fault.name == "openat" and not self.looks_at_files
+            refusal = program + "cannot open %s: %s\n" % (fault.file, os.strerror(errno.EINTR))
+            return [None, refusal] if by_library and fault.file in self.files else [None]
+        if fault.name in MEMORY:
+            # The C++ library makes a failed reading of it, the C library an errno.
+            lacks = "(not enough memory|Cannot allocate memory|the input cannot be read)"
+            return [None, "(.*\n)*%s(.*: )?%s\n" % (program, lacks)]
+        if fault.file == "standard-output":
+            return [program + "cannot write the standard output\n$"]
+        if fault.name == "close" and not fault.file.endswith(".part"):
+            return [None]
+        if fault.name == "rename":
+            output = re.escape(fault.file[: -len(".part")])
+            return [program + "cannot write %s: %s\n" % (output, reason(fault))]
+        if fault.file.endswith(".part") and fault.name not in OF_NO_CONSEQUENCE:
+            message = "cannot write %s: %s\n" % (re.escape(fault.file), reason(fault))
+            # A part that is given up anyway is closed without a word.
+            given_up = fault.name == "close" and not self.sources
+            return [None if given_up else program + message]
+        return self.messages_of_source(program, fault)
+
+    def messages_of_source(self, program: str, fault: Fault) -> List[Optional[str]]:
+        if fault.name in OF_NO_CONSEQUENCE:
+            # Only a file whose kind and size are not known is not read at all.
+            opened = fault.name == "fstat" and fault.number == 1
+            if not (opened and fault.file in self.files and self.looks_at_files):
+                return [None]
+        if fault.error() is None:
+            return [self.early_end]
+        if fault.file == "standard-input":
+            return [program + ".*(cannot be read|cannot read|input ended).*\n"]
+        name = re.escape(fault.file)
+        texts = ["cannot read %s: " % name, "cannot open %s: " % name]
+        messages = [program + text + reason(fault) + "\n" for text in texts]
+        return messages + [program + r"line \d+: the input cannot be read\n"]
+
+
+def veldmark_session(bench: Bench, programs: Path) -> Session:
+    """Two searches: one read by computation, thousand cells; one read line by line,
+    thinned and tested for variance.  Both replace earlier files."""
+    tmp = "cru_ts4.01.1901.2016.tmp.dat.new"
+    frs = "cru_ts4.01.1901.2016.frs.dat.new"
+    answers = search(2, (200, 223), (300, 359), "1902", "1902", "T", "1", "y", "F")
+    answers += ["T", "T"]
+    answers += search(9, (250, 253), (10, 15), "1901", "1903", "T", "2", "n", "2", "y")
+    answers += ["T", "1902", "F"]
+    files: Dict[str, Content] = {
+        tmp: regular_grid(bench.folder / tmp, 2),
+        frs: loose_grid(3, 250, 253),
+        tmp + ".XY": b"an earlier, large file\n" * (MEGABYTE // 20),
+        frs + ".TSF": b"another large one\n" * (MEGABYTE // 16),
+        frs + ".ftst": b"an earlier, small file\n",
+        tmp + ".ftst": b"of another day\n",
+        "cru_ts4.01.1901.2016.pre.dat.new.TSF": b"of another variable\n",
+        NOTES: b"not ours\n",
+    }
+    passes = [(tmp, (".TSF", ".XY")), (frs, (".TSF", ".XY", ".ftst"))]
+    return Session(bench, str(programs / "veldmark"), files, answers, passes)
+
+
+def raw_text(lines: int, seed: int) -> bytes:
+    """Lines as published: blanks between the numbers."""
+    rng = random.Random(seed)
+    rows = [" ".join("%6d" % rng.randint(-999, 3100) for _ in range(COLUMNS)) for _ in range(20)]
+    return "".join(rng.choice(rows) + "\n" for _ in range(lines)).encode()
+
+
+def tersify_files(bench: Bench) -> Dict[str, Content]:
+    return {
+        "a.dat": raw_text(120, 1),
+        "b.dat": raw_text(80, 2),
+        "a.dat.new": b"an earlier copy\n",
+        "list": b"a.dat\nb.dat\n",
+        NOTES: b"not ours\n",
+    }
+
+
+def tersify_list(bench: Bench, programs: Path) -> PartFiles:
+    sources = {"a.dat.new": "a.dat", "b.dat.new": "b.dat"}
+    return PartFiles(
+        bench,
+        [str(programs / "tersify")],
+        tersify_files(bench),
+        sources,
+        answers=["list"],
+    )
+
+
+def tersify_check(bench: Bench, programs: Path) -> PartFiles:
+    rng = random.Random(3)
+    lines = [grid_line(rng, -999) + b"\n" for _ in range(200)]
+    files: Dict[str, Content] = {"a.dat.new": b"".join(lines), NOTES: b"not ours\n"}
+    command = [str(programs / "tersify"), "--check", "a.dat.new"]
+    early_end = ".*the file ends .*|tersify: .*"
+    return PartFiles(bench, command, files, {}, early_end=early_end)
+
+
+def series_text() -> bytes:
+    header = "lon,lat," + ",".join("1901-%02d" % month for month in range(1, 13))
+    cells = ("%.2f,40.25," % (column * 0.5 + 0.25) for column in range(300))
+    values = ",".join(str(value) for value in range(-5, 7))
+    return "".join(line + "\n" for line in [header, *(cell + values for cell in cells)]).encode()
+
+
+def series_to_grid(bench: Bench, programs: Path) -> PartFiles:
+    command = [str(programs / "series_to_grid"), "--years", "1901-1901", "grid", "series"]
+    files = {"series": series_text(), "grid": b"an earlier grid\n", NOTES: b"not ours\n"}
+    return PartFiles(
+        bench,
+        command,
+        files,
+        {"grid": "series"},
+        looks_at_files=False,
+        early_end=r"series_to_grid: line \d+: .*",
+    )
+
+
+def small_session(bench: Bench, programs: Path) -> Session:
+    """The same two ways of reading, four cells each."""
+    tmp = "cru_ts4.01.1901.2016.tmp.dat.new"
+    frs = "cru_ts4.01.1901.2016.frs.dat.new"
+    answers = search(2, (200, 201), (300, 301), "1901", "1901", "T", "1", "y", "F", "T", "T")
+    answers += search(9, (250, 251), (10, 11), "1901", "1902", "T", "1", "y", "T", "1902", "F")
+    files: Dict[str, Content] = {
+        tmp: regular_grid(bench.folder / tmp, 1),
+        frs: loose_grid(2, 250, 251),
+        frs + ".XY": b"an earlier one\n",
+        NOTES: b"not ours\n",
+    }
+    passes = [(tmp, (".TSF", ".XY")), (frs, (".TSF", ".XY", ".ftst"))]
+    return Session(bench, str(programs / "veldmark"), files, answers, passes)
+
+
+def mistyped_session(bench: Bench, programs: Path) -> Session:
+    """A data file that is not there, and then an answer that ends the run."""
+    return Session(bench, str(programs / "veldmark"), {}, ["", "", "1", "", "", "3x"], [])
+
+
+def tersify_refusal(bench: Bench, programs: Path) -> PartFiles:
+    """A fault in the file, found after the copy was begun."""
+    files: Dict[str, Content] = {
+        "a.dat": raw_text(100, 3) + b"1 2 three\n",
+        "a.dat.new": b"an earlier copy\n",
+        NOTES: b"not ours\n",
+    }
+    return PartFiles(bench, [str(programs / "tersify"), "a.dat"], files, {})
+
+
+SCENES = {
+    "veldmark": veldmark_session,
+    "veldmark-small": small_session,
+    "veldmark-mistyped": mistyped_session,
+    "tersify": tersify_list,
+    "tersify-refusal": tersify_refusal,
+    "tersify-check": tersify_check,
+    "series_to_grid": series_to_grid,
+}

@@ -1,0 +1,244 @@
+// Rows and columns of all bounds in eighths of a degree, against a definition that
+// counts cell centres; and the lattice against plain counting.
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "selection/grid_geometry.h"
+#include "selection/thinning.h"
+#include "support/sweep.h"
+
+namespace veldmark {
+namespace {
+
+using testing::kSweepStep;
+using testing::record_cases;
+
+// All in eighths of a degree, so that nothing is ever rounded. Centres lie half a
+// degree apart, the outermost a quarter inside the end of the grid.
+constexpr int kLatitudeEnd = 90 * 8;
+constexpr int kLongitudeEnd = 180 * 8;
+constexpr int kCell = 4;
+
+float degrees(int eighths) { return static_cast<float>(eighths) / 8.0F; }
+
+// One axis of the grid, `end` eighths long on both sides of zero.
+struct Axis {
+  int end;
+
+  [[nodiscard]] int count() const { return 2 * end / kCell; }
+  [[nodiscard]] int first() const { return -end + kCell / 2; }
+  [[nodiscard]] int last() const { return end - kCell / 2; }
+  [[nodiscard]] bool spans(int bound) const {
+    return first() <= bound && bound <= last();
+  }
+
+  // How many centres are not above the bound.
+  [[nodiscard]] int at_or_below(int bound) const {
+    int found = 0;
+    for (int centre = first(); centre <= last(); centre += kCell) {
+      found += centre <= bound ? 1 : 0;
+    }
+    return found;
+  }
+};
+
+// What a bound finds when it is a minimum and when it is a maximum: the first centre
+// above it, and the last one up to it, but never past the pair of outermost centres.
+// Nothing for a bound outside the outermost centres.
+struct Found {
+  std::optional<int> as_minimum;
+  std::optional<int> as_maximum;
+};
+
+// For every bound from -end to end.
+std::vector<Found> plainly_found(const Axis& axis) {
+  std::vector<Found> all;
+  for (int bound = -axis.end; bound <= axis.end; ++bound) {
+    const int below = axis.at_or_below(bound);
+    const bool topmost = below == axis.count();
+    Found found;
+    if (axis.spans(bound)) {
+      found.as_minimum = topmost ? axis.count() : below + 1;
+      found.as_maximum = topmost ? axis.count() - 1 : below;
+    }
+    all.push_back(found);
+  }
+  return all;
+}
+
+TEST(GridRangesSweep, RowsOfSouthFirstFiles) {
+  const Axis axis{kLatitudeEnd};
+  const std::vector<Found> found = plainly_found(axis);
+  std::size_t cases = 0;
+  for (int low = -axis.end; low <= axis.end; ++low) {
+    const Found& minimum = found[static_cast<std::size_t>(low + axis.end)];
+    const int FirstRow = low <= axis.first() ? 1 : minimum.as_minimum.value_or(0);
+    for (int high = low; high <= axis.end; ++high, ++cases) {
+      const Found& maximum = found[static_cast<std::size_t>(high + axis.end)];
+      const int LastRow = high >= axis.last() ? 360 : maximum.as_maximum.value_or(0);
+      const RowRange rows = find_rows({.maxLat = degrees(high), .minLat = degrees(low)},
+                                      RowOrder::kSouthFirst);
+      ASSERT_EQ(rows.FirstRow, FirstRow) << degrees(low) << " " << degrees(high);
+      ASSERT_EQ(rows.LastRow, LastRow) << degrees(low) << " " << degrees(high);
+    }
+  }
+  record_cases(cases);
+}
+
+// Rows are counted from the north: as many rows lie above a bound as centres do.
+TEST(GridRangesSweep, RowsOfNorthFirstFiles) {
+  const Axis axis{kLatitudeEnd};
+  std::vector<int> above;
+  for (int bound = -axis.end; bound <= axis.end; ++bound) {
+    above.push_back(axis.count() - axis.at_or_below(bound));
+  }
+  const auto between_rows = [](int rows_above) {
+    return 1 <= rows_above && rows_above < 360;
+  };
+  std::size_t cases = 0;
+  for (int low = -axis.end; low <= axis.end; ++low) {
+    const int above_low = above[static_cast<std::size_t>(low + axis.end)];
+    for (int high = low; high <= axis.end; ++high, ++cases) {
+      const int above_high = above[static_cast<std::size_t>(high + axis.end)];
+      int FirstRow = between_rows(above_high) ? above_high : 0;
+      int LastRow = between_rows(above_low) ? above_low + 1 : 0;
+      // Kept on purpose: each pole corrects the other end.
+      FirstRow = low <= axis.first() ? 360 : FirstRow;
+      LastRow = high >= axis.last() ? 1 : LastRow;
+      const RowRange rows = find_rows({.maxLat = degrees(high), .minLat = degrees(low)},
+                                      RowOrder::kNorthFirst);
+      ASSERT_EQ(rows.FirstRow, FirstRow) << degrees(low) << " " << degrees(high);
+      ASSERT_EQ(rows.LastRow, LastRow) << degrees(low) << " " << degrees(high);
+    }
+  }
+  record_cases(cases);
+}
+
+GridRanges plain_columns(const Axis& axis, const std::vector<Found>& found, int low,
+                         int high, const GridRanges& previous) {
+  const Found& minimum = found[static_cast<std::size_t>(low + axis.end)];
+  const Found& maximum = found[static_cast<std::size_t>(high + axis.end)];
+  GridRanges ranges;
+  ranges.CrossesDateLine = previous.CrossesDateLine || low > high;
+  ranges.LastCol = maximum.as_maximum.value_or(previous.LastCol);
+  if (ranges.CrossesDateLine) {
+    ranges.FirstCol = 1;
+    ranges.EastFirstCol = minimum.as_minimum.value_or(0);
+    ranges.EastLastCol = 720;
+    return ranges;
+  }
+  ranges.FirstCol = minimum.as_minimum.value_or(previous.FirstCol);
+  ranges.FirstCol = low <= axis.first() ? 1 : ranges.FirstCol;
+  ranges.LastCol = high >= axis.last() ? 720 : ranges.LastCol;
+  return ranges;
+}
+
+// A search in which no bound finds a column, and one across the meridian.
+const std::vector<GridRanges> kPrevious{
+    {}, {.FirstCol = 77, .LastCol = 88}, {.LastCol = 20, .CrossesDateLine = true}};
+
+// All pairs of longitudes whose west bound leaves the remainder `part` when divided by
+// the number of parts: one test would take too long.
+class GridColumnsSweep : public ::testing::TestWithParam<int> {};
+
+constexpr int kParts = 16;
+
+TEST_P(GridColumnsSweep, AllPairsOfLongitudes) {
+  const Axis axis{kLongitudeEnd};
+  const std::vector<Found> found = plainly_found(axis);
+  std::size_t cases = 0;
+  for (int low = -axis.end + GetParam(); low <= axis.end; low += kParts) {
+    // With steps, the first one moves on from line to line.
+    const int offset = static_cast<int>(cases % kSweepStep);
+    for (int high = -axis.end + offset; high <= axis.end; high += kSweepStep, ++cases) {
+      const GridRanges& previous = kPrevious[cases % kPrevious.size()];
+      const GridRanges expected = plain_columns(axis, found, low, high, previous);
+      const GridRanges got = find_ranges(
+          {.maxLat = 1, .minLat = 0, .maxLon = degrees(high), .minLon = degrees(low)},
+          RowOrder::kSouthFirst, previous);
+      const bool same = got.FirstCol == expected.FirstCol &&
+                        got.LastCol == expected.LastCol &&
+                        got.EastFirstCol == expected.EastFirstCol &&
+                        got.EastLastCol == expected.EastLastCol &&
+                        got.CrossesDateLine == expected.CrossesDateLine;
+      ASSERT_TRUE(same) << degrees(low) << " " << degrees(high) << ", columns "
+                        << got.FirstCol << ".." << got.LastCol << " and "
+                        << got.EastFirstCol << ".." << got.EastLastCol;
+    }
+  }
+  record_cases(cases);
+}
+
+INSTANTIATE_TEST_SUITE_P(Part, GridColumnsSweep, ::testing::Range(0, kParts));
+
+// Counts n - 1 places off after each one that is kept.
+std::vector<std::int32_t> plainly_kept(std::int32_t first, std::int32_t last, int n) {
+  std::vector<std::int32_t> kept;
+  int to_pass = 0;
+  for (std::int32_t place = first; place <= last; ++place) {
+    if (to_pass == 0) {
+      to_pass = n;
+      if (place >= 1) {
+        kept.push_back(place);
+      }
+    }
+    --to_pass;
+  }
+  return kept;
+}
+
+TEST(GridRangesSweep, KeptCells) {
+  std::size_t cases = 0;
+  for (std::int32_t first = 0; first <= 9; ++first) {
+    for (std::int32_t last = 0; last <= 30; ++last) {
+      for (std::int32_t east = 715; east <= 721; ++east) {
+        for (int n = 1; n <= 33; ++n, ++cases) {
+          const GridRanges ranges{.FirstRow = last,
+                                  .LastRow = 3 * first,
+                                  .FirstCol = first,
+                                  .LastCol = last,
+                                  .EastFirstCol = east,
+                                  .EastLastCol = 720,
+                                  .CrossesDateLine = east < 721};
+          const Lattice lattice = kept_cells(ranges, n);
+          std::vector<std::int32_t> columns = plainly_kept(first, last, n);
+          for (const std::int32_t column : plainly_kept(east, 720, n)) {
+            columns.push_back(column);
+          }
+          ASSERT_EQ(lattice.rows, plainly_kept(last, 3 * first, n)) << n;
+          ASSERT_EQ(lattice.columns, columns) << first << " " << last << " " << n;
+        }
+      }
+    }
+  }
+  record_cases(cases);
+}
+
+TEST(GridRangesSweep, EstimatesOfNonEmptyBoxes) {
+  std::size_t cases = 0;
+  for (std::int32_t rows = 1; rows <= 60; ++rows) {
+    for (std::int32_t columns = 1; columns <= 60; ++columns) {
+      for (int n = 1; n <= 62; ++n, ++cases) {
+        std::int64_t kept_rows = 0;
+        for (std::int32_t row = 1; row <= rows; row += n) {
+          ++kept_rows;
+        }
+        std::int64_t kept_columns = 0;
+        for (std::int32_t column = 1; column <= columns; column += n) {
+          ++kept_columns;
+        }
+        ASSERT_EQ(estimate_cells(rows, columns, n), kept_rows * kept_columns)
+            << rows << " " << columns << " " << n;
+      }
+    }
+  }
+  record_cases(cases);
+}
+
+}  // namespace
+}  // namespace veldmark

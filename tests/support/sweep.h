@@ -1,0 +1,57 @@
+// What sweeps over very many inputs share: every text of an alphabet, and the count.
+
+#ifndef VELDMARK_TESTS_SUPPORT_SWEEP_H_
+#define VELDMARK_TESTS_SUPPORT_SWEEP_H_
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace veldmark::testing {
+
+// The longest sweeps take one of so many inputs: all of them, but for a build with
+// address sanitizer, which is several times as slow.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kSweepStep = 16;
+#else
+constexpr int kSweepStep = 1;
+#endif
+
+// Notes how many inputs a test has compared, among its properties ("cases").
+inline void record_cases(std::size_t count) {
+  ::testing::Test::RecordProperty("cases", std::to_string(count));
+}
+
+// Calls `visit` with every text of `length` characters of `alphabet`; gives their
+// number. Stops when the test has failed.
+template <typename Visit>
+std::size_t for_each_text(std::string_view alphabet, std::size_t length, Visit visit) {
+  std::string text(length, alphabet.front());
+  std::string places(length, '\0');  // of the text's characters in the alphabet
+  std::size_t count = 0;
+  for (;;) {
+    visit(static_cast<const std::string&>(text));
+    ++count;
+    if (::testing::Test::HasFatalFailure()) {
+      return count;
+    }
+    std::size_t at = length;
+    for (; at > 0; --at) {
+      const auto next = static_cast<std::size_t>(places[at - 1]) + 1;
+      places[at - 1] = static_cast<char>(next % alphabet.size());
+      text[at - 1] = alphabet[next % alphabet.size()];
+      if (next < alphabet.size()) {
+        break;
+      }
+    }
+    if (at == 0) {
+      return count;
+    }
+  }
+}
+
+}  // namespace veldmark::testing
+
+#endif  // VELDMARK_TESTS_SUPPORT_SWEEP_H_

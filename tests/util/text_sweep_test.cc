@@ -1,0 +1,319 @@
+// Free-form values and the closing-up of blanks against plain definitions, on all short
+// texts.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "support/sweep.h"
+#include "util/free_form.h"
+#include "util/stringclean.h"
+
+namespace veldmark {
+namespace {
+
+using testing::for_each_text;
+using testing::record_cases;
+
+// Goes through the line once: blanks are passed over until the value has begun, and
+// then end it.
+std::string plain_first_value(const std::string& line) {
+  std::string value;
+  for (const char character : line) {
+    if (character == ',' || character == '/') {
+      return value;
+    }
+    if (character != ' ' && character != '\t') {
+      value += character;
+    } else if (!value.empty()) {
+      return value;
+    }
+  }
+  return value;
+}
+
+bool plainly_true(const std::string& value) {
+  for (const char* beginning : {"T", "t", ".T", ".t"}) {
+    if (value.rfind(beginning, 0) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+TEST(TextSweep, FirstValueAndLogical) {
+  std::size_t cases = 0;
+  for (std::size_t length = 0; length <= 6; ++length) {
+    cases += for_each_text(" \t,/.tT1'", length, [](const std::string& line) {
+      const std::string value = plain_first_value(line);
+      ASSERT_EQ(first_value(line), value) << '"' << line << '"';
+      ASSERT_EQ(parse_logical(first_value(line)), plainly_true(value)) << line;
+    });
+  }
+  record_cases(cases);
+}
+
+bool all_digits(std::string_view text) {
+  return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Cuts a real into sign, digits and exponent by looking for the marks between them, and
+// works its value out in 64 digits of two: more than enough for short texts.
+std::optional<float> plain_real(std::string text) {
+  bool negative = false;
+  if (!text.empty() && (text[0] == '+' || text[0] == '-')) {
+    negative = text[0] == '-';
+    text.erase(0, 1);
+  }
+  int exponent = 0;
+  const std::size_t mark = text.find_first_of("EeDd");
+  if (mark != std::string::npos) {
+    std::string power = text.substr(mark + 1);
+    text.erase(mark);
+    const bool minus = !power.empty() && power[0] == '-';
+    if (minus || (!power.empty() && power[0] == '+')) {
+      power.erase(0, 1);
+    }
+    if (power.empty() || !all_digits(power)) {
+      return std::nullopt;
+    }
+    exponent = minus ? -std::stoi(power) : std::stoi(power);
+  }
+  const std::size_t point = text.find('.');
+  if (point != std::string::npos) {
+    text.erase(point, 1);
+    exponent -= static_cast<int>(text.size() - point);
+  }
+  if (text.empty() || !all_digits(text)) {
+    return std::nullopt;
+  }
+  const auto digits = static_cast<long double>(std::stol(text));
+  const long double power = std::pow(10.0L, std::abs(exponent));
+  const long double value = exponent < 0 ? digits / power : digits * power;
+  // Halfway from the largest real to the next that there would be.
+  const bool too_large =
+      digits > 0 && (std::isinf(power) ? exponent > 0 : value >= 0x1.FFFFFFp127L);
+  const float real = too_large ? std::numeric_limits<float>::infinity()
+                               : (digits == 0 ? 0.0F : static_cast<float>(value));
+  return negative ? -real : real;
+}
+
+void expect_plain_real(const std::string& text) {
+  const std::optional<float> got = parse_real(text);
+  const std::optional<float> expected = plain_real(text);
+  ASSERT_EQ(got.has_value(), expected.has_value()) << '"' << text << '"';
+  if (got) {
+    ASSERT_EQ(std::bit_cast<std::uint32_t>(*got),
+              std::bit_cast<std::uint32_t>(*expected))
+        << '"' << text << '"';
+  }
+}
+
+TEST(TextSweep, RealsOfFewCharacters) {
+  std::size_t cases = 0;
+  for (std::size_t length = 0; length <= 6; ++length) {
+    cases += for_each_text("+-.059eDx", length, expect_plain_real);
+  }
+  for (std::size_t length = 0; length <= 4; ++length) {
+    cases += for_each_text("+-.0123456789EedD x,", length, expect_plain_real);
+  }
+  record_cases(cases);
+}
+
+// Every coordinate that two decimals can spell.
+TEST(TextSweep, RealsOfCoordinates) {
+  std::size_t cases = 0;
+  for (int hundredths = 0; hundredths <= 100000; ++hundredths) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%d.%02d", hundredths / 100,
+                  hundredths % 100);
+    for (const char* sign : {"", "+", "-"}) {
+      expect_plain_real(sign + std::string(text.data()));
+      ++cases;
+    }
+    if (HasFatalFailure()) {
+      return;
+    }
+  }
+  record_cases(cases);
+}
+
+// A decimal of few digits: digits * 10^exponent.
+struct Decimal {
+  long long digits;
+  int exponent;
+};
+
+bool reads_back(const Decimal& decimal, float value) {
+  const std::string text =
+      std::to_string(decimal.digits) + "e" + std::to_string(decimal.exponent);
+  return std::strtof(text.c_str(), nullptr) == value;
+}
+
+// The fewest digits that read back to a value above zero, the nearest of them: the
+// nearest decimal of so many digits, or one beside it.
+Decimal plainly_shortest(float value) {
+  for (int places = 0;; ++places) {
+    std::array<char, 40> text{};
+    std::snprintf(text.data(), text.size(), "%.*e", places, double{value});
+    std::string digits(text.data());
+    const std::size_t mark = digits.find('e');
+    const int exponent = std::stoi(digits.substr(mark + 1)) - places;
+    digits.erase(mark);
+    if (places > 0) {
+      digits.erase(1, 1);
+    }
+    const Decimal nearest{std::stoll(digits), exponent};
+    for (const int beside : {0, 1, -1}) {
+      const Decimal decimal{nearest.digits + beside, exponent};
+      if (reads_back(decimal, value)) {
+        return decimal;
+      }
+    }
+  }
+}
+
+std::string with_exponent(const std::string& digits, int exponent) {
+  const int shown = exponent + static_cast<int>(digits.size()) - 1;
+  std::string power = std::to_string(std::abs(shown));
+  if (power.size() < 2) {
+    power.insert(0, "0");
+  }
+  return digits.substr(0, 1) + (digits.size() > 1 ? "." + digits.substr(1) : "") +
+         (shown < 0 ? "e-" : "e+") + power;
+}
+
+std::string without_exponent(float value, std::string digits, int exponent) {
+  if (exponent >= 0) {
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%.0f", double{value});
+    return text.data();
+  }
+  const auto decimals = static_cast<std::size_t>(-exponent);
+  if (digits.size() <= decimals) {
+    digits.insert(0, decimals + 1 - digits.size(), '0');
+  }
+  return digits.insert(digits.size() - decimals, ".");
+}
+
+std::string plain_free_form(float value) {
+  std::string text = "0";
+  if (value != 0) {
+    const float size = std::fabs(value);
+    const Decimal shortest = plainly_shortest(size);
+    const std::string digits = std::to_string(shortest.digits);
+    const std::string plain = without_exponent(size, digits, shortest.exponent);
+    const std::string power = with_exponent(digits, shortest.exponent);
+    text = power.size() < plain.size() ? power : plain;
+  }
+  if (text.find('.') == std::string::npos) {
+    text.insert(std::min(text.find('e'), text.size()), ".0");
+  }
+  text = (std::signbit(value) ? "-" : "") + text;
+  if (text.size() > 15) {
+    return " ***************";
+  }
+  return " " + std::string(15 - text.size(), ' ') + text;
+}
+
+void expect_plain_free_form(float value) {
+  ASSERT_EQ(free_form_real(value), plain_free_form(value))
+      << std::bit_cast<std::uint32_t>(value);
+}
+
+// All powers of two, where a real's neighbours are not equally far, and those beside.
+TEST(TextSweep, FreeFormRealsAroundPowersOfTwo) {
+  std::size_t cases = 0;
+  for (std::uint32_t exponent = 0; exponent < 255; ++exponent) {
+    for (std::uint32_t beside = 0; beside < 40; ++beside) {
+      const std::uint32_t bits = (exponent << 23U) + beside - (exponent > 0 ? 20 : 0);
+      expect_plain_free_form(std::bit_cast<float>(bits));
+      ++cases;
+    }
+    if (HasFatalFailure()) {
+      return;
+    }
+  }
+  record_cases(cases);
+}
+
+// Ratios of variances and probabilities, coordinates, what just fits and just does not,
+// and anything.
+TEST(TextSweep, FreeFormReals) {
+  std::mt19937 random(9);
+  std::size_t cases = 0;
+  for (float size = 1e11F; size < 1e15F; size *= 1.001F, ++cases) {
+    expect_plain_free_form(size);
+    expect_plain_free_form(-size);
+  }
+  for (int i = 0; i < 40000; ++i) {
+    const auto bits = static_cast<std::uint32_t>(random());
+    const auto ratio = static_cast<float>(1 + bits % 100000) /
+                       static_cast<float>(1 + random() % 100000);
+    expect_plain_free_form(ratio);
+    if (std::isfinite(std::bit_cast<float>(bits))) {
+      expect_plain_free_form(std::bit_cast<float>(bits));
+      ++cases;
+    }
+    if (HasFatalFailure()) {
+      return;
+    }
+    ++cases;
+  }
+  for (int quarters = -1000; quarters <= 1000; ++quarters, ++cases) {
+    expect_plain_free_form(static_cast<float>(quarters) / 4.0F);
+  }
+  record_cases(cases);
+}
+
+// The first n characters: what is no blank, and then the last of them over and over.
+std::string plainly_cleaned(const std::string& text, std::size_t n) {
+  const std::string field = text.substr(0, n);
+  std::string kept;
+  for (const char character : field) {
+    if (character != ' ') {
+      kept += character;
+    }
+  }
+  if (kept.empty() || n < 2) {
+    return text;
+  }
+  kept.resize(field.size(), field.back());
+  return kept + text.substr(n);
+}
+
+// All patterns of blanks in up to twelve characters, and every length of the field from
+// none to all of them; letters that differ, and one letter over and over.
+TEST(TextSweep, StringcleanOfAllBlankPatterns) {
+  std::size_t cases = 0;
+  for (std::size_t length = 0; length <= 12; ++length) {
+    for (const bool one_letter : {false, true}) {
+      cases += for_each_text(" x", length, [&](std::string text) {
+        for (std::size_t i = 0; !one_letter && i < length; ++i) {
+          text[i] = text[i] == 'x' ? static_cast<char>('a' + i) : ' ';
+        }
+        for (std::size_t n = 0; n <= length; ++n) {
+          std::string cleaned = text;
+          stringclean(cleaned, static_cast<std::int32_t>(n));
+          ASSERT_EQ(cleaned, plainly_cleaned(text, n)) << '"' << text << "\", " << n;
+        }
+      });
+    }
+  }
+  record_cases(cases);
+}
+
+}  // namespace
+}  // namespace veldmark
