@@ -1,0 +1,24 @@
+// What must hold for every input. A failure ends the process, which is how a fuzzer is
+// told of a find.
+
+#ifndef VELDMARK_TESTS_FUZZ_REQUIRE_H_
+#define VELDMARK_TESTS_FUZZ_REQUIRE_H_
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace veldmark::fuzz {
+
+// Ends the process unless `holds`; `what` says what should have been so, `shown` what
+// it was about.
+inline void require(bool holds, const char* what, std::string_view shown = "") {
+  if (holds) return;
+  std::fprintf(stderr, "NOT SO: %s\n%s\n", what, std::string(shown).c_str());
+  std::abort();
+}
+
+}  // namespace veldmark::fuzz
+
+#endif  // VELDMARK_TESTS_FUZZ_REQUIRE_H_
