@@ -14,12 +14,11 @@ namespace {
 // digits' share of the value, and what it demands of its neighbour. Any other field
 // goes to parse_integer.
 //
-// A pair's entry: the share in the low bits, and
+// A pair's entry: the share in the low 17 bits, and
 constexpr std::uint32_t kNotUsual = 1U << 31U;  // no such pair in a usual field
 // In a first pair: digits must follow. In a second pair: it is not all digits.
 constexpr std::uint32_t kDemandsDigits = 1U << 30U;
 constexpr std::uint32_t kMinus = 1U << 29U;
-constexpr std::uint32_t kShare = (1U << 17U) - 1;
 
 // The characters from blank (32) to 63 hold all that usual fields are made of.
 constexpr unsigned kCharacters = 32;
@@ -75,8 +74,9 @@ constexpr PairTable pair_table(std::uint32_t weight, bool is_first_pair) {
 constexpr PairTable kFirstPair = pair_table(1000, true);
 constexpr PairTable kSecondPair = pair_table(10, false);
 
-// Converts a usual field; false, and nothing done, for any other.
-inline bool convert_usual(const char* field, std::int16_t& value) {
+}  // namespace
+
+bool convert_usual_field(const char* field, std::int16_t& value) {
   const auto c0 = static_cast<unsigned char>(field[0]);
   const auto c1 = static_cast<unsigned char>(field[1]);
   const auto c2 = static_cast<unsigned char>(field[2]);
@@ -92,17 +92,16 @@ inline bool convert_usual(const char* field, std::int16_t& value) {
   if (((first | second) & kNotUsual) != 0 || (first & second & kDemandsDigits) != 0) {
     return false;
   }
-  const std::uint32_t magnitude = ((first + second) & kShare) + last_digit;
+  // The marks lie above the low 16 bits, which are all that is kept.
+  const std::uint32_t magnitude = first + second + last_digit;
   const bool negative = ((first | second) & kMinus) != 0;
   value = static_cast<std::int16_t>(negative ? 0 - magnitude : magnitude);
   return true;
 }
 
-}  // namespace
-
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values) {
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth), ++values) {
-    if (convert_usual(fields.data(), *values)) {
+    if (convert_usual_field(fields.data(), *values)) {
       continue;
     }
     const std::optional<std::int32_t> value =

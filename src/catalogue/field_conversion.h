@@ -24,6 +24,10 @@ bool convert_fields(std::string_view fields, std::int16_t* values);
 // The same, one field at a time, for all processors.
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
 
+// The quick way of that: converts a field of blanks, an optional minus and digits up to
+// the right edge; false, and nothing done, for any other, which needs parse_integer.
+bool convert_usual_field(const char* field, std::int16_t& value);
+
 // Tells whether all of the fields are integers, quickly where they hold the missing
 // code. `missing` is as long as `fields` and holds the missing code in every field.
 bool are_integers(std::string_view fields, std::string_view missing);

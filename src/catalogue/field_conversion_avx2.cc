@@ -19,6 +19,7 @@ constexpr std::uint32_t kLastCharacters = both_halves(0b100001000010000);
 constexpr std::uint32_t kOtherCharacters = kAllCharacters & ~kLastCharacters;
 
 constexpr int kThreeFields = 15;
+constexpr char kZero = -1;  // among the places that a shuffle takes from: gives 0
 constexpr std::size_t kThreeValues = 3 * sizeof(std::int16_t);
 
 #define VELDMARK_AVX2 __attribute__((target("avx2")))
@@ -57,11 +58,12 @@ VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* v
   }
 
   // The last four characters of each field side by side, in 32 bits, and the first
-  // character alone; -1 gives 0.
-  const __m256i last_four = in_both_halves(
-      _mm_setr_epi8(1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14, -1, -1, -1, -1));
-  const __m256i first_one = in_both_halves(
-      _mm_setr_epi8(0, -1, -1, -1, 5, -1, -1, -1, 10, -1, -1, -1, -1, -1, -1, -1));
+  // character alone.
+  const __m256i last_four = in_both_halves(_mm_setr_epi8(
+      1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14, kZero, kZero, kZero, kZero));
+  const __m256i first_one =
+      in_both_halves(_mm_setr_epi8(0, kZero, kZero, kZero, 5, kZero, kZero, kZero, 10,
+                                   kZero, kZero, kZero, kZero, kZero, kZero, kZero));
 
   const __m256i digits = _mm256_and_si256(digit, is_digit);
   const __m256i tens = _mm256_set1_epi16(10 | 1 << 8);
@@ -81,8 +83,9 @@ VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* v
       _mm256_sub_epi32(_mm256_xor_si256(magnitude, negative), negative);
 
   // The low 16 bits of the three values of each half.
-  const __m256i low_halves = in_both_halves(
-      _mm_setr_epi8(0, 1, 4, 5, 8, 9, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+  const __m256i low_halves =
+      in_both_halves(_mm_setr_epi8(0, 1, 4, 5, 8, 9, kZero, kZero, kZero, kZero, kZero,
+                                   kZero, kZero, kZero, kZero, kZero));
   const __m256i packed = _mm256_shuffle_epi8(value, low_halves);
   const std::int64_t first_three = _mm256_extract_epi64(packed, 0);
   const std::int64_t last_three = _mm256_extract_epi64(packed, 2);

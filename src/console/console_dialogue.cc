@@ -102,7 +102,8 @@ std::string ConsoleDialogue::read_line(const char* end_message) {
       line += character;
     }
   }
-  if (input_.bad()) {
+  // A standard input that was closed before the run has come to its end.
+  if (input_.bad() && errno != EBADF) {
     throw cannot_read("standard input", errno, Channel::kConsole);
   }
   if (!any) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/field_conversion_avx2.h"
 #include "util/fixed_field.h"
 
 namespace veldmark {
@@ -94,6 +95,44 @@ TEST(ConvertFields, AgreesWithTheDefinitionWhereOneByteIsAnything) {
   }
 }
 
+// Blanks, an optional minus and digits up to the right edge.
+bool is_usual(const std::string& field) {
+  std::size_t begin = field.find_first_not_of(' ');
+  if (begin == std::string::npos) return false;
+  if (field[begin] == '-') ++begin;
+  return begin < field.size() &&
+         field.find_first_not_of("0123456789", begin) == std::string::npos;
+}
+
+// A usual field that is not taken is read by parse_integer all the same, but slowly.
+TEST(ConvertUsualField, TakesUsualFieldsAndNoOthers) {
+  const std::string alphabet = " +-059x";
+  std::string field(5, ' ');
+  for (std::size_t number = 0; number < 16807; ++number) {
+    std::size_t rest = number;
+    for (char& character : field) {
+      character = alphabet[rest % alphabet.size()];
+      rest /= alphabet.size();
+    }
+    std::int16_t value = 7;
+    ASSERT_EQ(convert_usual_field(field.data(), value), is_usual(field))
+        << '"' << field << '"';
+    ASSERT_EQ(value, is_usual(field) ? plainly_converted(field) : 7) << field;
+  }
+}
+
+TEST(ConvertUsualField, TakesAllDigitsAtAllPlaces) {
+  for (std::size_t place = 0; place < 5; ++place) {
+    for (int byte = 0; byte < 256; ++byte) {
+      std::string field = "11111";
+      field[place] = static_cast<char>(byte);
+      std::int16_t value = 7;
+      ASSERT_EQ(convert_usual_field(field.data(), value), is_usual(field))
+          << place << ' ' << byte;
+    }
+  }
+}
+
 // Neighbours must not disturb each other, whatever the number of fields.
 TEST(ConvertFields, AgreesWithTheDefinitionOnRandomRuns) {
   std::mt19937 random(7);
@@ -119,12 +158,87 @@ TEST(ConvertFields, AgreesWithTheDefinitionOnRandomRuns) {
   }
 }
 
+// Blanks, an optional minus and digits up to the right edge: every such field of some
+// digits.
+std::vector<std::string> usual_fields() {
+  std::vector<std::string> fields;
+  for (const std::string digits : {"0", "9", "10", "59", "908", "3471", "0026"}) {
+    for (const std::string sign : {"", "-"}) {
+      const std::string text = sign + digits;
+      fields.push_back(std::string(5 - text.size(), ' ') + text);
+    }
+  }
+  fields.emplace_back("12345");
+  return fields;
+}
+
+// The vectors must not leave usual fields to the slower ways.
+TEST(ConvertUsualFields, TakesUsualFieldsWhateverTheirPlace) {
+  if (!has_avx2()) {
+    GTEST_SKIP() << "this processor has no such vectors";
+  }
+  const std::vector<std::string> usual = usual_fields();
+  for (std::size_t count = 0; count <= 40; ++count) {
+    for (std::size_t first = 0; first < usual.size(); ++first) {
+      std::string fields;
+      std::vector<std::int16_t> expected;
+      for (std::size_t i = 0; i < count; ++i) {
+        const std::string& field = usual[(first + i) % usual.size()];
+        fields += field;
+        expected.push_back(plainly_converted(field).value());
+      }
+      std::vector<std::int16_t> values(count);
+      const std::size_t converted = convert_usual_fields(fields, values.data());
+      ASSERT_EQ(converted, count < kFieldsAtATime ? 0 : count);
+      if (converted > 0) {
+        ASSERT_EQ(values, expected);
+      }
+    }
+  }
+}
+
+TEST(ConvertUsualFields, StopsBeforeSixWithAnUnusualOne) {
+  if (!has_avx2()) {
+    GTEST_SKIP() << "this processor has no such vectors";
+  }
+  const std::string six = "    1    2    3    4    5    6";
+  for (std::size_t place = 0; place < 6; ++place) {
+    for (const std::string unusual :
+         {"     ", " 1  2", "   +1", "-   2", "   x1", "12-34"}) {
+      std::string fields = six + six;
+      fields.replace((6 + place) * 5, 5, unusual);
+      std::array<std::int16_t, 12> values{};
+      EXPECT_EQ(convert_usual_fields(fields, values.data()), 6U) << place << unusual;
+      EXPECT_EQ(values[5], 6);
+      EXPECT_EQ(values[6], 0) << "converted although it is unusual";
+    }
+  }
+}
+
+TEST(ConvertUsualFields, KnowsDigitsFromAllOtherBytes) {
+  if (!has_avx2()) {
+    GTEST_SKIP() << "this processor has no such vectors";
+  }
+  for (std::size_t place = 0; place < 30; ++place) {
+    for (int byte = 0; byte < 256; ++byte) {
+      std::string fields(30, '1');
+      fields[place] = static_cast<char>(byte);
+      const bool usual = ('0' <= byte && byte <= '9') ||
+                         (place % 5 == 0 && (byte == ' ' || byte == '-'));
+      std::array<std::int16_t, 6> values{};
+      ASSERT_EQ(convert_usual_fields(fields, values.data()), usual ? 6U : 0U)
+          << place << ' ' << byte;
+    }
+  }
+}
+
 TEST(AreIntegers, LooksAtWhatIsNotTheMissingCode) {
   const std::string missing = " -999 -999 -999";
   EXPECT_TRUE(are_integers(missing, missing));
   EXPECT_TRUE(are_integers(" -999   12 -999", missing));
   EXPECT_TRUE(are_integers("     1 2 3    0", missing));
   EXPECT_FALSE(are_integers(" -999 -9x9 -999", missing));
+  EXPECT_FALSE(are_integers("x   1   12 -999", missing));
   EXPECT_FALSE(are_integers(" -999 -999 -99\n", missing));
   EXPECT_TRUE(are_integers("", ""));
 }

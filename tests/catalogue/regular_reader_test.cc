@@ -162,6 +162,96 @@ TEST(RegularReader, DeclinesAFileThatIsTooShort) {
   EXPECT_EQ(read_fast(request), std::nullopt);
 }
 
+// A file of `size` bytes whose first lines are regular, as far as they go.
+void write_sized(const std::string& text, std::size_t size) {
+  std::string sized = text.substr(0, size);
+  sized.resize(size, ' ');
+  write_file("grid", sized);
+}
+
+TEST(RegularReader, GoesByTheSizeOfTheFile) {
+  const TemporaryFolder folder;
+  const BlockRequest request = request_of(1901, 1901, -40, -30, 0, 20);
+  for (const bool crlf : {false, true}) {
+    GridText grid = regular_grid();
+    if (crlf) grid.end_lines_with_crlf();
+    const std::string text = grid.text();
+    const std::size_t line_size = crlf ? 3602 : 3601;
+    const std::size_t end_size = crlf ? 2 : 1;
+    const std::size_t year_size = 4320 * line_size;
+    const auto taken = [&](std::size_t size) {
+      write_sized(text, size);
+      return read_fast(request).has_value();
+    };
+    EXPECT_TRUE(taken(year_size));
+    EXPECT_TRUE(taken(year_size - end_size));
+    EXPECT_TRUE(taken(year_size + line_size));
+    EXPECT_TRUE(taken(year_size + line_size - end_size));
+    EXPECT_FALSE(taken(year_size + 1));
+    EXPECT_FALSE(taken(year_size + end_size + 1));
+    EXPECT_FALSE(taken(year_size - end_size - 1));
+    EXPECT_FALSE(taken(year_size + line_size - end_size - 1));
+    EXPECT_FALSE(taken(year_size - line_size));
+    EXPECT_FALSE(taken(year_size - line_size - end_size));
+    EXPECT_FALSE(taken(3600));
+    EXPECT_FALSE(taken(line_size));
+    EXPECT_FALSE(taken(0));
+  }
+}
+
+TEST(RegularReader, NeedsTheLinesOfAllYearsUpToTheLast) {
+  const TemporaryFolder folder;
+  write_sized(regular_grid().text(), std::size_t{4320} * 3601);
+  EXPECT_TRUE(read_fast(request_of(1901, 1901, -40, -30, 0, 20)).has_value());
+  EXPECT_FALSE(read_fast(request_of(1901, 1902, -40, -30, 0, 20)).has_value());
+  EXPECT_FALSE(read_fast(request_of(1902, 1902, -40, -30, 0, 20)).has_value());
+}
+
+// The first row of the first month has no line before it, and the last one of the file
+// may have no line end.
+TEST(RegularReader, DeclinesBrokenFramesAtTheEndsOfTheFile) {
+  const TemporaryFolder folder;
+  const std::string text = regular_grid().text();
+  const BlockRequest all = request_of(1901, 1902, -90, 90, 0, 20);
+  const auto declined_with = [&](std::size_t place, char byte) {
+    std::string broken = text;
+    broken[place] = byte;
+    write_file("grid", broken);
+    return read_fast(all) == std::nullopt;
+  };
+  EXPECT_FALSE(declined_with(0, ' '));
+  EXPECT_TRUE(declined_with(0, '\n'));
+  EXPECT_TRUE(declined_with(text.size() - 1, ' '));
+  EXPECT_TRUE(declined_with(text.size() - 3602, ' '));
+  EXPECT_TRUE(declined_with(text.size() - 2, '\n'));
+}
+
+TEST(RegularReader, DeclinesBrokenFramesWhereNoRowIsWanted) {
+  const TemporaryFolder folder;
+  const BlockRequest nothing = request_of(1902, 1902, -20, -20, 0, 20);
+  ASSERT_GT(nothing.ranges.FirstRow, nothing.ranges.LastRow);
+  std::string text = regular_grid().text();
+  write_file("grid", text);
+  EXPECT_NE(read_fast(nothing), std::nullopt);
+  text[GridText::line_index(1902, 12, 1) * 3601 + 100] = '\n';
+  write_file("grid", text);
+  EXPECT_EQ(read_fast(nothing), std::nullopt);
+}
+
+TEST(RegularReader, DeclinesCarriageReturnsThatLackTheirLineFeed) {
+  const TemporaryFolder folder;
+  GridText grid = regular_grid();
+  grid.end_lines_with_crlf();
+  const std::string text = grid.text();
+  const BlockRequest request = request_of(1901, 1901, -40, -30, 0, 20);
+  for (const std::size_t character : {3600U, 3601U}) {
+    std::string broken = text;
+    broken[GridText::line_index(1901, 5, 110) * 3602 + character] = ' ';
+    write_file("grid", broken);
+    EXPECT_EQ(read_fast(request), std::nullopt) << character;
+  }
+}
+
 TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();

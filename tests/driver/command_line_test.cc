@@ -36,17 +36,31 @@ void expect_refused(const std::string& arguments, const std::string& named) {
             "veldmark: unexpected argument '" + named + "'\n" + kUsage);
 }
 
+const std::string kHelp = R"(
+Cuts monthly climate series out of condensed CRU TS 4.01 grid files. Without arguments
+it asks for a variable, a region and a span of years. Start it in the folder that holds
+the grid files:
+
+  cru_ts4.01.1901.2016.VAR.dat.new
+                    VAR is one of pre tmp dtr tmn tmx vap pet cld frs wet
+  scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new
+                    the drought index
+
+The extract is written beside the grid file: its name and .TSF (the series), .XY (the
+cells) and .ftst (the variance report, where it is asked for).
+
+  --help     show this text
+  --version  show the version
+
+Exit status: 0 when the session was ended by an answer or by a fault in the grid file
+that the screen tells of, 2 for a wrong command line, 255 after a run-time error.
+)";
+
 TEST(ProgramArguments, HelpSaysWhatTheProgramDoesAndNeeds) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_with("--help"), 0);
   EXPECT_EQ(file_content("errors"), "");
-  const std::string help = file_content("screen");
-  EXPECT_TRUE(help.starts_with(kUsage + "\nCuts monthly climate series"));
-  for (const char* item : {"cru_ts4.01.1901.2016.VAR.dat.new\n",
-                           "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new\n", ".TSF", ".XY",
-                           ".ftst", "--version", "Exit status: 0 "}) {
-    EXPECT_NE(help.find(item), std::string::npos) << item;
-  }
+  EXPECT_EQ(file_content("screen"), kUsage + kHelp);
 }
 
 TEST(ProgramArguments, HelpLinesFitATerminal) {

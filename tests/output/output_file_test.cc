@@ -1,6 +1,10 @@
 #include "output/output_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -49,6 +53,7 @@ TEST(OutputFile, ReplacesAnExistingFileWhenItIsOpened) {
 }
 
 const std::string kLargeContent(3 << 20, 'o');
+constexpr uid_t kSomebodyElse = 65534;
 
 TEST(OutputFile, ReplacesALargeFileAndKeepsItsPermissions) {
   const TemporaryFolder folder;
@@ -58,6 +63,69 @@ TEST(OutputFile, ReplacesALargeFileAndKeepsItsPermissions) {
   EXPECT_EQ(file_content("out"), "");
   EXPECT_EQ(std::filesystem::status("out").permissions(),
             std::filesystem::perms::owner_all);
+}
+
+// Is the file that `descriptor` shows still in a folder?
+bool has_a_name(const FileDescriptor& descriptor) {
+  struct stat status {};
+  EXPECT_EQ(::fstat(descriptor.get(), &status), 0);
+  return status.st_nlink > 0;
+}
+
+TEST(OutputFile, RemovesFilesOfAMegabyteAndEmptiesSmallerOnes) {
+  const TemporaryFolder folder;
+  constexpr std::size_t kMegabyte = 1024 * 1024;
+  write_file("large", std::string(kMegabyte, 'o'));
+  write_file("small", std::string(kMegabyte - 1, 'o'));
+  const FileDescriptor large("large", O_RDONLY);
+  const FileDescriptor small("small", O_RDONLY);
+  const OutputFile new_large("large", Channel::kTimeSeries);
+  const OutputFile new_small("small", Channel::kTimeSeries);
+  EXPECT_FALSE(has_a_name(large));
+  EXPECT_TRUE(has_a_name(small));
+  EXPECT_EQ(file_content("large"), "");
+  EXPECT_EQ(file_content("small"), "");
+}
+
+TEST(OutputFile, DoesNotRemoveALargeFileOfSomebodyElse) {
+  if (::geteuid() != 0) {
+    GTEST_SKIP() << "only root can give files away";
+  }
+  const TemporaryFolder folder;
+  write_file("out", kLargeContent);
+  ASSERT_EQ(::chown("out", kSomebodyElse, kSomebodyElse), 0);
+  const FileDescriptor before("out", O_RDONLY);
+  const OutputFile file("out", Channel::kTimeSeries);
+  EXPECT_TRUE(has_a_name(before));
+  EXPECT_EQ(file_content("out"), "");
+}
+
+// Is `holds` true for a user whom files are protected from?
+bool holds_for_an_ordinary_user(const std::function<bool()>& holds) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool ordinary = ::geteuid() != 0 || ::setuid(kSomebodyElse) == 0;
+    ::_exit(ordinary && holds() ? 0 : 1);
+  }
+  int status = -1;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  return status == 0;
+}
+
+TEST(OutputFile, LeavesALargeProtectedFileAlone) {
+  const TemporaryFolder folder;
+  write_file("out", kLargeContent);
+  std::filesystem::permissions("out", std::filesystem::perms::owner_read);
+  std::filesystem::permissions(".", std::filesystem::perms::all);
+  if (::geteuid() == 0) {
+    ASSERT_EQ(::chown("out", kSomebodyElse, kSomebodyElse), 0);
+  }
+  EXPECT_TRUE(holds_for_an_ordinary_user([] {
+    const auto create = [] { const OutputFile file("out", Channel::kTimeSeries); };
+    return report_of(create) ==
+           "Run-time error:\nCannot open file: out\n? OPEN(UNIT=14,...\n";
+  }));
+  EXPECT_EQ(file_content("out"), kLargeContent);
 }
 
 TEST(OutputFile, WritesThroughLinksToLargeFiles) {

@@ -38,6 +38,8 @@ void expect_columns(const GridRanges& ranges, std::int32_t FirstCol,
   EXPECT_FALSE(ranges.CrossesDateLine);
   EXPECT_EQ(ranges.FirstCol, FirstCol);
   EXPECT_EQ(ranges.LastCol, LastCol);
+  EXPECT_EQ(ranges.EastFirstCol, 0);
+  EXPECT_EQ(ranges.EastLastCol, 0);
   EXPECT_EQ(ranges.ColCount(), LastCol - FirstCol + 1);
   EXPECT_EQ(ranges.CellCount(), CellCount);
 }

@@ -1,11 +1,14 @@
 #include "util/part_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <iterator>
 #include <string>
 
 #include "scratch_folder.h"
@@ -135,6 +138,78 @@ TEST(PartFile, AWriteDisturbedByASignalIsRepeated) {
   file.write("text");
   file.complete();
   EXPECT_EQ(folder.get("grid"), "text");
+}
+
+// How many files this process has open.
+std::ptrdiff_t open_files() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+TEST(PartFile, LeavesNoFileOpenHoweverItEnds) {
+  const ScratchFolder folder;
+  const std::ptrdiff_t before = open_files();
+  { PartFile(folder.file("grid")).write("half"); }
+  EXPECT_EQ(open_files(), before);
+  PartFile file(folder.file("grid"));
+  EXPECT_EQ(open_files(), before + 1);
+  file.complete();
+  EXPECT_EQ(open_files(), before);
+}
+
+TEST(PartFile, ClosesJustOnce) {
+  const ScratchFolder folder;
+  static int closed = 0;
+  FileCalls calls = system_file_calls();
+  calls.close = [](int descriptor) {
+    ++closed;
+    ::close(descriptor);
+    errno = EIO;
+    return -1;
+  };
+  const auto complete = [&] { PartFile(folder.file("grid"), calls).complete(); };
+  EXPECT_THROW(complete(), Failure);
+  EXPECT_EQ(closed, 1);
+}
+
+TEST(PartFile, ACloseDisturbedByASignalIsDone) {
+  const ScratchFolder folder;
+  FileCalls calls = system_file_calls();
+  calls.close = [](int descriptor) {
+    ::close(descriptor);
+    errno = EINTR;
+    return -1;
+  };
+  PartFile file(folder.file("grid"), calls);
+  file.write("text");
+  file.complete();
+  EXPECT_EQ(folder.get("grid"), "text");
+}
+
+TEST(PartFile, MayBeReadAndWrittenByAllWhomTheMaskAllows) {
+  const ScratchFolder folder;
+  const mode_t before = ::umask(0);
+  PartFile(folder.file("open to all")).complete();
+  ::umask(027);
+  PartFile(folder.file("masked")).complete();
+  ::umask(before);
+  const auto mode_of = [&](const char* name) {
+    return static_cast<unsigned>(
+        std::filesystem::status(folder.file(name)).permissions());
+  };
+  EXPECT_EQ(mode_of("open to all"), 0666U);
+  EXPECT_EQ(mode_of("masked"), 0640U);
+}
+
+TEST(PartFile, IsNotHandedToCommands) {
+  const ScratchFolder folder;
+  static int flags = 0;
+  FileCalls calls = system_file_calls();
+  calls.write = [](int descriptor, const void* text, std::size_t size) {
+    flags = ::fcntl(descriptor, F_GETFD);
+    return ::write(descriptor, text, size);
+  };
+  PartFile(folder.file("grid"), calls).write("text");
+  EXPECT_NE(flags & FD_CLOEXEC, 0);
 }
 
 TEST(PartFile, AFailedCloseIsAnErrorAndLeavesNothing) {

@@ -1,0 +1,307 @@
+#!/usr/bin/env python3
+"""Changes the program in one place at a time and sees whether the tests notice.
+
+    mutate.py                       all mutants of src/
+    mutate.py --only PATTERN        those whose name holds PATTERN (repeatable)
+    mutate.py --sample N --seed S   N of them, drawn at random
+    mutate.py --results FILE        keeps results there and goes on where it stopped
+    mutate.py --again survivors     tries again what survived (or `all`)
+    mutate.py --workshop FOLDER     keeps the copy that is built there, for the next run
+    mutate.py --results FILE --report   tries nothing, and tells what was tried so far
+    mutate.py --list                only names the mutants
+    mutate.py --self-test           checks the finding of mutants
+
+A mutant is killed when a test fails, crashes or takes ten times as long as usual.  The
+list `survivors` beside this file names the mutants that no test can notice, and why.
+The exit status is 1 when one survives that is not listed, when one that is listed was
+killed or is gone, or when more than 2 % survive.  README.md says more.
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import os
+import queue
+import random
+import shutil
+import signal
+import sys
+import tempfile
+import time
+import zlib
+from typing import Dict, List, Optional, Sequence, TextIO, Tuple
+
+import self_test
+from places import Mutant, find_mutants
+from survivor_list import Survivor, matching, read_survivors
+from workshop import (
+    ALL_TESTS, KILLED, NO_PROGRAM, SAME_CODE, SURVIVED, TIMED_OUT, Bench, Verdict, Workshop,
+)
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+PROJECT = os.path.dirname(os.path.dirname(HERE))
+MOST_PER_CENT = 2.0
+
+# With the sum of the file that the mutant was made of: results of other text don't count.
+Results = Dict[Tuple[str, str], Verdict]
+
+
+def sources(project: str) -> List[str]:
+    """The program's C++ files, as paths from the project's root."""
+    found: List[str] = []
+    for folder, _, names in os.walk(os.path.join(project, "src")):
+        found += [
+            os.path.relpath(os.path.join(folder, name), project)
+            for name in names
+            if name.endswith((".cc", ".h"))
+        ]
+    return sorted(found)
+
+
+def all_mutants(project: str) -> Tuple[List[Mutant], Dict[str, str]]:
+    """All mutants, and a sum of each file's text."""
+    mutants: List[Mutant] = []
+    sums: Dict[str, str] = {}
+    for file in sources(project):
+        with open(os.path.join(project, file)) as source:
+            text = source.read()
+        sums[file] = "%08x" % zlib.crc32(text.encode())
+        mutants += find_mutants(file, text)
+    return mutants, sums
+
+
+def chosen(mutants: List[Mutant], arguments: argparse.Namespace) -> List[Mutant]:
+    """The mutants that the command line asks for."""
+    if arguments.only:
+        mutants = [m for m in mutants if any(only in m.name for only in arguments.only)]
+    if arguments.sample is not None and arguments.sample < len(mutants):
+        drawn = random.Random(arguments.seed).sample(range(len(mutants)), arguments.sample)
+        mutants = [mutants[i] for i in sorted(drawn)]
+    return mutants
+
+
+# ---------------------------------------------------- results on disk
+
+
+def read_results(path: Optional[str]) -> Results:
+    """The results of earlier runs; the last one of a mutant counts."""
+    results: Results = {}
+    if path and os.path.exists(path):
+        with open(path) as file:
+            for line in file:
+                name, text_sum, result, by, seconds = line.rstrip("\n").split("\t")
+                results[(name, text_sum)] = Verdict(result, by, float(seconds))
+    return results
+
+
+def note(file: Optional[TextIO], mutant: Mutant, text_sum: str, verdict: Verdict) -> None:
+    """Appends a result."""
+    if file:
+        words = (mutant.name, text_sum, verdict.result, verdict.by, "%.2f" % verdict.seconds)
+        file.write("\t".join(words) + "\n")
+        file.flush()
+
+
+# ---------------------------------------------------- a campaign
+
+
+class Campaign:
+    """The trying of many mutants, and what came of it."""
+
+    def __init__(self, sums: Dict[str, str], arguments: argparse.Namespace) -> None:
+        self._sums = sums
+        self._arguments = arguments
+        self.results = read_results(arguments.results)
+        self._file: Optional[TextIO] = None
+
+    def verdict(self, mutant: Mutant) -> Optional[Verdict]:
+        return self.results.get((mutant.name, self._sums[mutant.file]))
+
+    def _is_open(self, mutant: Mutant) -> bool:
+        verdict = self.verdict(mutant)
+        if verdict is None or self._arguments.again == "all":
+            return True
+        if verdict.result != SURVIVED:
+            return False
+        half_tried = verdict.by != ALL_TESTS and not self._arguments.quick
+        return half_tried or self._arguments.again == "survivors"
+
+    def run(self, mutants: List[Mutant]) -> None:
+        """Tries those of the mutants that have no result yet, in a random order: what a
+        campaign that is stopped has tried is a sample."""
+        waiting = [mutant for mutant in mutants if self._is_open(mutant)]
+        if not waiting:
+            return
+        random.Random(self._arguments.seed).shuffle(waiting)
+        waiting.sort(key=lambda mutant: self.verdict(mutant) is None)  # known survivors first
+        folder = self._arguments.workshop or tempfile.mkdtemp(prefix="veldmark-mutants-")
+        try:
+            if self._arguments.results:
+                self._file = open(self._arguments.results, "a")
+            self._run_in(folder, waiting)
+        finally:
+            if not self._arguments.workshop:
+                shutil.rmtree(folder, ignore_errors=True)
+            if self._file:
+                self._file.close()
+
+    def _run_in(self, folder: str, waiting: List[Mutant]) -> None:
+        self._go_through(os.path.join(folder, "plain"), waiting, sanitized=False)
+        if not self._arguments.quick:
+            left = [m for m in waiting if self.results[self._key(m)].result == SURVIVED]
+            self._go_through(os.path.join(folder, "sanitized"), left, sanitized=True)
+
+    def _go_through(self, folder: str, waiting: List[Mutant], sanitized: bool) -> None:
+        """Tries mutants in one kind of build; in the plain one, what survives there with
+        the slower tests too."""
+        if not waiting:
+            return
+        jobs = self._arguments.jobs
+        say("building, with sanitizers" if sanitized else "building")
+        shop = Workshop(PROJECT, folder, jobs, sanitized)
+        benches: "queue.Queue[Bench]" = queue.Queue()
+        first = Bench(shop, 0)
+        first.measure(sorted({mutant.file for mutant in waiting}))
+        benches.put(first)
+        for number in range(1, jobs):
+            benches.put(Bench(shop, number))
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            say("%d mutants to try" % len(waiting))
+            self._try_all(pool, benches, waiting, Bench.try_mutant)
+            if not self._arguments.quick and not sanitized:
+                left = [m for m in waiting if self.results[self._key(m)].result == SURVIVED]
+                say("%d survivors to try with the slower tests" % len(left))
+                self._try_all(pool, benches, left, Bench.try_slow_tests)
+
+    def _key(self, mutant: Mutant) -> Tuple[str, str]:
+        return mutant.name, self._sums[mutant.file]
+
+    def _try_all(self, pool, benches, mutants: List[Mutant], how) -> None:
+        def one(mutant: Mutant) -> Tuple[Mutant, Verdict]:
+            bench = benches.get()
+            try:
+                return mutant, how(bench, mutant)
+            finally:
+                benches.put(bench)
+
+        tries = [pool.submit(one, mutant) for mutant in mutants]
+        for done, future in enumerate(concurrent.futures.as_completed(tries), 1):
+            mutant, verdict = future.result()
+            self.results[self._key(mutant)] = verdict
+            note(self._file, mutant, self._sums[mutant.file], verdict)
+            if verdict.result == SURVIVED:
+                say("%d of %d: survived: %s" % (done, len(mutants), mutant.name))
+
+
+def say(text: str) -> None:
+    """Tells how far the campaign is."""
+    print("%s  %s" % (time.strftime("%H:%M:%S"), text), file=sys.stderr, flush=True)
+
+
+# ---------------------------------------------------- the report
+
+
+def report(
+    mutants: Sequence[Mutant], campaign: Campaign, listed: List[Survivor], complete: bool
+) -> bool:
+    """Prints the figures and what the list lacks; false when something is wrong."""
+    counts: Dict[str, "collections.Counter[str]"] = collections.defaultdict(
+        collections.Counter
+    )
+    unlisted: List[Mutant] = []
+    stale: List[str] = []
+    found = set()
+    for mutant in mutants:
+        verdict = campaign.verdict(mutant)
+        assert verdict is not None
+        for group in (os.path.dirname(mutant.file), mutant.kind, "all"):
+            counts[group][verdict.result] += 1
+            counts[group]["made"] += 1
+        survivor = matching(listed, mutant)
+        if survivor:
+            found.add(survivor)
+        if verdict.result == SURVIVED and not survivor:
+            unlisted.append(mutant)
+        if verdict.result != SURVIVED and survivor:
+            stale.append("%s (%s)" % (survivor.name, verdict.result))
+    if complete:
+        stale += ["%s (no such mutant)" % s.name for s in listed if s not in found]
+
+    print_figures(counts)
+    for mutant in unlisted:
+        print("survives and is not listed: %s\n    | %s" % (mutant.name, mutant.line_text))
+    for name in stale:
+        print("listed for nothing: %s" % name)
+    per_cent = share(counts["all"])
+    print("%.2f %% survive, %.0f %% may" % (per_cent, MOST_PER_CENT))
+    return not unlisted and not stale and per_cent <= MOST_PER_CENT
+
+
+def share(count: "collections.Counter[str]") -> float:
+    """Survivors per hundred of the mutants that are other programs."""
+    tried = count[KILLED] + count[TIMED_OUT] + count[SURVIVED]
+    return 100.0 * count[SURVIVED] / tried if tried else 0.0
+
+
+def print_figures(counts: Dict[str, "collections.Counter[str]"]) -> None:
+    """A line for each folder, each kind of change, and all."""
+    columns = ("made", NO_PROGRAM, SAME_CODE, KILLED, TIMED_OUT, SURVIVED)
+    print("%-16s" % "" + "".join("%12s" % column for column in columns) + "%12s" % "share")
+    folders = sorted(group for group in counts if "/" in group)
+    kinds = sorted(group for group in counts if "/" not in group and group != "all")
+    for group in folders + kinds + ["all"]:
+        numbers = "".join("%12d" % counts[group][column] for column in columns)
+        print("%-16s%s%10.2f %%" % (group, numbers, share(counts[group])))
+
+
+def parsed_arguments() -> argparse.Namespace:
+    """The command line."""
+    parser = argparse.ArgumentParser(description=(__doc__ or "").split("\n")[0])
+    parser.add_argument("--only", action="append", metavar="PATTERN")
+    parser.add_argument("--sample", type=int, metavar="N")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
+    parser.add_argument("--results", metavar="FILE")
+    parser.add_argument("--workshop", metavar="FOLDER")
+    parser.add_argument("--again", choices=("survivors", "all"))
+    parser.add_argument("--quick", action="store_true", help="without the slower tests")
+    parser.add_argument("--report", action="store_true", help="only what was tried so far")
+    parser.add_argument("--list", action="store_true")
+    parser.add_argument("--self-test", action="store_true")
+    return parser.parse_args()
+
+
+def restore_signals() -> None:
+    """Programs that are tested must not inherit ignored signals, as those of a job in
+    the background are."""
+    for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGHUP):
+        if signal.getsignal(number) == signal.SIG_IGN:
+            signal.signal(number, signal.SIG_DFL)
+
+
+def main() -> int:
+    """Runs what the command line asks for; gives the exit status."""
+    arguments = parsed_arguments()
+    restore_signals()
+    if arguments.self_test:
+        return self_test.run()
+    everything, sums = all_mutants(PROJECT)
+    mutants = chosen(everything, arguments)
+    if arguments.list:
+        for mutant in mutants:
+            print(mutant.name)
+        return 0
+    begin = time.monotonic()
+    listed = read_survivors(os.path.join(HERE, "survivors"))
+    campaign = Campaign(sums, arguments)
+    if arguments.report:
+        mutants = [mutant for mutant in mutants if campaign.verdict(mutant)]
+    else:
+        campaign.run(mutants)
+    all_is_well = report(mutants, campaign, listed, complete=len(mutants) == len(everything))
+    print("%.0f seconds" % (time.monotonic() - begin))
+    return 0 if all_is_well else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

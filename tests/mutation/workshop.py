@@ -1,0 +1,621 @@
+"""Builds changed copies of the program and runs the test suite over them.
+
+A `Workshop` is a folder with a copy of the project and its build; the project itself is
+only read.  A `Bench` is a place in it where one mutant at a time is tried.  Of a mutant
+only the changed translation units are compiled again, without optimisation and with the
+standard headers precompiled; everything else is linked as it was built.
+"""
+
+import filecmp
+import json
+import os
+import re
+import shlex
+import shutil
+import signal
+import subprocess
+import time
+from typing import Dict, FrozenSet, List, NamedTuple, Optional, Sequence, Set, Tuple
+
+from places import Mutant
+
+# The libraries that each built program is linked from; the build's own lists of sources
+# tell what is in them.
+_LIBRARIES: Dict[str, Tuple[str, ...]] = {
+    "veldmark": ("veldmark_core", "veldmark_util"),
+    "series_to_grid": ("series_to_grid_core", "veldmark_util"),
+    "tersify": ("tersify_core", "veldmark_util"),
+    "session_tests": ("test_support", "veldmark_core", "veldmark_util"),
+    "unit_tests": ("test_support", "veldmark_core", "veldmark_util"),
+    "program_tests": ("test_support", "veldmark_core", "veldmark_util"),
+    "tools_tests": ("series_to_grid_core", "veldmark_util"),
+    "tersify_tests": ("tersify_core", "test_support", "veldmark_core", "veldmark_util"),
+}
+_PROGRAMS = ("veldmark", "series_to_grid", "tersify")
+# The test programs, in the order in which they are tried, and the programs they run.
+_SUITES: Dict[str, Tuple[str, ...]] = {
+    "session_tests": (),
+    "unit_tests": (),
+    "program_tests": ("veldmark", "series_to_grid"),
+    "tools_tests": ("series_to_grid",),
+    "tersify_tests": ("tersify", "series_to_grid"),
+}
+# Slower tests of the built programs: only for what the others let pass, and only where
+# there are such.
+_SCRIPTS: Dict[str, Tuple[str, ...]] = {
+    "documents": ("tests/documents/documents_test.py", "{programs}"),
+    "frost days": ("tests/second_program/frost_days_of_the_sample.py", "{programs}/veldmark"),
+    "situations": ("tests/faults/situations_test.py", "{programs}"),
+    "failing calls": (
+        "tests/faults/every_call_fails_once.py", "{build}/tests/faults/failing_calls.so",
+        "{programs}", "veldmark", "tersify",
+    ),
+    "random sessions": (
+        "tests/second_program/random_sessions.py", "--program", "{programs}/veldmark",
+        "--count", "150", "--seed", "1",
+    ),
+}
+
+_HELPERS = ("failing_calls",)  # what the scripts need besides the programs
+# The tests in such files take long; they are for the same mutants as the scripts.
+_SLOW_TESTS = "_sweep_test.cc"
+
+_MOST_MEMORY_KB = 4 * 1024 * 1024
+_MOST_FILE_BLOCKS = 2 * 1024 * 1024  # of 512 bytes
+_TIMES_USUAL = 10  # a run that takes longer than this many times the usual has failed
+_SECONDS_MORE = 2.0
+
+KILLED = "killed"
+TIMED_OUT = "timed out"
+SURVIVED = "survived"
+SAME_CODE = "same code"
+NO_PROGRAM = "no program"
+# What a survivor has survived.
+QUICK_TESTS = "quick tests"
+ALL_TESTS = "all tests"
+
+
+class Verdict(NamedTuple):
+    """What became of a mutant, and what showed it."""
+
+    result: str
+    by: str
+    seconds: float
+
+
+class Unit(NamedTuple):
+    """A translation unit of the build."""
+
+    target: str
+    source: str  # absolute
+    built: str  # the object file that the build made
+    arguments: Tuple[str, ...]  # of the compiler, without source, output and warnings
+
+
+class Suite(NamedTuple):
+    """One run of a test program."""
+
+    program: str
+    tests: str  # the framework's filter
+
+
+class Run(NamedTuple):
+    """How a test program ended."""
+
+    ended_well: bool
+    timed_out: bool
+    seconds: float
+    output: str
+
+
+class Workshop:
+    """The copy of the project, its build, and what depends on what."""
+
+    def __init__(self, project: str, folder: str, jobs: int, sanitized: bool) -> None:
+        os.makedirs(folder, exist_ok=True)
+        self.folder = folder
+        self.sanitized = sanitized
+        self.tree = os.path.join(folder, "tree")
+        self.build = os.path.join(folder, "build")
+        self._jobs = jobs
+        self._includes: Dict[str, Tuple[str, ...]] = {}
+        self._closures: Dict[str, FrozenSet[str]] = {}
+        self.usual_seconds: Dict[Suite, float] = {}
+        self._copy(project)
+        self._build_all()
+        self.units = self._read_units()
+        self._precompile()
+
+    # ------------------------------------------------ preparing
+
+    def _copy(self, project: str) -> None:
+        """Copies the project; of an older copy, what is the same stays untouched."""
+        fresh = self.tree + ".fresh"
+        shutil.rmtree(fresh, ignore_errors=True)
+        shutil.copytree(
+            project, fresh, symlinks=True,
+            ignore=shutil.ignore_patterns(".git", "build", "build-*", "__pycache__"),
+        )
+        for folder, _, names in os.walk(fresh):
+            for name in names:
+                path = os.path.join(folder, name)
+                before = os.path.join(self.tree, os.path.relpath(path, fresh))
+                if os.path.isfile(before) and filecmp.cmp(before, path, shallow=False):
+                    shutil.copystat(before, path)
+                else:
+                    os.utime(path)
+        shutil.rmtree(self.tree, ignore_errors=True)
+        os.rename(fresh, self.tree)
+
+    def _build_all(self) -> None:
+        _must_run([
+            "cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja",
+            "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1",
+            "-DVELDMARK_SANITIZE=" + ("ON" if self.sanitized else "OFF"),
+        ])
+        ninja = ["ninja", "-C", self.build]
+        known = subprocess.check_output(ninja + ["-t", "targets", "all"], text=True)
+        wanted = list(_LIBRARIES) + [
+            name for name in _HELPERS if re.search("^%s:" % name, known, re.M)
+        ]
+        _must_run(ninja + ["-j%d" % self._jobs] + wanted)
+
+    def _read_units(self) -> List[Unit]:
+        with open(os.path.join(self.build, "compile_commands.json")) as file:
+            commands = json.load(file)
+        units: List[Unit] = []
+        for command in commands:
+            words = shlex.split(command["command"])
+            built = words[words.index("-o") + 1]
+            target = re.search(r"CMakeFiles/([^/]+)\.dir/", built)
+            assert target is not None
+            source = command["file"]
+            kept = [
+                word for word in words
+                if word not in ("-c", "-o", built, source, "-O1") and not word.startswith("-W")
+            ]
+            units.append(
+                Unit(target.group(1), source, os.path.join(self.build, built),
+                     tuple(kept) + ("-w",))
+            )
+        return units
+
+    def _precompile(self) -> None:
+        """The standard headers, alone and with the tests' framework."""
+        names: Set[str] = set()
+        for top in ("src", "tersify", "tools", "tests"):
+            for folder, _, files in os.walk(os.path.join(self.tree, top)):
+                for file in files:
+                    if file.endswith((".cc", ".h")):
+                        with open(os.path.join(folder, file)) as source:
+                            names.update(
+                                re.findall(r"^#include <([a-z_]+)>$", source.read(), re.M)
+                            )
+        standard = "".join("#include <%s>\n" % name for name in sorted(names))
+        for kind, text in (
+            ("plain", standard),
+            ("tests", standard + "#include <gtest/gtest.h>\n"),
+        ):
+            header = self._precompiled(kind)
+            os.makedirs(os.path.dirname(header), exist_ok=True)
+            with open(header, "w") as file:
+                file.write(text)
+            arguments = [
+                word for word in self.units[0].arguments if not word.startswith(("-I", "-D"))
+            ]
+            _must_run(arguments + ["-O0", "-x", "c++-header", header, "-o", header + ".gch"])
+
+    def _precompiled(self, kind: str) -> str:
+        return os.path.join(self.folder, "precompiled", kind, "standard.h")
+
+    # ------------------------------------------------ what depends on what
+
+    def _included_by(self, path: str) -> Tuple[str, ...]:
+        """The project's files that a file includes, with the source of each header."""
+        if path not in self._includes:
+            with open(path) as file:
+                names = re.findall(r'^#include "([^"]+)"', file.read(), re.M)
+            tops = [os.path.dirname(path)] + [
+                os.path.join(self.tree, top)
+                for top in ("src", "tests", "tests/tersify", "tests/tools", "tools", "")
+            ]
+            found = []
+            for name in names:
+                candidates = [os.path.join(top, name) for top in tops]
+                found += [c for c in candidates if os.path.exists(c)][:1]
+            self._includes[path] = tuple(os.path.normpath(path) for path in found)
+        return self._includes[path]
+
+    def includes(self, path: str, header: str) -> bool:
+        """Does a file include a header, itself or through others?"""
+        return header in self._closure(path, with_sources=False)
+
+    def mentions(self, path: str, word: str) -> bool:
+        """Does a word stand in a file or in what it includes?"""
+        for file in self._closure(path, with_sources=False):
+            with open(file) as source:
+                if re.search(r"\b%s\b" % word, source.read()):
+                    return True
+        return False
+
+    def _closure(self, path: str, with_sources: bool) -> FrozenSet[str]:
+        key = "%s %s" % (path, with_sources)
+        if key not in self._closures:
+            reached: Set[str] = set()
+            waiting = [path]
+            while waiting:
+                file = waiting.pop()
+                if file in reached:
+                    continue
+                reached.add(file)
+                waiting += self._included_by(file)
+                source = re.sub(r"\.h$", ".cc", file)
+                if with_sources and source != file and os.path.exists(source):
+                    waiting.append(source)
+            self._closures[key] = frozenset(reached)
+        return self._closures[key]
+
+    def reaches(self, program: str, path: str) -> bool:
+        """Is a file part of what a program is made of?"""
+        return any(
+            path in self._closure(unit.source, True)
+            for unit in self.units
+            if unit.target == program
+        )
+
+    def _tests_that_reach(self, program: str, path: str) -> List[Unit]:
+        """The translation units of a test program whose tests may notice a change."""
+        by_running = any(self.reaches(name, path) for name in _SUITES[program])
+        return [
+            unit for unit in self.units
+            if unit.target == program
+            and (by_running or path in self._closure(unit.source, True))
+        ]
+
+    def units_of(self, program: str) -> List[Unit]:
+        """The translation units that a program is linked from."""
+        targets = (program,) + _LIBRARIES[program]
+        return [unit for unit in self.units if unit.target in targets]
+
+    def suites_for(self, file: str) -> List[Suite]:
+        """The runs that may show a change of a file: its own test's first.  Tests that
+        the file is no part of are left out, and the slow ones."""
+        path = os.path.join(self.tree, file)
+        own = os.path.splitext(file.replace("src/", "tests/", 1))[0] + "_test.cc"
+        first: List[Suite] = []
+        others: List[Suite] = []
+        for program in _SUITES:
+            names: List[str] = []
+            for unit in self._tests_that_reach(program, path):
+                if unit.source.endswith(_SLOW_TESTS):
+                    continue
+                if os.path.relpath(unit.source, self.tree) == own:
+                    first.append(Suite(program, _filter(_test_names(unit.source))))
+                else:
+                    names += _test_names(unit.source)
+            if names:
+                others.append(Suite(program, _filter(names)))
+        return first + others
+
+    def whole_suite(self, program: str) -> Suite:
+        """All tests of a program but the slow ones."""
+        names: List[str] = []
+        for unit in self.units:
+            if unit.target == program and not unit.source.endswith(_SLOW_TESTS):
+                names += _test_names(unit.source)
+        return Suite(program, _filter(names))
+
+    def usual(self, suite: Suite) -> float:
+        """How long a run takes; for some tests of a program, what all of them take."""
+        whole = self.whole_suite(suite.program)
+        return self.usual_seconds.get(suite, self.usual_seconds[whole])
+
+    def slow_suites_for(self, file: str) -> List[Suite]:
+        """The runs of slow tests that may show a change of a file."""
+        path = os.path.join(self.tree, file)
+        suites: List[Suite] = []
+        for program in _SUITES:
+            names: List[str] = []
+            for unit in self._tests_that_reach(program, path):
+                if unit.source.endswith(_SLOW_TESTS):
+                    names += _test_names(unit.source)
+            if names:
+                suites.append(Suite(program, _filter(names)))
+        return suites
+
+    def compiler_call(self, unit: Unit, source: str, built: str, tree: str) -> List[str]:
+        """The call that compiles a unit's `source`, headers first looked for in `tree`."""
+        kind = "tests" if os.sep + "tests" + os.sep in unit.source else "plain"
+        first = ["-include", self._precompiled(kind)]
+        overlay = ["-I" + os.path.join(tree, "src")] if os.path.isdir(tree) else []
+        command, *rest = unit.arguments
+        return [command] + first + overlay + rest + ["-O0", "-c", source, "-o", built]
+
+
+class Bench:
+    """A folder in which one mutant at a time is built and tried."""
+
+    def __init__(self, shop: Workshop, number: int) -> None:
+        self._shop = shop
+        self._folder = os.path.join(shop.folder, "bench%d" % number)
+        shutil.rmtree(self._folder, ignore_errors=True)
+        self._programs = os.path.join(self._folder, "programs")
+        self._tree = os.path.join(self._folder, "tree")
+        self._tmp = os.path.join(self._folder, "tmp")
+        for folder in (self._programs, self._tree, self._tmp):
+            os.makedirs(folder)
+        # Tests that run built programs must run this bench's.
+        self._own_units: Dict[str, str] = {}
+        self._changed: Dict[str, Optional[str]] = {}
+        for unit in shop.units:
+            if self._runs_programs(unit):
+                built = os.path.join(self._folder, "own-%d.o" % len(self._own_units))
+                self._call(self._compiler_call(unit, unit.source, built), must=True)
+                self._own_units[unit.built] = built
+
+    def _runs_programs(self, unit: Unit) -> bool:
+        """Does a test's source, or what it includes, use the path of a built program?"""
+        for word in unit.arguments:
+            macro = re.match(r"-D(\w+)=", word)
+            for program in _PROGRAMS if macro else ():
+                if os.path.join(self._shop.build, program) in word:
+                    assert macro is not None
+                    if self._shop.mentions(unit.source, macro.group(1)):
+                        return True
+        return False
+
+    # ------------------------------------------------ building
+
+    def _compiler_call(self, unit: Unit, source: str, built: str) -> List[str]:
+        words = self._shop.compiler_call(unit, source, built, self._tree)
+        for program in _PROGRAMS:
+            before = os.path.join(self._shop.build, program)
+            after = os.path.join(self._programs, program)
+            words = [
+                word.replace(before, after) if word.startswith("-D") else word for word in words
+            ]
+        return words
+
+    def _call(self, words: Sequence[str], must: bool = False) -> bool:
+        done = subprocess.run(words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        if must and done.returncode != 0:
+            raise RuntimeError("%s\n%s" % (shlex.join(words), done.stdout.decode()))
+        return done.returncode == 0
+
+    def _is_changed(self, unit: Unit, mutant: Mutant) -> bool:
+        path = os.path.join(self._shop.tree, mutant.file)
+        if path.endswith(".cc"):
+            return os.path.normpath(unit.source) == path
+        return self._shop.includes(unit.source, path)
+
+    def _source_of(self, unit: Unit, mutant: Mutant) -> str:
+        path = os.path.join(self._shop.tree, mutant.file)
+        if os.path.normpath(unit.source) == path:
+            return os.path.join(self._tree, mutant.file)
+        return unit.source
+
+    def _object(self, unit: Unit, mutant: Optional[Mutant]) -> Optional[str]:
+        """The object file of a unit as the mutant has it; nothing if it isn't C++."""
+        if mutant is None or not self._is_changed(unit, mutant):
+            return self._own_units.get(unit.built, unit.built)
+        if unit.built not in self._changed:
+            built = os.path.join(self._folder, "changed-%d.o" % len(self._changed))
+            ok = self._call(self._compiler_call(unit, self._source_of(unit, mutant), built))
+            self._changed[unit.built] = built if ok else None
+        return self._changed[unit.built]
+
+    def _link(self, program: str, mutant: Optional[Mutant]) -> Optional[str]:
+        """Links a program; nothing where one of its units doesn't compile."""
+        place = os.path.join(self._programs, program)
+        objects: List[str] = []
+        for unit in self._shop.units_of(program):
+            built = self._object(unit, mutant)
+            if built is None:
+                return None
+            objects.append(built)
+        compiler = self._shop.units[0].arguments[0]
+        libraries = ["-lgtest", "-lgtest_main", "-lpthread"] if "tests" in program else []
+        if os.path.exists(place):
+            os.remove(place)
+        flags = _linker()
+        if self._shop.sanitized:
+            flags.append("-fsanitize=address,undefined")
+        linked = self._call([compiler] + flags + objects + libraries + ["-o", place])
+        return place if linked else None
+
+    # ------------------------------------------------ running
+
+    def _run(self, words: Sequence[str], most_seconds: float) -> Run:
+        shutil.rmtree(self._tmp, ignore_errors=True)
+        os.makedirs(self._tmp)
+        limits = "ulimit -c 0; ulimit -f %d; " % _MOST_FILE_BLOCKS
+        if not self._shop.sanitized:  # sanitizers lay claim to far more than they use
+            limits += "ulimit -v %d; " % _MOST_MEMORY_KB
+        limits += 'exec "$@"'
+        environment = dict(
+            os.environ, TMPDIR=self._tmp, GTEST_FAIL_FAST="1", PYTHONDONTWRITEBYTECODE="1"
+        )
+        output = os.path.join(self._folder, "output.txt")
+        begin = time.monotonic()
+        timed_out = False
+        with open(output, "wb") as file:
+            process = subprocess.Popen(
+                ["sh", "-c", limits, "sh"] + list(words), cwd=self._tmp, env=environment,
+                stdin=subprocess.DEVNULL, stdout=file, stderr=subprocess.STDOUT,
+                start_new_session=True,
+            )
+            timed_out = not _ends_within(process.pid, most_seconds)
+            _end_group(process.pid)
+            process.wait()
+        with open(output, "rb") as file:
+            shown = file.read(10_000_000).decode("utf-8", "replace")
+        seconds = time.monotonic() - begin
+        return Run(process.returncode == 0 and not timed_out, timed_out, seconds, shown)
+
+    def _most_seconds(self, usual: Optional[float]) -> float:
+        return 600.0 if usual is None else _TIMES_USUAL * usual + _SECONDS_MORE
+
+    def measure(self, files: Sequence[str]) -> None:
+        """Runs every test program, and the own tests of each file by themselves, over
+        the unchanged program: all must pass."""
+        self._changed = {}
+        for program, run_ones in _SUITES.items():
+            for name in run_ones + (program,):
+                if self._link(name, None) is None:
+                    raise RuntimeError("%s can't be linked" % name)
+        suites = [self._shop.whole_suite(program) for program in _SUITES]
+        suites += [self._shop.suites_for(file)[0] for file in files]
+        for suite in dict.fromkeys(suites):
+            run = self._run_suite(suite, None)
+            if not run.ended_well:
+                raise RuntimeError("unchanged, %s fails:\n%s" % (suite, run.output))
+            self._shop.usual_seconds[suite] = run.seconds
+
+    def _run_suite(self, suite: Suite, usual: Optional[float]) -> Run:
+        place = os.path.join(self._programs, suite.program)
+        return self._run(
+            [place, "--gtest_filter=" + suite.tests, "--gtest_color=no"],
+            self._most_seconds(usual),
+        )
+
+    # ------------------------------------------------ trying a mutant
+
+    def try_mutant(self, mutant: Mutant) -> Verdict:
+        """Builds a mutant and runs the suites until one fails."""
+        begin = time.monotonic()
+        result, by = self._try(mutant)
+        return Verdict(result, by, time.monotonic() - begin)
+
+    def _put(self, mutant: Mutant) -> None:
+        """Lays the changed file, alone, where the compiler looks first."""
+        shutil.rmtree(self._tree)
+        with open(os.path.join(self._shop.tree, mutant.file)) as file:
+            text = file.read()
+        place = os.path.join(self._tree, mutant.file)
+        os.makedirs(os.path.dirname(place))
+        with open(place, "w") as file:
+            file.write(mutant.applied_to(text))
+        self._changed = {}
+
+    def _try(self, mutant: Mutant) -> Tuple[str, str]:
+        self._put(mutant)
+        for suite in self._shop.suites_for(mutant.file):
+            for program in _SUITES[suite.program] + (suite.program,):
+                if self._link(program, mutant) is not None:
+                    continue
+                if self._fails_in_tests_only():
+                    return KILLED, suite.program + " can't be compiled"
+                return NO_PROGRAM, ""
+            usual = self._shop.usual(suite)
+            run = self._run_suite(suite, usual)
+            if run.timed_out:
+                return TIMED_OUT, suite.program
+            if not run.ended_well:
+                how = "sanitized " if self._shop.sanitized else ""
+                return KILLED, "%s%s %s" % (how, suite.program, _first_failure(run.output))
+        if not self._shop.sanitized and self._is_same_code(mutant):
+            return SAME_CODE, ""
+        return SURVIVED, ALL_TESTS if self._shop.sanitized else QUICK_TESTS
+
+    def _fails_in_tests_only(self) -> bool:
+        failed = [built for built, changed in self._changed.items() if changed is None]
+        tests = os.path.join(self._shop.build, "tests") + os.sep
+        return bool(failed) and all(built.startswith(tests) for built in failed)
+
+    def _is_same_code(self, mutant: Mutant) -> bool:
+        """Does optimised compiling give the same machine code as without the change?"""
+        for unit in self._shop.units:
+            if not self._is_changed(unit, mutant) or "tests" in unit.target:
+                continue
+            source = os.path.relpath(unit.source, self._shop.tree)
+            codes = []
+            for tree in (self._shop.tree, self._tree):
+                built = os.path.join(self._folder, "code.o")
+                here = os.path.exists(os.path.join(tree, source))
+                top = tree if here else self._shop.tree
+                words = [unit.arguments[0], "-I" + os.path.join(tree, "src")]
+                words += list(unit.arguments[1:]) + ["-O2", "-c", source, "-o", built]
+                done = subprocess.run(words, cwd=top, stderr=subprocess.DEVNULL)
+                if done.returncode != 0:
+                    return False
+                with open(built, "rb") as file:
+                    codes.append(file.read())
+            if codes[0] != codes[1]:
+                return False
+        return True
+
+    def try_slow_tests(self, mutant: Mutant) -> Verdict:
+        """Runs the slower tests over a mutant that the others let pass."""
+        begin = time.monotonic()
+        self._put(mutant)
+        for suite in self._shop.slow_suites_for(mutant.file):
+            self._link(suite.program, mutant)
+            run = self._run_suite(suite, None)
+            if not run.ended_well:
+                by = "%s %s" % (suite.program, _first_failure(run.output))
+                return Verdict(KILLED, by, time.monotonic() - begin)
+        if self._shop.reaches("veldmark", os.path.join(self._shop.tree, mutant.file)):
+            for program in _PROGRAMS:
+                self._link(program, mutant)
+            for name, words in _SCRIPTS.items():
+                call = self._script_call(words)
+                if not all(os.path.exists(word) for word in call if os.path.isabs(word)):
+                    continue
+                run = self._run(call, self._most_seconds(None))
+                if not run.ended_well:
+                    return Verdict(KILLED, name, time.monotonic() - begin)
+        return Verdict(SURVIVED, QUICK_TESTS, time.monotonic() - begin)
+
+    def _script_call(self, words: Sequence[str]) -> List[str]:
+        script, *rest = words
+        arguments = [
+            word.replace("{programs}", self._programs).replace("{build}", self._shop.build)
+            for word in rest
+        ]
+        return ["python3", os.path.join(self._shop.tree, script)] + arguments
+
+
+def _test_names(source: str) -> List[str]:
+    """The names of the groups of tests in a file."""
+    with open(source) as file:
+        names = re.findall(r"^(?:TYPED_)?TEST(?:_[FP])?\(\s*(\w+),", file.read(), re.M)
+    return sorted(set(names))
+
+
+def _filter(names: List[str]) -> str:
+    return ":".join("%s.*:*/%s.*" % (name, name) for name in names)
+
+
+def _must_run(words: Sequence[str]) -> None:
+    done = subprocess.run(words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    if done.returncode != 0:
+        raise RuntimeError("%s\n%s" % (shlex.join(words), done.stdout.decode()))
+
+
+def _ends_within(process: int, most_seconds: float) -> bool:
+    """Waits for the end of a child, but leaves its exit status to be fetched."""
+    begin = time.monotonic()
+    options = os.WEXITED | os.WNOWAIT | os.WNOHANG
+    while os.waitid(os.P_PID, process, options) is None:
+        if time.monotonic() - begin > most_seconds:
+            return False
+        time.sleep(0.005)
+    return True
+
+
+def _end_group(leader: int) -> None:
+    """Ends what a test program may have left running: its process group.  The leader's
+    exit status is not fetched yet, so that the number is still its own."""
+    os.killpg(leader, signal.SIGKILL)
+
+
+def _linker() -> List[str]:
+    for name in ("lld", "gold"):
+        if shutil.which("ld." + name):
+            return ["-fuse-ld=" + name]
+    return []
+
+
+def _first_failure(output: str) -> str:
+    match = re.search(r"^\[  FAILED  \] ([\w./]+)", output, re.M)
+    return match.group(1) if match else "ended badly"
