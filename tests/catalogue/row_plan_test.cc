@@ -44,6 +44,12 @@ TEST(PlanRow, OfNoFieldsIsEmpty) {
   EXPECT_EQ(plan.blank_fields, 0U);
 }
 
+TEST(PlanRow, TakesASecondPieceOfOneField) {
+  const RowFormat format{.first = {1, 1, 2}, .second = {720, 720, 1}};
+  EXPECT_EQ(plan_row(format, Columns{1, 720}).runs,
+            (Runs{{1, 1, true}, {2, 1, false}, {720, 1, true}}));
+}
+
 TEST(PlanRow, KeepsPiecesApartThatAreApartOnTheLine) {
   const RowFormat format{.first = {1, 1, 2}, .second = {719, 719, 2}};
   EXPECT_EQ(plan_row(format, Columns{1, 2, 719, 720}).runs,

@@ -71,6 +71,35 @@ TEST(ConsoleDialogue, RunsCommandsAfterWhatWasWritten) {
   EXPECT_EQ(console.commands(), std::vector<std::string>{"before\n$ clear"});
 }
 
+// Holds what is written until it is flushed, and counts the flushes.
+class CountingBuffer : public std::stringbuf {
+ public:
+  [[nodiscard]] int flushes() const { return flushes_; }
+
+ protected:
+  int sync() override {
+    ++flushes_;
+    return 0;
+  }
+
+ private:
+  int flushes_ = 0;
+};
+
+TEST(ConsoleDialogue, FlushesBeforeACommand) {
+  std::istringstream input;
+  CountingBuffer buffer;
+  std::ostream output(&buffer);
+  int flushes_before_command = -1;
+  ConsoleDialogue console(input, output, [&](const std::string& /*command*/) {
+    flushes_before_command = buffer.flushes();
+  });
+  console.write_line(0, "first");
+  EXPECT_EQ(buffer.flushes(), 0);
+  console.run_shell_command("clear");
+  EXPECT_EQ(flushes_before_command, 1);
+}
+
 TEST(ConsoleDialogue, ReadsIntegersFromTheFirstCharacters) {
   TestConsole console("123\n 4\n\n-56\n1x\n");
   EXPECT_EQ(console.dialogue().read_fixed_integer(2), 12);

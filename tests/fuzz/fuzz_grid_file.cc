@@ -73,6 +73,11 @@ Outcome outcome_of_reading(const GridRanges& ranges, Read read) {
 
 // --- Regular files of full size
 
+// How many years a file has, up to the last one that the search wants.
+int years_of_file(const BlockRequest& request) {
+  return request.years.LYOD - kFirstDataYear + 1;
+}
+
 // Does the regular reader promise to look at this line? At all wanted lines, and at the
 // first line of every other month up to the last wanted one.
 bool is_looked_at(std::int64_t line, const BlockRequest& request) {
@@ -117,8 +122,7 @@ char character_of(FuzzInput& input) {
 // that comes or goes makes another file of it unseen, which is documented; only other
 // characters go there.
 void edit_character(FuzzInput& input, const BlockRequest& request, RegularFile& file) {
-  const std::int64_t month =
-      input.between(0, 12 * (request.years.LYOD - kFirstDataYear + 1) - 1);
+  const std::int64_t month = input.between(0, 12 * years_of_file(request) - 1);
   const std::uint8_t row_kind = input.byte();
   const std::int64_t row = row_kind % 4 == 3
                                ? input.between(1, kGridRows)
@@ -176,7 +180,7 @@ constexpr std::int64_t kMostFullRows = 8;
 std::vector<std::string> lines_of_file(const BlockRequest& request, bool crlf) {
   const std::string line_end = crlf ? "\r\n" : "\n";
   std::vector<std::string> lines;
-  for (std::int64_t number = 0; number < request.years.YearCount() * kLinesPerYear;
+  for (std::int64_t number = 0; number < years_of_file(request) * kLinesPerYear;
        ++number) {
     const std::int64_t row = number % kGridRows + 1;
     const std::int64_t place = row - std::max(request.ranges.FirstRow, 1);
@@ -217,7 +221,7 @@ struct PieceEnd {
 // Which line the search wants, or another one; `kind` says which row.
 std::size_t line_near(FuzzInput& input, const BlockRequest& request,
                       std::uint8_t kind) {
-  const int month = input.between(0, 12 * request.years.YearCount() - 1);
+  const int month = input.between(0, 12 * years_of_file(request) - 1);
   const int row = kind % 2 == 0 ? request.ranges.FirstRow + kind / 2 % 8 - 1
                                 : input.between(1, kGridRows);
   return static_cast<std::size_t>(month * kGridRows + std::clamp(row, 1, kGridRows) -
@@ -295,7 +299,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   request.MissingCode = input.flag() ? -9999 : -999;
   request.years = {.FYOD = 1901, .LYOD = 1901};
   if (kind % 4 >= 2) {
-    request.years.LYOD += kind / 4 % 8 == 7 ? 1 : 0;
+    request.years.FYOD += kind / 4 % 8 == 6 ? 1 : 0;
+    request.years.LYOD += kind / 4 % 8 >= 6 ? 1 : 0;
     check_any_shape(edited_text(input, request), request);
     return 0;
   }

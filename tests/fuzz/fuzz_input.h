@@ -3,7 +3,6 @@
 #ifndef VELDMARK_TESTS_FUZZ_FUZZ_INPUT_H_
 #define VELDMARK_TESTS_FUZZ_FUZZ_INPUT_H_
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>

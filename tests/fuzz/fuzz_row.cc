@@ -4,7 +4,6 @@
 // The input is a search and the bytes that lie somewhere on a line of usual fields.
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +19,6 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "console/console_dialogue.h"

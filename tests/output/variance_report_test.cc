@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <limits>
+#include <sstream>
+#include <string>
 #include <vector>
 
 namespace veldmark {
@@ -75,6 +77,16 @@ TEST(CollectSample, LeavesMissingMonthsOutAndAppends) {
   std::vector<float> sample{5};
   collect_sample(series, {.first = 1, .last = 1}, kMissing, 1, sample);
   EXPECT_EQ(sample, (std::vector<float>{5, 0, -998}));
+}
+
+// The heading fits the buffer, so that nothing is written before the close.
+TEST(VarianceReport, TellsAFailureToWriteWhenItIsClosed) {
+  std::istringstream input;
+  std::ostringstream output;
+  ConsoleDialogue console(input, output, [](const std::string&) {});
+  VarianceReport report(console, "/dev/full",
+                        {.years = {.FYOD = 1901, .LYOD = 1910}, .CutoffYear = 1905});
+  EXPECT_THROW(report.close(), RunEnd);
 }
 
 }  // namespace

@@ -25,6 +25,12 @@ std::string failure_of(const std::string& name) {
   }
 }
 
+TEST(NameList, WhatHasALineOfAQuarterOfAMegabyteIsNoList) {
+  const TemporaryFolder folder;
+  write_file("grid", std::string(300'000, '1'));
+  EXPECT_EQ(failure_of("grid"), "grid is no list of file names");
+}
+
 TEST(NameList, ThereIsOneNameALine) {
   const TemporaryFolder folder;
   write_file("list", "a.dat\nb.dat\n");

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <sstream>
+#include <thread>
 
 namespace veldmark::tersify {
 namespace {
@@ -53,6 +55,15 @@ TEST(ProgressLine, IsSilentWhereNobodyLooks) {
     line.add(5);
   }
   EXPECT_EQ(log.str(), "");
+}
+
+TEST(ProgressClock, CountsSeconds) {
+  const Clock clock = system_clock_of_progress();
+  const double before = clock();
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  const double passed = clock() - before;
+  EXPECT_GE(passed, 0.02);
+  EXPECT_LT(passed, 15);  // even on a busy machine: not milliseconds
 }
 
 }  // namespace
