@@ -10,7 +10,8 @@
 
 namespace veldmark {
 
-// Can be handed on, not copied; an interrupted call is taken up again. Failures are told by errno.
+// Can be handed on, not copied; an interrupted call is taken up again. Failures are
+// told by errno.
 class FileDescriptor {
  public:
   // Opens `name` with the flags of open(2), created files with mode 0666 less the
