@@ -24,8 +24,9 @@ bool convert_fields(std::string_view fields, std::int16_t* values);
 // The same, one field at a time, for all processors.
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
 
-// The quick way of that: converts a field of blanks, an optional minus and digits up to
-// the right edge; false, and nothing done, for any other, which needs parse_integer.
+// The quick way of that: converts a field of five characters that are blanks, an
+// optional minus and digits up to the right edge, to its value modulo 2^16. False, and
+// `value` as it was, for any other, which needs parse_integer.
 bool convert_usual_field(const char* field, std::int16_t& value);
 
 // Tells whether all of the fields are integers, quickly where they hold the missing

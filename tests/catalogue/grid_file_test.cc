@@ -9,23 +9,18 @@
 #include <string>
 
 #include "console/run_end.h"
+#include "support/report_of.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark {
 namespace {
 
+using testing::report_of;
 using testing::TemporaryFolder;
 using testing::write_file;
 
-// The report of the end that opening `name` comes to; empty when there is none.
 std::string report_of_opening(const std::string& name) {
-  try {
-    const GridFile file(name);
-  } catch (const RunEnd& end) {
-    EXPECT_EQ(end.status(), 255);
-    return end.report();
-  }
-  return "";
+  return report_of([&] { const GridFile file(name); });
 }
 
 TEST(GridFile, IsReadFromItsBegin) {

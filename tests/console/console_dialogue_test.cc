@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <functional>
 #include <ios>
 #include <optional>
 #include <ostream>
@@ -12,8 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "support/report_of.h"
+
 namespace veldmark {
 namespace {
+
+using testing::report_of;
 
 // A console with typed input. What is flushed is seen, and the commands that were run.
 class TestConsole {
@@ -32,16 +35,6 @@ class TestConsole {
                               commands_.push_back(output_.str() + "$ " + command);
                             }};
 };
-
-std::string report_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RunEnd& end) {
-    EXPECT_EQ(end.status(), 255);
-    return end.report();
-  }
-  return "no end";
-}
 
 const std::string kPastEnd =
     "Run-time error:\nAttempt to read past end of file\n? READ(UNIT=5,...\n";

@@ -7,27 +7,18 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
+#include "support/report_of.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark {
 namespace {
 
 using testing::file_content;
+using testing::report_of;
 using testing::TemporaryFolder;
 using testing::write_file;
-
-std::string report_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RunEnd& end) {
-    EXPECT_EQ(end.status(), 255);
-    return end.report();
-  }
-  return "no end";
-}
 
 TEST(OutputFile, HoldsWhatWasWritten) {
   const TemporaryFolder folder;

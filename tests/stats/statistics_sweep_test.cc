@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "expect_plain_ftest.h"
 #include "plain_statistics.h"
 #include "statistics_support.h"
 #include "stats/avevar.h"
@@ -21,17 +22,6 @@ namespace veldmark {
 namespace {
 
 using testing::record_cases;
-
-void expect_plain_ftest(const std::vector<float>& data1,
-                        const std::vector<float>& data2) {
-  const FtestOutcome got = run_ftest(data1, data2);
-  const plain::Test expected = plain::ftest(data1, data2);
-  ASSERT_EQ(got.d1, expected.d1);
-  ASSERT_EQ(got.d2, expected.d2);
-  ASSERT_TRUE(same_bits(got.f, plain::as_float(expected.f)));
-  ASSERT_TRUE(same_bits(got.prob, plain::as_float(expected.prob)));
-  ASSERT_EQ(got.bad_arguments.size(), static_cast<std::size_t>(expected.bad_arguments));
-}
 
 // All samples of up to `largest` of the values 0..values - 1, times the scale.
 std::vector<std::vector<float>> all_samples(std::size_t largest, std::int32_t values) {
