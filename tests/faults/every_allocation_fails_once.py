@@ -11,13 +11,12 @@ when anything was wrong.  Not for programs with an address sanitizer.
 import argparse
 import errno
 import sys
-import tempfile
 import time
 from collections import Counter
 from pathlib import Path
 
-from fault_runs import Bench, Call, Fault, Scene, expect_signals
-from scenes import SCENES
+from fault_runs import Fault, Scene
+from scenes import SCENES, play_scenes
 
 
 def try_all(scene: Scene) -> Counter:
@@ -51,14 +50,8 @@ def main() -> int:
     parser.add_argument("programs", type=Path)
     parser.add_argument("scenes", nargs="+", choices=SCENES)
     options = parser.parse_args()
-    expect_signals()
     started = time.monotonic()
-    sums: Counter = Counter()
-    for name in options.scenes:
-        with tempfile.TemporaryDirectory() as folder:
-            scene = SCENES[name](Bench(options.shim, folder), options.programs.resolve())
-            print(name, flush=True)
-            sums.update(try_all(scene))
+    sums = play_scenes(options.shim, options.programs, options.scenes, try_all)
     counted = "%d requests for memory refused, %d complaints" % (
         sums["requests"],
         sums["complaints"],

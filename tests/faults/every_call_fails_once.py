@@ -15,14 +15,13 @@ import argparse
 import errno
 import signal
 import sys
-import tempfile
 import time
 from collections import Counter
 from pathlib import Path
 from typing import Iterator, List
 
-from fault_runs import Bench, Call, Fault, Scene, expect_signals
-from scenes import SCENES
+from fault_runs import Call, Fault, Scene
+from scenes import SCENES, play_scenes
 
 INTERRUPTED = [errno.EINTR]
 NOT_FOUND_OUT = [errno.EIO, errno.EACCES]
@@ -126,14 +125,13 @@ def main() -> int:
     parser.add_argument("scenes", nargs="+", choices=SCENES)
     parser.add_argument("--sanitized", action="store_true")
     options = parser.parse_args()
-    expect_signals()
     started = time.monotonic()
-    sums: Counter = Counter()
-    for name in options.scenes:
-        with tempfile.TemporaryDirectory() as folder:
-            scene = SCENES[name](Bench(options.shim, folder), options.programs.resolve())
-            print(name, flush=True)
-            sums.update(try_all(scene, options.sanitized))
+    sums = play_scenes(
+        options.shim,
+        options.programs,
+        options.scenes,
+        lambda scene: try_all(scene, options.sanitized),
+    )
     counted = "%d faults injected at %d calls, %d complaints" % (
         sums["faults"],
         sums["calls"],

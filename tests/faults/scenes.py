@@ -11,10 +11,22 @@ import os
 import random
 import re
 import signal
+import tempfile
+from collections import Counter
 from pathlib import Path
-from typing import Dict, List, Optional, Sequence, Set, Tuple
+from typing import Callable, Dict, List, Optional, Sequence, Set, Tuple
 
-from fault_runs import END_OF_INPUT, Bench, Call, Content, Fault, Outcome, Scene, end_of
+from fault_runs import (
+    END_OF_INPUT,
+    Bench,
+    Call,
+    Content,
+    Fault,
+    Outcome,
+    Scene,
+    end_of,
+    expect_signals,
+)
 
 COLUMNS = 720
 ROWS = 360
@@ -481,3 +493,17 @@ SCENES = {
     "tersify-check": tersify_check,
     "series_to_grid": series_to_grid,
 }
+
+
+def play_scenes(
+    shim: str, programs: Path, names: Sequence[str], try_all: Callable[[Scene], Counter]
+) -> Counter:
+    """Calls `try_all` with each scene, under the shim; gives the sum of its counts."""
+    expect_signals()
+    sums: Counter = Counter()
+    for name in names:
+        with tempfile.TemporaryDirectory() as folder:
+            scene = SCENES[name](Bench(shim, folder), programs.resolve())
+            print(name, flush=True)
+            sums.update(try_all(scene))
+    return sums
