@@ -9,14 +9,14 @@
 namespace veldmark {
 namespace {
 
-constexpr int kClosed = -1;
+constexpr int kFailed = -1;  // what the system's calls give
 constexpr mode_t kMode = 0666;
 
 int open_descriptor(const std::string& name, int flags) {
-  int descriptor = kClosed;
+  int descriptor = kFailed;
   do {
     descriptor = ::open(name.c_str(), flags | O_CLOEXEC, kMode);
-  } while (descriptor < 0 && errno == EINTR);
+  } while (descriptor == kFailed && errno == EINTR);
   return descriptor;
 }
 
@@ -34,7 +34,7 @@ std::ptrdiff_t FileDescriptor::read(char* buffer, std::size_t size) const {
   ssize_t count = 0;
   do {
     count = ::read(descriptor_, buffer, size);
-  } while (count < 0 && errno == EINTR);
+  } while (count == kFailed && errno == EINTR);
   return count;
 }
 
@@ -44,11 +44,10 @@ bool FileDescriptor::read_at(std::int64_t offset, char* buffer,
   while (done < size) {
     const ssize_t count = ::pread(descriptor_, buffer + done, size - done,
                                   offset + static_cast<std::int64_t>(done));
-    if (count == 0 || (count < 0 && errno != EINTR)) {
-      return false;
-    }
     if (count > 0) {
       done += static_cast<std::size_t>(count);
+    } else if (count == 0 || errno != EINTR) {
+      return false;
     }
   }
   return true;
@@ -57,11 +56,10 @@ bool FileDescriptor::read_at(std::int64_t offset, char* buffer,
 bool FileDescriptor::write_all(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
-    if (count < 0 && errno != EINTR) {
-      return false;
-    }
-    if (count > 0) {
+    if (count != kFailed) {
       bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return false;
     }
   }
   return true;

@@ -24,7 +24,7 @@ class FileDescriptor {
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor();
 
-  [[nodiscard]] bool is_open() const { return descriptor_ >= 0; }
+  [[nodiscard]] bool is_open() const { return descriptor_ != kClosed; }
 
   // Reads up to `size` bytes at the file's position. Result: how many bytes were read,
   // 0 at the end of the file, -1 on failure.
@@ -44,6 +44,8 @@ class FileDescriptor {
   [[nodiscard]] int get() const { return descriptor_; }
 
  private:
+  static constexpr int kClosed = -1;
+
   int descriptor_;
 };
 

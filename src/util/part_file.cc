@@ -14,6 +14,7 @@
 namespace veldmark {
 namespace {
 
+constexpr int kFailed = -1;              // what the system's calls give
 constexpr mode_t kReadableByAll = 0666;  // less what the user's mask takes away
 
 [[noreturn]] void fail(const std::string& name, const std::string& reason) {
@@ -39,32 +40,32 @@ PartFile::PartFile(std::string name, const FileCalls& calls)
   do {
     descriptor_ = ::open(part_name_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
                          kReadableByAll);
-  } while (descriptor_ < 0 && errno == EINTR);
-  if (descriptor_ < 0) fail_with_errno(part_name_);
+  } while (descriptor_ == kFailed && errno == EINTR);
+  if (descriptor_ == kFailed) fail_with_errno(part_name_);
 }
 
 PartFile::~PartFile() {
   if (complete_) return;
-  if (descriptor_ >= 0) calls_.close(descriptor_);
+  if (descriptor_ != kClosed) calls_.close(descriptor_);
   ::unlink(part_name_.c_str());
 }
 
 void PartFile::write(std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = calls_.write(descriptor_, text.data(), text.size());
-    if (written < 0) {
-      if (errno == EINTR) continue;
+    if (written != kFailed) {
+      text.remove_prefix(static_cast<std::size_t>(written));
+      size_ += written;
+    } else if (errno != EINTR) {
       fail_with_errno(part_name_);
     }
-    text.remove_prefix(static_cast<std::size_t>(written));
-    size_ += written;
   }
 }
 
 void PartFile::complete() {
   // Closed even when close reports an error: a second attempt could hit another file.
   // An interrupted close is done.
-  if (calls_.close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) {
+  if (calls_.close(std::exchange(descriptor_, kClosed)) != 0 && errno != EINTR) {
     fail_with_errno(part_name_);
   }
   if (calls_.rename(part_name_.c_str(), name_.c_str()) != 0) fail_with_errno(name_);

@@ -47,10 +47,12 @@ class PartFile {
   [[nodiscard]] std::int64_t size() const { return size_; }
 
  private:
+  static constexpr int kClosed = -1;
+
   std::string name_;
   std::string part_name_;
   FileCalls calls_;
-  int descriptor_ = -1;
+  int descriptor_ = kClosed;
   std::int64_t size_ = 0;
   bool complete_ = false;
 };
