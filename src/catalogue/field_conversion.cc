@@ -134,12 +134,12 @@ bool convert_fields(std::string_view fields, std::int16_t* values) {
 }
 
 bool are_integers(std::string_view fields, std::string_view missing) {
-  if (fields == missing) {
+  if (missing.starts_with(fields)) {
     return true;
   }
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth)) {
     const std::string_view field = fields.substr(0, kFieldWidth);
-    if (field != missing.substr(0, kFieldWidth) && !parse_integer(field)) {
+    if (!missing.starts_with(field) && !parse_integer(field)) {
       return false;
     }
   }

@@ -30,7 +30,7 @@ bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
 bool convert_usual_field(const char* field, std::int16_t& value);
 
 // Tells whether all of the fields are integers, quickly where they hold the missing
-// code. `missing` is as long as `fields` and holds the missing code in every field.
+// code. `missing` is at least as long as `fields` and holds that code in every field.
 bool are_integers(std::string_view fields, std::string_view missing);
 
 }  // namespace veldmark

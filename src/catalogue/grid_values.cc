@@ -92,8 +92,8 @@ void turn_row(const GridValues& values, std::int32_t row,
     return;
   }
   const std::int16_t* from = values.month_of_row(0, row).data();
-  const std::size_t whole_cells = cells / kSquare * kSquare;
-  const std::size_t whole_months = months / kSquare * kSquare;
+  const std::size_t whole_cells = cells - cells % kSquare;
+  const std::size_t whole_months = months - months % kSquare;
   for (std::size_t cell = 0; cell < whole_cells; cell += kSquare) {
     for (std::size_t month = 0; month < whole_months; month += kSquare) {
       turn_square(from + month * cells + cell, cells, &series[cell * months + month],

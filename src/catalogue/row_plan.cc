@@ -58,7 +58,7 @@ bool read_by_plan(std::string_view line, const RowPlan& plan,
     }
     const std::string_view fields = line.substr(begin, size);
     if (!run.has_data) {
-      if (!are_integers(fields, missing_line.substr(0, size))) {
+      if (!are_integers(fields, missing_line)) {
         return false;
       }
     } else {

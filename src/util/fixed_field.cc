@@ -39,7 +39,7 @@ std::string fixed_real(float value, int width, int decimals) {
     return right_aligned("NaN", width);
   }
   if (std::isinf(value)) {
-    return right_aligned(value < 0 ? "-Inf" : "Inf", width);
+    return right_aligned(std::signbit(value) ? "-Inf" : "Inf", width);
   }
   return right_aligned(decimal_text(value, decimals), width);
 }

@@ -68,7 +68,7 @@ std::string real_text(float value) {
     return "NaN";
   }
   if (std::isinf(value)) {
-    return value < 0 ? "-Inf" : "Inf";
+    return std::signbit(value) ? "-Inf" : "Inf";
   }
   return shortest_decimal(value);
 }
