@@ -13,7 +13,7 @@ namespace veldmark {
 struct BlockRequest {
   YearSpan years;
   GridRanges ranges;
-  std::int32_t MissingCode = 0;  // marks a cell without data
+  std::int32_t MissingCode;  // marks a cell without data
 };
 
 }  // namespace veldmark

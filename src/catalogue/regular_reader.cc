@@ -21,7 +21,7 @@ constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
 // Where the lines of a regular file are.
 struct LineFrame {
   std::string_view line_end;
-  std::int64_t file_size = 0;
+  std::int64_t file_size;
 
   [[nodiscard]] std::size_t line_size() const { return kLineLength + line_end.size(); }
 };
@@ -30,7 +30,7 @@ struct LineFrame {
 // at least `lines` of them.
 std::optional<LineFrame> find_frame(const GridFile& file, std::int64_t lines) {
   const std::optional<std::int64_t> size = file.size();
-  char first_end = 0;
+  char first_end{};
   if (!size || !file.read_at(kLineLength, &first_end, 1)) {
     return std::nullopt;
   }

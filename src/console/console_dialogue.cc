@@ -91,7 +91,7 @@ char ConsoleDialogue::read_free_character() {
 std::string ConsoleDialogue::read_line(const char* end_message) {
   flush();
   std::string line;
-  char character = 0;
+  char character{};
   bool any = false;
   while (input_.get(character)) {
     any = true;

@@ -16,10 +16,10 @@ struct RunState {
   // Ask for region and years in the next pass? At first, and then as the user wishes.
   bool ChangeSearch = true;
 
-  std::int32_t MenuChoice = 0;  // the last answer to the menu, -9..99
-  VariableEntry entry;          // blank until a variable is chosen
-  std::int32_t MissingCode = 0;
-  std::int32_t LastDataYear = 0;
+  std::int32_t MenuChoice{};  // the last answer to the menu, -9..99
+  VariableEntry entry;        // blank until a variable is chosen
+  std::int32_t MissingCode{};
+  std::int32_t LastDataYear{};
 
   // The factor that turns stored values into sample values of the variance test.
   // Kept on purpose: it is 0 until frost days are chosen, and keeps their value then.
@@ -28,8 +28,8 @@ struct RunState {
   std::string TsfName;  // 65 characters, blanks at the end
   std::string XyName;
 
-  SearchRegion region;
-  YearSpan years;
+  SearchRegion region{};
+  YearSpan years{};
   GridRanges ranges;  // the last search's; the next one inherits from them
 };
 

@@ -85,8 +85,8 @@ void VarianceReport::add_cell(ConsoleDialogue& console, const CellCentre& centre
 
   auto count1 = static_cast<std::int32_t>(before_.size());
   auto count2 = static_cast<std::int32_t>(after_.size());
-  float f = 0;
-  float prob = 0;
+  float f{};
+  float prob{};
   ftest(before_, count1, after_, count2, f, prob,
         [&](std::string_view text) { console.pause(text); });
   if (std::isnan(f)) {

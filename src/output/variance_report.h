@@ -18,15 +18,15 @@ namespace veldmark {
 
 // Where a cell's centre is, degrees, north and east positive.
 struct CellCentre {
-  float longitude = 0;
-  float latitude = 0;
+  float longitude;
+  float latitude;
 };
 
 // The years of a sample as year indices, 1 = FYOD, both included; last < first is
 // empty.
 struct SampleYears {
-  std::int64_t first = 1;
-  std::int64_t last = 0;
+  std::int64_t first;
+  std::int64_t last;
 };
 
 // Appends one cell's values of some years to `sample`, years in order, January first.
@@ -49,9 +49,9 @@ std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
 // What the variance test of a search goes by. SampleScale multiplies stored values.
 struct VarianceTest {
   YearSpan years;
-  std::int32_t CutoffYear = 0;
-  std::int32_t MissingCode = 0;
-  float SampleScale = 0;
+  std::int32_t CutoffYear;
+  std::int32_t MissingCode;
+  float SampleScale;
 };
 
 // The report file of one search.

@@ -10,10 +10,10 @@ namespace veldmark {
 // A rectangle in degrees, north and east positive. A minLon greater than maxLon means
 // a rectangle across the 180 degree meridian.
 struct SearchRegion {
-  float maxLat = 0;
-  float minLat = 0;
-  float maxLon = 0;
-  float minLon = 0;
+  float maxLat;
+  float minLat;
+  float maxLon;
+  float minLon;
 };
 
 constexpr std::int32_t kFirstDataYear = 1901;
@@ -25,8 +25,8 @@ constexpr std::int32_t kLinesPerYear = kMonthsPerYear * kGridRows;
 
 // The years to extract, both included; 1901 <= FYOD <= LYOD <= 2016.
 struct YearSpan {
-  std::int32_t FYOD = 0;
-  std::int32_t LYOD = 0;
+  std::int32_t FYOD;
+  std::int32_t LYOD;
 
   // How many years the span has. Year index 1 is FYOD.
   [[nodiscard]] std::int32_t YearCount() const { return LYOD - FYOD + 1; }

@@ -85,7 +85,10 @@ TEST(VarianceReport, TellsAFailureToWriteWhenItIsClosed) {
   std::ostringstream output;
   ConsoleDialogue console(input, output, [](const std::string&) {});
   VarianceReport report(console, "/dev/full",
-                        {.years = {.FYOD = 1901, .LYOD = 1910}, .CutoffYear = 1905});
+                        {.years = {.FYOD = 1901, .LYOD = 1910},
+                         .CutoffYear = 1905,
+                         .MissingCode = -999,
+                         .SampleScale = 0.01F});
   EXPECT_THROW(report.close(), RunEnd);
 }
 

@@ -26,6 +26,11 @@ constexpr int kCell = 4;
 
 float degrees(int eighths) { return static_cast<float>(eighths) / 8.0F; }
 
+// Latitudes between two bounds; the longitudes don't matter to rows.
+SearchRegion band(int low, int high) {
+  return {.maxLat = degrees(high), .minLat = degrees(low), .maxLon = 0, .minLon = 0};
+}
+
 // One axis of the grid, `end` eighths long on both sides of zero.
 struct Axis {
   int end;
@@ -81,8 +86,7 @@ TEST(GridRangesSweep, RowsOfSouthFirstFiles) {
     for (int high = low; high <= axis.end; ++high, ++cases) {
       const Found& maximum = found[static_cast<std::size_t>(high + axis.end)];
       const int LastRow = high >= axis.last() ? 360 : maximum.as_maximum.value_or(0);
-      const RowRange rows = find_rows({.maxLat = degrees(high), .minLat = degrees(low)},
-                                      RowOrder::kSouthFirst);
+      const RowRange rows = find_rows(band(low, high), RowOrder::kSouthFirst);
       ASSERT_EQ(rows.FirstRow, FirstRow) << degrees(low) << " " << degrees(high);
       ASSERT_EQ(rows.LastRow, LastRow) << degrees(low) << " " << degrees(high);
     }
@@ -110,8 +114,7 @@ TEST(GridRangesSweep, RowsOfNorthFirstFiles) {
       // Kept on purpose: each pole corrects the other end.
       FirstRow = low <= axis.first() ? 360 : FirstRow;
       LastRow = high >= axis.last() ? 1 : LastRow;
-      const RowRange rows = find_rows({.maxLat = degrees(high), .minLat = degrees(low)},
-                                      RowOrder::kNorthFirst);
+      const RowRange rows = find_rows(band(low, high), RowOrder::kNorthFirst);
       ASSERT_EQ(rows.FirstRow, FirstRow) << degrees(low) << " " << degrees(high);
       ASSERT_EQ(rows.LastRow, LastRow) << degrees(low) << " " << degrees(high);
     }
