@@ -50,6 +50,20 @@ TEST(LineReader, TakesACarriageReturnAtTheEndOfTheFileForTheLineEndsPart) {
   EXPECT_EQ(all_lines("abc\r", 100), (Lines{"abc~"}));
 }
 
+TEST(LineReader, AsksForAQuarterOfAMegabyteAtATime) {
+  std::vector<std::size_t> asked;
+  LineReader reader(
+      [&](char* buffer, std::size_t size) {
+        asked.push_back(size);
+        *buffer = '\n';
+        return std::size_t{1};
+      },
+      kLongest);
+  EXPECT_TRUE(reader.next());
+  EXPECT_TRUE(reader.skip());
+  EXPECT_EQ(asked, (std::vector<std::size_t>{256 * 1024, 256 * 1024}));
+}
+
 TEST(LineReader, CutsLongLines) {
   for (const std::size_t piece : {1, 7, 100}) {
     EXPECT_EQ(

@@ -271,6 +271,7 @@ TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
   EXPECT_TRUE(declined_with(1, 110, 0, '\n'));
   EXPECT_TRUE(declined_with(3, 110, 1800, 'x'));
   EXPECT_FALSE(declined_with(3, 121, 3600, ' '));
+  EXPECT_FALSE(declined_with(1, 1, 3600, ' '));
   EXPECT_FALSE(declined_with(3, 110, 0, 'x'));
 }
 

@@ -78,6 +78,28 @@ TEST(OutputFile, RemovesFilesOfAMegabyteAndEmptiesSmallerOnes) {
   EXPECT_EQ(file_content("small"), "");
 }
 
+TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
+  const TemporaryFolder folder;
+  const mode_t mask = ::umask(0027);
+  const OutputFile file("out", Channel::kTimeSeries);
+  ::umask(mask);
+  EXPECT_EQ(std::filesystem::status("out").permissions(),
+            static_cast<std::filesystem::perms>(0640));
+}
+
+// Fewer and larger writes cost less time, until what is held back leaves the cache.
+TEST(OutputFile, HoldsBackAQuarterOfAMegabyte) {
+  const TemporaryFolder folder;
+  constexpr std::size_t kHeldBack = 256 * 1024;
+  OutputFile file("out", Channel::kTimeSeries);
+  file.write(std::string(kHeldBack, 'x'));
+  EXPECT_EQ(std::filesystem::file_size("out"), 0U);
+  file.write("y");
+  EXPECT_EQ(std::filesystem::file_size("out"), kHeldBack);
+  file.close();
+  EXPECT_EQ(file_content("out"), std::string(kHeldBack, 'x') + "y");
+}
+
 TEST(OutputFile, DoesNotRemoveALargeFileOfSomebodyElse) {
   if (::geteuid() != 0) {
     GTEST_SKIP() << "only root can give files away";
@@ -123,11 +145,13 @@ TEST(OutputFile, WritesThroughLinksToLargeFiles) {
   const TemporaryFolder folder;
   write_file("target", kLargeContent);
   std::filesystem::create_symlink("target", "out");
+  const auto before = std::filesystem::status("target").permissions();
   OutputFile file("out", Channel::kTimeSeries);
   file.write("new");
   file.close();
   EXPECT_TRUE(std::filesystem::is_symlink("out"));
   EXPECT_EQ(file_content("target"), "new");
+  EXPECT_EQ(std::filesystem::status("target").permissions(), before);
 }
 
 TEST(OutputFile, KeepsTheOtherNamesOfALargeFile) {

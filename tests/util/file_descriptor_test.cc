@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <fstream>
 #include <string>
@@ -125,6 +126,17 @@ TEST(FileDescriptor, ReadsAtAnOffsetJustWhatIsThere) {
   EXPECT_TRUE(file.read_at(10, four.data(), 0));
   EXPECT_EQ(file.read(four.data(), 2), 2) << "the file's position has not moved";
   EXPECT_EQ(std::string(four.data(), 2), "01");
+}
+
+TEST(FileDescriptor, TellsTheEndOfTheFileWhateverFailedBefore) {
+  const TemporaryFolder folder;
+  write_file("in", "abc");
+  const FileDescriptor file("in", O_RDONLY);
+  std::array<char, 4> buffer{};
+  for (const int earlier : {0, EINTR}) {
+    errno = earlier;
+    EXPECT_FALSE(file.read_at(0, buffer.data(), 4)) << earlier;
+  }
 }
 
 TEST(FileDescriptor, ReadsAtAnOffsetInSeveralPieces) {
