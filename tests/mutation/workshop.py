@@ -50,13 +50,17 @@ _SCRIPTS: Dict[str, Tuple[str, ...]] = {
         "tests/faults/every_call_fails_once.py", "{build}/tests/faults/failing_calls.so",
         "{programs}", "veldmark", "tersify",
     ),
+    "refused memory": (
+        "tests/faults/every_allocation_fails_once.py",
+        "{build}/tests/faults/failing_memory.so", "{programs}", "veldmark-small",
+    ),
     "random sessions": (
         "tests/second_program/random_sessions.py", "--program", "{programs}/veldmark",
         "--count", "150", "--seed", "1",
     ),
 }
 
-_HELPERS = ("failing_calls",)  # what the scripts need besides the programs
+_HELPERS = ("failing_calls", "failing_memory")  # what the scripts need besides the programs
 # The tests in such files take long; they are for the same mutants as the scripts.
 _SLOW_TESTS = "_sweep_test.cc"
 
