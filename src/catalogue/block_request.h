@@ -11,9 +11,9 @@
 namespace veldmark {
 
 struct BlockRequest {
-  YearSpan years;
+  YearSpan years{};
   GridRanges ranges;
-  std::int32_t MissingCode;  // marks a cell without data
+  std::int32_t MissingCode{};  // marks a cell without data
 };
 
 }  // namespace veldmark

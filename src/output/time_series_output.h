@@ -25,8 +25,8 @@ struct SaveRequest {
   const GridValues& values;
   const Lattice& lattice;
   YearSpan years;
-  RowOrder order = RowOrder::kSouthFirst;
-  bool CrossesDateLine = false;
+  RowOrder order;
+  bool CrossesDateLine;
 };
 
 // Writes every cell of the lattice that has data to the two files and to the table on

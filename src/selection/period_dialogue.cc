@@ -86,7 +86,7 @@ bool confirm_years(ConsoleDialogue& console, const YearSpan& years) {
 YearSpan ask_year_span(ConsoleDialogue& console, std::int32_t LastDataYear) {
   for (;;) {
     introduce_years(console, LastDataYear);
-    YearSpan years;
+    YearSpan years{};
     years.FYOD = ask_first_year(console, LastDataYear);
     years.LYOD = ask_last_year(console, years.FYOD, LastDataYear);
     if (confirm_years(console, years)) {

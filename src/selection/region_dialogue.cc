@@ -223,7 +223,7 @@ bool confirm_region(ConsoleDialogue& console, const SearchRegion& region) {
 SearchRegion ask_search_region(ConsoleDialogue& console, MinLonTest min_lon_test) {
   for (;;) {
     introduce_region(console);
-    SearchRegion region;
+    SearchRegion region{};
     region.maxLat = ask_max_latitude(console);
     region.minLat = ask_min_latitude(console, region.maxLat);
     region.maxLon = ask_max_longitude(console);
