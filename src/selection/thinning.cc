@@ -17,9 +17,9 @@ std::string percentage_line(std::int64_t EstimatedCells, std::int32_t CellCount)
 void explain_thinning(ConsoleDialogue& console, const GridRanges& ranges) {
   const std::int32_t CellCount = ranges.CellCount();
   const std::int32_t ThinningLimit = std::min(ranges.ColCount(), ranges.RowCount());
-  const bool empty = ranges.RowCount() < 1 || ranges.ColCount() < 1;
+  // Of no rows or columns every second one is none.
   const std::int64_t EstimatedCells =
-      empty ? 0 : estimate_cells(ranges.RowCount(), ranges.ColCount(), 2);
+      estimate_cells(std::max(ranges.RowCount(), 0), std::max(ranges.ColCount(), 0), 2);
   console.blank_line();
   console.write_line(kMargin, "There are theoretically " + fixed_integer(CellCount, 6) +
                                   " grid cells within your");

@@ -12,8 +12,6 @@ namespace {
 
 constexpr std::size_t kRealColumns = 15;
 
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
-
 // Steps over one character of `text` when it is one of `choices`.
 bool skip_one_of(std::string_view& text, std::string_view choices) {
   if (text.empty() || choices.find(text.front()) == std::string_view::npos) {
@@ -25,10 +23,7 @@ bool skip_one_of(std::string_view& text, std::string_view choices) {
 
 // Steps over the digits at the front of `text`; gives how many there were.
 std::size_t skip_digits(std::string_view& text) {
-  std::size_t count = 0;
-  while (count < text.size() && is_digit(text[count])) {
-    ++count;
-  }
+  const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
   text.remove_prefix(count);
   return count;
 }
