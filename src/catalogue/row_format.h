@@ -18,15 +18,15 @@ constexpr std::size_t kLineLength = kFieldWidth * kGridColumns;
 // `count` neighbouring fields, from field `first_field` (1 is the leftmost of a line),
 // that go to as many neighbouring columns, from `first_column`.
 struct FieldGroup {
-  std::int32_t first_field = 1;
-  std::int32_t first_column = 1;
-  std::int32_t count = 0;
+  std::int32_t first_field;
+  std::int32_t first_column;
+  std::int32_t count;
 };
 
 // The fields of a line that a search reads, in their order.
 struct RowFormat {
-  FieldGroup first;
-  FieldGroup second;  // count 0 unless the box is cut in two pieces
+  FieldGroup first{};
+  FieldGroup second{};  // count 0 unless the box is cut in two pieces
 };
 
 // Lays out the columns of `ranges`. Column c is field c, but for two pieces that meet

@@ -85,5 +85,17 @@ TEST(TurnRow, GivesEachCellsMonthsInOrder) {
   }
 }
 
+TEST(TurnRow, GivesNothingForARowOutsideTheRanges) {
+  const GridRanges ranges{.FirstRow = 2, .LastRow = 2, .FirstCol = 1, .LastCol = 3};
+  GridValues values(ranges, 1, kMissing);
+  values.open_next_row(RowValues{});
+  values.lay_out();
+  for (const std::int32_t row : {0, 1, 3}) {
+    std::vector<std::int16_t> series{1, 2, 3};
+    turn_row(values, row, series);
+    EXPECT_TRUE(series.empty()) << row;
+  }
+}
+
 }  // namespace
 }  // namespace veldmark
