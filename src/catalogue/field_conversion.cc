@@ -25,13 +25,8 @@ constexpr unsigned kCharacters = 32;
 
 using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
 
-// A character's place among them; kCharacters or more for any other.
-constexpr unsigned place_of(char character) {
-  return static_cast<unsigned char>(character) - unsigned{' '};
-}
-
 constexpr std::size_t pair_index(unsigned first, unsigned second) {
-  return first + std::size_t{kCharacters} * second;
+  return first % kCharacters + kCharacters * (second % kCharacters);
 }
 
 constexpr bool is_digit(unsigned character) {
@@ -82,12 +77,14 @@ constexpr PairTable kSecondPair = pair_table(10, false);
 }  // namespace
 
 bool convert_usual_field(const char* field, std::int16_t& value) {
-  const unsigned c0 = place_of(field[0]);
-  const unsigned c1 = place_of(field[1]);
-  const unsigned c2 = place_of(field[2]);
-  const unsigned c3 = place_of(field[3]);
+  const auto c0 = static_cast<unsigned char>(field[0]);
+  const auto c1 = static_cast<unsigned char>(field[1]);
+  const auto c2 = static_cast<unsigned char>(field[2]);
+  const auto c3 = static_cast<unsigned char>(field[3]);
   const unsigned last_digit = static_cast<unsigned char>(field[4]) - unsigned{'0'};
-  if ((c0 | c1 | c2 | c3) >= kCharacters || last_digit > 9) {
+  const unsigned outside =
+      ((c0 ^ ' ') | (c1 ^ ' ') | (c2 ^ ' ') | (c3 ^ ' ')) & ~(kCharacters - 1);
+  if (outside != 0 || last_digit > 9) {
     return false;
   }
   const std::uint32_t first = kFirstPair[pair_index(c0, c1)];
