@@ -48,6 +48,12 @@ TEST(RunEnd, SaysWhichFileAndWhy) {
             "? OPEN(UNIT=15,...\n");
 }
 
+TEST(RunEnd, TellsThatMemoryRanOut) {
+  EXPECT_EQ(not_enough_memory().status(), 255);
+  EXPECT_EQ(not_enough_memory().report(),
+            "Run-time error:\nNot enough memory\n? READ(UNIT=13,...\n");
+}
+
 TEST(RunEnd, TellsOfNumbersAndOfTheEndOfTheInput) {
   EXPECT_STREQ(kIllegalCharacter, "Illegal character in numeric input");
   EXPECT_STREQ(kPastEndOfFile, "Attempt to read past end of file");
