@@ -98,11 +98,13 @@ BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, float minLat,
 
 GridRanges once_across() { return request_of(1901, 1901, -10, 10, 170, -170).ranges; }
 
-// Requests of every shape: small, whole, two pieces, overlapping ones, none.
+// Requests of every shape: small, whole, two pieces, overlapping ones, none; 73 rows,
+// which is one more than are read at a time.
 std::vector<BlockRequest> requests() {
   return {request_of(1901, 1901, -40, -30, 0, 20),
           request_of(1902, 1902, -40, 10, -180, 180),
           request_of(1901, 1902, -90, 90, -180, 180),
+          request_of(1901, 1902, -39, -2.5F, -180, 180),
           request_of(1901, 1902, -40, 10, 100, -100),
           request_of(1902, 1902, -40, 10, 0.5F, 0.25F),
           request_of(1901, 1902, -40, -20, 0, 20, once_across()),
@@ -279,12 +281,14 @@ TEST(RegularReader, DeclinesBrokenFramesOfTheFirstLineOfSkippedMonths) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
   const BlockRequest request = request_of(1902, 1902, -40, -30, 0, 20);
-  for (const std::size_t character : {0U, 1800U, 3600U}) {
-    std::string broken = text;
-    broken[GridText::line_index(1901, 7, 1) * 3601 + character] =
-        character == 3600 ? ' ' : '\n';
-    write_file("grid", broken);
-    EXPECT_EQ(read_fast(request), std::nullopt) << character;
+  for (const int month : {1, 7, 12}) {
+    for (const std::size_t character : {0U, 1800U, 3600U}) {
+      std::string broken = text;
+      broken[GridText::line_index(1901, month, 1) * 3601 + character] =
+          character == 3600 ? ' ' : '\n';
+      write_file("grid", broken);
+      EXPECT_EQ(read_fast(request), std::nullopt) << month << " " << character;
+    }
   }
 }
 

@@ -1,0 +1,59 @@
+#include "util/large_buffer.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace veldmark {
+namespace {
+
+// How many bytes from `begin` up to `end` lie in memory that huge pages are wanted for,
+// as the system lists this process's memory: a line "begin-end ..." for each piece, and
+// further down "VmFlags: ..." with hg among the flags.
+std::uintptr_t advised_bytes(std::uintptr_t begin, std::uintptr_t end) {
+  std::ifstream list("/proc/self/smaps");
+  std::uintptr_t found = 0;
+  std::uintptr_t piece_begin = 0;
+  std::uintptr_t piece_end = 0;
+  for (std::string line; std::getline(list, line);) {
+    std::istringstream words(line);
+    char hyphen{};
+    std::uintptr_t first = 0;
+    std::uintptr_t last = 0;
+    if (words >> std::hex >> first >> hyphen >> last && hyphen == '-') {
+      piece_begin = std::max(first, begin);
+      piece_end = std::min(last, end);
+    } else if (line.starts_with("VmFlags:") && line.find(" hg") != std::string::npos) {
+      found += piece_begin < piece_end ? piece_end - piece_begin : 0;
+    }
+  }
+  return found;
+}
+
+TEST(LargeBuffer, WantsHugePagesForItsWholePagesAndNothingElse) {
+  if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
+    GTEST_SKIP() << "this system has no huge pages to ask for";
+  }
+  const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+  for (const std::size_t size : {1U, 300'000U, 4'000'001U}) {
+    LargeBuffer buffer = make_large_buffer(size);
+    ASSERT_EQ(buffer.size(), size);
+    const auto begin = reinterpret_cast<std::uintptr_t>(buffer.data());
+    const std::uintptr_t end = begin + size * sizeof(std::int16_t);
+    const std::uintptr_t first_page = (begin + page - 1) / page * page;
+    const std::uintptr_t last_page = end / page * page;
+    const std::uintptr_t whole = first_page < last_page ? last_page - first_page : 0;
+    EXPECT_EQ(advised_bytes(begin, end), whole) << size;
+    EXPECT_EQ(advised_bytes(end, end + page), 0U) << size;
+  }
+}
+
+}  // namespace
+}  // namespace veldmark
