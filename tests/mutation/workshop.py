@@ -156,6 +156,7 @@ class Workshop:
             "cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja",
             "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1",
             "-DVELDMARK_SANITIZE=" + ("ON" if self.sanitized else "OFF"),
+            "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON",  # it makes its own
         ])
         ninja = ["ninja", "-C", self.build]
         known = subprocess.check_output(ninja + ["-t", "targets", "all"], text=True)
