@@ -24,6 +24,7 @@ if(VELDMARK_SANITIZE OR VELDMARK_FUZZ)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
   add_compile_options(${sanitizers} -fno-omit-frame-pointer)
   add_link_options(${sanitizers})
+  add_compile_definitions(_GLIBCXX_ASSERTIONS) # the library's own sanitizer
 endif()
 
 # Comparisons are not traced: that takes more than half of a fuzz target's time.
