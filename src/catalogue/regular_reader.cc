@@ -9,7 +9,6 @@
 
 #include "catalogue/row_format.h"
 #include "catalogue/row_plan.h"
-#include "util/fixed_field.h"
 
 namespace veldmark {
 namespace {
@@ -55,12 +54,8 @@ class RegularPass {
         format_(row_format(request.ranges)),
         first_row_(std::max(request.ranges.FirstRow, 1)),
         last_row_(request.ranges.LastRow),
-        buffer_(kPieceSize + frame.line_size()) {
-    const std::string missing_field = fixed_integer(request.MissingCode, 5);
-    for (std::int32_t column = 1; column <= kGridColumns; ++column) {
-      missing_line_ += missing_field;
-    }
-  }
+        buffer_(kPieceSize + frame.line_size()),
+        missing_(missing_line(request.MissingCode)) {}
 
   std::optional<GridValues> read() {
     const std::int32_t first_month = request_.years.SkipLines() / kGridRows;
@@ -99,12 +94,11 @@ class RegularPass {
   }
 
   bool read_month(std::int32_t file_month, std::size_t month, GridValues& values) {
-    return for_each_wanted_line(
-        file_month, [&](std::int32_t row, std::string_view line) {
-          const RowPlan& plan = plans_[static_cast<std::size_t>(row - first_row_)];
-          return read_by_plan(line, plan, missing_line_,
-                              values.month_of_row(month, row).data());
-        });
+    return for_each_wanted_line(file_month, [&](std::int32_t row,
+                                                std::string_view line) {
+      const RowPlan& plan = plans_[static_cast<std::size_t>(row - first_row_)];
+      return read_by_plan(line, plan, missing_, values.month_of_row(month, row).data());
+    });
   }
 
   // Reads the wanted lines of a month of the file (0 is January 1901) and hands each to
@@ -182,7 +176,7 @@ class RegularPass {
   std::int32_t first_row_;
   std::int32_t last_row_;
   std::vector<char> buffer_;
-  std::string missing_line_;
+  std::string missing_;         // a line of missing codes
   std::vector<RowPlan> plans_;  // of the wanted rows
   RowValues row_values_{};
 };

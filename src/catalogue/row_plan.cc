@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "catalogue/field_conversion.h"
+#include "util/fixed_field.h"
 
 namespace veldmark {
 namespace {
@@ -44,10 +45,19 @@ RowPlan plan_row(const RowFormat& format, std::span<const std::int32_t> data_col
   return plan;
 }
 
+std::string missing_line(std::int32_t MissingCode) {
+  const std::string field = fixed_integer(MissingCode, static_cast<int>(kFieldWidth));
+  std::string line;
+  while (line.size() < kLineLength) {
+    line += field;
+  }
+  return line;
+}
+
 // No line end can hide in the wanted fields, which must be integers; elsewhere it is
 // looked for.
-bool read_by_plan(std::string_view line, const RowPlan& plan,
-                  std::string_view missing_line, std::int16_t* cells) {
+bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view missing,
+                  std::int16_t* cells) {
   std::size_t checked = 0;
   for (const FieldRun& run : plan.runs) {
     const std::size_t begin =
@@ -58,7 +68,7 @@ bool read_by_plan(std::string_view line, const RowPlan& plan,
     }
     const std::string_view fields = line.substr(begin, size);
     if (!run.has_data) {
-      if (!are_integers(fields, missing_line)) {
+      if (!are_integers(fields, missing)) {
         return false;
       }
     } else {

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,17 +34,20 @@ struct RowPlan {
 // Plans the reading of a row whose cells in `data_columns` (ascending) have data.
 RowPlan plan_row(const RowFormat& format, std::span<const std::int32_t> data_columns);
 
+// A line of 720 fields that hold the missing code.
+std::string missing_line(std::int32_t MissingCode);
+
 // Reads a line by its plan.
 //
 //   line           720 fields without line end; one more character must be readable
-//   missing_line   720 fields that hold the missing code
+//   missing        the missing_line of the data set
 //   cells          out: the values of the cells with data, in the order of their
 //   columns
 //
 // Result     false when a wanted field is no integer, or a line end stands inside the
 //            line; `cells` is then unfinished.
-bool read_by_plan(std::string_view line, const RowPlan& plan,
-                  std::string_view missing_line, std::int16_t* cells);
+bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view missing,
+                  std::int16_t* cells);
 
 // Is there a line end inside `text`?
 bool has_line_end(std::string_view text);

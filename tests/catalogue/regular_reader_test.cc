@@ -99,12 +99,13 @@ BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, float minLat,
 GridRanges once_across() { return request_of(1901, 1901, -10, 10, 170, -170).ranges; }
 
 // Requests of every shape: small, whole, two pieces, overlapping ones, none; 73 rows,
-// which is one more than are read at a time.
+// which is one more than are read at a time; one row with data.
 std::vector<BlockRequest> requests() {
   return {request_of(1901, 1901, -40, -30, 0, 20),
           request_of(1902, 1902, -40, 10, -180, 180),
           request_of(1901, 1902, -90, 90, -180, 180),
           request_of(1901, 1902, -39, -2.5F, -180, 180),
+          request_of(1901, 1902, -39, -38.5F, -180, 180),
           request_of(1901, 1902, -40, 10, 100, -100),
           request_of(1902, 1902, -40, 10, 0.5F, 0.25F),
           request_of(1901, 1902, -40, -20, 0, 20, once_across()),

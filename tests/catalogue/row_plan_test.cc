@@ -27,6 +27,13 @@ namespace {
 using Columns = std::vector<std::int32_t>;
 using Runs = std::vector<FieldRun>;
 
+TEST(MissingLine, HoldsTheCodeInEveryField) {
+  const std::string line = missing_line(-999);
+  EXPECT_EQ(line.size(), 3600U);
+  EXPECT_EQ(line.substr(0, 15), " -999 -999 -999");
+  EXPECT_EQ(line.substr(5), line.substr(0, 3595));
+}
+
 TEST(PlanRow, JoinsNeighboursOfAKind) {
   const RowFormat format{.first = {10, 10, 8}, .second = {}};
   const RowPlan plan = plan_row(format, Columns{10, 11, 14, 17});

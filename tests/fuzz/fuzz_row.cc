@@ -105,11 +105,9 @@ void check_plan(std::string_view line, const GridRanges& ranges,
                 const std::vector<std::int32_t>& data_columns, const Values& values) {
   if (line.size() != kLineLength) return;
   const TightText tight(line, '\n');
-  std::string missing_line;
-  while (missing_line.size() < kLineLength) missing_line += " -999";
   const RowPlan plan = plan_row(row_format(ranges), data_columns);
   std::vector<std::int16_t> cells(data_columns.size());
-  const bool read = read_by_plan(tight.view(), plan, missing_line, cells.data());
+  const bool read = read_by_plan(tight.view(), plan, missing_line(-999), cells.data());
   require(read == (values && !has_line_end(line)),
           "a line is read by its plan when it can be read", line);
   if (!read) return;
