@@ -25,6 +25,11 @@ constexpr unsigned kCharacters = 32;
 
 using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
 
+// What of a character's code, none of it for one of these, lies beyond them.
+constexpr unsigned beyond(unsigned character) {
+  return (character ^ ' ') & ~(kCharacters - 1);
+}
+
 constexpr std::size_t pair_index(unsigned first, unsigned second) {
   return first % kCharacters + kCharacters * (second % kCharacters);
 }
@@ -82,8 +87,7 @@ bool convert_usual_field(const char* field, std::int16_t& value) {
   const auto c2 = static_cast<unsigned char>(field[2]);
   const auto c3 = static_cast<unsigned char>(field[3]);
   const unsigned last_digit = static_cast<unsigned char>(field[4]) - unsigned{'0'};
-  const unsigned outside =
-      ((c0 ^ ' ') | (c1 ^ ' ') | (c2 ^ ' ') | (c3 ^ ' ')) & ~(kCharacters - 1);
+  const unsigned outside = beyond(c0) | beyond(c1) | beyond(c2) | beyond(c3);
   if (outside != 0 || last_digit > 9) {
     return false;
   }

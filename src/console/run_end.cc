@@ -11,7 +11,7 @@ namespace {
 constexpr int kRunTimeErrorStatus = 255;
 
 // In the order of Operation.
-constexpr std::array<const char*, 3> kOperationNames{"OPEN", "READ", "WRITE"};
+constexpr std::array kOperationNames{"OPEN", "READ", "WRITE"};
 
 }  // namespace
 

@@ -76,9 +76,6 @@ char* OutputFile::room(std::size_t size) {
 }
 
 void OutputFile::close() {
-  if (!file_.is_open()) {
-    return;
-  }
   write_out();
   if (!file_.close()) {
     throw cannot_write(name_, errno, Operation::kWrite, channel_);

@@ -10,6 +10,7 @@
 #define VELDMARK_STATS_SINGLE_PRECISION_H_
 
 #include <cfloat>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -26,7 +27,7 @@ static_assert(std::numeric_limits<float>::is_iec559 &&
 //            conversion would leave undefined.
 inline std::int32_t truncated_to_int32(float value) {
   constexpr float kTwoToThe31 = 2147483648.0F;
-  if (-kTwoToThe31 < value && value < kTwoToThe31) {
+  if (std::fabs(value) < kTwoToThe31) {
     return static_cast<std::int32_t>(value);
   }
   return std::numeric_limits<std::int32_t>::min();

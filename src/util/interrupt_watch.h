@@ -26,7 +26,7 @@ class InterruptWatch {
   [[nodiscard]] static int signal_caught();
 
  private:
-  static constexpr std::array<int, 4> kSignals = {SIGINT, SIGTERM, SIGHUP, SIGXFSZ};
+  static constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP, SIGXFSZ};
   std::array<struct sigaction, kSignals.size()> before_{};
 };
 

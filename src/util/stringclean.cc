@@ -9,7 +9,7 @@ namespace {
 // Closes every blank once, from the left. A character that moves into a closed place
 // is not looked at again in the same pass.
 void close_blanks_once(std::string& text, std::size_t n) {
-  for (std::size_t i = 0; i + 1 < n; ++i) {
+  for (std::size_t i = 0; i < n; ++i) {
     if (text[i] == ' ') {
       const auto begin = text.begin() + static_cast<std::ptrdiff_t>(i);
       const auto end = text.begin() + static_cast<std::ptrdiff_t>(n);
@@ -30,10 +30,7 @@ bool has_blank_before_text(const std::string& text, std::size_t n) {
 }  // namespace
 
 void stringclean(std::string& text, std::int32_t n) {
-  if (n <= 1) {
-    return;
-  }
-  const auto length = static_cast<std::size_t>(n);
+  const auto length = static_cast<std::size_t>(std::max(n, 0));
   do {
     close_blanks_once(text, length);
   } while (has_blank_before_text(text, length));
