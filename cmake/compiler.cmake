@@ -21,7 +21,7 @@ endif()
 add_compile_options(-ffp-contract=off)
 
 if(VELDMARK_SANITIZE OR VELDMARK_FUZZ)
-  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
+  set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
   add_compile_options(${sanitizers} -fno-omit-frame-pointer)
   add_link_options(${sanitizers})
   add_compile_definitions(_GLIBCXX_ASSERTIONS) # the library's own sanitizer
