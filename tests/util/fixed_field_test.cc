@@ -97,6 +97,21 @@ TEST(ParseInteger, RefusesWhatIsNoInteger) {
   EXPECT_EQ(parse_integer(std::string_view("1\0", 2)), std::nullopt);
 }
 
+TEST(ParseInteger, KnowsEverySingleCharacter) {
+  const std::string digits = "0123456789";
+  for (int code = 0; code < 256; ++code) {
+    const std::string field(1, static_cast<char>(code));
+    const std::size_t digit = digits.find(field);
+    std::optional<std::int32_t> expected;
+    if (digit != std::string::npos) {
+      expected = static_cast<std::int32_t>(digit);
+    } else if (field == " " || field == "\t") {
+      expected = 0;
+    }
+    EXPECT_EQ(parse_integer(field), expected) << code;
+  }
+}
+
 TEST(ParseInteger, RefusesValuesBeyond32Bits) {
   EXPECT_EQ(parse_integer("2147483647"), 2147483647);
   EXPECT_EQ(parse_integer("-2147483648"), std::numeric_limits<std::int32_t>::min());
