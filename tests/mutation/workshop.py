@@ -559,7 +559,8 @@ class Bench:
             if not run.ended_well:
                 by = "%s %s" % (suite.program, _first_failure(run.output))
                 return Verdict(KILLED, by, time.monotonic() - begin)
-        if self._shop.reaches("veldmark", os.path.join(self._shop.tree, mutant.file)):
+        path = os.path.join(self._shop.tree, mutant.file)
+        if any(self._shop.reaches(program, path) for program in _PROGRAMS):
             for program in _PROGRAMS:
                 self._link(program, mutant)
             for name, words in _SCRIPTS.items():
