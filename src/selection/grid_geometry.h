@@ -53,8 +53,8 @@ RowRange find_rows(const SearchRegion& region, RowOrder order);
 // set, the columns EastFirstCol..EastLastCol. Ranges can be empty, can overlap (the
 // flag outlives the box that set it) and can start at 0, which is outside the grid.
 struct GridRanges {
-  std::int32_t FirstRow = 0;
-  std::int32_t LastRow = 0;
+  std::int32_t FirstRow{};
+  std::int32_t LastRow{};
   std::int32_t FirstCol = 0;
   std::int32_t LastCol = 0;
   std::int32_t EastFirstCol = 0;
