@@ -25,7 +25,7 @@ constexpr unsigned kCharacters = 32;
 
 using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
 
-// What of a character's code, none of it for one of these, lies beyond them.
+// The bits of a character that none of these has; 0 for each of them.
 constexpr unsigned beyond(unsigned character) {
   return (character ^ ' ') & ~(kCharacters - 1);
 }

@@ -34,7 +34,7 @@ struct RowPlan {
 // Plans the reading of a row whose cells in `data_columns` (ascending) have data.
 RowPlan plan_row(const RowFormat& format, std::span<const std::int32_t> data_columns);
 
-// A line of 720 fields that hold the missing code.
+// A line of 720 fields that hold the missing code, which has up to five characters.
 std::string missing_line(std::int32_t MissingCode);
 
 // Reads a line by its plan.

@@ -87,7 +87,7 @@ TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
             static_cast<std::filesystem::perms>(0640));
 }
 
-// Fewer and larger writes cost less time, until what is held back leaves the cache.
+// Every write costs a call to the system: a file is written in few large pieces.
 TEST(OutputFile, HoldsBackAQuarterOfAMegabyte) {
   const TemporaryFolder folder;
   constexpr std::size_t kHeldBack = 256 * 1024;
