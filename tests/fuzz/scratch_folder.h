@@ -7,10 +7,11 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "require.h"
 
@@ -68,7 +69,9 @@ inline void write_file(const std::filesystem::path& path, std::string_view conte
 inline std::string read_file(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   require(file.is_open(), "there is a file of this name", path.native());
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::ostringstream content;
+  content << file.rdbuf();
+  return std::move(content).str();
 }
 
 }  // namespace veldmark::fuzz

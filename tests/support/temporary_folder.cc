@@ -4,7 +4,8 @@
 #include <stdlib.h>
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
+#include <utility>
 
 namespace veldmark::testing {
 
@@ -28,7 +29,9 @@ TemporaryFolder::~TemporaryFolder() {
 std::string file_content(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::ostringstream content;
+  content << file.rdbuf();
+  return std::move(content).str();
 }
 
 void write_file(const std::filesystem::path& path, std::string_view content) {

@@ -9,8 +9,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace veldmark {
@@ -43,7 +44,9 @@ class ScratchFolder {
 
   [[nodiscard]] std::string get(const std::string& name) const {
     std::ifstream input(file(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
+    std::ostringstream content;
+    content << input.rdbuf();
+    return std::move(content).str();
   }
 
   // The names of all that is in the folder, in alphabetical order.
