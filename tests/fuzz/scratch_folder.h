@@ -7,13 +7,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <utility>
 
 #include "require.h"
+#include "support/stream_content.h"
 
 namespace veldmark::fuzz {
 
@@ -69,9 +68,7 @@ inline void write_file(const std::filesystem::path& path, std::string_view conte
 inline std::string read_file(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   require(file.is_open(), "there is a file of this name", path.native());
-  std::ostringstream content;
-  content << file.rdbuf();
-  return std::move(content).str();
+  return testing::stream_content(file);
 }
 
 }  // namespace veldmark::fuzz

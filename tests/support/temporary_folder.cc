@@ -4,8 +4,8 @@
 #include <stdlib.h>
 
 #include <fstream>
-#include <sstream>
-#include <utility>
+
+#include "support/stream_content.h"
 
 namespace veldmark::testing {
 
@@ -29,9 +29,7 @@ TemporaryFolder::~TemporaryFolder() {
 std::string file_content(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << path;
-  std::ostringstream content;
-  content << file.rdbuf();
-  return std::move(content).str();
+  return stream_content(file);
 }
 
 void write_file(const std::filesystem::path& path, std::string_view content) {

@@ -9,19 +9,19 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "support/stream_content.h"
 
 namespace veldmark {
 
 class ScratchFolder {
  public:
   ScratchFolder() {
-    const testing::TestInfo* test =
-        testing::UnitTest::GetInstance()->current_test_info();
-    path_ = std::filesystem::path(testing::TempDir()) /
+    const ::testing::TestInfo* test =
+        ::testing::UnitTest::GetInstance()->current_test_info();
+    path_ = std::filesystem::path(::testing::TempDir()) /
             ("series_to_grid." + std::to_string(getpid()) + "." + test->name());
     std::filesystem::create_directories(path_);
   }
@@ -44,9 +44,7 @@ class ScratchFolder {
 
   [[nodiscard]] std::string get(const std::string& name) const {
     std::ifstream input(file(name), std::ios::binary);
-    std::ostringstream content;
-    content << input.rdbuf();
-    return std::move(content).str();
+    return testing::stream_content(input);
   }
 
   // The names of all that is in the folder, in alphabetical order.

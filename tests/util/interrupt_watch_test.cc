@@ -42,15 +42,15 @@ void watch_and_then_raise(int number) {
 }
 
 TEST(InterruptWatch, AfterwardsAnInterruptKills) {
-  EXPECT_EXIT(watch_and_then_raise(SIGINT), testing::KilledBySignal(SIGINT), "");
+  EXPECT_EXIT(watch_and_then_raise(SIGINT), ::testing::KilledBySignal(SIGINT), "");
 }
 
 TEST(InterruptWatch, AfterwardsARequestToTerminateKills) {
-  EXPECT_EXIT(watch_and_then_raise(SIGTERM), testing::KilledBySignal(SIGTERM), "");
+  EXPECT_EXIT(watch_and_then_raise(SIGTERM), ::testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST(InterruptWatch, AfterwardsAHangUpKills) {
-  EXPECT_EXIT(watch_and_then_raise(SIGHUP), testing::KilledBySignal(SIGHUP), "");
+  EXPECT_EXIT(watch_and_then_raise(SIGHUP), ::testing::KilledBySignal(SIGHUP), "");
 }
 
 }  // namespace
