@@ -11,17 +11,23 @@
 namespace veldmark {
 namespace {
 
-bool is_folder(const FileDescriptor& file) {
+// Returns what kind of file it is; a kind of none where the system doesn't tell.
+struct stat status_of(const FileDescriptor& file) {
   struct stat status {};
-  return ::fstat(file.get(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (::fstat(file.get(), &status) != 0) {
+    status.st_mode = 0;
+  }
+  return status;
 }
 
 }  // namespace
 
 GridFile::GridFile(std::string name) : name_(std::move(name)), file_(name_, O_RDONLY) {
-  if (!file_.is_open() || is_folder(file_)) {
+  const struct stat status = status_of(file_);
+  if (!file_.is_open() || S_ISDIR(status.st_mode)) {
     throw cannot_open(name_, Channel::kGridFile);
   }
+  identity_ = regular_file(status);
 }
 
 std::size_t GridFile::read(char* buffer, std::size_t size) const {

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "util/file_descriptor.h"
+#include "util/file_identity.h"
 
 namespace veldmark {
 
@@ -22,6 +23,9 @@ class GridFile {
   explicit GridFile(std::string name);
 
   [[nodiscard]] const std::string& name() const { return name_; }
+
+  // Returns which file it is; nullopt for a pipe or a device.
+  [[nodiscard]] std::optional<FileIdentity> identity() const { return identity_; }
 
   // Reads up to `size` further bytes; gives their number, 0 at the end. A failure of
   // the system ends the run (RunEnd).
@@ -37,6 +41,7 @@ class GridFile {
  private:
   std::string name_;
   FileDescriptor file_;
+  std::optional<FileIdentity> identity_;
 };
 
 }  // namespace veldmark

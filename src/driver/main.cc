@@ -1,17 +1,21 @@
 // veldmark: cuts monthly climate series out of condensed CRU TS grid files.
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <iostream>
+#include <istream>
 #include <new>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "console/console_dialogue.h"
 #include "console/run_end.h"
+#include "console/standard_stream.h"
 #include "driver/command_line.h"
 #include "driver/program_driver.h"
 
@@ -29,18 +33,23 @@ int main(int argc, char** argv) try {
   // which close the files in order.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-  // The C++ streams take up an interrupted read or write again, the C ones don't.
-  std::ios::sync_with_stdio(false);
+  veldmark::StandardStream standard_input(STDIN_FILENO);
+  veldmark::StandardStream standard_output(STDOUT_FILENO);
+  veldmark::StandardStream standard_error(STDERR_FILENO);
+  std::istream input(&standard_input);
+  std::ostream output(&standard_output);
+  std::ostream errors(&standard_error);
+  errors << std::unitbuf;
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
   const std::optional<int> status =
-      veldmark::answer_command_line(arguments, std::cout, std::cerr);
+      veldmark::answer_command_line(arguments, output, errors);
   if (status) {
     return *status;
   }
-  veldmark::ConsoleDialogue console(std::cin, std::cout, run_in_shell);
-  return veldmark::run_program(console, std::cerr);
+  veldmark::ConsoleDialogue console(input, output, run_in_shell);
+  return veldmark::run_program(console, errors);
 } catch (const std::bad_alloc&) {  // before the run itself
-  // The stream of errors may not have come to be.
+  // The stream of errors may not have been made.
   const veldmark::RunEnd end = veldmark::not_enough_memory();
   std::fputs(end.report().c_str(), stderr);
   return end.status();

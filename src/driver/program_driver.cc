@@ -13,13 +13,14 @@
 #include "catalogue/variable_catalogue.h"
 #include "driver/run_state.h"
 #include "driver/screens.h"
-#include "output/output_file.h"
+#include "output/search_outputs.h"
 #include "output/time_series_output.h"
 #include "output/variance_report.h"
 #include "selection/grid_geometry.h"
 #include "selection/period_dialogue.h"
 #include "selection/region_dialogue.h"
 #include "selection/thinning.h"
+#include "util/file_identity.h"
 #include "util/stringclean.h"
 #include "util/text_field.h"
 
@@ -97,10 +98,6 @@ std::string output_name(const VariableEntry& entry, const std::string& extension
   return name;
 }
 
-OutputFile open_output(const std::string& name, Channel channel) {
-  return {std::string(without_trailing_blanks(name)), channel};
-}
-
 // S7: region and years, unless the last search's are kept.
 void ask_search(ConsoleDialogue& console, RunState& state) {
   const MinLonTest min_lon_test =
@@ -124,7 +121,8 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
 
 // S10: the offer of the variance test; opens its report when the user takes it.
 std::optional<VarianceReport> offer_variance_test(ConsoleDialogue& console,
-                                                  const RunState& state) {
+                                                  const RunState& state,
+                                                  const FilesInUse& in_use) {
   const std::optional<std::int32_t> CutoffYear = ask_cutoff_year(console, state.years);
   if (!CutoffYear) {
     return std::nullopt;
@@ -135,7 +133,7 @@ std::optional<VarianceReport> offer_variance_test(ConsoleDialogue& console,
                           .SampleScale = state.SampleScale};
   const std::string name = output_name(state.entry, ".ftst");
   return std::make_optional<VarianceReport>(
-      console, std::string(without_trailing_blanks(name)), test);
+      console, std::string(without_trailing_blanks(name)), test, in_use);
 }
 
 // One search, from the menu (S3) to the summary (S12).
@@ -144,15 +142,19 @@ void run_pass(ConsoleDialogue& console, RunState& state) {
 
   state.TsfName = output_name(state.entry, ".TSF");
   state.XyName = output_name(state.entry, ".XY");
-  OutputFile time_series = open_output(state.TsfName, Channel::kTimeSeries);
-  OutputFile cell_list = open_output(state.XyName, Channel::kCellList);
+  FilesInUse in_use;
+  in_use.add(input ? input->identity() : std::nullopt);
+  auto [time_series, cell_list] =
+      open_search_outputs(std::string(without_trailing_blanks(state.TsfName)),
+                          std::string(without_trailing_blanks(state.XyName)), in_use);
 
   if (state.ChangeSearch) {
     ask_search(console, state);
   }
   const GridValues values = read_values(console, state, std::move(input));
   const std::int32_t ThinningFactor = ask_thinning_factor(console, state.ranges);
-  std::optional<VarianceReport> variance_report = offer_variance_test(console, state);
+  std::optional<VarianceReport> variance_report =
+      offer_variance_test(console, state, in_use);
 
   const Lattice lattice = kept_cells(state.ranges, ThinningFactor);
   const SaveRequest request{.entry = state.entry,

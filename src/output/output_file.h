@@ -1,15 +1,17 @@
-// A text file that is written: created or replaced, buffered, every write checked.
+// A text file that is written: created or emptied, buffered, every write checked.
 
 #ifndef VELDMARK_OUTPUT_OUTPUT_FILE_H_
 #define VELDMARK_OUTPUT_OUTPUT_FILE_H_
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "console/run_end.h"
 #include "util/file_descriptor.h"
+#include "util/file_identity.h"
 
 namespace veldmark {
 
@@ -17,9 +19,15 @@ namespace veldmark {
 // claim that the file is complete.
 class OutputFile {
  public:
-  // Creates `name`, or empties an existing file of that name. Where that fails the run
-  // ends (RunEnd).
-  OutputFile(std::string name, Channel channel);
+  // Creates `name`, or empties the file there, which keeps its owner and permissions.
+  // Until `close` no other run can write it.
+  //
+  //   in_use    files that `name` must not lead to
+  //
+  // Throws RunEnd, before anything is lost, where `name` leads to a file in use,
+  // another run is writing it, it is a pipe (which would have no end), or it can't be
+  // opened.
+  OutputFile(std::string name, Channel channel, const FilesInUse& in_use = {});
 
   // An end of the run on the way here leaves in the file what was written so far.
   ~OutputFile();
@@ -28,6 +36,9 @@ class OutputFile {
   OutputFile& operator=(OutputFile&& other) = delete;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
+
+  // Returns which file it is; nullopt for a device.
+  [[nodiscard]] std::optional<FileIdentity> identity() const { return identity_; }
 
   // Appends `text` as it is.
   void write(std::string_view text);
@@ -42,11 +53,13 @@ class OutputFile {
   void close();
 
  private:
+  void take(const FilesInUse& in_use);
   void write_out();
 
   std::string name_;
   Channel channel_;
   FileDescriptor file_;
+  std::optional<FileIdentity> identity_;
   std::vector<char> buffer_;
   std::size_t used_ = 0;
 };

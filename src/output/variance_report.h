@@ -57,11 +57,12 @@ struct VarianceTest {
 // The report file of one search.
 class VarianceReport {
  public:
-  // Creates the file `name` and heads it, and the console, with the periods compared.
+  // Creates the file `name`, which must not be one of `in_use`, and heads it, and the
+  // console, with the periods compared.
   // Kept on purpose: the heading ends the first period with the cutoff year, which the
   // samples count to the second.
   VarianceReport(ConsoleDialogue& console, const std::string& name,
-                 const VarianceTest& test);
+                 const VarianceTest& test, const FilesInUse& in_use = {});
 
   // Tests a cell, given its values of all months, and writes its line; where f is not a
   // number the console says so instead.

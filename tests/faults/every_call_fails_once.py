@@ -46,6 +46,8 @@ ERRORS = {
     "faccessat": NOT_FOUND_OUT,
     "statfs": NOT_FOUND_OUT,
     "fchmod": [errno.EPERM],
+    "flock": [errno.EINTR, errno.ENOLCK, errno.EWOULDBLOCK],
+    "ftruncate": [errno.EINTR, errno.EIO],
     "ioctl": [errno.ENOTTY],
     "lseek": [errno.ESPIPE],
     "mmap": [errno.ENOMEM],
@@ -67,6 +69,8 @@ def faults_of(call: Call, scene: Scene) -> Iterator[Fault]:
 
     for error in ERRORS[call.name]:
         yield fault("error=%d" % error)
+    if call.name in READS | WRITES and call.file in scene.waits_for:
+        yield fault("error=%d" % errno.EAGAIN)
     if call.name in READS | WRITES and call.size > 1:
         yield fault("count=1")
         yield fault("half")

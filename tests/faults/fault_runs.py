@@ -135,6 +135,7 @@ class Scene:
     command: Sequence[str]
     files: Dict[str, Content]
     answers: Optional[Sequence[str]] = None  # typed at a terminal, a read for each line
+    waits_for: Sequence[str] = ()  # streams that may be set to non-blocking
 
     def run(self, fault: Optional[Fault] = None) -> Outcome:
         with tempfile.TemporaryDirectory(dir=self.bench.folder) as place:

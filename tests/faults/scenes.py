@@ -48,8 +48,10 @@ def reason(fault: Fault) -> str:
 
 
 def is_taken_up(fault: Fault) -> bool:
-    """An interrupted call, or one that did only a part, is simply gone on with."""
-    return fault.error() == errno.EINTR or fault.what in ("count=1", "half")
+    """An interrupted call, one that would have to wait for its stream, or one that did
+    only a part, is simply gone on with."""
+    again = fault.error() == errno.EAGAIN and fault.file.startswith("standard-")
+    return again or fault.error() == errno.EINTR or fault.what in ("count=1", "half")
 
 
 def is_at_the_end(fault: Fault, call: Call) -> bool:
@@ -60,7 +62,7 @@ def is_at_the_end(fault: Fault, call: Call) -> bool:
 def is_lost_message(fault: Fault) -> bool:
     """What can't be told can't be told; the status must say it all the same."""
     said = fault.file == "standard-error" and fault.name in ("write", "writev")
-    return said and fault.error() not in (None, errno.EINTR)
+    return said and fault.error() is not None and not is_taken_up(fault)
 
 
 def grid_line(rng: random.Random, missing: int) -> bytes:
@@ -137,16 +139,13 @@ class Session(Scene):
         answers: Sequence[str],
         passes: Sequence[Tuple[str, Sequence[str]]],
     ) -> None:
-        super().__init__(bench, [program], files, answers)
+        streams = ["standard-input", "standard-output", "standard-error"]
+        super().__init__(bench, [program], files, answers, waits_for=streams)
         self.second_pieces = second_pieces(answers)
         self.grids = [grid for grid, _ in passes]
         self.outputs = [[grid + ending for ending in endings] for grid, endings in passes]
 
     def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
-        if fault.name == "fchmod":  # the permissions are lost, and nothing else
-            mode, _, _ = calm.files[fault.file].partition(b" ")
-            _, _, content = outcome.files[fault.file].partition(b" ")
-            outcome.files[fault.file] = mode + b" " + content
         found = self.broken_rule(calm, fault, outcome)
         return found or self.unlike_expected(calm, fault, call, outcome)
 
@@ -221,10 +220,16 @@ class Session(Scene):
         if fault.name == "fstatat" and fault.file not in self.files and not self.outputs:
             # Whether the data file is there could not be seen, and it is not.
             return ["", report("Cannot open file: " + fault.file, "OPEN", 13)]
+        ending = os.path.splitext(fault.file)[1]
+        if fault.name == "fstat" and ending in self.CHANNELS:
+            # What a file is must be known before it is emptied.
+            return [report("Cannot open file: " + fault.file, "OPEN", self.CHANNELS[ending])]
         if is_taken_up(fault) or fault.name in OF_NO_CONSEQUENCE:
             return [""]
         if fault.name in MEMORY:
             return ["", report("Not enough memory", "READ", 13)]
+        if fault.name == "flock" and fault.error() != errno.EWOULDBLOCK:
+            return [""]  # a file system without locks
         if fault.file == "standard-input":
             past_end = report("Attempt to read past end of file", "READ", 5)
             if fault.what == "end":
@@ -234,9 +239,12 @@ class Session(Scene):
             return [cannot("write", "standard output", fault, "WRITE", 5)]
         if fault.file in self.grids:
             return self.reports_of_grid(fault)
-        channel = self.CHANNELS[os.path.splitext(fault.file)[1]]
-        if fault.name in ("open", "openat"):
+        channel = self.CHANNELS[ending]
+        if fault.name in ("open", "openat", "ftruncate"):
             return [report("Cannot open file: " + fault.file, "OPEN", channel)]
+        if fault.name == "flock":
+            locked = "Cannot open file: %s: another run is writing it" % fault.file
+            return [report(locked, "OPEN", channel)]
         return [cannot("write", fault.file, fault, "WRITE", channel)]
 
     def reports_of_grid(self, fault: Fault) -> List[str]:

@@ -1,12 +1,20 @@
 #include "output/output_file.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 
 #include "support/report_of.h"
@@ -46,36 +54,95 @@ TEST(OutputFile, ReplacesAnExistingFileWhenItIsOpened) {
 const std::string kLargeContent(3 << 20, 'o');
 constexpr uid_t kSomebodyElse = 65534;
 
-TEST(OutputFile, ReplacesALargeFileAndKeepsItsPermissions) {
+// Is it still the same file, or another one under its name?
+ino_t inode_of(const std::string& name) {
+  struct stat status {};
+  EXPECT_EQ(::stat(name.c_str(), &status), 0);
+  return status.st_ino;
+}
+
+TEST(OutputFile, EmptiesFilesOfAnySizeInPlace) {
+  const TemporaryFolder folder;
+  for (const std::size_t size : {std::size_t{1}, kLargeContent.size()}) {
+    write_file("out", std::string(size, 'o'));
+    const ino_t before = inode_of("out");
+    const OutputFile file("out", Channel::kTimeSeries);
+    EXPECT_EQ(inode_of("out"), before) << size;
+    EXPECT_EQ(file_content("out"), "") << size;
+  }
+}
+
+TEST(OutputFile, KeepsOwnerGroupAndPermissionsOfTheFile) {
   const TemporaryFolder folder;
   write_file("out", kLargeContent);
-  std::filesystem::permissions("out", std::filesystem::perms::owner_all);
+  if (::geteuid() == 0) {
+    ASSERT_EQ(::chown("out", kSomebodyElse, kSomebodyElse - 1), 0);
+  }
+  ASSERT_EQ(::chmod("out", 0640), 0);
+  struct stat before {};
+  ASSERT_EQ(::stat("out", &before), 0);
   OutputFile file("out", Channel::kTimeSeries);
-  EXPECT_EQ(file_content("out"), "");
-  EXPECT_EQ(std::filesystem::status("out").permissions(),
-            std::filesystem::perms::owner_all);
+  file.write("new");
+  file.close();
+  struct stat after {};
+  ASSERT_EQ(::stat("out", &after), 0);
+  EXPECT_EQ(after.st_uid, before.st_uid);
+  EXPECT_EQ(after.st_gid, before.st_gid);
+  EXPECT_EQ(after.st_mode, before.st_mode);
 }
 
-// Is the file that `descriptor` shows still in a folder?
-bool has_a_name(const FileDescriptor& descriptor) {
-  struct stat status {};
-  EXPECT_EQ(::fstat(descriptor.get(), &status), 0);
-  return status.st_nlink > 0;
+// An access list as the kernel keeps it: a version, then entries of a kind, rights and
+// an id, all little-endian. The owner may read and write, user 12345 too, the group may
+// read, others nothing.
+std::string access_list() {
+  struct Entry {
+    std::uint16_t kind;
+    std::uint16_t rights;
+    std::uint32_t id;
+  };
+  constexpr std::uint32_t kNoId = 0xFFFFFFFF;
+  constexpr std::array<Entry, 5> kEntries{{{0x01, 6, kNoId},
+                                           {0x02, 6, 12345},
+                                           {0x04, 4, kNoId},
+                                           {0x10, 6, kNoId},
+                                           {0x20, 0, kNoId}}};
+  const std::uint32_t version = 2;
+  std::string text(sizeof version + sizeof kEntries, '\0');
+  std::memcpy(text.data(), &version, sizeof version);
+  std::memcpy(text.data() + sizeof version, kEntries.data(), sizeof kEntries);
+  return text;
 }
 
-TEST(OutputFile, RemovesFilesOfAMegabyteAndEmptiesSmallerOnes) {
+// The value of a file's extended attribute; nothing where it has none of that name.
+std::optional<std::string> attribute(const char* file, const char* name) {
+  std::array<char, 256> value{};
+  const ssize_t size = ::getxattr(file, name, value.data(), value.size());
+  if (size < 0) {
+    return std::nullopt;
+  }
+  return std::string(value.data(), static_cast<std::size_t>(size));
+}
+
+void expect_attribute_kept(const char* name, const std::string& value) {
   const TemporaryFolder folder;
-  constexpr std::size_t kMegabyte = 1024 * 1024;
-  write_file("large", std::string(kMegabyte, 'o'));
-  write_file("small", std::string(kMegabyte - 1, 'o'));
-  const FileDescriptor large("large", O_RDONLY);
-  const FileDescriptor small("small", O_RDONLY);
-  const OutputFile new_large("large", Channel::kTimeSeries);
-  const OutputFile new_small("small", Channel::kTimeSeries);
-  EXPECT_FALSE(has_a_name(large));
-  EXPECT_TRUE(has_a_name(small));
-  EXPECT_EQ(file_content("large"), "");
-  EXPECT_EQ(file_content("small"), "");
+  write_file("out", kLargeContent);
+  if (::setxattr("out", name, value.data(), value.size(), 0) != 0) {
+    GTEST_SKIP() << "the file system of " << folder.path() << " has no " << name;
+  }
+  const std::optional<std::string> before = attribute("out", name);
+  OutputFile file("out", Channel::kTimeSeries);
+  file.write("new");
+  file.close();
+  ASSERT_TRUE(before);
+  EXPECT_EQ(attribute("out", name), before);
+}
+
+TEST(OutputFile, KeepsTheAccessListOfTheFile) {
+  expect_attribute_kept("system.posix_acl_access", access_list());
+}
+
+TEST(OutputFile, KeepsTheExtendedAttributesOfTheFile) {
+  expect_attribute_kept("user.source", "station 12");
 }
 
 TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
@@ -99,19 +166,6 @@ TEST(OutputFile, HoldsBackAQuarterOfAMegabyte) {
   EXPECT_EQ(std::filesystem::file_size("out"), kHeldBack);
   file.close();
   EXPECT_EQ(file_content("out"), std::string(kHeldBack, 'x') + "y");
-}
-
-TEST(OutputFile, DoesNotRemoveALargeFileOfSomebodyElse) {
-  if (::geteuid() != 0) {
-    GTEST_SKIP() << "only root can give files away";
-  }
-  const TemporaryFolder folder;
-  write_file("out", kLargeContent);
-  ASSERT_EQ(::chown("out", kSomebodyElse, kSomebodyElse), 0);
-  const FileDescriptor before("out", O_RDONLY);
-  const OutputFile file("out", Channel::kTimeSeries);
-  EXPECT_TRUE(has_a_name(before));
-  EXPECT_EQ(file_content("out"), "");
 }
 
 // Is `holds` true for a user whom files are protected from?
@@ -140,6 +194,82 @@ TEST(OutputFile, LeavesALargeProtectedFileAlone) {
            "Run-time error:\nCannot open file: out\n? OPEN(UNIT=14,...\n";
   }));
   EXPECT_EQ(file_content("out"), kLargeContent);
+}
+
+// What a limit on open files leaves of an earlier, large output.
+TEST(OutputFile, LosesNoOldContentWhereItCannotBeOpened) {
+  const TemporaryFolder folder;
+  write_file("out", kLargeContent);
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  const std::string report =
+      report_of([] { const OutputFile file("out", Channel::kCellList); });
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_EQ(report, "Run-time error:\nCannot open file: out\n? OPEN(UNIT=15,...\n");
+  EXPECT_TRUE(file_content("out") == kLargeContent);
+}
+
+TEST(OutputFile, LosesNoFileInUseThatALinkLeadsTo) {
+  const TemporaryFolder folder;
+  write_file("data", "values");
+  std::filesystem::create_symlink("data", "symbolic");
+  std::filesystem::create_hard_link("data", "hard");
+  FilesInUse in_use;
+  in_use.add(regular_file("data"));
+  for (const std::string name : {"data", "symbolic", "hard"}) {
+    EXPECT_EQ(
+        report_of([&] { const OutputFile file(name, Channel::kTimeSeries, in_use); }),
+        "Run-time error:\nCannot open file: " + name + "\n? OPEN(UNIT=14,...\n");
+    EXPECT_EQ(file_content("data"), "values") << name;
+  }
+}
+
+// Two descriptors of one process lock a file against each other as two processes do.
+TEST(OutputFile, LosesNothingOfAFileThatAnotherRunIsWriting) {
+  const TemporaryFolder folder;
+  OutputFile first("out", Channel::kTimeSeries);
+  first.write(std::string(1 << 19, 'x'));
+  const std::string written = file_content("out");
+  EXPECT_EQ(report_of([] { const OutputFile second("out", Channel::kTimeSeries); }),
+            "Run-time error:\nCannot open file: out: another run is writing it\n"
+            "? OPEN(UNIT=14,...\n");
+  EXPECT_TRUE(file_content("out") == written);
+  first.close();
+  OutputFile second("out", Channel::kTimeSeries);
+  EXPECT_EQ(file_content("out"), "");
+}
+
+TEST(OutputFile, IsFreeForOthersWhenTheRunHasEndedOtherwise) {
+  const TemporaryFolder folder;
+  {
+    OutputFile file("out", Channel::kTimeSeries);
+    file.write("begun");
+  }
+  EXPECT_EQ(report_of([] { const OutputFile file("out", Channel::kTimeSeries); }),
+            "no end");
+}
+
+// A pipe's opening would wait for a reader; the watchdog ends the test then.
+TEST(OutputFile, IsNoPipe) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo("out", 0666), 0);
+  ::alarm(20);
+  EXPECT_EQ(report_of([] { const OutputFile file("out", Channel::kVarianceReport); }),
+            "Run-time error:\nCannot open file: out\n? OPEN(UNIT=16,...\n");
+  ::alarm(0);
+}
+
+TEST(OutputFile, MayBeADeviceThatServesTwice) {
+  OutputFile first("/dev/null", Channel::kTimeSeries);
+  FilesInUse in_use;
+  in_use.add(first.identity());
+  OutputFile second("/dev/null", Channel::kCellList, in_use);
+  first.write("text");
+  second.write("text");
+  first.close();
+  second.close();
 }
 
 TEST(OutputFile, WritesThroughLinksToLargeFiles) {
