@@ -70,7 +70,7 @@ def main():
         grid = grid_of_row(place, series)
         first = run([program], place, grid)
         second = run([sys.executable, HERE / "second_program.py"], place, grid)
-        report = first[3].get(data_file_name("frs") + ".ftst", b"").splitlines()
+        report = first[3].get(data_file_name("frs") + ".ftst", (0, b""))[1].splitlines()
         if first != second or first[2] != 0 or len(report) != 3:
             failed += 1
             print(f"{place}: different, or no line in the report")

@@ -2,25 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
+#include <ostream>
 #include <sstream>
-
-#include "support/grid_text.h"
-#include "support/temporary_folder.h"
+#include <string_view>
 
 namespace veldmark::testing {
 namespace {
 
-std::vector<std::string> read_lines(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  EXPECT_TRUE(file.is_open()) << path;
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(file, line);) {
-    lines.push_back(line);
-  }
-  return lines;
-}
+constexpr auto kUsualMode = static_cast<std::filesystem::perms>(0644);
 
 // |text| is a line with its line end, |text one without.
 std::string content_of_bars(const std::string& line) {
@@ -54,137 +44,73 @@ void append_answers(std::string_view line, std::vector<std::string>& answers) {
   answers.insert(answers.end(), last_first.rbegin(), last_first.rend());
 }
 
-void append_screen_line(Transcript& transcript, const std::string& line,
-                        const Blocks& blocks) {
-  if (!line.starts_with('@')) {
-    transcript.screen.push_back(line);
-    append_answers(line, transcript.answers);
-    return;
-  }
-  const auto block = blocks.find(line.substr(1));
-  ASSERT_NE(block, blocks.end()) << "no such block: " << line;
-  for (const std::string& block_line : block->second) {
-    append_screen_line(transcript, block_line, blocks);
-  }
-}
-
-// The name and length of the longest block that the screen holds from `begin`.
-std::pair<std::string, std::size_t> longest_block(
-    const std::vector<std::string>& screen, std::size_t begin, const Blocks& blocks) {
-  std::pair<std::string, std::size_t> best;
-  for (const auto& [name, lines] : blocks) {
-    if (lines.size() > best.second && begin + lines.size() <= screen.size() &&
-        std::equal(lines.begin(), lines.end(),
-                   screen.begin() + static_cast<std::ptrdiff_t>(begin))) {
-      best = {name, lines.size()};
+// One section of a transcript, or what stands before the first.
+class Section {
+ public:
+  // Requires: `title` as it stands behind the dashes, or "answers"; "" for the head.
+  explicit Section(const std::string& title, Transcript& transcript)
+      : transcript_(&transcript) {
+    std::istringstream words(title);
+    std::string mode;
+    words >> kind_ >> name_ >> mode >> std::oct;
+    if (kind_ == "file") {
+      unsigned bits = static_cast<unsigned>(kUsualMode);
+      words >> bits;
+      transcript.files[name_] = {std::filesystem::file_type::regular,
+                                 static_cast<std::filesystem::perms>(bits), ""};
     }
   }
-  return best;
-}
 
-// The text between the bars at the end of a data line.
-std::string text_in_bars(const std::string& line) {
-  const std::size_t begin = line.find('|');
-  return line.substr(begin + 1, line.rfind('|') - begin - 1);
-}
-
-struct PreparedGrids {
-  std::map<std::string, GridText> grids;
-
-  GridText& of(const std::string& variable) { return grids.at(variable); }
-};
-
-void prepare_grid(std::istringstream& words, PreparedGrids& prepared) {
-  std::string variable;
-  int last_year = 0;
-  int first_row = 0;
-  int last_row = 0;
-  int missing = 0;
-  char dash = 0;
-  words >> variable >> last_year >> first_row >> dash >> last_row >> missing;
-  prepared.grids.emplace(variable, GridText(last_year, first_row, last_row, missing));
-}
-
-// One line of `prepare_data` that changes a grid file. Gives whether it was one.
-bool change_grid(const std::string& kind, std::istringstream& words,
-                 const std::string& line, PreparedGrids& prepared) {
-  std::string variable;
-  words >> variable;
-  int year = 0;
-  int month = 0;
-  int row = 0;
-  int column = 0;
-  int value = 0;
-  if (kind == "series") {
-    words >> year >> row >> column;
-    for (month = 1; month <= 12 && words >> value; ++month) {
-      prepared.of(variable).set_value(year, month, row, column, value);
-    }
-  } else if (kind == "constant") {
-    int last_year = 0;
-    char dash = 0;
-    words >> year >> dash >> last_year >> row >> column >> value;
-    for (; year <= last_year; ++year) {
-      for (month = 1; month <= 12; ++month) {
-        prepared.of(variable).set_value(year, month, row, column, value);
+  // Returns whether the line is understood.
+  [[nodiscard]] bool add(const std::string& line, const Blocks& blocks) {
+    if (kind_ == "screen") {
+      for (const std::string& shown : blocks.spelt_out(line)) {
+        transcript_->screen.push_back(shown);
+        append_answers(shown, transcript_->answers);
       }
+    } else if (kind_ == "answers") {
+      transcript_->answers.push_back(line.empty() ? "RETURN" : line);
+    } else if (kind_ == "stderr") {
+      transcript_->errors += content_of_bars(line);
+    } else if (kind_ == "file") {
+      transcript_->files[name_].content += content_of_bars(line);
+    } else {
+      return kind_.empty() && add_to_head(line);
     }
-  } else if (kind == "value") {
-    words >> year >> month >> row >> column >> value;
-    prepared.of(variable).set_value(year, month, row, column, value);
-  } else if (kind == "field") {
-    words >> year >> month >> row >> column;
-    prepared.of(variable).set_field(year, month, row, column, text_in_bars(line));
-  } else if (kind == "line") {
-    words >> year >> month >> row;
-    prepared.of(variable).set_line(year, month, row, text_in_bars(line));
-  } else if (kind == "crlf") {
-    prepared.of(variable).end_lines_with_crlf();
-  } else if (kind == "cut") {
-    std::size_t characters = 0;
-    words >> year >> month >> row >> characters;
-    prepared.of(variable).cut(year, month, row, characters);
-  } else {
-    return false;
+    return true;
   }
-  return true;
-}
+
+ private:
+  bool add_to_head(const std::string& line) {
+    if (line.starts_with('#')) {
+      transcript_->comments.push_back(line);
+    } else if (line.starts_with("data ")) {
+      transcript_->data.push_back(line.substr(5));
+    } else if (line.starts_with("status ")) {
+      transcript_->status = std::stoi(line.substr(7));
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  Transcript* transcript_;
+  std::string kind_;
+  std::string name_;
+};
 
 }  // namespace
 
-Blocks read_blocks(const std::filesystem::path& folder) {
-  Blocks blocks;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    blocks[entry.path().stem().string()] = read_lines(entry.path());
-  }
-  return blocks;
-}
-
 Transcript read_transcript(const std::filesystem::path& path, const Blocks& blocks) {
   Transcript transcript;
-  std::string section;
+  Section section("", transcript);
   for (const std::string& line : read_lines(path)) {
-    if (line.starts_with("--- ") || line == "answers") {
-      section = line.starts_with("--- ") ? line.substr(4) : line;
-      if (section.starts_with("file ")) {
-        transcript.files[section.substr(5)] = "";
-      }
-    } else if (section == "screen") {
-      append_screen_line(transcript, line, blocks);
-    } else if (section == "answers") {
-      transcript.answers.push_back(line.empty() ? "RETURN" : line);
-    } else if (section == "stderr") {
-      transcript.errors += content_of_bars(line);
-    } else if (section.starts_with("file ")) {
-      transcript.files[section.substr(5)] += content_of_bars(line);
-    } else if (line.starts_with('#')) {
-      transcript.comments.push_back(line);
-    } else if (line.starts_with("data ")) {
-      transcript.data.push_back(line.substr(5));
-    } else if (line.starts_with("status ")) {
-      transcript.status = std::stoi(line.substr(7));
+    if (line.starts_with("--- ")) {
+      section = Section(line.substr(4), transcript);
+    } else if (line == "answers") {
+      section = Section(line, transcript);
     } else {
-      ADD_FAILURE() << path << ": not understood: " << line;
+      EXPECT_TRUE(section.add(line, blocks)) << path << ": not understood: " << line;
     }
   }
   return transcript;
@@ -200,43 +126,20 @@ void write_transcript(const std::filesystem::path& path, const Transcript& trans
     out << "data " << line << '\n';
   }
   out << "status " << transcript.status << "\n--- screen\n";
-  for (std::size_t i = 0; i < transcript.screen.size();) {
-    const auto [name, length] = longest_block(transcript.screen, i, blocks);
-    out << (length == 0 ? transcript.screen[i] : "@" + name) << '\n';
-    i += std::max<std::size_t>(length, 1);
+  for (const std::string& line : blocks.condensed(transcript.screen)) {
+    out << line << '\n';
   }
   if (!transcript.errors.empty()) {
     out << "--- stderr\n";
     write_bars(out, transcript.errors);
   }
-  for (const auto& [name, content] : transcript.files) {
-    out << "--- file " << name << '\n';
-    write_bars(out, content);
-  }
-}
-
-void prepare_data(const std::vector<std::string>& lines) {
-  PreparedGrids prepared;
-  for (const std::string& line : lines) {
-    std::istringstream words(line);
-    std::string kind;
-    words >> kind;
-    if (kind == "grid") {
-      prepare_grid(words, prepared);
-    } else if (kind == "folder") {
-      std::string name;
-      words >> name;
-      std::filesystem::create_directory(name);
-    } else if (kind == "file") {
-      std::string name;
-      words >> name;
-      write_file(name, text_in_bars(line) + "\n");
-    } else {
-      EXPECT_TRUE(change_grid(kind, words, line, prepared)) << line;
+  for (const auto& [name, file] : transcript.files) {
+    out << "--- file " << name;
+    if (file.mode != kUsualMode) {
+      out << " mode " << std::oct << static_cast<unsigned>(file.mode) << std::dec;
     }
-  }
-  for (const auto& [variable, grid] : prepared.grids) {
-    write_file(data_file_name(variable), grid.text());
+    out << '\n';
+    write_bars(out, file.content);
   }
 }
 

@@ -1,15 +1,17 @@
 // Transcripts: whole sessions as text, the data they run on, and all they must give.
 //
 //   # what the case shows
-//   data ...            how the folder is prepared, see prepare_data
+//   data ...            how the folder is prepared, see prepared_data.h
 //   answers             the answers alone, a line each: a case whose screen is not yet
 //                       written (see README.md in this folder)
 //   status N            the exit status
 //   --- screen          the screen, in the notation of support/session.h; a line @NAME
-//                       stands for the lines of blocks/NAME.txt
+//   ...
+//                       stands for the lines of blocks/NAME.txt, see blocks.h
 //   --- stderr          standard error, |line| each; without this section: nothing
-//   --- file NAME       a file that the session leaves, |line| each. All files count:
-//                       beside these and the unchanged data there must be none.
+//   --- file NAME       a plain file with the mode 644 that the session leaves, |line|
+//                       each; with another one: --- file NAME mode 640. All files
+//                       count: beside these and the unchanged data there must be none.
 
 #ifndef VELDMARK_TESTS_SESSIONS_TRANSCRIPT_H_
 #define VELDMARK_TESTS_SESSIONS_TRANSCRIPT_H_
@@ -17,8 +19,10 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include "sessions/blocks.h"
+#include "support/temporary_folder.h"
 
 namespace veldmark::testing {
 
@@ -28,34 +32,16 @@ struct Transcript {
   int status = 0;
   std::vector<std::string> screen;  // blocks spelt out
   std::string errors;
-  std::map<std::string, std::string> files;
+  std::map<std::string, FolderEntry> files;
   std::vector<std::string> answers;  // as the screen, or the answers section, has them
 };
 
-using Blocks = std::map<std::string, std::vector<std::string>>;
-
-Blocks read_blocks(const std::filesystem::path& folder);
-
+// Fails the test where a line is not understood.
 Transcript read_transcript(const std::filesystem::path& path, const Blocks& blocks);
 
-// Writes `transcript` to `path`, with the longest known blocks in place of their lines.
+// Writes `transcript` to `path`, with blocks in place of their lines.
 void write_transcript(const std::filesystem::path& path, const Transcript& transcript,
                       const Blocks& blocks);
-
-// Prepares the current folder. Each line is one of
-//   grid VARIABLE LAST_YEAR FIRST_ROW-LAST_ROW MISSING
-//                                      a grid file with full lines for these rows and
-//                                      empty ones for all others
-//   series VARIABLE YEAR ROW COLUMN V1 ... V12    twelve months of a cell
-//   constant VARIABLE FIRST_YEAR-LAST_YEAR ROW COLUMN V    all months of a cell
-//   value VARIABLE YEAR MONTH ROW COLUMN V        one month of a cell
-//   field VARIABLE YEAR MONTH ROW COLUMN |five|   five characters as they are
-//   line VARIABLE YEAR MONTH ROW |text|           a whole line
-//   crlf VARIABLE                                 CR LF line ends
-//   cut VARIABLE YEAR MONTH ROW CHARACTERS        the file ends in that line
-//   folder NAME                                   a folder of that name
-//   file NAME |text|                              a file with one line
-void prepare_data(const std::vector<std::string>& lines);
 
 }  // namespace veldmark::testing
 

@@ -33,6 +33,18 @@ void write_file(const std::filesystem::path& path, std::string_view content);
 // Every file of the current folder with its content, by name; folders with "".
 std::map<std::string, std::string> folder_content();
 
+// What a folder holds under a name.
+struct FolderEntry {
+  std::filesystem::file_type type = std::filesystem::file_type::none;
+  std::filesystem::perms mode = std::filesystem::perms::none;
+  std::string content;  // of a plain file
+
+  bool operator==(const FolderEntry&) const = default;
+};
+
+// Every entry of the current folder, by name. Links are not followed.
+std::map<std::string, FolderEntry> folder_entries();
+
 }  // namespace veldmark::testing
 
 #endif  // VELDMARK_TESTS_SUPPORT_TEMPORARY_FOLDER_H_
