@@ -21,6 +21,7 @@
 #include "data_files.h"
 #include "fuzz_input.h"
 #include "plain_reading.h"
+#include "reached.h"
 #include "require.h"
 #include "search_of_input.h"
 
@@ -162,6 +163,7 @@ void edit_regular_file(FuzzInput& input, const BlockRequest& request,
 void check_regular(const std::string& name, const BlockRequest& request) {
   const GridFile file(name);
   const std::optional<GridValues> fast = read_regular(file, request);
+  reached(fast ? "regular files" : "files that are not regular");
   if (!fast) return;  // read_block then reads line by line, as the definition does
   const Outcome defined =
       outcome_of_reading(request.ranges, [&](ConsoleDialogue& console) {
@@ -282,6 +284,8 @@ void check_any_shape(const std::string& text, const BlockRequest& request) {
         return read_block(console, GridFile(file.name()), request);
       });
   const Outcome expected = PlainReading(text, request).read();
+  reached(expected.end.empty() ? "readings to the end" : expected.end);
+  reached("values read", expected.values.size());
   require(outcome.end == expected.end, "a reading ends as the description has it",
           outcome.end + " / " + expected.end);
   require(outcome == expected, "a block holds what the description has it hold");

@@ -20,6 +20,7 @@
 #include "console/console_dialogue.h"
 #include "fuzz_input.h"
 #include "plain_twins.h"
+#include "reached.h"
 #include "require.h"
 #include "util/fixed_field.h"
 #include "util/free_form.h"
@@ -246,6 +247,7 @@ void check_answers(const std::string& typed) {
     require(answer == (line ? expected : "END"), "an answer is its line's", typed);
   };
   const std::string text = line.value_or("");
+  reached(line ? "lines answered" : "ends of the input");
   for (const std::size_t width : {2U, 4U}) {
     expect(answers.read([&](ConsoleDialogue& console) {
       return std::to_string(console.read_fixed_integer(width));
@@ -282,6 +284,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   check_written_integer(std::bit_cast<std::int32_t>(bits), width);
 
   const std::string text = input.rest();
+  reached(plain_integer(text) ? "integers" : "texts that are no integer");
   veldmark::fuzz::require(veldmark::parse_integer(text) == plain_integer(text),
                           "an integer is its digits", text);
   check_real(text);

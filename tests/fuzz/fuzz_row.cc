@@ -17,6 +17,7 @@
 #include "catalogue/row_plan.h"
 #include "fuzz_input.h"
 #include "plain_twins.h"
+#include "reached.h"
 #include "require.h"
 #include "search_of_input.h"
 #include "util/fixed_field.h"
@@ -69,6 +70,7 @@ void check_vectors(std::string_view fields) {
   const std::size_t done = convert_usual_fields(fields, values.data());
   require(done <= count, "no more fields than there are", fields);
   values.resize(done);
+  reached("fields converted by vectors", done);
   require(plain_fields(fields.substr(0, done * kFieldWidth)) == values,
           "vectors convert as the definition", fields);
 }
@@ -111,6 +113,7 @@ void check_plan(std::string_view line, const GridRanges& ranges,
   require(read == (values && !has_line_end(line)),
           "a line is read by its plan when it can be read", line);
   if (!read) return;
+  reached("lines read by a plan");
   for (std::size_t i = 0; i < cells.size(); ++i) {
     require(cells[i] == values->at(static_cast<std::size_t>(data_columns[i])),
             "a plan gives the values of the definition", line);
@@ -119,6 +122,7 @@ void check_plan(std::string_view line, const GridRanges& ranges,
 
 void check_line(std::string_view line, const GridRanges& ranges, std::uint8_t seed) {
   const Values expected = plain_row(line, ranges);
+  reached(expected ? "lines read" : "lines refused");
   RowValues values{};
   require(read_row(line, row_format(ranges), values) == expected.has_value(),
           "a row is read when its fields are integers", line);

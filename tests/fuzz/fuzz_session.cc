@@ -24,6 +24,7 @@
 #include "console/console_dialogue.h"
 #include "driver/program_driver.h"
 #include "plain_twins.h"
+#include "reached.h"
 #include "require.h"
 #include "scratch_folder.h"
 #include "support/grid_text.h"
@@ -270,6 +271,7 @@ void check_cell_list(const std::vector<std::string>& lines, const SavedCells& ce
 }
 
 void check_report(const std::vector<std::string>& lines, const SavedCells& cells) {
+  reached("variance reports");
   require(lines.size() == 2 + cells.longitudes.size() - cells.untested,
           "the report has all cells that could be tested");
   for (std::size_t i = 2; i < lines.size(); ++i) {
@@ -292,6 +294,8 @@ void check_saved(const std::string& screen) {
   const std::size_t table = screen.find(kTableStart);
   if (table == std::string::npos || screen.find(kClaim) == std::string::npos) return;
   const SavedCells cells = read_screen(screen.substr(table));
+  reached("searches saved");
+  reached("cells saved", cells.longitudes.size());
   require(cells.saved == static_cast<std::int64_t>(cells.longitudes.size()),
           "the cells of the table are counted", screen.substr(table));
   require(cells.saved <= std::max<std::int64_t>(cells.defined, 0),
@@ -357,6 +361,7 @@ void run_session(const std::string& typed) {
   const int status = run_program(console, errors);
   screen.check_pass();
   require(status == 0 || status == 255, "the status is 0 or 255");
+  reached(status == 0 ? "quiet ends" : "ends with a report");
   if (status == 255) {
     check_report_of_end(errors.str());
   } else {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "fuzz_input.h"
+#include "reached.h"
 #include "require.h"
 #include "scratch_folder.h"
 #include "tersify/check_file.h"
@@ -89,6 +90,7 @@ void check_shifted(const std::string& line, const PlainLine& expected, int seed)
 
 void check_line(const std::string& line, int seed) {
   const PlainLine expected = plain_condensed(line);
+  reached(expected.fault == 0 ? "lines condensed" : "lines at fault");
   const RoomyLine roomy(line);
   std::vector<char> output(tersify::kCondensedRoom, '?');
   const auto is_expected_text = [&] {
@@ -120,8 +122,9 @@ std::string published_text(FuzzInput& input) {
   const int lines = kind % 4 == 0 ? input.byte() % 32 : kLines;
   const int edited = input.byte() % kLines;
   const std::string line_end = kind % 8 >= 4 ? "\r\n" : "\n";
-  FuzzInput none(nullptr, 0);
-  const std::string usual = line_around(none, "0");
+  static constexpr std::array<std::uint8_t, 5> kWholeLine{0, 0, 0, 0, 1};
+  FuzzInput whole(kWholeLine.data(), kWholeLine.size());
+  const std::string usual = line_around(whole, "0");
   std::string text;
   for (int i = 0; i < lines; ++i) {
     const bool is_edited = i == edited;
@@ -199,12 +202,14 @@ void check_file_round_trip(const std::string& text) {
   try {
     const tersify::Condensed done = tersify::condense_file("grid", {}, screen);
     check_condensed_file(text, read_file("grid.new"), done);
+    reached("files condensed");
     const GridShape shape{.first_year = 1901, .years = 1, .rows = 1};
     const auto fault = tersify::check_file("grid.new", shape, screen);
     require(fault.has_value() == (done.lines != kLines),
             "what was condensed passes the check", fault.value_or("complete"));
     std::filesystem::remove("grid.new");
   } catch (const Failure& failure) {
+    reached("files refused");
     require(std::string_view(failure.what()).find("grid") != std::string::npos,
             "a failure names the file", failure.what());
     const bool compressed = std::string_view(failure.what()).find(" is compressed ") !=
@@ -227,6 +232,7 @@ void check_fault(FuzzInput& input) {
   const std::string text = input.rest();
   const auto fault = fault_of(text, shape, piece, longest);
   const auto expected = plain_fault(text, shape);
+  reached(expected ? "checks that find a fault" : "checks passed");
   require(fault.has_value() == expected.has_value(),
           "a file is at fault when its twin says so", fault.value_or("complete"));
   if (!fault) return;
@@ -245,6 +251,7 @@ void check_good_fields(std::string_view text) {
     if (!is_plainly_good_field(std::string(text.substr(i, 5)))) break;
     ++expected;
   }
+  reached("good fields", static_cast<std::size_t>(expected));
   require(tersify::count_good_fields(roomy.view()) == expected,
           "the good fields are counted", text);
 }
@@ -259,6 +266,7 @@ void check_name_list(const std::string& text) {
   }
   try {
     const std::vector<std::string> list = tersify::read_name_list("list");
+    reached("lists read");
     require(list.size() == names, "every line that isn't blank is a name", text);
     for (const std::string& name : list) {
       require(
@@ -290,6 +298,7 @@ void check_command_line(const std::string& text) {
       .input = input, .output = output, .messages = {.stream = messages}};
   const int status = tersify::run_tersify(arguments, around);
   require(0 <= status && status <= 2, "the status is 0, 1 or 2", text);
+  reached("command lines with status " + std::to_string(status));
   require(status != 2 || messages.str().starts_with("tersify: "),
           "a wrong command line is told", messages.str());
   require(status == 0 || !(output.str() + messages.str()).empty(), "a failure is told",

@@ -1,22 +1,35 @@
-// Runs a fuzz target on kept inputs, without a fuzzer.
+// Runs a fuzz target on inputs, without a fuzzer.
 //
 //   PROGRAM FILE_OR_FOLDER...
+//   PROGRAM --corpus TARGET CORPUS
 //
-// Each input is named before it is run: the last one named is the one at fault.
+// Each input is named before it is run: the last one named is the one at fault. At the
+// end stands how often what was reached. The second form replays the corpus of a
+// target, CORPUS/TARGET: at most 60 inputs, all with names that a person gave, which
+// together reach at least what CORPUS/least_reached.txt says.
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "reached.h"
 #include "scratch_folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
+
+using veldmark::fuzz::ReachedCounts;
+
+constexpr std::size_t kMostInputs = 60;
+constexpr std::size_t kHashLength = 40;  // of the names that the fuzzer gives
 
 std::vector<std::filesystem::path> files_of(const std::filesystem::path& path) {
   if (!std::filesystem::is_directory(path)) return {path};
@@ -37,20 +50,76 @@ void run_input(const std::filesystem::path& file) {
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }
 
+// Returns how many inputs were run.
+std::size_t run_inputs(const std::vector<std::filesystem::path>& files) {
+  for (const std::filesystem::path& file : files) {
+    run_input(file);
+  }
+  std::printf("%zu inputs\n", files.size());
+  for (const auto& [what, count] : veldmark::fuzz::reached_counts()) {
+    std::printf("%zu %s\n", count, what.c_str());
+  }
+  return files.size();
+}
+
+bool has_a_name(const std::filesystem::path& file) {
+  const std::string name = file.filename().string();
+  return name.size() != kHashLength ||
+         name.find_first_not_of("0123456789abcdef") != std::string::npos;
+}
+
+// What the lines "TARGET COUNT WHAT" of a file demand of a target.
+ReachedCounts demands_on(const std::string& target, const std::filesystem::path& path) {
+  ReachedCounts demands;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    std::istringstream words(line);
+    std::string of;
+    std::size_t count = 0;
+    std::string what;
+    words >> of >> count >> std::ws;
+    std::getline(words, what);
+    if (of == target) demands[what] = count;
+  }
+  return demands;
+}
+
+int complain(const std::string& text) {
+  std::fprintf(stderr, "%s\n", text.c_str());
+  return 1;
+}
+
+int replay_corpus(const std::string& target, const std::filesystem::path& corpus) {
+  const auto files = files_of(corpus / target);
+  if (files.size() > kMostInputs) return complain("more than 60 inputs in the corpus");
+  for (const auto& file : files) {
+    if (!has_a_name(file)) return complain("no name: " + file.string());
+  }
+  veldmark::fuzz::reached("inputs", run_inputs(files));
+  const ReachedCounts demands = demands_on(target, corpus / "least_reached.txt");
+  if (!demands.contains("inputs")) return complain("nothing is demanded of " + target);
+  int status = 0;
+  for (const auto& [what, least] : demands) {
+    const std::size_t count = veldmark::fuzz::reached_counts()[what];
+    if (count < least) {
+      status = complain(what + ": " + std::to_string(count) + ", at least " +
+                        std::to_string(least) + " expected");
+    }
+  }
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::size_t count = 0;
-  for (int i = 1; i < argc; ++i) {
-    for (const std::filesystem::path& file : files_of(argv[i])) {
-      run_input(file);
-      ++count;
-    }
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (arguments.size() == 3 && arguments[0] == "--corpus") {
+    return replay_corpus(arguments[1], arguments[2]);
   }
-  std::printf("%zu inputs\n", count);
-  if (count == 0) {
-    std::fprintf(stderr, "no inputs to run\n");
-    return 1;
+  std::vector<std::filesystem::path> files;
+  for (const std::string& argument : arguments) {
+    const auto more = files_of(argument);
+    files.insert(files.end(), more.begin(), more.end());
   }
-  return 0;
+  return run_inputs(files) == 0 ? complain("no inputs to run") : 0;
 }
