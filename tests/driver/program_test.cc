@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 
+#include "driver/running_program.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark::testing {
@@ -17,12 +18,7 @@ namespace {
 // where standard output and standard error go. `clear` and `ls` are stand-ins that
 // write their name and arguments. Result: the exit status, -1 after a signal.
 int run_program_with(const std::string& answers, const std::string& redirection) {
-  std::filesystem::create_directory("bin");
-  for (const char* command : {"clear", "ls"}) {
-    const std::string path = std::string("bin/") + command;
-    write_file(path, "#!/bin/sh\necho \"$ " + std::string(command) + " $*\"\n");
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-  }
+  make_stand_ins();
   write_file("answers", answers);
   const std::string command =
       "PATH=\"$PWD/bin:$PATH\" '" VELDMARK_PROGRAM "' < answers " + redirection;
