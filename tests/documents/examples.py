@@ -4,8 +4,13 @@ An example is a command and what it shows, in an indented block of a Markdown pa
 between .EX and .EE of a manual page: lines that begin with "$ " are the command, lines
 that begin with "> " right after it go on with it, all others are its output.
 
+A fenced block marked "sh" is a script, run as it stands; a block marked "text" right
+after it is what it shows.
+
 A table whose first heading is "Bytes" takes the first line of the output of the example
 above it apart: each row has a range of bytes and, in its last column, what stands there.
+
+Indented blocks without a command (formulas, screens) are kept apart: they are texts.
 """
 
 import dataclasses
@@ -22,6 +27,7 @@ class Example:
 
 
 def examples_in_block(lines):
+    """The examples of a block; none where it has no command."""
     examples = []
     in_command = False
     for line in lines:
@@ -46,42 +52,84 @@ def part_of_row(line):
     return first, int(match.group(2) or first), cells[-1].strip("`")
 
 
+def blocks_of_markdown(text):
+    """(kind, lines) of a page in its order; kind is the fence's word, "indented", "table"."""
+    fence = None
+    for line in text.splitlines():
+        if fence is not None:
+            if line == "```":
+                yield fence, block
+                fence = None
+            else:
+                block.append(line)
+        elif line.startswith("```"):
+            fence, block = line[3:], []
+        elif line.startswith("    "):
+            yield "indented", [line[4:]]
+        elif line.startswith("|"):
+            yield "table", [line]
+        else:
+            yield "prose", [line]
+
+
+def joined(blocks):
+    """The same, with neighbours of one kind made one block; fenced blocks stay apart."""
+    result = []
+    for kind, lines in blocks:
+        if kind in ("indented", "table", "prose") and result and result[-1][0] == kind:
+            result[-1][1].extend(lines)
+        else:
+            result.append((kind, list(lines)))
+    return result
+
+
 def examples_of_markdown(text):
-    examples = []
-    block = []
-    in_table = False
-    for line in text.splitlines() + [""]:
-        if line.startswith("    "):
-            block.append(line[4:])
+    """The examples of a page, and the indented blocks that are none."""
+    examples, texts = [], []
+    before = None
+    for kind, lines in joined(blocks_of_markdown(text)):
+        if kind == "prose" and not any(lines):
             continue
-        if block:
-            examples += examples_in_block(block)
-            block = []
-        in_table = line.startswith("| Bytes |") or in_table and line.startswith("|")
-        if in_table and examples and part_of_row(line):
-            examples[-1].parts.append(part_of_row(line))
-    return examples
+        if kind == "indented":
+            found = examples_in_block(lines)
+            examples += found
+            texts += [] if found else ["\n".join(lines)]
+        elif kind == "sh":
+            examples.append(Example("\n".join(lines), ""))
+        elif kind == "text" and before == "sh":
+            examples[-1].output = "\n".join(lines) + "\n"
+        elif kind == "table" and lines[0].startswith("| Bytes |"):
+            examples[-1].parts += filter(None, map(part_of_row, lines))
+        elif kind not in ("prose", "table"):
+            texts.append("\n".join(lines))
+        before = kind
+    return examples, texts
 
 
 def unescaped(line):
     for escape, text in ((r"\-", "-"), (r"\(aq", "'"), (r"\(dq", '"'), (r"\e", "\\")):
         line = line.replace(escape, text)
-    return line
+    return line.removeprefix("\\&")
 
 
 def examples_of_manual(text):
-    examples = []
+    """The examples of a manual page, and the blocks that are none."""
+    examples, texts = [], []
     for block in re.findall(r"^\.EX\n(.*?)^\.EE$", text, re.MULTILINE | re.DOTALL):
-        examples += examples_in_block([unescaped(line) for line in block.splitlines()])
-    return examples
+        lines = [unescaped(line) for line in block.splitlines()]
+        found = examples_in_block(lines)
+        examples += found
+        texts += [] if found else ["\n".join(lines)]
+    return examples, texts
 
 
-def rows_of_tables(text, first_heading):
-    """The tables whose heading begins with `first_heading`, each a list of rows."""
+def rows_of_tables(text, *first_headings):
+    """The tables whose heading begins with `first_headings`, each a list of rows."""
     tables = []
+    heading = "| " + " | ".join(first_headings) + " |"
     in_table = False
     for line in text.splitlines():
-        if line.startswith(f"| {first_heading} |"):
+        if line.startswith(heading):
             tables.append([])
             in_table = True
         elif not line.startswith("|"):
@@ -89,3 +137,29 @@ def rows_of_tables(text, first_heading):
         elif in_table and not line.startswith("|---"):
             tables[-1].append([cell.strip() for cell in line.strip("|").split("|")])
     return tables
+
+
+def entries_of_manual(text, section):
+    """The entries of a manual page's section, .TP by .TP, as (label, text)."""
+    match = re.search(
+        rf'^\.SH "?{re.escape(section)}"?\n(.*?)(?=^\.SH|\Z)', text, re.MULTILINE | re.DOTALL
+    )
+    if match is None:
+        return []
+    entries = []
+    for entry in re.split(r"^\.TP.*\n", match.group(1), flags=re.MULTILINE)[1:]:
+        lines = [plain_roff(line) for line in entry.splitlines()]
+        entries.append((lines[0].strip(), " ".join(" ".join(lines[1:]).split())))
+    return entries
+
+
+def plain_roff(line):
+    """A line of a manual page without its markup."""
+    line = unescaped(line)
+    match = re.match(r"\.(BI|BR|IR|RB|RI|B|I)\s+(.*)", line)
+    if match:
+        macro, rest = match.groups()
+        words = re.findall(r'"((?:[^"]|"")*)"|(\S+)', rest)
+        between = "" if len(macro) == 2 else " "
+        return between.join(quoted or bare for quoted, bare in words)
+    return "" if line.startswith(".") else re.sub(r"\\f[BIRP]", "", line)
