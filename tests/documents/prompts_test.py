@@ -1,0 +1,180 @@
+"""The prompts and their answers, as README and veldmark(1) tell them."""
+
+import re
+
+from examples import entries_of_manual, rows_of_tables
+from support import (
+    PAUSE,
+    SAMPLE,
+    TMP,
+    DocumentTest,
+    extract,
+    one_line,
+    page,
+    run,
+    saved_cells,
+    search_answers,
+    write_grid,
+)
+
+MANUAL = "docs/man/veldmark.1"
+BEFORE_YOU_TRUST = "docs/before-you-trust-a-number.md"
+BOX = ("10.5", "10.0", "20.5", "20.0")
+YEAR = ("1901", "1901")
+NUMBERS = {"two": 2, "four": 4, "eight": 8}
+
+
+def manual_entry(prompt):
+    """What veldmark(1) says of a prompt; on one line."""
+    entries = dict(entries_of_manual(page(MANUAL), "PROMPTS"))
+    return next(text for label, text in entries.items() if prompt in label)
+
+
+class PromptTest(DocumentTest):
+    def setUp(self):
+        super().setUp()
+        write_grid(self.folder / TMP, lambda row: "    1" * 720)
+
+    def play(self, *answers):
+        return run(["veldmark"], self.folder, [PAUSE, PAUSE, *answers])
+
+    def whole_screen(self):
+        answers = [*search_answers("2", BOX, YEAR, cutoff="1901"), "T", "F"]
+        result = self.play(*answers, PAUSE, *["2", PAUSE, "1", "y", "F"], "F")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return result.stdout
+
+
+class Prompts(PromptTest):
+    def test_of_the_readme_are_shown(self):
+        (rows,) = rows_of_tables(page("README.md"), "Prompt")
+        screen = self.whole_screen()
+        for cells in rows:
+            for prompt in re.findall(r"`([^`]*)`", cells[0]):
+                self.assertIn(prompt, screen)
+        for prompt in ("Perform another search?", "Change search parameters?"):
+            self.assertIn(f"`{prompt}`", rows[-1][1])
+            self.assertIn(prompt, screen)
+        self.assertEqual(len(rows), 9)
+
+    def test_of_the_manual_page_are_shown_in_their_order(self):
+        screen = self.whole_screen()
+        labels = [label for label, _ in entries_of_manual(page(MANUAL), "PROMPTS")]
+        self.assertEqual(len(labels), 9)
+        places = [screen.find(label.split(", ")[0].rstrip(",")) for label in labels]
+        self.assertNotIn(-1, places, labels)
+        self.assertEqual(places, sorted(places))
+
+    def test_widths_are_as_told(self):
+        told = {
+            prompt: NUMBERS[self.find(r"(\w+) characters", manual_entry(prompt), prompt)]
+            for prompt in ("Enter a value from 0", "Enter Max Latitude", "FYOD")
+        }
+        text = one_line(page(BEFORE_YOU_TRUST))
+        words = self.find(
+            r"(\w+) at the menu, (\w+) of a year, (\w+) of a coordinate", text, "widths"
+        )
+        menu, year, coordinate = (NUMBERS[word] for word in words)
+        self.assertEqual(list(told.values()), [menu, coordinate, year])
+        # The last character that is read decides, the one after it does not.
+        number = "0" * (menu - 1) + "2" + "9"
+        top = "0" * (coordinate - 4) + "10." + "5" + "9"
+        first = "1901"[:year].rjust(year, "0") + "7"
+        answers = search_answers(number, (top, *BOX[1:]), (first, "1901"))
+        screen = self.play(*answers, "F").stdout
+        self.assertIn("/   10.50:---", screen)
+        self.assertIn("yrmin=  1901 yrmax=  1901", screen)
+        self.assertIn("1 Grids Selected and Saved", screen)
+
+    def test_years_are_as_told(self):
+        for name, text in (
+            ("README.md", page("README.md").split("`FYOD ==>`")[1].splitlines()[0]),
+            (MANUAL, manual_entry("FYOD")),
+        ):
+            first, last = map(int, self.find(r"(\d{4}) to (\d{4})", text, name))
+            for year, taken in ((first - 1, 0), (first, 1), (last, 1), (last + 1, 0)):
+                with self.subTest(page=name, year=year):
+                    screen = self.play("2", PAUSE, PAUSE, *BOX, "T", str(year)).stdout
+                    self.assertEqual(screen.count("LYOD ==>"), taken)
+                    self.assertEqual(screen.count("WARNING"), 1 - taken)
+
+
+class Answers(PromptTest):
+    def test_return_alone_at_the_menu_ends_the_program(self):
+        self.assertIn("RETURN alone", page("README.md"))
+        self.assertIn("RETURN alone", manual_entry("Enter a value from 0"))
+        result = self.play("")
+        self.assertEqual(result.returncode, 0)
+        self.assertTrue(result.stdout.endswith("Program Terminating\n"), result.stdout)
+
+    def test_yes_starts_the_region_again(self):
+        self.assertIn("`yes` too", page("README.md"))
+        screen = self.play("2", PAUSE, PAUSE, *BOX, "yes").stdout
+        self.assertEqual(screen.count("Select the Geographical Range"), 2)
+
+    def test_a_blank_factor_shows_nothing(self):
+        self.assertIn("shows nothing", one_line(page(BEFORE_YOU_TRUST)))
+        before = self.play("2", PAUSE, PAUSE, *BOX, "T", *YEAR, "T").stdout
+        after = self.play("2", PAUSE, PAUSE, *BOX, "T", *YEAR, "T", "", "").stdout
+        self.assertEqual(before, after)
+
+    def test_a_year_with_a_decimal_point_is_the_year(self):
+        self.assertIn("`1901.0` is the year 1901", one_line(page(BEFORE_YOU_TRUST)))
+        screen = extract(self.folder, "2", BOX, ("1901.0", "1901.0"))
+        self.assertIn("yrmin=  1901 yrmax=  1901", screen)
+
+    def test_a_number_beyond_the_menu_leaves_hidden_files(self):
+        self.assertIn("named `.TSF` and `.XY`", one_line(page(BEFORE_YOU_TRUST)))
+        result = self.play("12", PAUSE, *BOX, "T", *YEAR, "T")
+        self.assertEqual(result.returncode, 255)
+        self.assertEqual((self.folder / ".TSF").stat().st_size, 0)
+        self.assertEqual((self.folder / ".XY").stat().st_size, 0)
+
+
+class Searches(PromptTest):
+    def test_choosing_a_variable_empties_its_files(self):
+        for name in ("README.md", BEFORE_YOU_TRUST, MANUAL):
+            text = one_line(re.sub(r"[*`]|^\.B ", "", page(name), flags=re.MULTILINE))
+            self.assertRegex(text, r"empties its \.TSF and \.XY at once|emptied as soon as it")
+        extract(self.folder, "2", BOX, YEAR)
+        series = self.folder / f"{TMP}.TSF"
+        report = self.folder / f"{TMP}.ftst"
+        report.write_text("old\n")
+        self.assertGreater(series.stat().st_size, 0)
+        self.play("2", PAUSE)  # and the input ends at the region
+        self.assertEqual(series.stat().st_size, 0)
+        self.assertEqual((self.folder / f"{TMP}.XY").stat().st_size, 0)
+        self.assertEqual(report.read_text(), "old\n")
+
+    def test_a_second_search_goes_as_told(self):
+        text = one_line(page("README.md"))
+        self.assertIn(
+            "keeps region and years: a pause, the menu, the citation, and on with the thinning",
+            text,
+        )
+        screen = self.whole_screen().split("Change search parameters?")[1]
+        steps = (" Hit RETURN to CONTINUE", "Select the Variable", "citation", "theoretically")
+        places = [screen.index(step) for step in steps]
+        self.assertEqual(places, sorted(places))
+        self.assertNotIn("Select the Geographical Range", screen)
+        answers = [*search_answers("2", BOX, YEAR), "T", "T"]
+        again = self.play(*answers).stdout.split("Change search parameters?")[1]
+        self.assertIn("Program Veldmark_v24", again)
+
+    def test_the_way_from_a_published_file_is_as_the_readme_shows(self):
+        lines = self.find(
+            r"(?m)^    gunzip -k .*\n((?:    .*\n)+)", page("README.md"), "the way"
+        )
+        name = TMP.removesuffix(".new")
+        series = SAMPLE / "cru_ts4.01_tmp_1901_2016.csv.gz"
+        make = f"zcat '{series}' | series_to_grid --years 1901-1901 --published {name}"
+        commands = [make, f"gzip {name}", f"gunzip -k {name}.gz"]
+        commands += [line.strip() for line in lines.splitlines()]
+        for command in commands:
+            result = run(["bash", "-c", command], self.folder)
+            # One year is no whole file, and --check says so.
+            expected = 1 if "--check" in command else 0
+            self.assertEqual(result.returncode, expected, f"{command}: {result.stderr}")
+        self.assertIn("--check", commands[-1])
+        extract(self.folder, "2", ("61.5", "60.0", "-138.5", "-140.0"), YEAR)
+        self.assertEqual(len(saved_cells(self.folder / f"{TMP}.XY")), 9)
