@@ -84,6 +84,18 @@ def column_numbers(row):
     return "".join(f"{column + 1000 * (row % 30):5d}" for column in range(1, 721))
 
 
+def write_lines(path, last_year, fields):
+    """A grid file with `fields` {line: {column: value}}; all other lines are empty."""
+    with path.open("w", encoding="ascii") as file:
+        for line in range(1, (last_year - 1900) * LINES_PER_YEAR + 1):
+            if line in fields:
+                row = [" -999"] * 720
+                for column, value in fields[line].items():
+                    row[column - 1] = f"{value:5d}"
+                file.write("".join(row))
+            file.write("\n")
+
+
 def grids_defined(screen):
     return int(re.search(r"^ *(-?\d+) Grids Defined$", screen, re.MULTILINE).group(1))
 

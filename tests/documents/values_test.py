@@ -107,7 +107,8 @@ class Units(DocumentTest):
     def test_are_those_that_the_menu_names(self):
         screen = run(["veldmark"], self.folder, [PAUSE, PAUSE, "0"]).stdout
         factors = self.factors()
-        named = re.findall(r"(?m)^ +\[ ?\d+\] .*? (\w{3}) +\S+ ?\*(\d+) +1901-2016$", screen)
+        line = r"(?m)^ +\[ ?\d+\] .*? (\w{3}) +\S+ ?\*(\d+) +1901-2016$"
+        named = re.findall(line, screen)
         self.assertEqual({name for name, _ in named}, {*VARIABLES} - {"pre", "pet", "wet"})
         for name, factor in named:
             self.assertEqual(factors[name], int(factor), name)
@@ -136,14 +137,14 @@ class Units(DocumentTest):
             self.assertGreater(most / self.factors()[variable], 28)
 
     def test_of_the_manual_page_are_the_tables(self):
-        text = one_line(re.sub(r"(?m)^\.(?:RB|BR)? ?|[\"()]|\\", "", page("docs/man/veldmark-formats.5")))
-        tenths, hundredths = self.find(
-            r"The stored integers are tenths:(.*?); or hundredths:(.*?)\. The missing", text, "it"
-        )
+        source = page("docs/man/veldmark-formats.5")
+        text = one_line(re.sub(r"(?m)^\.(?:RB|BR)? ?|[\"()]|\\", "", source))
+        words = r"The stored integers are tenths:(.*?); or hundredths:(.*?)\. The missing"
+        tenths, hundredths = self.find(words, text, "the units")
         factors = self.factors()
         for variable in VARIABLES:
-            words = tenths if factors[variable] == 10 else hundredths
-            self.assertIn(variable, words.replace(",", " ").split())
+            names = tenths if factors[variable] == 10 else hundredths
+            self.assertIn(variable, names.replace(",", " ").split())
         self.assertIn("drought index", hundredths)
 
 
