@@ -7,6 +7,7 @@ namespace veldmark {
 
 LargeBuffer make_large_buffer(std::size_t size) {
   LargeBuffer buffer(size);
+#ifdef MADV_HUGEPAGE
   // Huge pages: fewer page faults while the block is filled. Only whole pages can be
   // asked for; where the system has no huge ones the advice is ignored.
   void* begin = buffer.data();
@@ -15,6 +16,7 @@ LargeBuffer make_large_buffer(std::size_t size) {
   if (std::align(page, page, begin, bytes) != nullptr) {
     ::madvise(begin, bytes / page * page, MADV_HUGEPAGE);
   }
+#endif
   return buffer;
 }
 
