@@ -1,7 +1,7 @@
 // Makes a condensed grid file of full size, 1901-2016, with invented values on the real
 // land cells, for measurements:
 //
-//   gzip -dc bench/land_mask.txt.gz | make_grid OUTPUT mixed|frost
+//   gzip -dc docs/recipes/land_mask.txt.gz | make_grid OUTPUT mixed|frost
 //
 //   mixed   about -600..360, in every fourth column ten times that, and one value in
 //           20,000 from 10000 to 13498, so that texts of one to five characters occur

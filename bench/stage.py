@@ -10,7 +10,8 @@ import subprocess
 import sys
 import tempfile
 
-HERE = pathlib.Path(__file__).resolve().parent
+TOP = pathlib.Path(__file__).resolve().parents[1]
+LAND_MASK = TOP / "docs" / "recipes" / "land_mask.txt.gz"
 MIB = 1 << 20
 GRID_SIZE = 116 * 12 * 360 * 3601
 KINDS = {"pre": "mixed", "frs": "frost"}
@@ -70,7 +71,7 @@ class Stage:
         if not grid.exists() or grid.stat().st_size != GRID_SIZE:
             tell(f"making {grid}")
             part = grid.with_suffix(".part")
-            mask = gzip.decompress((HERE / "land_mask.txt.gz").read_bytes())
+            mask = gzip.decompress(LAND_MASK.read_bytes())
             command = [self.bench_program("make_grid"), str(part), kind]
             subprocess.run(command, input=mask, check=True)
             part.rename(grid)

@@ -1,104 +1,132 @@
-# Three pictures of an extract: the saved cells on a map, one cell's annual means, and
-# the f values of the variance report on the map. Base R only, no packages.
+# Pictures of an extract: the saved cells on a map, one cell's annual means and annual
+# cycle, and the variance report on the map. Base R only, no packages.
 #
 #   Rscript cells.R STEM [LON LAT]
 #
-# reads   STEM.TSF, STEM.XY and, if there is one, STEM.ftst
-# writes  STEM.map.png, STEM.years.png, STEM.f.png
+# reads   STEM.TSF and, if there is one, STEM.ftst
+# writes  STEM.map.png, STEM.years.png, STEM.cycle.png, STEM.f.png
 #
-# LON LAT is the centre of the cell for the annual means, in degrees, east and north
-# positive; without it the first saved cell is taken.
+# LON LAT is the centre of the cell for annual means and cycle, in degrees, east and north
+# positive; without it the first saved cell is taken. Needs read_tsf.R and
+# land_mask.txt.gz beside it.
 
-# The files hold whole numbers. What one unit of the physical quantity is in them:
-variables <- read.table(header = TRUE, sep = "|", strip.white = TRUE, text = "
-data.set      | quantity                     | unit         | stored.as
-CRUts4.01ppt. | Precipitation                | mm a month   | 10
-CRUts4.01tmp. | Mean temperature             | degrees C    | 10
-CRUts4.01dtr. | Diurnal temperature range    | degrees C    | 10
-CRUts4.01tmn. | Minimum temperature          | degrees C    | 10
-CRUts4.01tmx. | Maximum temperature          | degrees C    | 10
-CRUts4.01vap. | Vapour pressure              | hPa          | 10
-CRUts4.01pet. | Potential evapotranspiration | mm a day     | 10
-CRUts4.01cld. | Cloud cover                  | percent      | 10
-CRUts4.01frs. | Frost days                   | days a month | 100
-CRUts4.01wet. | Wet days                     | days a month | 100
-scPDSI.dat.   | Drought index scPDSI         | index        | 100
-")
-missing <- c(-999, -9999)
-
+fail <- function(...) {
+  message(...)
+  quit(status = 1)
+}
 arguments <- commandArgs(trailingOnly = TRUE)
-if (!length(arguments) %in% c(1, 3)) stop("usage: Rscript cells.R STEM [LON LAT]")
+if (!length(arguments) %in% c(1, 3)) fail("usage: Rscript cells.R STEM [LON LAT]")
 stem <- arguments[1]
+# The plain C locale doesn't know the degree sign.
+if (!l10n_info()[["UTF-8"]]) invisible(Sys.setlocale("LC_CTYPE", "C.UTF-8"))
+folder <- dirname(sub("^--file=", "", grep("^--file=", commandArgs(), value = TRUE)))
+source(file.path(folder, "read_tsf.R"))
 
 
-# --- Reading. Fields have fixed columns: wide numbers touch, so never split on blanks.
+# --- The numbers.
 
-field <- function(lines, first, last) as.numeric(substring(lines, first, last))
-
-lines <- readLines(paste0(stem, ".XY"))[-1]
-cells <- data.frame(lon = field(lines, 2, 10), lat = field(lines, 11, 19))
-
-lines <- readLines(paste0(stem, ".TSF"))
-is.heading <- nchar(lines) > 77 # a year's line has 77 characters
-if (nrow(cells) == 0 || sum(is.heading) != nrow(cells))
-  stop(stem, ".XY and .TSF do not belong together, or hold no cell")
-data.set <- trimws(substring(lines[1], 24, 36))
-variable <- variables[variables$data.set == data.set, ]
-cell.of.line <- cumsum(is.heading)[!is.heading]
-lines <- lines[!is.heading]
-
-year <- field(lines, 2, 5)
-months <- sapply(0:11, function(m) field(lines, 6 + 6 * m, 11 + 6 * m))
-months <- matrix(months, ncol = 12)
-months[months %in% missing] <- NA # before scaling
+tsf <- paste0(stem, ".TSF")
+if (!file.exists(tsf)) fail("cannot read ", tsf, ": no such file")
+series <- tryCatch(read_tsf(tsf), error = function(e) fail(conditionMessage(e)))
+if (nrow(series) == 0)
+  fail(tsf, " holds no cell: the search was left before its end, or its box has no cell ",
+       "with data")
+# A row a year.
+months <- matrix(series$value, ncol = 12, byrow = TRUE)
+series <- series[series$month == 1, c("longitude", "latitude", "year")]
+cell <- cumsum(c(TRUE, diff(series$longitude) != 0 | diff(series$latitude) != 0))
+first <- min(series$year)
+last <- max(series$year)
+if (any(tabulate(cell) != last - first + 1))
+  fail(tsf, " is cut off: its cells have different years")
 # Each month counts alike. A year with a missing month has no annual mean: without its
 # January it would look too warm.
-annual <- rowMeans(months) / variable$stored.as
-cells$mean <- as.vector(tapply(annual, cell.of.line, mean, na.rm = TRUE))
+annual <- rowMeans(months)
+cells <- data.frame(lon = series$longitude[!duplicated(cell)],
+                    lat = series$latitude[!duplicated(cell)],
+                    mean = as.vector(tapply(annual, cell, mean, na.rm = TRUE)))
 cells$mean[is.nan(cells$mean)] <- NA # a cell without a complete year
 
 chosen <- 1
-if (length(arguments) == 3) {
-  at <- as.numeric(arguments[2:3])
-  chosen <- which(cells$lon == at[1] & cells$lat == at[2])
-  if (length(chosen) != 1)
-    stop("no saved cell has its centre at ", arguments[2], " ", arguments[3])
-}
-years <- year[cell.of.line == chosen]
-means <- annual[cell.of.line == chosen]
+if (length(arguments) == 3)
+  chosen <- which(cells$lon == as.numeric(arguments[2]) &
+                  cells$lat == as.numeric(arguments[3]))
+if (length(chosen) != 1)
+  fail("no saved cell has its centre at ", arguments[2], " ", arguments[3])
+means <- annual[cell == chosen]
+months <- months[cell == chosen, , drop = FALSE]
 
+data_set <- trimws(substring(readLines(tsf, 1), 24, 36))
+variable <- data_sets[data_sets$name == data_set, ]
 say <- function(label, ...) cat(sprintf("%-18s", label), sprintf(...), "\n")
 say("data", "%s, %s", variable$quantity, variable$unit)
 say("cells", "%d", nrow(cells))
-say("lowest mean", "%.4f", min(cells$mean, na.rm = TRUE))
-say("highest mean", "%.4f", max(cells$mean, na.rm = TRUE))
+known <- c(cells$mean[!is.na(cells$mean)], if (all(is.na(cells$mean))) NA)
+say("lowest mean", "%.4f", min(known))
+say("highest mean", "%.4f", max(known))
 say("chosen cell", "%.3f %.3f", cells$lon[chosen], cells$lat[chosen])
-for (i in c(1, length(years))) say(paste("annual mean", years[i]), "%.4f", means[i])
+say(paste("annual mean", first), "%.4f", means[1])
+say(paste("annual mean", last), "%.4f", means[length(means)])
 
 
 # --- Drawing.
 
 # Dark blue to yellow, ever lighter: readable with any kind of colour vision, in grey
 # as well.
-colours <- colorRampPalette(
-  c("#440154", "#3b528b", "#21918c", "#5ec962", "#fde725"))(100)
-colour <- function(share) colours[1 + round(99 * pmin(pmax(share, 0), 1))]
+dark_to_light <- colorRamp(c("#440154", "#3b528b", "#21918c", "#5ec962", "#fde725"))
+# White is where nothing happens.
+from_white <- colorRamp(c("#ffffff", "#fdd49e", "#fc8d59", "#d7301f", "#a5000f"))
+colour <- function(scale, share)
+  rgb(scale(pmin(pmax(share, 0), 1)), maxColorValue = 255)
+blue <- "#3b528b"
 
 degrees <- function(value, positive, negative) {
   paste0(abs(value), "\u00b0",
          ifelse(value > 0, positive, ifelse(value < 0, negative, "")))
 }
+east <- function(lon) degrees((lon + 180) %% 360 - 180, "E", "W")
+north <- function(lat) degrees(lat, "N", "S")
 
-open.picture <- function(kind, bottom) {
+# An empty frame of width x height pixels in which xlim and ylim are data units.
+open_picture <- function(kind, title, subtitle, xlim, ylim, width, height, bottom) {
   name <- paste0(stem, ".", kind, ".png")
-  png(name, width = 910, height = 560, res = 96)
-  par(mar = c(bottom, 4.5, 4, 1), las = 1, tcl = 0, mgp = c(3, 0.6, 0))
+  png(name, width = width + 110, height = height + 70 + bottom, res = 96)
+  par(mai = c(bottom, 80, 70, 30) / 96, las = 1, mgp = c(3, 0.6, 0), xaxs = "i",
+      yaxs = "i", tcl = 0)
+  plot(xlim, ylim, type = "n", axes = FALSE, ann = FALSE)
+  mtext(title, line = 1.8, adj = 0, font = 2, cex = 1.25)
+  mtext(subtitle, line = 0.5, adj = 0)
   say("picture", "%s", name)
 }
 
-write.title <- function(title, subtitle) {
-  mtext(title, line = 1.8, adj = 0, font = 2, cex = 1.4)
-  mtext(subtitle, line = 0.5, adj = 0)
+draw_axes <- function(x, x_labels, y, y_labels) {
+  abline(v = x, h = y, col = "#d0d0d0")
+  axis(1, x, x_labels, lwd = 0)
+  axis(2, y, y_labels, lwd = 0)
+}
+
+name_axes <- function(x) {
+  title(xlab = x, line = 1.9)
+  title(ylab = paste(variable$quantity, variable$unit, sep = ", "))
+}
+
+close_picture <- function() {
+  box(col = "#404040")
+  invisible(dev.off())
+}
+
+# A colour bar below the map: labels at shares, 0 to 1, of its length.
+draw_colour_bar <- function(scale, shares, labels, caption) {
+  pixel_x <- diff(par("usr")[1:2]) / frame_width
+  pixel_y <- diff(par("usr")[3:4]) / frame_height
+  left <- par("usr")[1]
+  top <- par("usr")[3] - 42 * pixel_y
+  rect(left + 4 * pixel_x * 0:99, top - 14 * pixel_y, left + 4 * pixel_x * 1:100, top,
+       col = colour(scale, (0:99 + 0.5) / 100), border = NA, xpd = NA)
+  rect(left, top - 14 * pixel_y, left + 400 * pixel_x, top, border = "#404040", lwd = 0.5,
+       xpd = NA)
+  text(left + 400 * pixel_x * shares, top - 26 * pixel_y, labels, xpd = NA, cex = 0.9)
+  text(left, top - 49 * pixel_y, caption, adj = 0, xpd = NA)
 }
 
 # Cells on both sides of the 180 degree meridian, and nowhere near Greenwich: one map
@@ -107,133 +135,166 @@ x <- cells$lon
 if (min(x) < 0 && max(x) > 0 && min(abs(x)) > 90) x[x < 0] <- x[x < 0] + 360
 y <- cells$lat
 
-# Many cells get no border, which would hide their colour.
-few <- length(x) < 500
-cell.border <- if (few) "#404040" else NA
+# The frame leaves three degrees or more around the cells, so that one sees where they
+# are, and is neither very flat nor very high. A degree of longitude is drawn as long as
+# it is in the middle of the map.
+middle <- c(mean(range(x)), mean(range(y)))
+shrink <- max(cos(middle[2] * pi / 180), 0.2)
+size <- c(diff(range(x)), diff(range(y))) + 0.5
+half <- size / 2 + pmax(c(3 / shrink, 3), 0.05 * size)
+half[2] <- max(half[2], 0.25 * half[1] * shrink)
+half[1] <- min(max(half[1], half[2] / (1.15 * shrink)), 180)
+xlim <- middle[1] + c(-1, 1) * half[1]
+ylim <- pmin(pmax(middle[2] + c(-1, 1) * half[2], -90), 90)
+ratio <- diff(ylim) / (diff(xlim) * shrink)
+frame_width <- if (ratio < 0.8) 800 else round(640 / ratio)
+frame_height <- if (ratio < 0.8) round(800 * ratio) else 640
 
-# An empty map with its graticule. Result: half the side of a cell's square, in degrees.
-draw.graticule <- function() {
-  margin <- min(max(0.5, 0.05 * diff(range(x))), 5)
-  # A degree of longitude is drawn as long as it is in the middle of the map.
-  plot(range(x) + c(-margin, margin), range(y) + c(-margin, margin), type = "n",
-       asp = 1 / cos(mean(range(y)) * pi / 180), axes = FALSE, ann = FALSE,
-       xaxs = "i", yaxs = "i")
-  edges <- par("usr")
+# A few cells that would be too small to see are drawn as circles, which don't hide the
+# nearest other cell; a border would hide the colours of many. Radius in degrees.
+few <- nrow(cells) < 500
+degree <- frame_width / diff(xlim) # in pixels
+circles <- few && degree / 2 < 4
+if (circles) {
+  distance <- as.matrix(dist(cells[c("lon", "lat")], "maximum"))
+  diag(distance) <- 360
+  radius <- pmax(1.5 / degree, pmin(3 / degree, apply(distance, 1, min) / 2))
+}
+
+# An empty map: land in pale grey, and the graticule.
+open_map <- function(kind, title, subtitle, bottom) {
+  open_picture(kind, title, subtitle, xlim, ylim, frame_width, frame_height, bottom)
+  # Rows from south to north, each from the west.
+  land <- strsplit(readLines(file.path(folder, "land_mask.txt.gz")), "")
+  land <- which(do.call(cbind, land) == "1", arr.ind = TRUE)
+  for (turn in c(-360, 0, 360)) {
+    lon <- land[, 1] / 2 - 180.25 + turn
+    lat <- land[, 2] / 2 - 90.25
+    near <- lon > xlim[1] - 1 & lon < xlim[2] + 1 & lat > ylim[1] - 1 & lat < ylim[2] + 1
+    draw_squares(lon[near], lat[near], col = "#e2e2e2")
+  }
   steps <- c(0.5, 1, 2, 5, 10, 15, 30, 45, 90)
-  step <- function(size) steps[which(size / steps <= 9)[1]]
-  lon <- step(edges[2] - edges[1]) * (-360:360)
-  lat <- step(edges[4] - edges[3]) * (-180:180)
-  lon <- lon[lon > edges[1] & lon < edges[2]]
-  lat <- lat[lat > edges[3] & lat < edges[4] & abs(lat) <= 90]
-  abline(v = lon, h = lat, col = "#d0d0d0")
-  axis(1, lon, degrees((lon + 180) %% 360 - 180, "E", "W"), lwd = 0)
-  axis(2, lat, degrees(lat, "N", "S"), lwd = 0)
-  box(col = "#404040")
-  # Few cells on a large map are drawn larger than they are.
-  if (few) max(0.25, 0.007 * (edges[2] - edges[1])) else 0.25
+  step <- function(limits, most) steps[which(diff(limits) / steps <= most)[1]]
+  lon <- step(xlim, 9) * (-720:720)
+  lat <- step(ylim, 6) * (-180:180)
+  lon <- lon[lon >= xlim[1] & lon <= xlim[2]]
+  lat <- lat[lat >= ylim[1] & lat <= ylim[2]]
+  draw_axes(lon, east(lon), lat, north(lat))
 }
 
-draw.squares <- function(which, half, ...) {
-  if (any(which))
-    rect(x[which] - half, y[which] - half, x[which] + half, y[which] + half, ...)
+# Cells in true size; seams between those without a border would be pale.
+draw_squares <- function(x, y, border = NA, ...) {
+  half <- 0.25 + if (is.na(border[1])) 0.2 / degree else 0
+  if (length(x)) rect(x - half, y - half, x + half, y + half, border = border, ...)
 }
 
-# A colour bar below the map: labels at shares, 0 to 1, of its length.
-draw.colour.bar <- function(shares, labels, caption) {
-  edges <- par("usr")
-  # The height of a line of text, in degrees.
-  line <- (edges[4] - edges[3]) / par("pin")[2] * par("csi")
-  length <- (edges[2] - edges[1]) / 2
-  top <- edges[3] - 2.6 * line
-  left <- edges[1] + length * (0:99) / 100
-  rect(left, top - 0.9 * line, left + length / 99, top, col = colours, border = NA,
-       xpd = NA)
-  text(edges[1] + length * shares, top - 1.6 * line, labels, xpd = NA, cex = 0.9)
-  text(edges[1], top - 2.8 * line, caption, adj = 0, xpd = NA)
+# The cells in which `which` is true, in true size or as circles.
+draw_cells <- function(which, col = NA, border = if (few) "#404040" else NA) {
+  if (!any(which)) return(invisible())
+  if (circles)
+    symbols(x[which], y[which], circles = radius[which], inches = FALSE, add = TRUE,
+            bg = col, fg = border, lwd = 0.5)
+  else
+    draw_squares(x[which], y[which], border, col = col, lwd = 0.5)
 }
 
-span <- sprintf("%d to %d, %s, %d cells", years[1], years[length(years)],
-                if (data.set == "scPDSI.dat.") "scPDSI 3.25" else "CRU TS 4.01",
-                nrow(cells))
+source_name <- if (data_set == "scPDSI.dat.") "scPDSI 3.25" else "CRU TS 4.01"
+span <- sprintf("%d to %d, %s", first, last, source_name)
+where <- paste(variable$quantity, north(cells$lat[chosen]), east(cells$lon[chosen]),
+               sep = ", ")
 
 # The map of the saved cells.
-open.picture("map", 6.5)
-half <- draw.graticule()
-low <- min(cells$mean, na.rm = TRUE)
-high <- max(cells$mean, low + 0.1, na.rm = TRUE)
-draw.squares(is.na(cells$mean), half, border = "#404040")
-known <- !is.na(cells$mean)
-draw.squares(known, half, col = colour((cells$mean[known] - low) / (high - low)),
-             border = cell.border, lwd = 0.5)
+open_map("map", paste(variable$quantity, "of the saved cells"),
+         sprintf("%s, %d cells", span, nrow(cells)), 110)
+low <- min(known, Inf, na.rm = TRUE)
+if (is.infinite(low)) low <- 0
+high <- max(known, low + 0.1, na.rm = TRUE)
+draw_cells(is.na(cells$mean), "white", "#404040")
+has_mean <- !is.na(cells$mean)
+draw_cells(has_mean, colour(dark_to_light, (cells$mean[has_mean] - low) / (high - low)))
 at <- pretty(c(low, high), 5)
 at <- at[at >= low & at <= high]
-draw.colour.bar((at - low) / (high - low), at,
+draw_colour_bar(dark_to_light, (at - low) / (high - low), at,
                 paste("mean of the years,", variable$unit))
-write.title(paste(variable$quantity, "of the saved cells"), span)
-invisible(dev.off())
+close_picture()
 
 # One cell's annual means. A missing year leaves a gap.
-open.picture("years", 4)
-if (any(!is.na(means))) {
-  limits <- range(means, na.rm = TRUE)
-  plot(years, means, type = "n", axes = FALSE, ann = FALSE,
-       ylim = limits + c(-1, 1) * max(0.05 * diff(limits), 0.05))
-  at <- pretty(years, 10)
-  abline(v = at[at == round(at)], h = pretty(means, 7), col = "#d0d0d0")
-  axis(1, at[at == round(at)], lwd = 0)
-  axis(2, pretty(means, 7), lwd = 0)
-  lines(years, means, type = "o", pch = 16, cex = 0.8, col = "#3b528b", lwd = 1.5)
-  box(col = "#404040")
-  title(xlab = "year", line = 2.2)
-  title(ylab = variable$unit)
-} else {
-  plot.new() # no complete year
-}
-write.title(paste0(variable$quantity, ", ", degrees(cells$lat[chosen], "N", "S"), ", ",
-                   degrees(cells$lon[chosen], "E", "W")),
-            "annual means of the twelve months")
-invisible(dev.off())
+limits <- range(means, if (all(is.na(means))) 0, na.rm = TRUE)
+beside <- 0.02 * (last - first) + 0.5
+open_picture("years", where, paste("annual means,", span),
+             c(first - beside, last + beside),
+             limits + c(-1, 1) * max(0.08 * diff(limits), 0.05), 800, 360, 60)
+at <- pretty(c(first, last), 10)
+at <- at[at == round(at) & at > first - beside & at < last + beside]
+draw_axes(at, at, pretty(limits, 7), pretty(limits, 7))
+lines(first:last, means, type = "o", pch = 16, cex = 0.8, col = blue, lwd = 1.5)
+name_axes("year")
+close_picture()
 
-# The f values on the map.
-if (file.exists(paste0(stem, ".ftst"))) {
-  lines <- readLines(paste0(stem, ".ftst"))
-  # ... Variance:  1901- 1959  1960- 2016. The cutoff year belongs to the second period,
-  # whatever these labels say.
-  cutoff <- as.numeric(strsplit(trimws(lines[1]), " +")[[1]][7])
-  lines <- lines[-(1:2)]
-  # Cells whose f is no number are not there. Inf is: one period had no variance at all.
-  place <- match(paste(field(lines, 3, 17), field(lines, 19, 33)),
-                 paste(cells$lon, cells$lat))
-  if (anyNA(place)) stop(stem, ".ftst belongs to another search")
-  cells$f <- rep(NA_real_, nrow(cells))
-  cells$f[place] <- field(lines, 35, 49)
-  finite <- is.finite(cells$f)
-  infinite <- !is.na(cells$f) & cells$f == Inf
-  largest <- if (any(finite)) max(cells$f[finite]) else NA
-  say("f values", "%d", length(lines))
-  say("infinite f", "%d", sum(infinite))
-  say("largest finite f", "%.6g", largest)
+# One cell's annual cycle: the mean of each calendar month, its lowest and highest value.
+limits <- range(months, if (all(is.na(months))) 0, na.rm = TRUE)
+open_picture("cycle", where, paste("mean, lowest and highest of each month,", span),
+             c(0.5, 12.5), limits + c(-1, 1) * max(0.05 * diff(limits), 0.05),
+             560, 360, 60)
+draw_axes(1:12, strsplit("JFMAMJJASOND", "")[[1]], pretty(limits, 7), pretty(limits, 7))
+for (month in which(colSums(!is.na(months)) > 0))
+  lines(rep(month, 2), range(months[, month], na.rm = TRUE), col = "#b8c4dc", lwd = 8,
+        lend = "butt")
+lines(1:12, colMeans(months, na.rm = TRUE), type = "o", pch = 16, cex = 0.8, col = blue,
+      lwd = 1.5)
+name_axes("month")
+close_picture()
 
-  open.picture("f", 6.5)
-  half <- draw.graticule()
-  # A single cell with f = 1000 would leave one colour for all others: beyond 4 the
-  # colours change no more. An f below 1 comes from rounding only, and is left out.
-  usual <- finite & cells$f >= 1
-  top <- min(max(largest, 1.01, na.rm = TRUE), 4)
-  draw.squares(!usual & !infinite, half / 2, border = "#909090")
-  draw.squares(usual, half, col = colour(log(cells$f[usual]) / log(top)),
-               border = cell.border, lwd = 0.5)
-  draw.squares(infinite, half, col = "white", lwd = 1.5)
-  points(x[infinite], y[infinite], pch = 4, cex = 0.9, lwd = 1.5)
-  labels <- signif(top^(0:4 / 4), 3)
-  if (any(usual) && largest > top) labels[5] <- "4 or more"
-  draw.colour.bar(0:4 / 4, labels, "f, the larger variance over the smaller")
-  legend(grconvertX(0.57, "npc"), grconvertY(0.02, "ndc"), yjust = 0, xpd = NA,
-         bty = "n", pch = c(7, 0), col = c("black", "#909090"), pt.cex = c(1.3, 0.8),
-         legend = c("f infinite: no variance in one period",
-                    "no f: no variance in either period"))
-  write.title(paste0(variable$quantity, ": f of the variance test"),
-              sprintf("%d to %d against %d to %d, %d cells", years[1], cutoff - 1,
-                      cutoff, years[length(years)], nrow(cells)))
-  invisible(dev.off())
-}
+
+# --- The variance report.
+
+ftst <- paste0(stem, ".ftst")
+if (!file.exists(ftst)) quit()
+lines <- readLines(ftst, warn = FALSE)
+# ... Variance:  1901- 1959  1960- 2016. The cutoff year belongs to the second period,
+# whatever these labels say.
+words <- strsplit(trimws(lines[1]), " +")[[1]]
+period <- suppressWarnings(as.numeric(sub("-$", "", words[c(6, 7, 9)])))
+lines <- lines[-(1:2)]
+if (anyNA(period) || any(nchar(lines, "bytes") != 65))
+  fail(ftst, " is no variance report, or is cut off")
+field <- function(lines, first, last) as.numeric(substring(lines, first, last))
+# Cells whose f is no number are not there. Inf is: one period had no variance at all.
+place <- match(paste(field(lines, 3, 17), field(lines, 19, 33)),
+               paste(cells$lon, cells$lat))
+# A search without the test leaves the report of an earlier one in its place.
+if (anyNA(place) || period[1] != first || period[3] != last)
+  fail(sprintf("%s is of another search (%d to %d): no picture of it", ftst, period[1],
+               period[3]))
+f <- prob <- rep(NA_real_, nrow(cells))
+f[place] <- field(lines, 35, 49)
+prob[place] <- field(lines, 51, 65)
+finite <- is.finite(f)
+infinite <- !is.na(f) & f == Inf
+say("f values", "%d", length(lines))
+say("infinite f", "%d", sum(infinite))
+say("largest finite f", "%.6g", if (any(finite)) max(f[finite]) else NA)
+say("prob below 0.05", "%d", sum(prob < 0.05, na.rm = TRUE))
+
+# f from white at 1 to dark red at 4 and more; cells with prob < 0.05 are ringed. The
+# scale is fixed, so that maps compare, and logarithmic, as f is a ratio.
+open_map("f", paste0(variable$quantity, ": f of the variance test"),
+         sprintf("%d to %d against %d to %d, %d cells", first, period[2] - 1, period[2],
+                 last, nrow(cells)), 180)
+usual <- finite & f >= 1 # an f below 1 comes from rounding only
+draw_cells(!usual & !infinite, border = "#909090")
+draw_cells(usual, colour(from_white, log(f[usual]) / log(4)))
+draw_cells(infinite, "white")
+points(x[infinite], y[infinite], pch = 4, cex = 0.6, lwd = 1.2)
+ringed <- which(prob < 0.05)
+if (length(ringed))
+  symbols(x[ringed], y[ringed], add = TRUE, inches = FALSE, lwd = if (few) 1.2 else 0.5,
+          circles = if (circles) radius[ringed] else rep(0.175, length(ringed)))
+draw_colour_bar(from_white, 0:4 / 4, c("1", "1.41", "2", "2.83", "4 or more"),
+                "f, the larger variance over the smaller")
+legend(par("usr")[1], par("usr")[3] - 105 * diff(ylim) / frame_height, xpd = NA,
+       bty = "n", x.intersp = 0.6, pch = c(1, 1, 4), pt.cex = c(1.1, 0.8, 0.7),
+       col = c("black", "#909090", "black"), pt.lwd = c(1.2, 0.5, 1.2),
+       legend = c("prob below 0.05", "no f in the report",
+                  "f infinite: no variance in one period"))
+close_picture()

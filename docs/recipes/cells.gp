@@ -1,14 +1,15 @@
-# Three pictures of an extract: the saved cells on a map, one cell's annual means, and
-# the f values of the variance report on the map. Needs awk, and cells.awk beside it.
+# Pictures of an extract: the saved cells on a map, one cell's annual means and annual
+# cycle, and the variance report on the map.
 #
 #   gnuplot -c cells.gp STEM [LON LAT]
 #
-# reads   STEM.TSF, STEM.XY and, if there is one, STEM.ftst
-# writes  STEM.map.png, STEM.years.png, STEM.f.png
+# reads   STEM.TSF and, if there is one, STEM.ftst
+# writes  STEM.map.png, STEM.years.png, STEM.cycle.png, STEM.f.png
 #
-# LON LAT is the centre of the cell for the annual means, in degrees, east and north
-# positive; without it the first saved cell is taken. The table of scales and units, and
-# which columns of the files hold what, are in cells.awk.
+# LON LAT is the centre of the cell for annual means and cycle, in degrees, east and north
+# positive; without it the first saved cell is taken. Needs awk, and cells.awk and
+# land_mask.txt.gz beside it. The table of scales and units, and which columns of the files
+# hold what, are in cells.awk.
 
 if (ARGC != 1 && ARGC != 3) {
   printerr "usage: gnuplot -c cells.gp STEM [LON LAT]"
@@ -19,43 +20,44 @@ set encoding utf8
 set print "-"
 
 
-# --- Reading: cells.awk makes tables of the files.
+# --- The numbers: cells.awk makes tables of the files.
 
 folder = ARG0[1:strstrt(ARG0, "cells.gp") - 1]
-command(options, files) = "awk ".options." -f '".folder."cells.awk' ".files
-awk(options, files) = system(command(options, files)) # for a few numbers
+command(table, files) = "awk -v table=".table." -f '".folder."cells.awk' ".files
 TSF = "'".stem.".TSF'"
-XY = "'".stem.".XY'"
-
-data = awk("-v table=data", TSF) # quantity, unit
-quantity = data[1:strstrt(data, ",") - 1]
-unit = data[strstrt(data, ",") + 2:]
-
-cells = int(awk("-v table=list", XY." | wc -l"))
-if (cells == 0 || cells != int(awk("-v table=cells", TSF." | wc -l"))) {
-  printerr stem.".XY and .TSF do not belong together, or hold no cell"
+FTST = "'".stem.".ftst' ".TSF
+is_file(file) = system("test -f ".file." && echo yes") eq "yes"
+if (!is_file(TSF)) {
+  printerr "cannot read ".stem.".TSF: no such file"
   exit status 1
 }
 
-set table $cells
-plot "< ".command("-v table=cells", TSF) using (strcol(1)):(strcol(2)):(strcol(3)) \
-  with table
-unset table
+data = system(command("data", TSF))
+if (GPVAL_SYSTEM_ERRNO != 0) { exit status 1 } # awk said why
+first = int(word(data, 1))
+last = int(word(data, 2))
+cells = int(word(data, 3))
+data = data[strstrt(data, "|") + 1:] # quantity, unit
+quantity = data[1:strstrt(data, ",") - 1]
+unit = data[strstrt(data, ",") + 2:]
+lon = real(ARGC == 3 ? ARG2 : word(system(command("data", TSF)), 4))
+lat = real(ARGC == 3 ? ARG3 : word(system(command("data", TSF)), 5))
 
-first_cell = system("head -n 2 ".XY." | ".command("-v table=list", "-"))
-lon = real(ARGC == 3 ? ARG2 : word(first_cell, 1))
-lat = real(ARGC == 3 ? ARG3 : word(first_cell, 2))
-years = awk(sprintf("-v table=years -v lon=%.2f -v lat=%.2f", lon, lat), TSF)
+chosen = sprintf(" -v lon=%.2f -v lat=%.2f", lon, lat)
+years = system(command("years".chosen, TSF))
 if (words(years) == 0) {
   printerr sprintf("no saved cell has its centre at %g %g", lon, lat)
   exit status 1
 }
 set print $years
 print years
+set print $cycle
+print system(command("cycle".chosen, TSF))
 set print "-"
-first = int(word(years, 1))
-last = int(word(years, words(years) - 1))
 
+set table $cells
+plot "< ".command("cells", TSF) using 1:2:(strcol(3)):4 with table
+unset table
 stats $cells using 3 name "MEAN" nooutput
 print "data               ".data
 print sprintf("cells              %d", cells)
@@ -65,60 +67,47 @@ print sprintf("chosen cell        %.3f %.3f", lon, lat)
 print sprintf("annual mean %d   %s", first, word(years, 2))
 print sprintf("annual mean %d   %s", last, word(years, words(years)))
 
-FTST = "'".stem.".ftst'"
-has_report = system("test -f ".FTST." && echo yes") eq "yes"
-is_infinite(i) = strcol(i) eq "Inf"
-is_finite(i) = !is_infinite(i) && strcol(i) ne "none"
-if (has_report) {
-  nothing = awk("-v table=f", FTST." ".XY." > /dev/null")
-  if (GPVAL_SYSTEM_ERRNO != 0) {
-    printerr stem.".ftst belongs to another search"
-    exit status 1
-  }
-  set table $f
-  plot "< ".command("-v table=f", FTST." ".XY) \
-    using (strcol(1)):(strcol(2)):(strcol(3)) with table
-  unset table
-  stats $f using (is_infinite(3) ? 1 : 0) name "INFINITE" nooutput
-  stats $f using (is_finite(3) ? 1 : 0) name "FINITE" nooutput
-  largest = NaN
-  if (FINITE_sum > 0) {
-    stats $f using (is_finite(3) ? $3 : 1/0) name "F" nooutput
-    largest = F_max
-  }
-  print sprintf("f values           %d", FINITE_sum + INFINITE_sum)
-  print sprintf("infinite f         %d", INFINITE_sum)
-  print sprintf("largest finite f   %.6g", largest)
-}
-
 
 # --- What the pictures share.
 
-set terminal pngcairo size 910,560 font "Sans,11" noenhanced
 set border linecolor "#404040"
 set grid back linetype 1 linecolor "#d0d0d0" linewidth 1
 set tics scale 0
+set xtics nomirror
+set ytics nomirror
 unset key
-set lmargin at screen 0.09
-set rmargin at screen 0.97
-set tmargin at screen 0.85
-set bmargin at screen 0.13
-write_title(text, subtitle) = sprintf( \
-  "set label 1 '%s' at screen 0.09,0.945 font 'Sans:Bold,16';" . \
-  "set label 2 '%s' at screen 0.09,0.89", text, subtitle)
-
+min(a, b) = a < b ? a : b
+max(a, b) = a > b ? a : b
 east(v) = sprintf("%g°%s", abs(v), v > 0 ? "E" : v < 0 ? "W" : "")
 north(v) = sprintf("%g°%s", abs(v), v > 0 ? "N" : v < 0 ? "S" : "")
+
+# A picture with a frame of width x height pixels: 80 to its left, 70 above it.
+open_picture(kind, width, height, bottom) = sprintf( \
+  "set terminal pngcairo size %d,%d font 'Sans,11' noenhanced;", \
+  width + 110, height + 70 + bottom).sprintf( \
+  "set lmargin at screen %f; set rmargin at screen %f;", \
+  80.0 / (width + 110), (80.0 + width) / (width + 110)).sprintf( \
+  "set tmargin at screen %f; set bmargin at screen %f;", \
+  1 - 70.0 / (height + 70 + bottom), 1.0 * bottom / (height + 70 + bottom)). \
+  "set output stem.'.".kind.".png'; print 'picture            '.stem.'.".kind.".png'"
+write_title(text, subtitle) = sprintf( \
+  "set label 1 '%s' at graph 0,1 offset character 0,2.6 font 'Sans:Bold,15';" . \
+  "set label 2 '%s' at graph 0,1 offset character 0,1", text, subtitle)
+
+span = sprintf("%d to %d, %s", first, last, \
+               quantity[1:7] eq "Drought" ? "scPDSI 3.25" : "CRU TS 4.01")
+place = sprintf("%s, %s, %s", quantity, north(lat), east(lon))
 
 
 # --- One cell's annual means. A missing year leaves a gap.
 
-eval write_title(sprintf("%s, %s, %s", quantity, north(lat), east(lon)), \
-                 "annual means of the twelve months")
-set xlabel "year"
-set ylabel unit
-set xrange [first - 0.5:last + 0.5]
-set xtics nomirror ceil((last - first) / 120.0) * (last - first < 12 ? 1 : 10)
+eval open_picture("years", 800, 360, 60)
+eval write_title(place, "annual means, ".span)
+set xlabel "year" offset 0,0.3
+set ylabel data
+set xtics ceil((last - first) / 120.0) * (last - first < 12 ? 1 : 10)
+beside = 0.02 * (last - first) + 0.5
+set xrange [first - beside:last + beside]
 low = 1e9
 high = -1e9
 do for [i = 2:words(years):2] {
@@ -127,11 +116,31 @@ do for [i = 2:words(years):2] {
   if (mean > high) { high = mean }
 }
 if (high < low) { low = high = 0 } # an empty frame: no year is complete
-space = high > low ? 0.08 * (high - low) : 0.05
+space = max(0.08 * (high - low), 0.05)
 set yrange [low - space:high + space]
-set output stem.".years.png"
-print "picture            ".stem.".years.png"
 plot $years using 1:2 with linespoints pointtype 7 pointsize 0.8 linewidth 1.5 \
+     linecolor "#3b528b"
+set output
+
+
+# --- Its annual cycle: the mean of each calendar month, its lowest and highest value.
+
+eval open_picture("cycle", 560, 360, 60)
+eval write_title(place, "mean, lowest and highest of each month, ".span)
+set xlabel "month"
+set xtics ()
+do for [i = 1:12] { set xtics add ("JFMAMJJASOND"[i:i] i) }
+set xrange [*:*]
+set yrange [*:*]
+if (strlen($cycle[1]) > 0) { # any value at all
+  stats $cycle using 3 name "LOW" nooutput
+  stats $cycle using 4 name "HIGH" nooutput
+  space = max(0.05 * (HIGH_max - LOW_min), 0.05)
+  set yrange [LOW_min - space:HIGH_max + space]
+}
+set xrange [0.5:12.5]
+plot $cycle using 1:3:(0):($4 - $3) with vectors nohead linewidth 8 linecolor "#b8c4dc", \
+     $cycle using 1:2 with linespoints pointtype 7 pointsize 0.8 linewidth 1.5 \
      linecolor "#3b528b"
 set output
 
@@ -149,106 +158,159 @@ stats $cells using 1 name "X" nooutput
 stats $cells using 2 name "Y" nooutput
 stats $cells using (abs($1)) name "FROM_GREENWICH" nooutput
 joined = X_min < 0 && X_max > 0 && FROM_GREENWICH_min > 90
-place(x) = joined && x < 0 ? x + 360 : x
-stats $cells using (place($1)) name "X" nooutput
+x(lon) = joined && lon < 0 ? lon + 360 : lon
+stats $cells using (x($1)) name "X" nooutput
 
-# A degree of longitude is drawn as long as it is in the middle of the map; the frame
-# has 800 by 350 pixels, and the narrower range is widened to fill it.
-margin = (X_max - X_min) * 0.05
-if (margin < 0.5) { margin = 0.5 }
-if (margin > 5) { margin = 5 }
+# The frame leaves three degrees or more around the cells, so that one sees where they
+# are, and is neither very flat nor very high. A degree of longitude is drawn as long as
+# it is in the middle of the map.
 middle_x = (X_max + X_min) / 2
 middle_y = (Y_max + Y_min) / 2
-shrink = cos(middle_y * pi / 180)
-half_x = (X_max - X_min) / 2 + margin
-half_y = (Y_max - Y_min) / 2 + margin
-if (half_x * shrink / half_y < 800 / 350.0) {
-  half_x = half_y / shrink * 800 / 350
-} else {
-  half_y = half_x * shrink * 350 / 800
-}
+shrink = max(cos(middle_y * pi / 180), 0.2)
+size_x = X_max - X_min + 0.5
+size_y = Y_max - Y_min + 0.5
+half_x = size_x / 2 + max(3 / shrink, 0.05 * size_x)
+half_y = size_y / 2 + max(3, 0.05 * size_y)
+half_y = max(half_y, 0.25 * half_x * shrink)
+half_x = min(max(half_x, half_y / (1.15 * shrink)), 180)
+south = max(middle_y - half_y, -90)
+north_ = min(middle_y + half_y, 90)
+ratio = (north_ - south) / (2 * half_x * shrink)
+width = ratio < 0.8 ? 800 : floor(640 / ratio + 0.5)
+height = ratio < 0.8 ? floor(800 * ratio + 0.5) : 640
+degree = width / (2 * half_x) # in pixels
 set xrange [middle_x - half_x:middle_x + half_x]
-set yrange [middle_y - half_y:middle_y + half_y]
-set bmargin at screen 0.225
+set yrange [south:north_]
 
-step(size) = size > 180 ? 45 : size > 110 ? 30 : size > 60 ? 15 : size > 36 ? 10 : \
+# The graticule, drawn over the land and under the cells.
+step(size) = size > 45 ? size > 270 ? 45 : size > 135 ? 30 : size > 90 ? 15 : 10 : \
              size > 18 ? 5 : size > 9 ? 2 : size > 4.5 ? 1 : 0.5
-set xtics nomirror () # the labels follow
-set ytics nomirror ()
-do for [i = -360:720] {
+set xtics () # the labels follow
+set ytics ()
+set print $graticule
+do for [i = -720:720] {
   v = i * step(2 * half_x)
-  shown = v > 180 ? v - 360 : v
-  if (abs(v - middle_x) < half_x) { set xtics add (east(shown) v) }
-  v = i * step(2 * half_y)
-  if (abs(v - middle_y) < half_y && abs(v) <= 90) { set ytics add (north(v) v) }
+  if (abs(v - middle_x) <= half_x) {
+    set xtics add (east(v > 180 ? v - 360 : v < -180 ? v + 360 : v) v)
+    print v, south, 0, north_ - south
+  }
+  v = i * step(1.5 * (north_ - south))
+  if (v >= south && v <= north_) {
+    set ytics add (north(v) v)
+    print middle_x - half_x, v, 2 * half_x, 0
+  }
 }
+set print "-"
+
+# Land in pale grey; a little larger than it is, for no pale seams between its rows.
+set table $land
+plot "< gzip -dc '".folder."land_mask.txt.gz' | ".command("land", "") \
+  using 1:2:3 with table
+unset table
+set style fill solid noborder
+seam = 0.2 / degree
+runs(turn) = sprintf("$land using ($1 + %d):2:($3 + seam):(0.25 + seam) " . \
+                     "with boxxyerror linecolor '#e2e2e2', ", turn)
+plot_map = "plot ".runs(-360).runs(0).runs(360). \
+           "$graticule using 1:2:3:4 with vectors nohead linecolor '#d0d0d0'"
+
+# A few cells that would be too small to see are drawn as circles, which don't hide the
+# nearest other cell; a border would hide the colours of many.
+few = cells < 500
+circles = few && degree / 2 < 4
+radius(nearest) = max(1.5 / degree, min(3 / degree, nearest / 2))
+half = few ? 0.25 : 0.25 + seam
+border = few ? "border linecolor '#404040'" : "noborder"
+cell_at = circles ? "(x($1)):2:(radius($4))" : "(x($1)):2:(half):(half)"
+cell_style = circles ? "with circles linewidth 0.5 " : "with boxxyerror linewidth 0.5 "
 
 # Dark blue to yellow, ever lighter: readable with any kind of colour vision, in grey
 # as well.
 set palette defined (0 "#440154", 1 "#3b528b", 2 "#21918c", 3 "#5ec962", 4 "#fde725")
-set colorbox horizontal user origin 0.09,0.105 size 0.44,0.03
 set cbtics offset 0,0.4
-set label 3 at screen 0.09,0.025
+set cbrange [0:1] # for a map without any complete year
+if (MEAN_records > 0) {
+  set cbrange [MEAN_min:(MEAN_max > MEAN_min + 0.1 ? MEAN_max : MEAN_min + 0.1)]
+}
 
-# Few cells on a large map are drawn larger than they are; many get no border, which
-# would hide their colour.
-half = cells < 500 && 0.014 * half_x > 0.25 ? 0.014 * half_x : 0.25
-set style fill solid border linecolor "#404040"
-if (cells >= 500) { set style fill solid noborder }
-if (cells >= 500 && half_x > 45) { half = 0.3 } # no pale seams between small cells
+colour_bar(bottom) = sprintf("set colorbox horizontal user origin %f,%f size %f,%f", \
+  80.0 / (width + 110), (bottom - 56.0) / (height + 70 + bottom), \
+  400.0 / (width + 110), 14.0 / (height + 70 + bottom))
+caption(bottom, text) = sprintf("set label 3 '%s' at screen %f,%f", text, \
+  80.0 / (width + 110), (bottom - 98.0) / (height + 70 + bottom))
 
-subtitle = sprintf("%d to %d, %s, %d cells", first, last, \
-                   quantity[1:7] eq "Drought" ? "scPDSI 3.25" : "CRU TS 4.01", cells)
-eval write_title(quantity." of the saved cells", subtitle)
-set label 3 "mean of the years, ".unit
-set cbrange [MEAN_min:(MEAN_max > MEAN_min ? MEAN_max : MEAN_min + 0.1)]
-set output stem.".map.png"
-print "picture            ".stem.".map.png"
-plot $cells using (place($1)):2:(half):(half) with boxxyerror linecolor "white", \
-     $cells using (place($1)):2:(half):(half):3 with boxxyerror linecolor palette
+eval open_picture("map", width, height, 110)
+eval colour_bar(110)
+eval caption(110, "mean of the years, ".unit)
+eval write_title(quantity." of the saved cells", sprintf("%s, %d cells", span, cells))
+eval plot_map.", $cells using ".cell_at." ".cell_style."fillcolor 'white' ". \
+     "fillstyle solid ".border. \
+     (MEAN_records > 0 ? ", $cells using ".cell_at.":3 ".cell_style. \
+      "linecolor palette fillstyle solid ".border : "")
 set output
 
 
-# --- The f values on the map.
+# --- The variance report on the map.
 
-if (!has_report) { exit }
+if (!is_file("'".stem.".ftst'")) { exit }
+report = system(command("report", FTST))
+if (GPVAL_SYSTEM_ERRNO != 0) { exit status 1 } # awk said why
+cutoff = int(word(report, 1))
+infinite = int(word(report, 3))
+ringed = int(word(report, 5))
+usual = int(word(report, 6)) # 1 or more
+print sprintf("f values           %d", int(word(report, 2)))
+print sprintf("infinite f         %d", infinite)
+print sprintf("largest finite f   %.6g", real(word(report, 4)))
+print sprintf("prob below 0.05    %d", ringed)
 
-# A single cell with f = 1000 would leave one colour for all others: beyond 4 the
-# colours change no more. An f below 1 comes from rounding only, and is left out.
-is_usual(i) = is_finite(i) && column(i) >= 1
-top = largest > 4 ? 4 : largest > 1.01 ? largest : 1.01
-set logscale cb
-set cbrange [1:top]
-set cbtics ("1" 1)
-do for [i = 1:4] {
-  label = i == 4 && largest > top ? "4 or more" : sprintf("%.3g", top ** (i / 4.0))
-  set cbtics add (label top ** (i / 4.0))
+# A line a cell: longitude, latitude, distance, kind, colour, ringed. The kinds: 0 without
+# an f, 1 with one, 2 with an infinite one.
+set table $f
+plot "< ".command("f", FTST) using 1:2:(0):3:4:5:6 with table
+unset table
+# Only what there is can be plotted.
+only(condition) = "$f using (".condition." ? x($1) : 1/0)".cell_at[8:]
+kinds = ""
+if (usual + infinite < cells) {
+  kinds = kinds.", ".only("$5 == 0")." ".cell_style. \
+          "linecolor '#909090' fillstyle empty"
+}
+if (usual > 0) {
+  kinds = kinds.", ".only("$5 == 1").":6 ".cell_style. \
+          "linecolor palette fillstyle solid ".border
+}
+if (infinite > 0) {
+  kinds = kinds.", ".only("$5 == 2")." ".cell_style. \
+          "fillcolor 'white' fillstyle solid ".border. \
+          ", $f using ($5 == 2 ? x($1) : 1/0):2 with points pointtype 2 pointsize 0.6 ". \
+          "linewidth 1.2 linecolor 'black'"
+}
+ring(nearest) = circles ? radius(nearest) : 0.175
+if (ringed > 0) {
+  kinds = kinds.", $f using ($7 == 1 ? x($1) : 1/0):2:(ring($4)) with circles ". \
+          "linewidth ".(few ? "1.2" : "0.5")." linecolor 'black' fillstyle empty"
 }
 
-# The first year of the second period is the cutoff year, whatever the report's labels
-# say: ... Variance:  1901- 1959  1960- 2016.
-cutoff = int(word(system("head -n 1 ".FTST), 7))
+# White is where nothing happens. The scale is fixed, so that maps compare, and
+# logarithmic, as f is a ratio; the table has log(f) / log(4).
+set palette defined (0 "#ffffff", 1 "#fdd49e", 2 "#fc8d59", 3 "#d7301f", 4 "#a5000f")
+set cbrange [0:1]
+set cbtics ("1" 0, "1.41" 0.25, "2" 0.5, "2.83" 0.75, "4 or more" 1)
+eval open_picture("f", width, height, 180)
+eval colour_bar(180)
+eval caption(180, "f, the larger variance over the smaller")
+# The cutoff year belongs to the second period, whatever the report's labels say.
 eval write_title(quantity.": f of the variance test", \
                  sprintf("%d to %d against %d to %d, %d cells", first, cutoff - 1, \
                          cutoff, last, cells))
-set label 3 "f, the larger variance over the smaller"
-set label 4 "f infinite: no variance in one period" at screen 0.63,0.12 offset 1.5,0 \
-  point pointtype 4 pointsize 1.7 linewidth 1.5 linecolor "black"
-set label 5 "" at screen 0.63,0.12 \
-  point pointtype 2 pointsize 1.2 linewidth 1.5 linecolor "black"
-set label 6 "no f: no variance in either period" at screen 0.63,0.075 offset 1.5,0 \
-  point pointtype 4 pointsize 0.8 linecolor "#909090"
-set output stem.".f.png"
-print "picture            ".stem.".f.png"
-# Where a report has none of one kind, a warning says "no valid points".
-plot $f using (is_usual(3) || is_infinite(3) ? 1/0 : place($1)):2 \
-       with points pointtype 4 pointsize 0.8 linecolor "#909090", \
-     $f using (is_usual(3) ? place($1) : 1/0):2:(half):(half):3 \
-       with boxxyerror linecolor palette, \
-     $f using (is_infinite(3) ? place($1) : 1/0):2 \
-       with points pointtype 5 pointsize 1.7 linecolor "white", \
-     $f using (is_infinite(3) ? place($1) : 1/0):2 \
-       with points pointtype 4 pointsize 1.7 linewidth 1.5 linecolor "black", \
-     $f using (is_infinite(3) ? place($1) : 1/0):2 \
-       with points pointtype 2 pointsize 1.2 linewidth 1.5 linecolor "black"
+line(number) = (180 - 102.0 - 22 * number) / (height + 250)
+set label 4 "prob below 0.05" at screen 86.0 / (width + 110),line(1) offset 1.2,0 \
+  point pointtype 6 pointsize 1.1 linewidth 1.2 linecolor "black"
+set label 5 "no f in the report" at screen 86.0 / (width + 110),line(2) offset 1.2,0 \
+  point pointtype 6 pointsize 0.8 linewidth 0.5 linecolor "#909090"
+set label 6 "f infinite: no variance in one period" \
+  at screen 86.0 / (width + 110),line(3) offset 1.2,0 \
+  point pointtype 2 pointsize 0.6 linewidth 1.2 linecolor "black"
+eval plot_map.kinds
 set output
