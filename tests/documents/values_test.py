@@ -121,8 +121,8 @@ class Units(DocumentTest):
 
     def test_are_those_of_the_recipes(self):
         table = re.findall(
-            r'"(CRUts4\.01\w{3}\.|scPDSI\.dat\.)":\s*\("[^"]*",\s*"([^"]*)",\s*(\d+)\)',
-            page("docs/recipes/cells.py"),
+            r'"(CRUts4\.01\w{3}\.|scPDSI\.dat\.)":\s*\("[^"]*",\s*"([^"]*)",\s*(\d+),',
+            page("docs/recipes/read_tsf.py"),
         )
         factors = self.factors()
         self.assertEqual(len(table), 11)
