@@ -5,21 +5,45 @@ include(GNUInstallDirs)
 install(TARGETS veldmark tersify series_to_grid
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
+# install_compressed(FILE FOLDER NAME): as gzip makes it, under the name NAME.gz. Where
+# there is no gzip, as it is.
+find_program(GZIP gzip)
+function(install_compressed file folder name)
+  if(NOT GZIP)
+    install(FILES ${file} DESTINATION ${folder} RENAME ${name})
+    return()
+  endif()
+  set(compressed "${PROJECT_BINARY_DIR}/compressed/${name}.gz")
+  file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/compressed")
+  install(
+    CODE "execute_process(COMMAND \"${GZIP}\" -9nc INPUT_FILE \"${file}\"
+                          OUTPUT_FILE \"${compressed}\" COMMAND_ERROR_IS_FATAL ANY)")
+  install(FILES ${compressed} DESTINATION ${folder})
+endfunction()
+
 foreach(section 1 5)
   file(GLOB pages CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/man/*.${section}")
-  install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
+  foreach(page IN LISTS pages)
+    cmake_path(GET page FILENAME name)
+    install_compressed(${page} ${CMAKE_INSTALL_MANDIR}/man${section} ${name})
+  endforeach()
 endforeach()
 
-# The documents keep their places relative to each other, so that links in them hold.
-install(FILES README.md CHANGELOG.md ARCHITECTURE.md CONTRIBUTING.md LICENSE
-        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# The documents keep their places relative to each other.
 install(
-  DIRECTORY docs
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  PATTERN "man" EXCLUDE
-  PATTERN "__pycache__" EXCLUDE)
-# Debian looks for the licence under this name.
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright)
+  CODE "
+    set(source_folder \"${PROJECT_SOURCE_DIR}\")
+    set(work_folder \"${PROJECT_BINARY_DIR}/installed_documents\")
+    set(doc_folder \"${CMAKE_INSTALL_DOCDIR}\")
+    set(sample_folder \"${CMAKE_INSTALL_DATADIR}/veldmark/sample\")
+    cmake_path(ABSOLUTE_PATH doc_folder BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+    cmake_path(ABSOLUTE_PATH sample_folder BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+    set(developer_pages performance.md testing.md)
+    include(\"${PROJECT_SOURCE_DIR}/cmake/install_documents.cmake\")")
+# What Debian looks for.
+install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install_compressed("${PROJECT_SOURCE_DIR}/packaging/changelog" ${CMAKE_INSTALL_DOCDIR}
+                   changelog)
 
 # The series are compressed as they are; a package doesn't compress them again.
 install(DIRECTORY data/sample DESTINATION ${CMAKE_INSTALL_DATADIR}/veldmark)
@@ -27,12 +51,13 @@ install(DIRECTORY data/sample DESTINATION ${CMAKE_INSTALL_DATADIR}/veldmark)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME veldmark)
 set(CPACK_PACKAGE_VENDOR "The Veldmark authors")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "cuts monthly climate series out of CRU TS grid files")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Veldmark asks for a climate variable, a rectangle of the globe and a span of years,
-and writes the monthly series of every grid cell in it as plain text. It reads grid
-files of CRU TS 4.01 and of the self-calibrating Palmer Drought Severity Index. A
-sample of real values is included.")
+    "Veldmark asks for a climate variable, a rectangle of the globe and a
+span of years, and writes the monthly series of every grid cell in it
+as plain text. It reads grid files of CRU TS 4.01 and of the
+self-calibrating Palmer Drought Severity Index. Tersify, which condenses
+published files, and a sample of real values are included.")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/package")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
