@@ -5,12 +5,13 @@ cmake_minimum_required(VERSION 3.25)
 
 # Each folder may include the folders named here, and nothing else of ours.
 set(util_may_include util)
+set(grid_may_include grid)
 set(stats_may_include stats)
 set(console_may_include console util)
-set(selection_may_include selection console util)
-set(catalogue_may_include catalogue selection console util)
-set(output_may_include output catalogue selection console stats util)
-set(driver_may_include driver output catalogue selection console stats util)
+set(selection_may_include selection console grid util)
+set(catalogue_may_include catalogue selection console grid util)
+set(output_may_include output catalogue selection console grid stats util)
+set(driver_may_include driver output catalogue selection console grid stats util)
 
 file(GLOB_RECURSE files RELATIVE "${SOURCE_FOLDER}" "${SOURCE_FOLDER}/*.h"
      "${SOURCE_FOLDER}/*.cc")

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-namespace veldmark {
+#include "grid/grid_layout.h"
 
-constexpr std::size_t kFieldWidth = 5;
+namespace veldmark {
 
 // Converts neighbouring fields, each as parse_integer does, to values modulo 2^16.
 //

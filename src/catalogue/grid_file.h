@@ -1,7 +1,4 @@
-// An open condensed grid file (channel 13).
-//
-// 116 years x 12 months x 360 lines of 720 five-character integers. The line of year Y,
-// month M and row R is line (Y - 1901) * 4320 + (M - 1) * 360 + R, counted from 1.
+// An open condensed grid file; grid/grid_layout.h has its layout.
 
 #ifndef VELDMARK_CATALOGUE_GRID_FILE_H_
 #define VELDMARK_CATALOGUE_GRID_FILE_H_

@@ -7,11 +7,9 @@
 namespace veldmark {
 namespace {
 
-bool is_wanted(std::int32_t column, const GridRanges& ranges) {
-  const bool in_first = ranges.FirstCol <= column && column <= ranges.LastCol;
-  const bool in_east = ranges.CrossesDateLine && ranges.EastFirstCol <= column &&
-                       column <= ranges.EastLastCol;
-  return in_first || in_east;
+bool is_requested(std::int32_t GridX, const GridRanges& ranges) {
+  const auto [west, east] = ranges.columns();
+  return west.contains(GridX) || east.contains(GridX);
 }
 
 }  // namespace
@@ -23,9 +21,9 @@ GridValues::GridValues(const GridRanges& ranges, std::int32_t YearCount,
       month_count_(static_cast<std::size_t>(YearCount) * kMonthsPerYear),
       MissingCode_(MissingCode),
       row_begin_{0} {
-  for (std::int32_t column = 1; column <= kGridColumns; ++column) {
-    if (is_wanted(column, ranges)) {
-      columns_.push_back(column);
+  for (std::int32_t GridX = 1; GridX <= kGridColumns; ++GridX) {
+    if (is_requested(GridX, ranges)) {
+      columns_.push_back(GridX);
     }
   }
 }

@@ -7,13 +7,11 @@
 #include <cstdint>
 #include <string_view>
 
-#include "catalogue/field_conversion.h"
 #include "catalogue/grid_values.h"
+#include "grid/grid_layout.h"
 #include "selection/grid_geometry.h"
 
 namespace veldmark {
-
-constexpr std::size_t kLineLength = kFieldWidth * kGridColumns;
 
 // `count` neighbouring fields, from field `first_field` (1 is the leftmost of a line),
 // that go to as many neighbouring columns, from `first_column`.

@@ -151,12 +151,12 @@ std::int32_t save_cells(ConsoleDialogue& console, const SaveRequest& request,
   cell_list.write(" #   Lon.     Lat.      " + TsfName + "\n");
   std::vector<Coordinate> longitudes;
   for (const std::int32_t column : request.lattice.columns) {
-    longitudes.emplace_back(cell_longitude(column));
+    longitudes.emplace_back(CellLon[column]);
   }
   CellWriter writer(console, request, time_series, cell_list);
   std::vector<std::int16_t> memory;
   for (const std::int32_t row : request.lattice.rows) {
-    const Coordinate latitude(cell_latitude(row, request.order));
+    const Coordinate latitude(CellLat(request.order)[row]);
     const RowSeries row_series(request.values, row, memory);
     for (std::size_t i = 0; i < longitudes.size(); ++i) {
       const std::span<const std::int16_t> series =

@@ -14,8 +14,8 @@
 #include "output/output_file.h"
 #include "output/variance_report.h"
 #include "selection/grid_geometry.h"
+#include "selection/lattice.h"
 #include "selection/search_region.h"
-#include "selection/thinning.h"
 
 namespace veldmark {
 

@@ -1,32 +1,57 @@
 #include "selection/grid_geometry.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace veldmark {
 namespace {
 
-constexpr float kSouthernmost = -89.75F;
-constexpr float kNorthernmost = 89.75F;
-constexpr float kWesternmost = -179.75F;
-constexpr float kEasternmost = 179.75F;
-constexpr float kCellSize = 0.5F;
+constexpr CentreTable<kGridRows> kSouthFirstLat(-89.75F, 0.5F);
+constexpr CentreTable<kGridRows> kNorthFirstLat(89.75F, -0.5F);
 
-// Is `bound` on or between the two centres?
-bool between(float low, float bound, float high) {
-  return low <= bound && bound <= high;
+static_assert(CellLon[kGridColumns] == 179.75F);
+static_assert(kSouthFirstLat[kGridRows] == 89.75F);
+static_assert(kNorthFirstLat[kGridRows] == -89.75F);
+
+constexpr float kSouthernmost = kSouthFirstLat[1];
+constexpr float kNorthernmost = kNorthFirstLat[1];
+constexpr float kWesternmost = CellLon[1];
+constexpr float kEasternmost = CellLon[kGridColumns];
+
+// Returns the number of the lower of the two neighbouring centres that `bound` lies
+// between. A bound on a centre belongs to the pair that begins there, one on the last
+// centre to the last pair; one outside the outermost centres to none.
+template <std::size_t kCount>
+std::optional<std::int32_t> pair_around(const CentreTable<kCount>& ascending,
+                                        float bound) {
+  const auto& centres = ascending.all();
+  if (!(centres.front() <= bound && bound <= centres.back())) {
+    return std::nullopt;
+  }
+  const auto above = std::upper_bound(centres.begin(), centres.end(), bound);
+  const auto count = static_cast<std::int32_t>(above - centres.begin());
+  return std::min(count, static_cast<std::int32_t>(kCount) - 1);
 }
+
+// The same from north to south: the number of the northern of the two centres. A bound
+// on a centre belongs to the pair that ends there, so the northernmost has none.
+std::optional<std::int32_t> pair_around_from_north(float bound) {
+  const auto& centres = kNorthFirstLat.all();
+  const auto below = std::partition_point(centres.begin(), centres.end(),
+                                          [&](float lat) { return lat > bound; });
+  if (below == centres.begin() || below == centres.end()) {
+    return std::nullopt;
+  }
+  return static_cast<std::int32_t>(below - centres.begin());
+}
+
+// The number after `pair`; 0 for none.
+std::int32_t next_of(std::optional<std::int32_t> pair) { return pair ? *pair + 1 : 0; }
 
 RowRange find_rows_south_first(const SearchRegion& region) {
   RowRange rows;
-  // A bound on a centre matches two neighbouring pairs; the later one counts.
-  for (std::int32_t j = 1; j < kGridRows; ++j) {
-    const float low = cell_latitude(j, RowOrder::kSouthFirst);
-    const float high = cell_latitude(j + 1, RowOrder::kSouthFirst);
-    if (between(low, region.minLat, high)) {
-      rows.FirstRow = j + 1;
-    }
-    if (between(low, region.maxLat, high)) {
-      rows.LastRow = j;
-    }
-  }
+  rows.FirstRow = next_of(pair_around(kSouthFirstLat, region.minLat));
+  rows.LastRow = pair_around(kSouthFirstLat, region.maxLat).value_or(0);
   if (region.minLat <= kSouthernmost) {
     rows.FirstRow = 1;
   }
@@ -38,17 +63,9 @@ RowRange find_rows_south_first(const SearchRegion& region) {
 
 RowRange find_rows_north_first(const SearchRegion& region) {
   RowRange rows;
-  for (std::int32_t j = 2; j <= kGridRows; ++j) {
-    const float low = cell_latitude(j, RowOrder::kNorthFirst);
-    const float high = cell_latitude(j - 1, RowOrder::kNorthFirst);
-    if (low <= region.minLat && region.minLat < high) {
-      rows.LastRow = j;
-    }
-    if (low <= region.maxLat && region.maxLat < high) {
-      rows.FirstRow = j - 1;
-    }
-  }
-  // Kept on purpose: each pole corrects the end that the loop doesn't fill.
+  rows.FirstRow = pair_around_from_north(region.maxLat).value_or(0);
+  rows.LastRow = next_of(pair_around_from_north(region.minLat));
+  // Kept on purpose: each pole corrects the other end.
   if (region.minLat <= kSouthernmost) {
     rows.FirstRow = kGridRows;
   }
@@ -60,15 +77,11 @@ RowRange find_rows_north_first(const SearchRegion& region) {
 
 // One range of columns; FirstCol and LastCol come in with what they keep.
 void find_columns(const SearchRegion& region, GridRanges& ranges) {
-  for (std::int32_t j = 1; j < kGridColumns; ++j) {
-    const float west = cell_longitude(j);
-    const float east = cell_longitude(j + 1);
-    if (between(west, region.minLon, east)) {
-      ranges.FirstCol = j + 1;
-    }
-    if (between(west, region.maxLon, east)) {
-      ranges.LastCol = j;
-    }
+  if (const auto pair = pair_around(CellLon, region.minLon)) {
+    ranges.FirstCol = *pair + 1;
+  }
+  if (const auto pair = pair_around(CellLon, region.maxLon)) {
+    ranges.LastCol = *pair;
   }
   if (region.minLon <= kWesternmost) {
     ranges.FirstCol = 1;
@@ -81,29 +94,15 @@ void find_columns(const SearchRegion& region, GridRanges& ranges) {
 // A west and an east piece; LastCol comes in with what it keeps. No end corrections.
 void find_columns_in_two_pieces(const SearchRegion& region, GridRanges& ranges) {
   ranges.FirstCol = 1;
+  ranges.LastCol = pair_around(CellLon, region.maxLon).value_or(ranges.LastCol);
+  ranges.EastFirstCol = next_of(pair_around(CellLon, region.minLon));
   ranges.EastLastCol = kGridColumns;
-  for (std::int32_t j = 1; j < kGridColumns; ++j) {
-    const float west = cell_longitude(j);
-    const float east = cell_longitude(j + 1);
-    if (between(west, region.maxLon, east)) {
-      ranges.LastCol = j;
-    }
-    if (between(west, region.minLon, east)) {
-      ranges.EastFirstCol = j + 1;
-    }
-  }
 }
 
 }  // namespace
 
-float cell_longitude(std::int32_t column) {
-  return kWesternmost + kCellSize * static_cast<float>(column - 1);
-}
-
-float cell_latitude(std::int32_t row, RowOrder order) {
-  const float distance = kCellSize * static_cast<float>(row - 1);
-  return order == RowOrder::kSouthFirst ? kSouthernmost + distance
-                                        : kNorthernmost - distance;
+const CentreTable<kGridRows>& CellLat(RowOrder order) {
+  return order == RowOrder::kSouthFirst ? kSouthFirstLat : kNorthFirstLat;
 }
 
 RowRange find_rows(const SearchRegion& region, RowOrder order) {

@@ -1,8 +1,8 @@
 // From a region in degrees to rows and columns of the 0.5-degree grid.
 //
-//   column c = 1..720   west to east, centre at -179.75 + 0.5 * (c - 1) degrees
-//   row    r = 1..360   in file order: row 1 is the southernmost row of the CRU TS
-//                       files and the northernmost row of the scPDSI file
+//   GridX   column, 1..720, west to east
+//   GridY   row, 1..360, in file order: row 1 is the southernmost row of the CRU TS
+//           files and the northernmost row of the scPDSI file
 //
 // All centres are multiples of 0.25 and exact as 32-bit reals, so a bound that lies on
 // a centre compares equal to it.
@@ -12,21 +12,45 @@
 #ifndef VELDMARK_SELECTION_GRID_GEOMETRY_H_
 #define VELDMARK_SELECTION_GRID_GEOMETRY_H_
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
+#include "grid/grid_layout.h"
 #include "selection/search_region.h"
 
 namespace veldmark {
 
-constexpr std::int32_t kGridColumns = 720;
+// The centres of the cells along one axis of the grid, in degrees, counted from 1.
+template <std::size_t kCount>
+class CentreTable {
+ public:
+  constexpr CentreTable(float first, float step) {
+    centres_[0] = first;
+    for (std::size_t i = 1; i < kCount; ++i) {
+      centres_[i] = centres_[i - 1] + step;
+    }
+  }
 
-enum class RowOrder { kSouthFirst, kNorthFirst };
+  // Requires 1 <= index <= kCount.
+  constexpr float operator[](std::int32_t index) const {
+    return centres_[static_cast<std::size_t>(index - 1)];
+  }
 
-// Centre longitude of `column` (1..720), degrees east.
-float cell_longitude(std::int32_t column);
+  // All centres; place 0 holds number 1.
+  [[nodiscard]] constexpr const std::array<float, kCount>& all() const {
+    return centres_;
+  }
 
-// Centre latitude of `row` (1..360) of a file in `order`, degrees north.
-float cell_latitude(std::int32_t row, RowOrder order);
+ private:
+  std::array<float, kCount> centres_{};
+};
+
+// Centre longitude of each column (GridX), degrees east.
+inline constexpr CentreTable<kGridColumns> CellLon(-179.75F, 0.5F);
+
+// Centre latitude of each row (GridY) of a file in `order`, degrees north.
+const CentreTable<kGridRows>& CellLat(RowOrder order);
 
 // Rows FirstRow..LastRow, both included; empty when LastRow < FirstRow.
 struct RowRange {
@@ -45,8 +69,19 @@ struct RowRange {
 // centre takes it in; in a south-first file a minLat above 89.75 gives FirstRow 0 and a
 // maxLat below -89.75 LastRow 0; a north-first region that touches a pole gets FirstRow
 // 360 or LastRow 1 there, so that its row count can be negative.
-// Errors: none; an empty range is a result like any other.
+// An empty range is a result like any other.
 RowRange find_rows(const SearchRegion& region, RowOrder order);
+
+// Columns first..last, both included; empty when last < first.
+struct ColumnRange {
+  std::int32_t first = 1;
+  std::int32_t last = 0;
+
+  [[nodiscard]] std::int32_t count() const { return last - first + 1; }
+  [[nodiscard]] bool contains(std::int32_t GridX) const {
+    return first <= GridX && GridX <= last;
+  }
+};
 
 // The rows and columns of a search, in the order in which cells are visited: rows
 // upward, in each row the columns FirstCol..LastCol and then, when CrossesDateLine is
@@ -61,12 +96,17 @@ struct GridRanges {
   std::int32_t EastLastCol = 0;
   bool CrossesDateLine = false;
 
-  [[nodiscard]] std::int32_t RowCount() const { return LastRow - FirstRow + 1; }
-  [[nodiscard]] std::int32_t ColCount1() const { return LastCol - FirstCol + 1; }
-  // Columns of the east piece, 0 where there is none.
-  [[nodiscard]] std::int32_t ColCount2() const {
-    return CrossesDateLine ? EastLastCol - EastFirstCol + 1 : 0;
+  // The one or two ranges of columns in the order in which cells are visited. Without
+  // an east piece the second is empty.
+  [[nodiscard]] std::array<ColumnRange, 2> columns() const {
+    const ColumnRange east{EastFirstCol, EastLastCol};
+    return {{{FirstCol, LastCol}, CrossesDateLine ? east : ColumnRange{}}};
   }
+
+  [[nodiscard]] std::int32_t RowCount() const { return LastRow - FirstRow + 1; }
+  [[nodiscard]] std::int32_t ColCount1() const { return columns()[0].count(); }
+  // Columns of the east piece, 0 where there is none.
+  [[nodiscard]] std::int32_t ColCount2() const { return columns()[1].count(); }
   [[nodiscard]] std::int32_t ColCount() const { return ColCount1() + ColCount2(); }
   // The theoretical number of cells; can be zero or negative.
   [[nodiscard]] std::int32_t CellCount() const { return RowCount() * ColCount(); }
@@ -84,7 +124,6 @@ struct GridRanges {
 // cut in two pieces as well. FirstCol and LastCol keep the previous search's value
 // where a bound matches no column (a longitude beyond 179.75 on the side where no end
 // correction is made); the other bounds are 0 then.
-// Errors: none.
 GridRanges find_ranges(const SearchRegion& region, RowOrder order,
                        const GridRanges& previous);
 

@@ -36,7 +36,7 @@ std::int32_t ask_first_year(ConsoleDialogue& console, std::int32_t LastDataYear)
   for (;;) {
     const std::int32_t FYOD =
         ask_year(console, "Enter the First Year Of Data.", "FYOD ==> ");
-    if (kFirstDataYear <= FYOD && FYOD <= kLastDataYear) {
+    if (kFirstDataYear <= FYOD && FYOD <= LastDataYear) {
       return FYOD;
     }
     console.blank_line();
@@ -52,7 +52,7 @@ std::int32_t ask_last_year(ConsoleDialogue& console, std::int32_t FYOD,
   for (;;) {
     const std::int32_t LYOD =
         ask_year(console, "Enter the Last Year Of Data.", "LYOD ==> ");
-    if (FYOD <= LYOD && LYOD <= kLastDataYear) {
+    if (FYOD <= LYOD && LYOD <= LastDataYear) {
       return LYOD;
     }
     console.blank_line();
@@ -89,7 +89,8 @@ YearSpan ask_year_span(ConsoleDialogue& console, std::int32_t LastDataYear) {
     YearSpan years{};
     years.FYOD = ask_first_year(console, LastDataYear);
     years.LYOD = ask_last_year(console, years.FYOD, LastDataYear);
-    if (confirm_years(console, years)) {
+    const bool YearsOk = confirm_years(console, years);
+    if (YearsOk) {
       return years;
     }
   }

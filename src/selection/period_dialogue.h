@@ -12,9 +12,11 @@ namespace veldmark {
 
 // Asks for FYOD and LYOD until the user confirms them.
 //
-//   LastDataYear   the last year that the messages name
+//   LastDataYear   the last year of the data; the messages name it, the answers are
+//                  tested against it
 //
-// Result     1901 <= FYOD <= LYOD <= 2016, all included. An answer that is no integer
+// Returns 1901 <= FYOD <= LYOD <= LastDataYear, all included. An answer that is no
+// integer
 //            is asked again without a word, one out of range with a warning; the end
 //            of the input ends the run (RunEnd).
 // Kept on purpose: the warning for FYOD names both years as if they were excluded.

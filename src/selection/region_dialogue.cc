@@ -228,7 +228,8 @@ SearchRegion ask_search_region(ConsoleDialogue& console, MinLonTest min_lon_test
     region.minLat = ask_min_latitude(console, region.maxLat);
     region.maxLon = ask_max_longitude(console);
     region.minLon = ask_min_longitude(console, min_lon_test);
-    if (confirm_region(console, region)) {
+    const bool RegionOk = confirm_region(console, region);
+    if (RegionOk) {
       return region;
     }
   }

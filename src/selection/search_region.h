@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "grid/grid_layout.h"
+
 namespace veldmark {
 
 // A rectangle in degrees, north and east positive. A minLon greater than maxLon means
@@ -16,22 +18,16 @@ struct SearchRegion {
   float minLon;
 };
 
-constexpr std::int32_t kFirstDataYear = 1901;
-constexpr std::int32_t kLastDataYear = 2016;
-
-constexpr std::int32_t kMonthsPerYear = 12;
-constexpr std::int32_t kGridRows = 360;
-constexpr std::int32_t kLinesPerYear = kMonthsPerYear * kGridRows;
-
-// The years to extract, both included; 1901 <= FYOD <= LYOD <= 2016.
+// The years to extract, both included; 1901 <= FYOD <= LYOD <= the last year of data.
 struct YearSpan {
   std::int32_t FYOD;
   std::int32_t LYOD;
 
-  // How many years the span has. Year index 1 is FYOD.
+  // How many years and months the span has. Year index 1 is FYOD.
   [[nodiscard]] std::int32_t YearCount() const { return LYOD - FYOD + 1; }
+  [[nodiscard]] std::int32_t MonthCount() const { return kMonthsPerYear * YearCount(); }
 
-  // How many lines of a grid file lie before January of FYOD, at 360 lines a month.
+  // How many lines of a grid file lie before January of FYOD.
   [[nodiscard]] std::int32_t SkipLines() const {
     return (FYOD - kFirstDataYear) * kLinesPerYear;
   }

@@ -56,25 +56,25 @@ void expect_two_pieces(const GridRanges& ranges, std::int32_t LastCol,
 }
 
 TEST(CellCentres, RunFromWestToEastAndInFileOrder) {
-  EXPECT_EQ(cell_longitude(1), -179.75F);
-  EXPECT_EQ(cell_longitude(361), 0.25F);
-  EXPECT_EQ(cell_longitude(720), 179.75F);
-  EXPECT_EQ(cell_latitude(1, kSouthFirst), -89.75F);
-  EXPECT_EQ(cell_latitude(360, kSouthFirst), 89.75F);
-  EXPECT_EQ(cell_latitude(1, kNorthFirst), 89.75F);
-  EXPECT_EQ(cell_latitude(160, kNorthFirst), 10.25F);
-  EXPECT_EQ(cell_latitude(201, kNorthFirst), -10.25F);
+  EXPECT_EQ(CellLon[1], -179.75F);
+  EXPECT_EQ(CellLon[361], 0.25F);
+  EXPECT_EQ(CellLon[720], 179.75F);
+  EXPECT_EQ(CellLat(kSouthFirst)[1], -89.75F);
+  EXPECT_EQ(CellLat(kSouthFirst)[360], 89.75F);
+  EXPECT_EQ(CellLat(kNorthFirst)[1], 89.75F);
+  EXPECT_EQ(CellLat(kNorthFirst)[160], 10.25F);
+  EXPECT_EQ(CellLat(kNorthFirst)[201], -10.25F);
 }
 
 TEST(CellCentres, AreWhatRepeatedAdditionGives) {
   float longitude = -179.75F;
   for (std::int32_t column = 1; column <= 720; ++column, longitude += 0.5F) {
-    ASSERT_EQ(cell_longitude(column), longitude);
+    ASSERT_EQ(CellLon[column], longitude);
   }
   float latitude = -89.75F;
   for (std::int32_t row = 1; row <= 360; ++row, latitude += 0.5F) {
-    ASSERT_EQ(cell_latitude(row, kSouthFirst), latitude);
-    ASSERT_EQ(cell_latitude(row, kNorthFirst), -latitude);
+    ASSERT_EQ(CellLat(kSouthFirst)[row], latitude);
+    ASSERT_EQ(CellLat(kNorthFirst)[row], -latitude);
   }
 }
 

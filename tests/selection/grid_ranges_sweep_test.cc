@@ -1,5 +1,5 @@
-// Rows and columns of all bounds in eighths of a degree, against a definition that
-// counts cell centres; and the lattice against plain counting.
+// Rows and columns of all bounds in eighths of a degree, against loops over all pairs
+// of neighbouring centres; and the lattice against plain counting.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "selection/grid_geometry.h"
-#include "selection/thinning.h"
+#include "selection/lattice.h"
 #include "support/sweep.h"
 
 namespace veldmark {
@@ -38,9 +38,6 @@ struct Axis {
   [[nodiscard]] int count() const { return 2 * end / kCell; }
   [[nodiscard]] int first() const { return -end + kCell / 2; }
   [[nodiscard]] int last() const { return end - kCell / 2; }
-  [[nodiscard]] bool spans(int bound) const {
-    return first() <= bound && bound <= last();
-  }
 
   // How many centres are not above the bound.
   [[nodiscard]] int at_or_below(int bound) const {
@@ -52,9 +49,9 @@ struct Axis {
   }
 };
 
-// What a bound finds when it is a minimum and when it is a maximum: the first centre
-// above it, and the last one up to it, but never past the pair of outermost centres.
-// Nothing for a bound outside the outermost centres.
+// What a bound finds when it is a minimum and when it is a maximum: the upper and the
+// lower centre of the last pair that it lies on or between. Nothing for a bound outside
+// the outermost centres.
 struct Found {
   std::optional<int> as_minimum;
   std::optional<int> as_maximum;
@@ -64,12 +61,12 @@ struct Found {
 std::vector<Found> plainly_found(const Axis& axis) {
   std::vector<Found> all;
   for (int bound = -axis.end; bound <= axis.end; ++bound) {
-    const int below = axis.at_or_below(bound);
-    const bool topmost = below == axis.count();
     Found found;
-    if (axis.spans(bound)) {
-      found.as_minimum = topmost ? axis.count() : below + 1;
-      found.as_maximum = topmost ? axis.count() - 1 : below;
+    for (int pair = 1; pair < axis.count(); ++pair) {
+      const int low = axis.first() + (pair - 1) * kCell;
+      if (low <= bound && bound <= low + kCell) {
+        found = {.as_minimum = pair + 1, .as_maximum = pair};
+      }
     }
     all.push_back(found);
   }

@@ -1,4 +1,4 @@
-#include "selection/thinning.h"
+#include "selection/lattice.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,11 @@
 // Thinning: keeping every n-th row and column of a search's cells.
 
-#ifndef VELDMARK_SELECTION_THINNING_H_
-#define VELDMARK_SELECTION_THINNING_H_
+#ifndef VELDMARK_SELECTION_LATTICE_H_
+#define VELDMARK_SELECTION_LATTICE_H_
 
 #include <cstdint>
 #include <vector>
 
-#include "console/console_dialogue.h"
 #include "selection/grid_geometry.h"
 
 namespace veldmark {
@@ -20,27 +19,22 @@ namespace veldmark {
 std::int64_t estimate_cells(std::int32_t RowCount, std::int32_t ColCount,
                             std::int32_t ThinningFactor);
 
-// The estimate as a percentage of `CellCount`, in single precision; NaN for 0 of 0.
+// Returns the estimate as a percentage of `CellCount`, in single precision; NaN for 0
+// of 0.
 float percentage_of_cells(std::int64_t EstimatedCells, std::int32_t CellCount);
 
-// Asks for the thinning factor until the user accepts its estimate.
-// Result: 1 or more; a smaller answer ends the run (RunEnd).
-// Kept on purpose: the range that the texts suggest is advice and isn't checked; any
-// answer that doesn't start with n or N accepts.
-std::int32_t ask_thinning_factor(ConsoleDialogue& console, const GridRanges& ranges);
-
-// The cells that a factor keeps: every row of `rows` with every column of `columns`,
-// each in the order in which cells are visited. Rows and columns are 1-based; places
-// outside the grid take part in the counting and are left out.
+// The cells that a factor keeps: every row of `rows` (GridY) with every column of
+// `columns` (GridX), each in the order in which cells are visited. Both are counted
+// from 1; places outside the grid take part in the striding and are left out.
 struct Lattice {
   std::vector<std::int32_t> rows;
   std::vector<std::int32_t> columns;
 };
 
-// The lattice of `ranges`: every n-th row from FirstRow, every n-th column from
-// FirstCol and then, in two pieces, every n-th column from EastFirstCol.
+// Returns the lattice of `ranges`: every n-th row from FirstRow, and every n-th column
+// of each column range from its first.
 Lattice kept_cells(const GridRanges& ranges, std::int32_t ThinningFactor);
 
 }  // namespace veldmark
 
-#endif  // VELDMARK_SELECTION_THINNING_H_
+#endif  // VELDMARK_SELECTION_LATTICE_H_

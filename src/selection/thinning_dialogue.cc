@@ -1,8 +1,9 @@
-#include "selection/thinning.h"
+#include "selection/thinning_dialogue.h"
 
 #include <algorithm>
 #include <string>
 
+#include "selection/lattice.h"
 #include "util/fixed_field.h"
 
 namespace veldmark {
@@ -17,7 +18,7 @@ std::string percentage_line(std::int64_t EstimatedCells, std::int32_t CellCount)
 void explain_thinning(ConsoleDialogue& console, const GridRanges& ranges) {
   const std::int32_t CellCount = ranges.CellCount();
   const std::int32_t ThinningLimit = std::min(ranges.ColCount(), ranges.RowCount());
-  // Of no rows or columns every second one is none.
+  // Clamped at 0: the example must not show a negative number.
   const std::int64_t EstimatedCells =
       estimate_cells(std::max(ranges.RowCount(), 0), std::max(ranges.ColCount(), 0), 2);
   console.blank_line();
@@ -64,30 +65,7 @@ bool confirm_factor(ConsoleDialogue& console, const GridRanges& ranges,
   return ThinningOk != 'n' && ThinningOk != 'N';
 }
 
-// Appends first, first + step, ... up to last, as far as inside the grid. The counter
-// has 64 bits: a step near the largest 32-bit integer must not wrap around.
-void append_stride(std::vector<std::int32_t>& places, std::int32_t first,
-                   std::int32_t last, std::int32_t step) {
-  for (std::int64_t place = first; place <= last; place += step) {
-    if (place >= 1) {
-      places.push_back(static_cast<std::int32_t>(place));
-    }
-  }
-}
-
 }  // namespace
-
-std::int64_t estimate_cells(std::int32_t RowCount, std::int32_t ColCount,
-                            std::int32_t ThinningFactor) {
-  const std::int64_t n = ThinningFactor;
-  const std::int64_t rows_kept = (RowCount - 1 + n) / n;
-  const std::int64_t columns_kept = (ColCount + n - 1) / n;
-  return rows_kept * columns_kept;
-}
-
-float percentage_of_cells(std::int64_t EstimatedCells, std::int32_t CellCount) {
-  return static_cast<float>(EstimatedCells) / static_cast<float>(CellCount) * 100.0F;
-}
 
 std::int32_t ask_thinning_factor(ConsoleDialogue& console, const GridRanges& ranges) {
   explain_thinning(console, ranges);
@@ -97,17 +75,6 @@ std::int32_t ask_thinning_factor(ConsoleDialogue& console, const GridRanges& ran
       return ThinningFactor;
     }
   }
-}
-
-Lattice kept_cells(const GridRanges& ranges, std::int32_t ThinningFactor) {
-  Lattice lattice;
-  append_stride(lattice.rows, ranges.FirstRow, ranges.LastRow, ThinningFactor);
-  append_stride(lattice.columns, ranges.FirstCol, ranges.LastCol, ThinningFactor);
-  if (ranges.CrossesDateLine) {
-    append_stride(lattice.columns, ranges.EastFirstCol, ranges.EastLastCol,
-                  ThinningFactor);
-  }
-  return lattice;
 }
 
 }  // namespace veldmark

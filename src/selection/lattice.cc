@@ -1,0 +1,40 @@
+#include "selection/lattice.h"
+
+namespace veldmark {
+namespace {
+
+// Appends first, first + step, ... up to last, as far as inside the grid. The counter
+// has 64 bits: a step near the largest 32-bit integer must not wrap around.
+void append_stride(std::vector<std::int32_t>& places, std::int32_t first,
+                   std::int32_t last, std::int32_t step) {
+  for (std::int64_t place = first; place <= last; place += step) {
+    if (place >= 1) {
+      places.push_back(static_cast<std::int32_t>(place));
+    }
+  }
+}
+
+// `count` / n rounded up for a positive count; the quotient drops its fraction.
+std::int64_t strides(std::int32_t count, std::int64_t n) { return (count - 1 + n) / n; }
+
+}  // namespace
+
+std::int64_t estimate_cells(std::int32_t RowCount, std::int32_t ColCount,
+                            std::int32_t ThinningFactor) {
+  return strides(RowCount, ThinningFactor) * strides(ColCount, ThinningFactor);
+}
+
+float percentage_of_cells(std::int64_t EstimatedCells, std::int32_t CellCount) {
+  return static_cast<float>(EstimatedCells) / static_cast<float>(CellCount) * 100.0F;
+}
+
+Lattice kept_cells(const GridRanges& ranges, std::int32_t ThinningFactor) {
+  Lattice lattice;
+  append_stride(lattice.rows, ranges.FirstRow, ranges.LastRow, ThinningFactor);
+  for (const ColumnRange& columns : ranges.columns()) {
+    append_stride(lattice.columns, columns.first, columns.last, ThinningFactor);
+  }
+  return lattice;
+}
+
+}  // namespace veldmark
