@@ -1,168 +1,228 @@
 #include "catalogue/variable_catalogue.h"
 
-#include <array>
 #include <filesystem>
-#include <string_view>
+#include <string>
 #include <system_error>
 
 namespace veldmark {
 namespace {
 
-constexpr int kMargin = 1;
-constexpr int kNotFoundMargin = 9;
+using std::string_view;
 
-constexpr std::string_view kContinue = " Hit RETURN to continue";
+constexpr TextField<65> kOneDecimal("RFMT=(1x,i4,12f6.1)");
+constexpr TextField<65> kTwoDecimals("RFMT=(1x,i4,12f6.2)");
 
-constexpr std::string_view kOneDecimal = "RFMT=(1x,i4,12f6.1)";
-constexpr std::string_view kTwoDecimals = "RFMT=(1x,i4,12f6.2)";
+constexpr std::array<string_view, 10> kCruTsLines{
+    "",
+    " The proper citation for these data is:",
+    "",
+    " University of East Anglia Climatic Research Unit; Harris, I.C.; ",
+    " Jones, P.D. (2017): CRU TS4.01: Climatic Research Unit (CRU) ",
+    " Time-Series (TS) version 4.01 of high-resolution gridded data of  ",
+    " month-by-month variation in climate (Jan. 1901- Dec. 2016).  ",
+    " Centre for Environmental Data Analysis, 04 December 2017. ",
+    " doi:10.5285/58a8802721c94c66ae45c3baa4d814d0",
+    ""};
 
-struct CatalogueRow {
-  std::string_view menu_line;
-  std::string_view DataFileName;
-  std::string_view OutputPrefix;
-  std::string_view TitleText;
-  std::string_view RFMT;
-};
+constexpr std::array<string_view, 12> kDroughtLines{
+    "",
+    " The proper citation for these data is:",
+    " van der Schrier, G., J. Barichivich, K.R. Briffa and P.D. Jones (2013),",
+    " A scPDSI-based global data set of dry and wet spells for 1901-2009,",
+    " J. Geophys. Res. Atmos. 118, 4025-4048, doi:10.1002/jgrd.50355",
+    " ",
+    " and",
+    " ",
+    " Osborn, T.J., J. Barichivich, I. Harris, G. van der Schrier and P.D. Jones "
+    "(2017),",
+    " Monitoring global drought using the self-calibrating Palmer Drought Severity "
+    "Index",
+    " [in \"State of the Climate in 2016\"], Bull. Amer. Meteor. Soc. 98, S32-S33,",
+    " doi:10.1175/2017BAMSStateoftheClimate.1"};
 
-// Kept on purpose: PET and WET have neither name nor units nor title, the prefix of
-// precipitation says "ppt", and the scPDSI prefix ends in ".dat.".
-constexpr std::array<CatalogueRow, kLastVariable> kVariableCatalogue{{
-    {" [1] Precipitation             pre       mm      1901-2016",
-     "cru_ts4.01.1901.2016.pre.dat.new", "CRUts4.01ppt.", "glo.pre. mm", kOneDecimal},
-    {" [2] Mean temperature          tmp     degC*10   1901-2016",
-     "cru_ts4.01.1901.2016.tmp.dat.new", "CRUts4.01tmp.", "glo.tmp. degC*10",
-     kOneDecimal},
-    {" [3] Diurnal Temp. Range       dtr     degC*10   1901-2016",
-     "cru_ts4.01.1901.2016.dtr.dat.new", "CRUts4.01dtr.", "glo.dtr. degC*10",
-     kOneDecimal},
-    {" [4] Min.Temperature           tmn     degC*10   1901-2016",
-     "cru_ts4.01.1901.2016.tmn.dat.new", "CRUts4.01tmn.", "glo.tmn. degC*10",
-     kOneDecimal},
-    {" [5] Max.Temperature           tmx     degC*10   1901-2016",
-     "cru_ts4.01.1901.2016.tmx.dat.new", "CRUts4.01tmx.", "glo.tmx. degC*10",
-     kOneDecimal},
-    {" [6] Vapour pressure           vap     hPa *10   1901-2016",
-     "cru_ts4.01.1901.2016.vap.dat.new", "CRUts4.01vap.", "glo.vap.hPa*10",
-     kOneDecimal},
-    {" [7] PET                                         1901-2016",
-     "cru_ts4.01.1901.2016.pet.dat.new", "CRUts4.01pet.", "", kOneDecimal},
-    {" [8] cloud cover               cld      %*10     1901-2016",
-     "cru_ts4.01.1901.2016.cld.dat.new", "CRUts4.01cld.", "glo.cld. %*10", kOneDecimal},
-    {" [9] frost day frequency*100   frs    days*100   1901-2016",
-     "cru_ts4.01.1901.2016.frs.dat.new", "CRUts4.01frs.", "glo.frs.days*100",
-     kTwoDecimals},
-    {"[10] WET                                         1901-2016",
-     "cru_ts4.01.1901.2016.wet.dat.new", "CRUts4.01wet.", "", kOneDecimal},
-    {"[11] GLOBAL CRUts.3.25 based  scPDSI             1901-2016",
-     "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new", "scPDSI.dat.", "scPDSI", kTwoDecimals},
-}};
-
-void report_missing_cru_file(ConsoleDialogue& console, const VariableEntry& entry) {
-  console.blank_line();
-  console.write_line(kMargin, "The file: " + entry.DataFileName + " Does not exist. ");
-  console.write_line(kMargin, "Try a different variable.");
-  console.pause(kContinue);
+// What all CRU TS data sets have in common.
+constexpr VariableEntry cru_ts(VariableEntry entry) {
+  entry.MissingCode = kCruTsMissingCode;
+  entry.citation = {kCruTsLines};
+  entry.row_order = RowOrder::kSouthFirst;
+  return entry;
 }
 
-void report_missing_drought_file(ConsoleDialogue& console, const VariableEntry& entry) {
-  console.blank_line();
-  console.write_line(kMargin, "WARNING: the file: " + entry.DataFileName);
-  console.write_line(kNotFoundMargin, "** NOT FOUND ** ");
-  console.blank_line();
-  console.write_line(kMargin, "NOTE: the data of van der Schrier et al., 2006");
-  console.write_line(kMargin, "are not part of the public CRUTS3.0/1 distribution.");
-  console.write_line(kMargin, "");
-  console.write_line(kMargin,
-                     "The 1.8GB file scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new ");
-  console.write_line(kMargin, "must be in the current working directory before");
-  console.write_line(kMargin,
-                     "using this program to extract PDSI. To learn more open the ");
-  console.write_line(kMargin,
-                     "Tallow file that accompanyed this program distribution.");
-  console.blank_line();
-  console.pause(kContinue);
+// Kept on purpose: menu and files show neither name nor units nor title of PET and WET,
+// the prefix of precipitation says "ppt", and the scPDSI prefix ends in
+// ".dat.".
+constexpr std::array<VariableEntry, kVariableCount> kRows{
+    cru_ts({.menu_number = 1,
+            .menu_line = " [1] Precipitation             pre       mm      1901-2016",
+            .short_name = "pre",
+            .units = "mm",
+            .OutputPrefix = "CRUts4.01ppt.",
+            .TitleText = "glo.pre. mm",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.pre.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "mm/month",
+            .long_name = "precipitation"}),
+    cru_ts({.menu_number = 2,
+            .menu_line = " [2] Mean temperature          tmp     degC*10   1901-2016",
+            .short_name = "tmp",
+            .units = "degC*10",
+            .OutputPrefix = "CRUts4.01tmp.",
+            .TitleText = "glo.tmp. degC*10",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.tmp.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "degC",
+            .long_name = "mean temperature"}),
+    cru_ts({.menu_number = 3,
+            .menu_line = " [3] Diurnal Temp. Range       dtr     degC*10   1901-2016",
+            .short_name = "dtr",
+            .units = "degC*10",
+            .OutputPrefix = "CRUts4.01dtr.",
+            .TitleText = "glo.dtr. degC*10",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.dtr.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "degC",
+            .long_name = "diurnal temperature range"}),
+    cru_ts({.menu_number = 4,
+            .menu_line = " [4] Min.Temperature           tmn     degC*10   1901-2016",
+            .short_name = "tmn",
+            .units = "degC*10",
+            .OutputPrefix = "CRUts4.01tmn.",
+            .TitleText = "glo.tmn. degC*10",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.tmn.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "degC",
+            .long_name = "mean daily minimum temperature"}),
+    cru_ts({.menu_number = 5,
+            .menu_line = " [5] Max.Temperature           tmx     degC*10   1901-2016",
+            .short_name = "tmx",
+            .units = "degC*10",
+            .OutputPrefix = "CRUts4.01tmx.",
+            .TitleText = "glo.tmx. degC*10",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.tmx.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "degC",
+            .long_name = "mean daily maximum temperature"}),
+    cru_ts({.menu_number = 6,
+            .menu_line = " [6] Vapour pressure           vap     hPa *10   1901-2016",
+            .short_name = "vap",
+            .units = "hPa *10",
+            .OutputPrefix = "CRUts4.01vap.",
+            .TitleText = "glo.vap.hPa*10",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.vap.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "hPa",
+            .long_name = "vapour pressure"}),
+    cru_ts({.menu_number = 7,
+            .menu_line = " [7] PET                                         1901-2016",
+            .short_name = "pet",
+            .OutputPrefix = "CRUts4.01pet.",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.pet.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "mm/day",
+            .long_name = "potential evapotranspiration"}),
+    cru_ts({.menu_number = 8,
+            .menu_line = " [8] cloud cover               cld      %*10     1901-2016",
+            .short_name = "cld",
+            .units = "%*10",
+            .OutputPrefix = "CRUts4.01cld.",
+            .TitleText = "glo.cld. %*10",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.cld.dat.new",
+            .stored_per_unit = 10,
+            .physical_unit = "percent",
+            .long_name = "cloud cover"}),
+    cru_ts({.menu_number = 9,
+            .menu_line = " [9] frost day frequency*100   frs    days*100   1901-2016",
+            .short_name = "frs",
+            .units = "days*100",
+            .OutputPrefix = "CRUts4.01frs.",
+            .TitleText = "glo.frs.days*100",
+            .RFMT = kTwoDecimals,
+            .DataFileName = "cru_ts4.01.1901.2016.frs.dat.new",
+            .SampleScale = 0.01F,
+            .stored_per_unit = 100,
+            .physical_unit = "days/month",
+            .long_name = "frost days"}),
+    cru_ts({.menu_number = 10,
+            .menu_line = "[10] WET                                         1901-2016",
+            .short_name = "wet",
+            .OutputPrefix = "CRUts4.01wet.",
+            .RFMT = kOneDecimal,
+            .DataFileName = "cru_ts4.01.1901.2016.wet.dat.new",
+            .stored_per_unit = 100,
+            .physical_unit = "days/month",
+            .long_name = "wet days"}),
+    VariableEntry{
+        .menu_number = 11,
+        .menu_line = "[11] GLOBAL CRUts.3.25 based  scPDSI             1901-2016",
+        .short_name = "scPDSI",
+        .OutputPrefix = "scPDSI.dat.",
+        .TitleText = "scPDSI",
+        .RFMT = kTwoDecimals,
+        .DataFileName = "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new",
+        .MissingCode = -9999,
+        .citation = {kDroughtLines},
+        .row_order = RowOrder::kNorthFirst,
+        .min_lon_test = MinLonTest::kNone,
+        .is_in_cru_ts_distribution = false,
+        .stored_per_unit = 100,
+        .physical_unit = "1",
+        .long_name = "self-calibrating Palmer drought severity index"}};
+
+// Does `text` hold the first and the last year of the data, `separator` between them?
+constexpr bool holds_years(string_view text, char separator, const YearSpan& years) {
+  constexpr std::size_t kYearWidth = 4;
+  constexpr std::int32_t kTen = 10;
+  std::array<char, 2 * kYearWidth + 1> span{};
+  span[kYearWidth] = separator;
+  std::int32_t first = years.FYOD;
+  std::int32_t last = years.LYOD;
+  for (std::size_t i = kYearWidth; i > 0; --i, first /= kTen, last /= kTen) {
+    span[i - 1] = static_cast<char>('0' + first % kTen);
+    span[kYearWidth + i] = static_cast<char>('0' + last % kTen);
+  }
+  return text.find(string_view(span.data(), span.size())) != string_view::npos;
 }
+
+// A release of other years changes its texts with them, and rows stand in the order of
+// their numbers.
+constexpr bool is_consistent(const std::array<VariableEntry, kVariableCount>& rows) {
+  std::int32_t number = 0;
+  for (const VariableEntry& row : rows) {
+    ++number;
+    if (row.menu_number != number || !holds_years(row.menu_line, '-', row.years) ||
+        !holds_years(row.DataFileName.view(), '.', row.years) ||
+        row.DataFileName.view()[kLongestDataFileName] != ' ') {
+      return false;
+    }
+  }
+  return true;
+}
+
+static_assert(is_consistent(kRows));
 
 }  // namespace
 
-RowOrder row_order(std::int32_t MenuChoice) {
-  return MenuChoice == kDroughtIndex ? RowOrder::kNorthFirst : RowOrder::kSouthFirst;
-}
+constexpr std::array<VariableEntry, kVariableCount> VariableCatalogue = kRows;
+constexpr CitationBlock kCruTsCitation{kCruTsLines};
 
-VariableEntry catalogue_entry(std::int32_t MenuChoice) {
-  const CatalogueRow& row =
-      kVariableCatalogue.at(static_cast<std::size_t>(MenuChoice - kFirstVariable));
-  return {text_field(row.OutputPrefix, kOutputPrefixWidth),
-          text_field(row.TitleText, kTitleWidth),
-          text_field(row.RFMT, kRowFormatTextWidth),
-          text_field(row.DataFileName, kFileNameWidth)};
-}
-
-void write_menu_lines(ConsoleDialogue& console) {
-  for (const CatalogueRow& row : kVariableCatalogue) {
-    console.write_line(kMargin, row.menu_line);
+const VariableEntry* find_variable(std::int32_t MenuChoice) {
+  if (MenuChoice < 1 || MenuChoice > static_cast<std::int32_t>(kVariableCount)) {
+    return nullptr;
   }
-  console.write_line(kMargin, " [0] Exit Program");
+  return &VariableCatalogue[static_cast<std::size_t>(MenuChoice - 1)];
 }
 
-void write_cru_citation(ConsoleDialogue& console) {
-  console.blank_line();
-  console.write_line(kMargin, "The proper citation for these data is:");
-  console.blank_line();
-  console.write_line(
-      kMargin, "University of East Anglia Climatic Research Unit; Harris, I.C.; ");
-  console.write_line(kMargin,
-                     "Jones, P.D. (2017): CRU TS4.01: Climatic Research Unit (CRU) ");
-  console.write_line(
-      kMargin, "Time-Series (TS) version 4.01 of high-resolution gridded data of  ");
-  console.write_line(kMargin,
-                     "month-by-month variation in climate (Jan. 1901- Dec. 2016).  ");
-  console.write_line(kMargin,
-                     "Centre for Environmental Data Analysis, 04 December 2017. ");
-  console.write_line(kMargin, "doi:10.5285/58a8802721c94c66ae45c3baa4d814d0");
-  console.blank_line();
-}
-
-void write_drought_citation(ConsoleDialogue& console) {
-  console.blank_line();
-  console.write_line(kMargin, "The proper citation for these data is:");
-  console.write_line(
-      kMargin,
-      "van der Schrier, G., J. Barichivich, K.R. Briffa and P.D. Jones (2013),");
-  console.write_line(
-      kMargin, "A scPDSI-based global data set of dry and wet spells for 1901-2009,");
-  console.write_line(kMargin,
-                     "J. Geophys. Res. Atmos. 118, 4025-4048, doi:10.1002/jgrd.50355");
-  console.write_line(kMargin, "");
-  console.write_line(kMargin, "and");
-  console.write_line(kMargin, "");
-  console.write_line(kMargin,
-                     "Osborn, T.J., J. Barichivich, I. Harris, G. van der Schrier and "
-                     "P.D. Jones (2017),");
-  console.write_line(kMargin,
-                     "Monitoring global drought using the self-calibrating Palmer "
-                     "Drought Severity Index");
-  console.write_line(
-      kMargin,
-      "[in \"State of the Climate in 2016\"], Bull. Amer. Meteor. Soc. 98, S32-S33,");
-  console.write_line(kMargin, "doi:10.1175/2017BAMSStateoftheClimate.1");
-}
-
-std::optional<GridFile> open_data_file(ConsoleDialogue& console,
-                                       std::int32_t MenuChoice,
-                                       const VariableEntry& entry) {
-  const std::string name(without_trailing_blanks(entry.DataFileName));
+bool data_file_exists(const VariableEntry& entry) {
   std::error_code error;
-  // A file that cannot be looked up isn't missing: opening it tells what is wrong.
-  if (std::filesystem::exists(name, error) || error) {
-    return GridFile(name);
-  }
-  if (MenuChoice == kDroughtIndex) {
-    report_missing_drought_file(console, entry);
-  } else {
-    report_missing_cru_file(console, entry);
-  }
-  return std::nullopt;
+  return std::filesystem::exists(entry.DataFileName.trimmed(), error) || error;
 }
 
 }  // namespace veldmark

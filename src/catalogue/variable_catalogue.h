@@ -1,66 +1,74 @@
-// The fixed table of the eleven data sets, and the setting up of the one chosen.
+// The eleven data sets: what they are called, where they are, what their values mean.
 
 #ifndef VELDMARK_CATALOGUE_VARIABLE_CATALOGUE_H_
 #define VELDMARK_CATALOGUE_VARIABLE_CATALOGUE_H_
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
+#include <span>
+#include <string_view>
 
-#include "catalogue/grid_file.h"
-#include "console/console_dialogue.h"
-#include "selection/grid_geometry.h"
+#include "grid/grid_layout.h"
+#include "selection/search_region.h"
 #include "util/text_field.h"
 
 namespace veldmark {
 
-constexpr std::int32_t kFirstVariable = 1;
-constexpr std::int32_t kFrostDays = 9;
-constexpr std::int32_t kDroughtIndex = 11;  // scPDSI
-constexpr std::int32_t kLastVariable = 11;
-
-// The values that mark a cell without data.
-constexpr std::int32_t kCruMissingCode = -999;
-constexpr std::int32_t kDroughtMissingCode = -9999;
-
-constexpr std::size_t kOutputPrefixWidth = 13;
-constexpr std::size_t kTitleWidth = 27;
-constexpr std::size_t kRowFormatTextWidth = 65;
-constexpr std::size_t kFileNameWidth = 65;
-
-// The working copy of a row of the catalogue. Its texts are fields of fixed width,
-// padded with blanks, and are written with their full width; a fresh entry is blank.
-struct VariableEntry {
-  std::string OutputPrefix = text_field("", kOutputPrefixWidth);
-  std::string TitleText = text_field("", kTitleWidth);
-  std::string RFMT = text_field("", kRowFormatTextWidth);  // layout of the year lines
-  std::string DataFileName = text_field("", kFileNameWidth);
+// How the data are to be cited: the lines of the screen, margins included.
+struct CitationBlock {
+  std::span<const std::string_view> lines{};
 };
 
-// The row order of the file of variable `MenuChoice`: scPDSI runs north to south,
-// everything else south to north.
-RowOrder row_order(std::int32_t MenuChoice);
+// Output names take this much of a data file's name, so no name may be longer.
+constexpr std::size_t kLongestDataFileName = 40;
 
-// Gives row `MenuChoice` (1..11) of the catalogue.
-VariableEntry catalogue_entry(std::int32_t MenuChoice);
+// A data set. The texts that files show are fields of fixed width, written with their
+// full width. A fresh entry is blank: no data set has been chosen yet.
+struct VariableEntry {
+  std::int32_t menu_number = 0;
+  std::string_view menu_line{};
+  std::string_view short_name{};  // as in file names
+  std::string_view units{};       // as the menu shows them: of stored values
 
-// Writes the menu's twelve lines, "[1]" to "[11]" and "[0]".
-void write_menu_lines(ConsoleDialogue& console);
+  TextField<13> OutputPrefix{};
+  TextField<27> TitleText{};
+  TextField<65> RFMT{};  // layout of the year lines
+  TextField<65> DataFileName{};
 
-// Write how the data are to be cited, without a pause.
-void write_cru_citation(ConsoleDialogue& console);
-void write_drought_citation(ConsoleDialogue& console);
+  std::int32_t MissingCode = 0;  // marks a cell without data
+  CitationBlock citation{};
+  RowOrder row_order = RowOrder::kSouthFirst;
+  YearSpan years{.FYOD = kFirstDataYear, .LYOD = kLastDataYear};
+  MinLonTest min_lon_test = MinLonTest::kInRange;
+  bool is_in_cru_ts_distribution = true;  // a user without the file is told otherwise
 
-// Opens the data file of variable `MenuChoice` (1..11), named by `entry`, in the
-// current folder.
-//
-// Result     the open file, or nothing after telling the user that there is no such
-//            file and a pause.
-// Errors     a file that exists but can't be opened ends the run (RunEnd).
-std::optional<GridFile> open_data_file(ConsoleDialogue& console,
-                                       std::int32_t MenuChoice,
-                                       const VariableEntry& entry);
+  // What the variance test multiplies stored values by; where there is none, it goes on
+  // with the factor of the variable before.
+  std::optional<float> SampleScale = std::nullopt;
+
+  // Physical values are stored values divided by this; what they are called.
+  std::int32_t stored_per_unit = 1;
+  std::string_view physical_unit{};
+  std::string_view long_name{};
+};
+
+constexpr std::size_t kVariableCount = 11;
+
+// All data sets, in the order of their menu numbers.
+extern const std::array<VariableEntry, kVariableCount> VariableCatalogue;
+
+// How the ten CRU TS data sets are to be cited, and the code of their missing values.
+extern const CitationBlock kCruTsCitation;
+constexpr std::int32_t kCruTsMissingCode = -999;
+
+// Returns the data set of a menu number, nullptr where there is none.
+const VariableEntry* find_variable(std::int32_t MenuChoice);
+
+// Is there something in the current folder of the name of the entry's data file? A file
+// that can't be looked up counts as there: opening it tells what is wrong.
+bool data_file_exists(const VariableEntry& entry);
 
 }  // namespace veldmark
 

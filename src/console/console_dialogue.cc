@@ -27,6 +27,16 @@ void ConsoleDialogue::write_line(int margin, std::string_view text) {
   output_ << '\n';
 }
 
+void ConsoleDialogue::write_line(std::string_view text) { output_ << text << '\n'; }
+
+void ConsoleDialogue::write_lines(std::span<const std::string_view> lines) {
+  for (const std::string_view line : lines) {
+    write_line(line);
+  }
+}
+
+void ConsoleDialogue::prompt(std::string_view text) { output_ << text; }
+
 void ConsoleDialogue::prompt(int margin, std::string_view text) {
   output_ << std::string(static_cast<std::size_t>(margin), ' ') << text;
 }

@@ -16,6 +16,7 @@
 #include <istream>
 #include <optional>
 #include <ostream>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,11 @@ class ConsoleDialogue {
   // The streams must outlive the dialogue. `run_command` hands a command to the shell;
   // what it writes goes straight to the console, its result is not looked at.
   ConsoleDialogue(std::istream& input, std::ostream& output, CommandRunner run_command);
+
+  // Writes `text` as a line, as it is, and a screen of such lines.
+  void write_line(std::string_view text);
+  void write_lines(std::span<const std::string_view> lines);
+  void prompt(std::string_view text);
 
   // Writing. `margin` is the number of blanks in front of the text; the text is
   // written as it is.

@@ -7,12 +7,14 @@
 #include <string>
 #include <utility>
 
+#include "catalogue/catalogue_screens.h"
 #include "catalogue/grid_file.h"
 #include "catalogue/grid_values.h"
 #include "catalogue/read_block.h"
 #include "catalogue/variable_catalogue.h"
+#include "driver/introduction_screens.h"
 #include "driver/run_state.h"
-#include "driver/screens.h"
+#include "output/output_names.h"
 #include "output/search_outputs.h"
 #include "output/time_series_output.h"
 #include "output/variance_report.h"
@@ -22,20 +24,11 @@
 #include "selection/region_dialogue.h"
 #include "selection/thinning_dialogue.h"
 #include "util/file_identity.h"
-#include "util/stringclean.h"
-#include "util/text_field.h"
 
 namespace veldmark {
 namespace {
 
-constexpr int kMargin = 1;
 constexpr std::size_t kMenuAnswerWidth = 2;
-
-// Frost days are stored in hundredths of a day.
-constexpr float kFrostDayScale = 0.01F;
-
-// Output names take this much of the input's name.
-constexpr std::size_t kNameStemWidth = 40;
 
 // S2: what the user sees before the menu, but not again after a missing file.
 void show_data_files(ConsoleDialogue& console) {
@@ -44,25 +37,31 @@ void show_data_files(ConsoleDialogue& console) {
   console.run_shell_command("ls *.dat.new");
 }
 
-// S4: the citation of the chosen data set, and its missing code.
+// S4: the citation of the chosen data set, and its missing code. `chosen` is nullptr
+// for an answer that names none.
 // Kept on purpose: a negative answer, which chooses nothing, counts as CRU TS here.
-void cite_data_set(ConsoleDialogue& console, RunState& state) {
-  if (state.MenuChoice == kDroughtIndex) {
-    write_drought_citation(console);
-    state.MissingCode = kDroughtMissingCode;
-  } else if (state.MenuChoice > kLastVariable || state.MenuChoice == 0) {
-    return;
-  } else {
-    write_cru_citation(console);
-    state.MissingCode = kCruMissingCode;
+void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
+                   RunState& state) {
+  if (chosen != nullptr) {
+    show_citation(console, chosen->citation);
+    state.MissingCode = chosen->MissingCode;
+  } else if (state.MenuChoice < 0) {
+    show_citation(console, kCruTsCitation);
+    state.MissingCode = kCruTsMissingCode;
   }
-  console.pause(" Hit RETURN to continue");
 }
 
 [[noreturn]] void end_by_menu(ConsoleDialogue& console) {
-  console.write_line(kMargin, "");
-  console.write_line(0, "Program Terminating");
+  console.write_line(" ");
+  console.write_line("Program Terminating");
   throw RunEnd::quiet();
+}
+
+// Makes `chosen` the run's data set, whether its file is there or not.
+void set_up(const VariableEntry& chosen, RunState& state) {
+  state.entry = chosen;
+  state.SampleScale = chosen.SampleScale.value_or(state.SampleScale);
+  state.FileExists = data_file_exists(chosen);
 }
 
 // S3 to S5: asks for a variable until its file is there, and opens the file.
@@ -72,37 +71,30 @@ std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& stat
   for (;;) {
     show_menu(console);
     state.MenuChoice = console.read_fixed_integer(kMenuAnswerWidth);
-    cite_data_set(console, state);
+    const VariableEntry* const chosen = find_variable(state.MenuChoice);
+    cite_data_set(console, chosen, state);
     state.LastDataYear = kLastDataYear;
     if (state.MenuChoice == 0) {
       end_by_menu(console);
     }
-    if (state.MenuChoice < kFirstVariable || state.MenuChoice > kLastVariable) {
+    if (chosen == nullptr) {
       return std::nullopt;
     }
-    state.entry = catalogue_entry(state.MenuChoice);
-    if (state.MenuChoice == kFrostDays) {
-      state.SampleScale = kFrostDayScale;
+    set_up(*chosen, state);
+    if (state.FileExists) {
+      return GridFile(std::string(state.entry.DataFileName.trimmed()));
     }
-    std::optional<GridFile> input =
-        open_data_file(console, state.MenuChoice, state.entry);
-    if (input) {
-      return input;
-    }
+    report_missing_file(console, state.entry);
   }
 }
 
-std::string output_name(const VariableEntry& entry, const std::string& extension) {
-  std::string name = text_field(
-      entry.DataFileName.substr(0, kNameStemWidth) + extension, kFileNameWidth);
-  stringclean(name, static_cast<std::int32_t>(name.size()));
-  return name;
-}
-
 // S7: region and years, unless the last search's are kept.
+// Kept on purpose: after an answer out of range the minimum longitude is tested,
+// whatever the entry that stayed would have.
 void ask_search(ConsoleDialogue& console, RunState& state) {
+  const VariableEntry* const chosen = find_variable(state.MenuChoice);
   const MinLonTest min_lon_test =
-      state.MenuChoice == kDroughtIndex ? MinLonTest::kNone : MinLonTest::kInRange;
+      chosen != nullptr ? chosen->min_lon_test : MinLonTest::kInRange;
   state.region = ask_search_region(console, min_lon_test);
   state.years = ask_year_span(console, state.LastDataYear);
 }
@@ -110,11 +102,11 @@ void ask_search(ConsoleDialogue& console, RunState& state) {
 // S8: the rows and columns of the region, and their values.
 GridValues read_values(ConsoleDialogue& console, RunState& state,
                        std::optional<GridFile> input) {
-  state.ranges = find_ranges(state.region, row_order(state.MenuChoice), state.ranges);
   if (!input) {
     throw RunEnd::error("Channel is not connected", Operation::kRead,
                         Channel::kGridFile);
   }
+  state.ranges = find_ranges(state.region, state.entry.row_order, state.ranges);
   const BlockRequest request{
       .years = state.years, .ranges = state.ranges, .MissingCode = state.MissingCode};
   return read_block(console, std::move(*input), request);
@@ -122,32 +114,32 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
 
 // S10: the offer of the variance test; opens its report when the user takes it.
 std::optional<VarianceReport> offer_variance_test(ConsoleDialogue& console,
-                                                  const RunState& state,
+                                                  RunState& state,
                                                   const FilesInUse& in_use) {
   const std::optional<std::int32_t> CutoffYear = ask_cutoff_year(console, state.years);
-  if (!CutoffYear) {
+  state.FtestChosen = CutoffYear.has_value();
+  if (!state.FtestChosen) {
     return std::nullopt;
   }
   const VarianceTest test{.years = state.years,
                           .CutoffYear = *CutoffYear,
                           .MissingCode = state.MissingCode,
                           .SampleScale = state.SampleScale};
-  const std::string name = output_name(state.entry, ".ftst");
-  return std::make_optional<VarianceReport>(
-      console, std::string(without_trailing_blanks(name)), test, in_use);
+  const std::string name(report_name(state.entry).trimmed());
+  return std::make_optional<VarianceReport>(console, name, test, in_use);
 }
 
 // One search, from the menu (S3) to the summary (S12).
-void run_pass(ConsoleDialogue& console, RunState& state) {
+void run_search(ConsoleDialogue& console, RunState& state) {
   std::optional<GridFile> input = choose_variable(console, state);
 
-  state.TsfName = output_name(state.entry, ".TSF");
-  state.XyName = output_name(state.entry, ".XY");
+  state.TsfName = extract_name(state.entry, ".TSF");
+  state.XyName = extract_name(state.entry, ".XY");
   FilesInUse in_use;
   in_use.add(input ? input->identity() : std::nullopt);
   auto [time_series, cell_list] =
-      open_search_outputs(std::string(without_trailing_blanks(state.TsfName)),
-                          std::string(without_trailing_blanks(state.XyName)), in_use);
+      open_search_outputs(std::string(state.TsfName.trimmed()),
+                          std::string(state.XyName.trimmed()), in_use);
 
   if (state.ChangeSearch) {
     ask_search(console, state);
@@ -162,29 +154,30 @@ void run_pass(ConsoleDialogue& console, RunState& state) {
                             .values = values,
                             .lattice = lattice,
                             .years = state.years,
-                            .order = row_order(state.MenuChoice),
+                            .order = state.entry.row_order,
                             .CrossesDateLine = state.ranges.CrossesDateLine};
-  const std::int32_t CellsSaved = save_cells(console, request, state.TsfName,
-                                             time_series, cell_list, variance_report);
+  const std::string TsfName(state.TsfName.view());
+  const std::int32_t CellsSaved =
+      save_cells(console, request, TsfName, time_series, cell_list, variance_report);
 
   // The files are complete before the summary says so.
   time_series.close();
   cell_list.close();
-  if (variance_report) {
+  if (state.FtestChosen) {
     variance_report->close();
   }
-  write_summary(console, state.ranges.CellCount(), CellsSaved, state.TsfName);
+  write_summary(console, state.ranges.CellCount(), CellsSaved, TsfName);
 }
 
 bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
   console.blank_line();
-  console.write_line(kMargin, question);
-  console.prompt(kMargin, "[t]rue [f]alse ==> ");
+  console.write_line(question);
+  console.prompt(" [t]rue [f]alse ==> ");
   return console.read_logical();
 }
 
-// The passes of a run; ends by a RunEnd.
-[[noreturn]] void run_passes(ConsoleDialogue& console) {
+// The searches of a run; ends by a RunEnd.
+[[noreturn]] void run_searches(ConsoleDialogue& console) {
   RunState state;
   console.run_shell_command("clear");  // S0
   for (;;) {
@@ -192,11 +185,13 @@ bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
       show_introduction(console);  // S1
     }
     show_data_files(console);
-    run_pass(console, state);
-    if (!ask_true_or_false(console, "Perform another search?")) {  // S13
+    run_search(console, state);
+    state.AnotherSearch =
+        ask_true_or_false(console, " Perform another search?");  // S13
+    if (!state.AnotherSearch) {
       throw RunEnd::quiet();
     }
-    state.ChangeSearch = ask_true_or_false(console, "Change search parameters?");
+    state.ChangeSearch = ask_true_or_false(console, " Change search parameters?");
   }
 }
 
@@ -205,7 +200,7 @@ bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
 int run_program(ConsoleDialogue& console, std::ostream& errors) {
   try {
     try {
-      run_passes(console);
+      run_searches(console);
     } catch (const std::bad_alloc&) {
       throw not_enough_memory();
     }

@@ -1,32 +1,35 @@
-// What a run remembers from one pass to the next.
+// What a run remembers from one search to the next.
 
 #ifndef VELDMARK_DRIVER_RUN_STATE_H_
 #define VELDMARK_DRIVER_RUN_STATE_H_
 
 #include <cstdint>
-#include <string>
 
 #include "catalogue/variable_catalogue.h"
+#include "output/output_names.h"
 #include "selection/grid_geometry.h"
 #include "selection/search_region.h"
 
 namespace veldmark {
 
 struct RunState {
-  // Ask for region and years in the next pass? At first, and then as the user wishes.
+  // Ask for region and years in the next search? At first, and then as the user wishes.
   bool ChangeSearch = true;
+  bool AnotherSearch = true;
 
-  std::int32_t MenuChoice{};  // the last answer to the menu, -9..99
-  VariableEntry entry;        // blank until a variable is chosen
-  std::int32_t MissingCode{};
+  std::int32_t MenuChoice{};   // the last answer to the menu, -9..99
+  std::int32_t MissingCode{};  // of the data set that was cited last
   std::int32_t LastDataYear{};
+  VariableEntry entry;  // blank until a variable is chosen
+  bool FileExists = false;
+
+  OutputName TsfName;
+  OutputName XyName;
 
   // The factor that turns stored values into sample values of the variance test.
   // Kept on purpose: it is 0 until frost days are chosen, and keeps their value then.
   float SampleScale = 0;
-
-  std::string TsfName;  // 65 characters, blanks at the end
-  std::string XyName;
+  bool FtestChosen = false;
 
   SearchRegion region{};
   YearSpan years{};

@@ -63,14 +63,15 @@ class CellWriter {
                   std::span<const std::int16_t> series) {
     ++CellsSaved_;
     const VariableEntry& entry = request_.entry;
+    const std::string prefix(entry.OutputPrefix.view());
+    const std::string title(entry.TitleText.view());
     const std::string heading =
-        " " + longitude.in_files + latitude.in_files + "    " + entry.OutputPrefix;
-    cell_list_.write(heading + list_gap_ + entry.TitleText + "\n");
+        " " + longitude.in_files + latitude.in_files + "    " + prefix;
+    cell_list_.write(heading + list_gap_ + title + "\n");
     console_.write_line(kTableMargin, fixed_integer(CellsSaved_, 6) +
                                           longitude.in_table + latitude.in_table +
-                                          "   " + entry.OutputPrefix + "   " +
-                                          entry.TitleText);
-    time_series_.write(heading + entry.TitleText + entry.RFMT + "\n");
+                                          "   " + prefix + "   " + title);
+    time_series_.write(heading + title + std::string(entry.RFMT.view()) + "\n");
     write_years(series);
   }
 

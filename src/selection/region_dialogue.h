@@ -9,8 +9,6 @@
 
 namespace veldmark {
 
-enum class MinLonTest { kInRange, kNone };
-
 // Asks for the region until the user confirms it.
 //
 //   min_lon_test   whether the minimum longitude must lie in -180..180; the scPDSI

@@ -18,6 +18,9 @@ struct SearchRegion {
   float minLon;
 };
 
+// Must the minimum longitude lie in -180..180?
+enum class MinLonTest { kInRange, kNone };
+
 // The years to extract, both included; 1901 <= FYOD <= LYOD <= the last year of data.
 struct YearSpan {
   std::int32_t FYOD;

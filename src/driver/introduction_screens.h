@@ -1,8 +1,8 @@
 // The introduction: what the program serves, how the data files come about and which
 // files it expects.
 
-#ifndef VELDMARK_DRIVER_SCREENS_H_
-#define VELDMARK_DRIVER_SCREENS_H_
+#ifndef VELDMARK_DRIVER_INTRODUCTION_SCREENS_H_
+#define VELDMARK_DRIVER_INTRODUCTION_SCREENS_H_
 
 #include "console/console_dialogue.h"
 
@@ -13,9 +13,6 @@ constexpr const char* kHitReturnToContinue = " Hit RETURN to CONTINUE";
 // Shows the introduction, with one pause between its two screens.
 void show_introduction(ConsoleDialogue& console);
 
-// Shows the variable menu and leaves the cursor after its prompt.
-void show_menu(ConsoleDialogue& console);
-
 }  // namespace veldmark
 
-#endif  // VELDMARK_DRIVER_SCREENS_H_
+#endif  // VELDMARK_DRIVER_INTRODUCTION_SCREENS_H_

@@ -1,0 +1,24 @@
+// The names of a search's output files, made of the name of its data file.
+
+#ifndef VELDMARK_OUTPUT_OUTPUT_NAMES_H_
+#define VELDMARK_OUTPUT_OUTPUT_NAMES_H_
+
+#include <string_view>
+
+#include "catalogue/variable_catalogue.h"
+#include "util/text_field.h"
+
+namespace veldmark {
+
+using OutputName = TextField<65>;
+
+// Returns the first 40 characters of the data file's name and `extension` (".TSF",
+// ".XY"), without blanks. A blank entry gives the extension alone.
+OutputName extract_name(const VariableEntry& entry, std::string_view extension);
+
+// Returns the data file's name up to its first blank and ".ftst", without blanks.
+OutputName report_name(const VariableEntry& entry);
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_OUTPUT_OUTPUT_NAMES_H_

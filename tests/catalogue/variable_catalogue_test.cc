@@ -1,0 +1,77 @@
+#include "catalogue/variable_catalogue.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "support/temporary_folder.h"
+
+namespace veldmark {
+namespace {
+
+using testing::TemporaryFolder;
+using testing::write_file;
+
+TEST(VariableCatalogue, IsFoundByMenuNumber) {
+  for (std::int32_t number = 1; number <= 11; ++number) {
+    ASSERT_NE(find_variable(number), nullptr);
+    EXPECT_EQ(find_variable(number)->menu_number, number);
+  }
+  for (const std::int32_t number : {-9, -1, 0, 12, 99}) {
+    EXPECT_EQ(find_variable(number), nullptr) << number;
+  }
+}
+
+TEST(VariableCatalogue, OfTheDroughtIndexDiffersFromTheOthers) {
+  for (const VariableEntry& entry : VariableCatalogue) {
+    const bool drought = entry.menu_number == 11;
+    EXPECT_EQ(entry.MissingCode, drought ? -9999 : -999);
+    EXPECT_EQ(entry.row_order, drought ? RowOrder::kNorthFirst : RowOrder::kSouthFirst);
+    EXPECT_EQ(entry.min_lon_test, drought ? MinLonTest::kNone : MinLonTest::kInRange);
+    EXPECT_EQ(entry.years.FYOD, 1901);
+    EXPECT_EQ(entry.years.LYOD, 2016);
+    EXPECT_EQ(entry.SampleScale.has_value(), entry.menu_number == 9);
+  }
+}
+
+// Tenths, but for frost days, wet days and the drought index, which are hundredths.
+TEST(VariableCatalogue, TellsWhatToDivideStoredValuesBy) {
+  std::string hundredths;
+  for (const VariableEntry& entry : VariableCatalogue) {
+    EXPECT_FALSE(entry.long_name.empty());
+    EXPECT_FALSE(entry.physical_unit.empty());
+    if (entry.stored_per_unit != 10) {
+      EXPECT_EQ(entry.stored_per_unit, 100);
+      hundredths += std::string(entry.short_name) + " ";
+    }
+  }
+  EXPECT_EQ(hundredths, "frs wet scPDSI ");
+}
+
+TEST(VariableCatalogue, NamesItsFilesByTheShortNames) {
+  for (const VariableEntry& entry : VariableCatalogue) {
+    EXPECT_NE(entry.DataFileName.trimmed().find(entry.short_name),
+              std::string_view::npos);
+    EXPECT_EQ(entry.DataFileName.view().size(), 65U);
+  }
+}
+
+TEST(VariableEntry, IsBlankUntilAVariableIsChosen) {
+  const VariableEntry fresh;
+  EXPECT_EQ(fresh.DataFileName.view(), std::string(65, ' '));
+  EXPECT_EQ(fresh.TitleText.trimmed(), "");
+}
+
+TEST(DataFileExists, OnlyUnderItsWholeName) {
+  const TemporaryFolder folder;
+  const VariableEntry& entry = *find_variable(1);
+  write_file("cru_ts4.01.1901.2016.pre.dat.newOLD", "");
+  EXPECT_FALSE(data_file_exists(entry));
+  write_file("cru_ts4.01.1901.2016.pre.dat.new", "");
+  EXPECT_TRUE(data_file_exists(entry));
+}
+
+}  // namespace
+}  // namespace veldmark
