@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "console/run_end.h"
+#include "util/file_fault.h"
 
 namespace veldmark {
 namespace {
@@ -23,9 +23,12 @@ struct stat status_of(const FileDescriptor& file) {
 }  // namespace
 
 GridFile::GridFile(std::string name) : name_(std::move(name)), file_(name_, O_RDONLY) {
+  if (!file_.is_open()) {
+    throw FileFault(FileFault::Kind::kNotOpened, name_, errno);
+  }
   const struct stat status = status_of(file_);
-  if (!file_.is_open() || S_ISDIR(status.st_mode)) {
-    throw cannot_open(name_, Channel::kGridFile);
+  if (S_ISDIR(status.st_mode)) {
+    throw FileFault(FileFault::Kind::kNotOpened, name_, EISDIR);
   }
   identity_ = regular_file(status);
 }
@@ -33,7 +36,7 @@ GridFile::GridFile(std::string name) : name_(std::move(name)), file_(name_, O_RD
 std::size_t GridFile::read(char* buffer, std::size_t size) const {
   const std::ptrdiff_t count = file_.read(buffer, size);
   if (count < 0) {
-    throw cannot_read(name_, errno, Channel::kGridFile);
+    throw FileFault(FileFault::Kind::kNotRead, name_, errno);
   }
   return static_cast<std::size_t>(count);
 }

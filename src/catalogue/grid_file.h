@@ -15,8 +15,7 @@ namespace veldmark {
 
 class GridFile {
  public:
-  // Opens `name` for reading. A file that can't be opened, a folder too, ends the run
-  // (RunEnd).
+  // Opens `name` for reading. Throws FileFault where it can't be opened or is a folder.
   explicit GridFile(std::string name);
 
   [[nodiscard]] const std::string& name() const { return name_; }
@@ -24,15 +23,15 @@ class GridFile {
   // Returns which file it is; nullopt for a pipe or a device.
   [[nodiscard]] std::optional<FileIdentity> identity() const { return identity_; }
 
-  // Reads up to `size` further bytes; gives their number, 0 at the end. A failure of
-  // the system ends the run (RunEnd).
+  // Reads up to `size` further bytes. Returns their number, 0 at the end. Throws
+  // FileFault where the system fails.
   [[nodiscard]] std::size_t read(char* buffer, std::size_t size) const;
 
   // Reads `size` bytes from `offset` on, which doesn't move the place where read goes
-  // on. False when the file has no such bytes or the system fails.
+  // on. Returns false when the file has no such bytes or the system fails.
   [[nodiscard]] bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
-  // How many bytes the file has; nothing for a pipe or a device.
+  // Returns how many bytes the file has; nullopt for a pipe or a device.
   [[nodiscard]] std::optional<std::int64_t> size() const;
 
  private:

@@ -7,13 +7,11 @@
 #include "catalogue/block_request.h"
 #include "catalogue/grid_file.h"
 #include "catalogue/grid_values.h"
-#include "console/console_dialogue.h"
 
 namespace veldmark {
 
-// Results and failures are those of read_block.
-GridValues read_line_by_line(ConsoleDialogue& console, const GridFile& file,
-                             const BlockRequest& request);
+// Returns and throws what read_block does.
+GridValues read_line_by_line(const GridFile& file, const BlockRequest& request);
 
 }  // namespace veldmark
 

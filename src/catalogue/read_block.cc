@@ -8,12 +8,11 @@
 
 namespace veldmark {
 
-GridValues read_block(ConsoleDialogue& console, GridFile file,
-                      const BlockRequest& request) {
+GridValues read_block(GridFile file, const BlockRequest& request) {
   const GridFile open_file = std::move(file);  // closed on return
   std::optional<GridValues> values = read_regular(open_file, request);
   if (!values) {
-    values = read_line_by_line(console, open_file, request);
+    values = read_line_by_line(open_file, request);
   }
   return std::move(*values);
 }

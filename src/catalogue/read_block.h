@@ -6,20 +6,19 @@
 #include "catalogue/block_request.h"
 #include "catalogue/grid_file.h"
 #include "catalogue/grid_values.h"
-#include "console/console_dialogue.h"
 
 namespace veldmark {
 
-// Reads the requested block and closes the file. Of every month all 360 lines are
-// passed; rows outside 1..360 are not there to be read. Lines that are passed over may
-// hold anything and have any length.
+// Reads the requested block and closes the file. All 360 lines of a month are read or
+// skipped; rows outside 1..360 are not there to be read. Skipped lines may hold
+// anything and have any length.
 //
-// Failures end the run (RunEnd), after a message of their own in the first two cases:
-//   a wanted line with a field that is no integer, or too short for its fields
-//   the end of the file at a wanted line, or inside the last line when it is wanted
-//   the end of the file at a line that is passed over
-GridValues read_block(ConsoleDialogue& console, GridFile file,
-                      const BlockRequest& request);
+// Throws ReadFault
+//   BadField             a requested field is no integer, or its line is too short
+//   EndAtRequestedLine   the file ends before or inside a requested line
+//   EndAtSkippedLine     the file ends before a line that is skipped
+// and FileFault where the system cannot read.
+GridValues read_block(GridFile file, const BlockRequest& request);
 
 }  // namespace veldmark
 

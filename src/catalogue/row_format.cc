@@ -31,6 +31,15 @@ bool read_group(std::string_view line, const FieldGroup& group, RowValues& row_v
   return true;
 }
 
+std::int32_t first_bad_field(std::string_view line, const FieldGroup& group) {
+  for (std::int32_t i = 0; i < group.count; ++i) {
+    if (!read_field(line, group.first_field + i)) {
+      return group.first_field + i;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 RowFormat row_format(const GridRanges& ranges) {
@@ -49,6 +58,11 @@ RowFormat row_format(const GridRanges& ranges) {
 bool read_row(std::string_view line, const RowFormat& format, RowValues& row_values) {
   return read_group(line, format.first, row_values) &&
          read_group(line, format.second, row_values);
+}
+
+std::int32_t first_bad_field(std::string_view line, const RowFormat& format) {
+  const std::int32_t field = first_bad_field(line, format.first);
+  return field != 0 ? field : first_bad_field(line, format.second);
 }
 
 }  // namespace veldmark

@@ -42,6 +42,10 @@ RowFormat row_format(const GridRanges& ranges);
 //            the 720 fields it must hold; row_values is then unfinished.
 bool read_row(std::string_view line, const RowFormat& format, RowValues& row_values);
 
+// Returns the first field of `line` (1..720) for which read_row returns false; 0 where
+// it returns true.
+std::int32_t first_bad_field(std::string_view line, const RowFormat& format);
+
 }  // namespace veldmark
 
 #endif  // VELDMARK_CATALOGUE_ROW_FORMAT_H_

@@ -12,6 +12,7 @@
 #include "catalogue/grid_values.h"
 #include "catalogue/read_block.h"
 #include "catalogue/variable_catalogue.h"
+#include "driver/failure_words.h"
 #include "driver/introduction_screens.h"
 #include "driver/run_state.h"
 #include "output/output_names.h"
@@ -109,7 +110,11 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
   state.ranges = find_ranges(state.region, state.entry.row_order, state.ranges);
   const BlockRequest request{
       .years = state.years, .ranges = state.ranges, .MissingCode = state.MissingCode};
-  return read_block(console, std::move(*input), request);
+  try {
+    return read_block(std::move(*input), request);
+  } catch (const ReadFault& fault) {
+    throw end_by(console, fault, state.ranges.CrossesDateLine);
+  }
 }
 
 // S10: the offer of the variance test; opens its report when the user takes it.
@@ -176,11 +181,11 @@ bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
   return console.read_logical();
 }
 
-// The searches of a run; ends by a RunEnd.
-[[noreturn]] void run_searches(ConsoleDialogue& console) {
+// The searches of a run.
+void run_searches(ConsoleDialogue& console) {
   RunState state;
   console.run_shell_command("clear");  // S0
-  for (;;) {
+  while (state.AnotherSearch) {
     if (state.ChangeSearch) {
       show_introduction(console);  // S1
     }
@@ -188,31 +193,44 @@ bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
     run_search(console, state);
     state.AnotherSearch =
         ask_true_or_false(console, " Perform another search?");  // S13
-    if (!state.AnotherSearch) {
-      throw RunEnd::quiet();
+    if (state.AnotherSearch) {
+      state.ChangeSearch = ask_true_or_false(console, " Change search parameters?");
     }
-    state.ChangeSearch = ask_true_or_false(console, " Change search parameters?");
   }
+}
+
+// The same, ending by a RunEnd where a file cannot be used.
+void run_searches_to_their_end(ConsoleDialogue& console) {
+  try {
+    run_searches(console);
+  } catch (const FileFault& fault) {
+    throw end_by(fault);
+  }
+}
+
+// Writes what is left of the output, and the report of the end. Returns the exit
+// status.
+int close_console(ConsoleDialogue& console, std::ostream& errors, const RunEnd& end) {
+  try {
+    console.flush();
+  } catch (const RunEnd& output_failure) {
+    errors << (end.report().empty() ? output_failure : end).report() << std::flush;
+    return output_failure.status();
+  }
+  errors << end.report() << std::flush;
+  return end.status();
 }
 
 }  // namespace
 
 int run_program(ConsoleDialogue& console, std::ostream& errors) {
   try {
-    try {
-      run_searches(console);
-    } catch (const std::bad_alloc&) {
-      throw not_enough_memory();
-    }
+    run_searches_to_their_end(console);
+    return close_console(console, errors, RunEnd::quiet());
   } catch (const RunEnd& end) {
-    try {
-      console.flush();
-    } catch (const RunEnd& output_failure) {
-      errors << (end.report().empty() ? output_failure : end).report() << std::flush;
-      return output_failure.status();
-    }
-    errors << end.report() << std::flush;
-    return end.status();
+    return close_console(console, errors, end);
+  } catch (const std::bad_alloc&) {
+    return close_console(console, errors, not_enough_memory());
   }
 }
 

@@ -9,10 +9,16 @@
 #include <cstddef>
 #include <utility>
 
+#include "util/file_fault.h"
+
 namespace veldmark {
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+
+FileFault not_opened(const std::string& name, int error_number) {
+  return {FileFault::Kind::kNotOpened, name, error_number};
+}
 
 bool is_pipe(const std::string& name) {
   struct stat status {};
@@ -38,24 +44,21 @@ bool empty(const FileDescriptor& file) {
 }
 
 // Opens `name` as it is. Opening a pipe would wait for its reader.
-FileDescriptor open_unchanged(const std::string& name, Channel channel) {
+FileDescriptor open_unchanged(const std::string& name) {
   if (is_pipe(name)) {
-    throw cannot_open(name, channel);
+    throw not_opened(name, 0);
   }
   FileDescriptor file(name, O_WRONLY | O_CREAT);
   if (!file.is_open()) {
-    throw cannot_open(name, channel);
+    throw not_opened(name, errno);
   }
   return file;
 }
 
 }  // namespace
 
-OutputFile::OutputFile(std::string name, Channel channel, const FilesInUse& in_use)
-    : name_(std::move(name)),
-      channel_(channel),
-      file_(open_unchanged(name_, channel_)),
-      buffer_(kBufferSize) {
+OutputFile::OutputFile(std::string name, const FilesInUse& in_use)
+    : name_(std::move(name)), file_(open_unchanged(name_)), buffer_(kBufferSize) {
   take(in_use);
 }
 
@@ -63,22 +66,22 @@ OutputFile::OutputFile(std::string name, Channel channel, const FilesInUse& in_u
 void OutputFile::take(const FilesInUse& in_use) {
   struct stat status {};
   if (::fstat(file_.get(), &status) != 0) {
-    throw cannot_open(name_, channel_);
+    throw not_opened(name_, errno);
   }
   identity_ = regular_file(status);
   if (!identity_) {
     return;  // a device, which holds nothing
   }
   if (in_use.contains(identity_)) {
-    throw cannot_open(name_, channel_);
+    throw not_opened(name_, 0);
   }
   if (is_locked_by_another(file_)) {
-    throw cannot_open(name_ + ": another run is writing it", channel_);
+    throw FileFault(FileFault::Kind::kWrittenByAnotherRun, name_, 0);
   }
   // In place rather than by a new file: owner, group, access lists and attributes stay,
   // and so does the old content where the new file couldn't be made.
   if (!empty(file_)) {
-    throw cannot_open(name_, channel_);
+    throw not_opened(name_, errno);
   }
 }
 
@@ -91,14 +94,14 @@ OutputFile::~OutputFile() {
 
 void OutputFile::write(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view piece = text.substr(0, kMostRoom);
-    piece.copy(room(piece.size()), piece.size());
-    keep(piece.size());
+    const std::string_view piece = text.substr(0, kMostReserved);
+    piece.copy(reserve(piece.size()), piece.size());
+    commit(piece.size());
     text.remove_prefix(piece.size());
   }
 }
 
-char* OutputFile::room(std::size_t size) {
+char* OutputFile::reserve(std::size_t size) {
   if (used_ + size > buffer_.size()) {
     write_out();
   }
@@ -108,7 +111,7 @@ char* OutputFile::room(std::size_t size) {
 void OutputFile::close() {
   write_out();
   if (!file_.close()) {
-    throw cannot_write(name_, errno, Operation::kWrite, channel_);
+    throw FileFault(FileFault::Kind::kNotWritten, name_, errno);
   }
 }
 
@@ -116,7 +119,7 @@ void OutputFile::write_out() {
   const bool written = file_.write_all({buffer_.data(), used_});
   used_ = 0;
   if (!written) {
-    throw cannot_write(name_, errno, Operation::kWrite, channel_);
+    throw FileFault(FileFault::Kind::kNotWritten, name_, errno);
   }
 }
 

@@ -9,14 +9,13 @@
 #include <string_view>
 #include <vector>
 
-#include "console/run_end.h"
 #include "util/file_descriptor.h"
 #include "util/file_identity.h"
 
 namespace veldmark {
 
-// A write that fails ends the run (RunEnd). Until `close` has returned, nothing may
-// claim that the file is complete.
+// Throws FileFault where a write fails. Until `close` has returned, nothing may claim
+// that the file is complete.
 class OutputFile {
  public:
   // Creates `name`, or empties the file there, which keeps its owner and permissions.
@@ -24,12 +23,12 @@ class OutputFile {
   //
   //   in_use    files that `name` must not lead to
   //
-  // Throws RunEnd, before anything is lost, where `name` leads to a file in use,
+  // Throws FileFault, before anything is lost, where `name` leads to a file in use,
   // another run is writing it, it is a pipe (which would have no end), or it can't be
   // opened.
-  OutputFile(std::string name, Channel channel, const FilesInUse& in_use = {});
+  explicit OutputFile(std::string name, const FilesInUse& in_use = {});
 
-  // An end of the run on the way here leaves in the file what was written so far.
+  // Flushes what is buffered if the file is left unclosed.
   ~OutputFile();
 
   OutputFile(OutputFile&& other) noexcept = default;
@@ -43,11 +42,12 @@ class OutputFile {
   // Appends `text` as it is.
   void write(std::string_view text);
 
-  // The same without a copy, for the hot loop: gives room for `size` characters, of
-  // which `keep` then says how many were filled in. size <= kMostRoom.
-  static constexpr std::size_t kMostRoom = std::size_t{64} * 1024;
-  char* room(std::size_t size);
-  void keep(std::size_t size) { used_ += size; }
+  // The same without a copy, for the hot loop: `reserve` returns memory for `size`
+  // characters, and `commit` says how many of them were filled in.
+  // Requires size <= kMostReserved.
+  static constexpr std::size_t kMostReserved = std::size_t{64} * 1024;
+  char* reserve(std::size_t size);
+  void commit(std::size_t size) { used_ += size; }
 
   // Writes what is held back and closes the file. A second close does nothing.
   void close();
@@ -57,7 +57,6 @@ class OutputFile {
   void write_out();
 
   std::string name_;
-  Channel channel_;
   FileDescriptor file_;
   std::optional<FileIdentity> identity_;
   std::vector<char> buffer_;

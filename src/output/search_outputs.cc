@@ -3,17 +3,17 @@
 #include <optional>
 #include <utility>
 
-#include "console/run_end.h"
+#include "util/file_fault.h"
 
 namespace veldmark {
 namespace {
 
 // Each file is checked again when it is open: a link may lead to a file that the
 // opening of another one creates.
-void require_own_file(const std::string& name, Channel channel, FilesInUse& in_use) {
+void require_own_file(const std::string& name, FilesInUse& in_use) {
   const std::optional<FileIdentity> file = regular_file(name);
   if (in_use.contains(file)) {
-    throw cannot_open(name, channel);
+    throw FileFault(FileFault::Kind::kNotOpened, name, 0);
   }
   in_use.add(file);
 }
@@ -23,11 +23,11 @@ void require_own_file(const std::string& name, Channel channel, FilesInUse& in_u
 SearchOutputs open_search_outputs(const std::string& TsfName, const std::string& XyName,
                                   FilesInUse& in_use) {
   FilesInUse before_opening = in_use;
-  require_own_file(TsfName, Channel::kTimeSeries, before_opening);
-  require_own_file(XyName, Channel::kCellList, before_opening);
-  OutputFile time_series(TsfName, Channel::kTimeSeries, in_use);
+  require_own_file(TsfName, before_opening);
+  require_own_file(XyName, before_opening);
+  OutputFile time_series(TsfName, in_use);
   in_use.add(time_series.identity());
-  OutputFile cell_list(XyName, Channel::kCellList, in_use);
+  OutputFile cell_list(XyName, in_use);
   in_use.add(cell_list.identity());
   return {std::move(time_series), std::move(cell_list)};
 }

@@ -18,7 +18,7 @@ struct SearchOutputs {
 // Creates or empties the time-series file and the cell list, in this order, and adds
 // them to `in_use`, which holds the data file.
 //
-// Throws RunEnd where one of them can't be opened. Neither is emptied where a link
+// Throws FileFault where one of them can't be opened. Neither is emptied where a link
 // makes one of them the data file, or both one file.
 SearchOutputs open_search_outputs(const std::string& TsfName, const std::string& XyName,
                                   FilesInUse& in_use);

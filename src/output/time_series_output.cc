@@ -37,7 +37,7 @@ constexpr std::size_t kYearLineSize =
 // All years of a cell fit into what a file gives room for at once.
 static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
                   SixColumns::kCopied <=
-              OutputFile::kMostRoom);
+              OutputFile::kMostReserved);
 
 using YearText = std::array<char, kYearTextSize>;
 
@@ -81,7 +81,7 @@ class CellWriter {
   // The year lines of a cell, in one piece of the file's own memory.
   void write_years(std::span<const std::int16_t> series) {
     const std::size_t size = year_texts_.size() * kYearLineSize;
-    char* out = time_series_.room(size + SixColumns::kCopied);
+    char* out = time_series_.reserve(size + SixColumns::kCopied);
     const std::int16_t* value = series.data();
     for (const YearText& year_text : year_texts_) {
       std::memcpy(out, year_text.data(), kYearTextSize);
@@ -93,7 +93,7 @@ class CellWriter {
       *out = '\n';
       ++out;
     }
-    time_series_.keep(size);
+    time_series_.commit(size);
   }
 
   ConsoleDialogue& console_;

@@ -66,7 +66,7 @@ std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
 
 VarianceReport::VarianceReport(ConsoleDialogue& console, const std::string& name,
                                const VarianceTest& test, const FilesInUse& in_use)
-    : test_(test), file_(name, Channel::kVarianceReport, in_use) {
+    : test_(test), file_(name, in_use) {
   const std::string periods = compared_periods(test);
   console.write_line(kMargin, "Ftest Comparison of Variance: " + periods);
   file_.write(" # Ftest Comparison of Variance: " + periods + "\n");

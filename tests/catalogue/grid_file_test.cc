@@ -8,19 +8,18 @@
 #include <optional>
 #include <string>
 
-#include "console/run_end.h"
-#include "support/report_of.h"
+#include "support/fault_of.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark {
 namespace {
 
-using testing::report_of;
+using testing::fault_of;
 using testing::TemporaryFolder;
 using testing::write_file;
 
-std::string report_of_opening(const std::string& name) {
-  return report_of([&] { const GridFile file(name); });
+std::string fault_of_opening(const std::string& name) {
+  return fault_of([&] { const GridFile file(name); });
 }
 
 TEST(GridFile, IsReadFromItsBegin) {
@@ -55,28 +54,23 @@ TEST(GridFile, HasASizeWhenItIsARegularFile) {
   EXPECT_EQ(GridFile("/dev/null").size(), std::nullopt);
 }
 
-TEST(GridFile, ThatIsMissingOrAFolderEndsTheRun) {
+TEST(GridFile, ThatIsMissingOrAFolderIsAFault) {
   const TemporaryFolder folder;
   std::filesystem::create_directory("folder");
-  EXPECT_EQ(report_of_opening("missing"),
-            "Run-time error:\nCannot open file: missing\n? OPEN(UNIT=13,...\n");
-  EXPECT_EQ(report_of_opening("folder"),
-            "Run-time error:\nCannot open file: folder\n? OPEN(UNIT=13,...\n");
+  EXPECT_EQ(fault_of_opening("missing"),
+            "not opened: missing: No such file or directory");
+  EXPECT_EQ(fault_of_opening("folder"), "not opened: folder: Is a directory");
 }
 
-TEST(GridFile, ThatCannotBeReadEndsTheRun) {
+TEST(GridFile, ThatCannotBeReadIsAFault) {
   // Nothing is mapped at the memory's begin.
   const GridFile memory("/proc/self/mem");
   std::array<char, 1> buffer{};
   EXPECT_FALSE(memory.read_at(0, buffer.data(), 1));
-  try {
-    const std::size_t count = memory.read(buffer.data(), 1);
-    ADD_FAILURE() << "no end, but " << count;
-  } catch (const RunEnd& end) {
-    EXPECT_EQ(end.report(),
-              "Run-time error:\nCannot read file: /proc/self/mem: Input/output error\n"
-              "? READ(UNIT=13,...\n");
-  }
+  EXPECT_EQ(fault_of([&] {
+              [[maybe_unused]] const std::size_t count = memory.read(buffer.data(), 1);
+            }),
+            "not read: /proc/self/mem: Input/output error");
 }
 
 }  // namespace

@@ -10,11 +10,12 @@
 #include <fstream>
 #include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "catalogue/line_by_line_reader.h"
+#include "catalogue/read_fault.h"
+#include "support/fault_of.h"
 #include "support/grid_text.h"
 #include "support/temporary_folder.h"
 
@@ -23,11 +24,12 @@ namespace {
 
 using testing::GridText;
 using testing::TemporaryFolder;
+using testing::text_of;
 using testing::write_file;
 
 constexpr std::int32_t kMissing = -999;
 
-// What a reading comes to: the values with their columns, or the messages of its end.
+// What a reading comes to: the values with their columns, or the fault that ends it.
 struct Outcome {
   std::string text;
   std::vector<std::int16_t> values;
@@ -51,14 +53,11 @@ Outcome outcome_of(const GridValues& values, const GridRanges& ranges) {
 }
 
 Outcome read_plainly(const BlockRequest& request) {
-  std::istringstream input;
-  std::ostringstream output;
-  ConsoleDialogue console(input, output, [](const std::string&) {});
   try {
     const GridFile file("grid");
-    return outcome_of(read_line_by_line(console, file, request), request.ranges);
-  } catch (const RunEnd& end) {
-    return {output.str() + end.report(), {}};
+    return outcome_of(read_line_by_line(file, request), request.ranges);
+  } catch (const ReadFault& fault) {
+    return {text_of(fault), {}};
   }
 }
 

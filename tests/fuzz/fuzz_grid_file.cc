@@ -9,13 +9,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "catalogue/line_by_line_reader.h"
 #include "catalogue/read_block.h"
+#include "catalogue/read_fault.h"
 #include "catalogue/regular_reader.h"
 #include "catalogue/row_format.h"
 #include "data_files.h"
@@ -47,28 +48,19 @@ Outcome outcome_of(const GridValues& values, const GridRanges& ranges) {
   return outcome;
 }
 
-// Which end the messages tell of; each is to be one of four.
-std::string name_of_end(const std::string& screen, const RunEnd& end) {
-  const auto says = [&](const char* text) {
-    return screen.find(text) != std::string::npos;
-  };
-  if (says("Error Reading Grid Values: R1")) return "bad line, one range";
-  if (says("Error Reading Grid Values: R2")) return "bad line, two ranges";
-  if (says("End Of File Reached Prematurely")) return "end at a wanted line";
-  require(end.report().find(kPastEndOfFile) != std::string::npos,
-          "a reading ends in one of four ways", screen + end.report());
-  return "end at another line";
+const char* name_of_fault(const ReadFault& fault) {
+  if (std::holds_alternative<BadField>(fault.fact())) return "bad line";
+  return std::holds_alternative<EndAtRequestedLine>(fault.fact())
+             ? "end at a requested line"
+             : "end at a skipped line";
 }
 
 template <typename Read>
 Outcome outcome_of_reading(const GridRanges& ranges, Read read) {
-  std::istringstream input;
-  std::ostringstream output;
-  ConsoleDialogue console(input, output, [](const std::string&) {});
   try {
-    return outcome_of(read(console), ranges);
-  } catch (const RunEnd& end) {
-    return {name_of_end(output.str(), end), {}, {}};
+    return outcome_of(read(), ranges);
+  } catch (const ReadFault& fault) {
+    return {name_of_fault(fault), {}, {}};
   }
 }
 
@@ -165,10 +157,8 @@ void check_regular(const std::string& name, const BlockRequest& request) {
   const std::optional<GridValues> fast = read_regular(file, request);
   reached(fast ? "regular files" : "files that are not regular");
   if (!fast) return;  // read_block then reads line by line, as the definition does
-  const Outcome defined =
-      outcome_of_reading(request.ranges, [&](ConsoleDialogue& console) {
-        return read_line_by_line(console, file, request);
-      });
+  const Outcome defined = outcome_of_reading(
+      request.ranges, [&] { return read_line_by_line(file, request); });
   require(outcome_of(*fast, request.ranges) == defined,
           "the regular reader gives what the file means", defined.end);
 }
@@ -279,10 +269,8 @@ void check_any_shape(const std::string& text, const BlockRequest& request) {
   static const MemoryFile file;
   file.resize(0);
   file.write(0, text);
-  const Outcome outcome =
-      outcome_of_reading(request.ranges, [&](ConsoleDialogue& console) {
-        return read_block(console, GridFile(file.name()), request);
-      });
+  const Outcome outcome = outcome_of_reading(
+      request.ranges, [&] { return read_block(GridFile(file.name()), request); });
   const Outcome expected = PlainReading(text, request).read();
   reached(expected.end.empty() ? "readings to the end" : expected.end);
   reached("values read", expected.values.size());

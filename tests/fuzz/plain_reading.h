@@ -35,7 +35,7 @@ class PlainReading {
 
   Outcome read() {
     for (std::int32_t i = 0; i < request_.years.SkipLines(); ++i) {
-      if (!take_line()) return {"end at another line", {}, {}};
+      if (!take_line()) return {"end at a skipped line", {}, {}};
     }
     const std::int32_t months = request_.years.YearCount() * kMonthsPerYear;
     for (std::int32_t month = 0; month < months; ++month) {
@@ -68,14 +68,14 @@ class PlainReading {
     const GridRanges& ranges = request_.ranges;
     const std::optional<Line> line = take_line();
     if (row < ranges.FirstRow || row > ranges.LastRow) {
-      return line ? "" : "end at another line";
+      return line ? "" : "end at a skipped line";
     }
     if (!line || (!line->ended && line->text.size() < kLineLength)) {
-      return "end at a wanted line";
+      return "end at a requested line";
     }
     const auto values = plain_row(line->text, ranges);
     if (!values) {
-      return ranges.CrossesDateLine ? "bad line, two ranges" : "bad line, one range";
+      return "bad line";
     }
     if (month == 0) find_cells(row, *values);
     for (std::size_t i = 0; i < cells_.size(); ++i) {

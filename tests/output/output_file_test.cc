@@ -17,20 +17,20 @@
 #include <optional>
 #include <string>
 
-#include "support/report_of.h"
+#include "support/fault_of.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark {
 namespace {
 
+using testing::fault_of;
 using testing::file_content;
-using testing::report_of;
 using testing::TemporaryFolder;
 using testing::write_file;
 
 TEST(OutputFile, HoldsWhatWasWritten) {
   const TemporaryFolder folder;
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   std::string expected;
   for (int i = 0; i < 100000; ++i) {
     const std::string line = std::to_string(i) + " line\n";
@@ -47,7 +47,7 @@ TEST(OutputFile, HoldsWhatWasWritten) {
 TEST(OutputFile, ReplacesAnExistingFileWhenItIsOpened) {
   const TemporaryFolder folder;
   write_file("out", "old content");
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   EXPECT_EQ(file_content("out"), "");
 }
 
@@ -66,7 +66,7 @@ TEST(OutputFile, EmptiesFilesOfAnySizeInPlace) {
   for (const std::size_t size : {std::size_t{1}, kLargeContent.size()}) {
     write_file("out", std::string(size, 'o'));
     const ino_t before = inode_of("out");
-    const OutputFile file("out", Channel::kTimeSeries);
+    const OutputFile file("out");
     EXPECT_EQ(inode_of("out"), before) << size;
     EXPECT_EQ(file_content("out"), "") << size;
   }
@@ -81,7 +81,7 @@ TEST(OutputFile, KeepsOwnerGroupAndPermissionsOfTheFile) {
   ASSERT_EQ(::chmod("out", 0640), 0);
   struct stat before {};
   ASSERT_EQ(::stat("out", &before), 0);
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   file.write("new");
   file.close();
   struct stat after {};
@@ -130,7 +130,7 @@ void expect_attribute_kept(const char* name, const std::string& value) {
     GTEST_SKIP() << "the file system of " << folder.path() << " has no " << name;
   }
   const std::optional<std::string> before = attribute("out", name);
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   file.write("new");
   file.close();
   ASSERT_TRUE(before);
@@ -148,7 +148,7 @@ TEST(OutputFile, KeepsTheExtendedAttributesOfTheFile) {
 TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
   const TemporaryFolder folder;
   const mode_t mask = ::umask(0027);
-  const OutputFile file("out", Channel::kTimeSeries);
+  const OutputFile file("out");
   ::umask(mask);
   EXPECT_EQ(std::filesystem::status("out").permissions(),
             static_cast<std::filesystem::perms>(0640));
@@ -158,7 +158,7 @@ TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
 TEST(OutputFile, HoldsBackAQuarterOfAMegabyte) {
   const TemporaryFolder folder;
   constexpr std::size_t kHeldBack = 256 * 1024;
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   file.write(std::string(kHeldBack / 2, 'x'));
   file.write(std::string(kHeldBack / 4, 'x'));
   EXPECT_EQ(std::filesystem::file_size("out"), 0U);
@@ -189,9 +189,8 @@ TEST(OutputFile, LeavesALargeProtectedFileAlone) {
     ASSERT_EQ(::chown("out", kSomebodyElse, kSomebodyElse), 0);
   }
   EXPECT_TRUE(holds_for_an_ordinary_user([] {
-    const auto create = [] { const OutputFile file("out", Channel::kTimeSeries); };
-    return report_of(create) ==
-           "Run-time error:\nCannot open file: out\n? OPEN(UNIT=14,...\n";
+    const auto create = [] { const OutputFile file("out"); };
+    return fault_of(create) == "not opened: out: Permission denied";
   }));
   EXPECT_EQ(file_content("out"), kLargeContent);
 }
@@ -204,10 +203,9 @@ TEST(OutputFile, LosesNoOldContentWhereItCannotBeOpened) {
   ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
   const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
-  const std::string report =
-      report_of([] { const OutputFile file("out", Channel::kCellList); });
+  const std::string fault = fault_of([] { const OutputFile file("out"); });
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
-  EXPECT_EQ(report, "Run-time error:\nCannot open file: out\n? OPEN(UNIT=15,...\n");
+  EXPECT_EQ(fault, "not opened: out: Too many open files");
   EXPECT_TRUE(file_content("out") == kLargeContent);
 }
 
@@ -219,9 +217,8 @@ TEST(OutputFile, LosesNoFileInUseThatALinkLeadsTo) {
   FilesInUse in_use;
   in_use.add(regular_file("data"));
   for (const std::string name : {"data", "symbolic", "hard"}) {
-    EXPECT_EQ(
-        report_of([&] { const OutputFile file(name, Channel::kTimeSeries, in_use); }),
-        "Run-time error:\nCannot open file: " + name + "\n? OPEN(UNIT=14,...\n");
+    EXPECT_EQ(fault_of([&] { const OutputFile file(name, in_use); }),
+              "not opened: " + name);
     EXPECT_EQ(file_content("data"), "values") << name;
   }
 }
@@ -229,26 +226,24 @@ TEST(OutputFile, LosesNoFileInUseThatALinkLeadsTo) {
 // Two descriptors of one process lock a file against each other as two processes do.
 TEST(OutputFile, LosesNothingOfAFileThatAnotherRunIsWriting) {
   const TemporaryFolder folder;
-  OutputFile first("out", Channel::kTimeSeries);
+  OutputFile first("out");
   first.write(std::string(1 << 19, 'x'));
   const std::string written = file_content("out");
-  EXPECT_EQ(report_of([] { const OutputFile second("out", Channel::kTimeSeries); }),
-            "Run-time error:\nCannot open file: out: another run is writing it\n"
-            "? OPEN(UNIT=14,...\n");
+  EXPECT_EQ(fault_of([] { const OutputFile second("out"); }),
+            "written by another run: out");
   EXPECT_TRUE(file_content("out") == written);
   first.close();
-  OutputFile second("out", Channel::kTimeSeries);
+  OutputFile second("out");
   EXPECT_EQ(file_content("out"), "");
 }
 
 TEST(OutputFile, IsFreeForOthersWhenTheRunHasEndedOtherwise) {
   const TemporaryFolder folder;
   {
-    OutputFile file("out", Channel::kTimeSeries);
+    OutputFile file("out");
     file.write("begun");
   }
-  EXPECT_EQ(report_of([] { const OutputFile file("out", Channel::kTimeSeries); }),
-            "no end");
+  EXPECT_EQ(fault_of([] { const OutputFile file("out"); }), "no fault");
 }
 
 // A pipe's opening would wait for a reader; the watchdog ends the test then.
@@ -256,16 +251,15 @@ TEST(OutputFile, IsNoPipe) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("out", 0666), 0);
   ::alarm(20);
-  EXPECT_EQ(report_of([] { const OutputFile file("out", Channel::kVarianceReport); }),
-            "Run-time error:\nCannot open file: out\n? OPEN(UNIT=16,...\n");
+  EXPECT_EQ(fault_of([] { const OutputFile file("out"); }), "not opened: out");
   ::alarm(0);
 }
 
 TEST(OutputFile, MayBeADeviceThatServesTwice) {
-  OutputFile first("/dev/null", Channel::kTimeSeries);
+  OutputFile first("/dev/null");
   FilesInUse in_use;
   in_use.add(first.identity());
-  OutputFile second("/dev/null", Channel::kCellList, in_use);
+  OutputFile second("/dev/null", in_use);
   first.write("text");
   second.write("text");
   first.close();
@@ -277,7 +271,7 @@ TEST(OutputFile, WritesThroughLinksToLargeFiles) {
   write_file("target", kLargeContent);
   std::filesystem::create_symlink("target", "out");
   const auto before = std::filesystem::status("target").permissions();
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   file.write("new");
   file.close();
   EXPECT_TRUE(std::filesystem::is_symlink("out"));
@@ -289,7 +283,7 @@ TEST(OutputFile, KeepsTheOtherNamesOfALargeFile) {
   const TemporaryFolder folder;
   write_file("other", kLargeContent);
   std::filesystem::create_hard_link("other", "out");
-  OutputFile file("out", Channel::kTimeSeries);
+  OutputFile file("out");
   file.write("new");
   file.close();
   EXPECT_EQ(file_content("other"), "new");
@@ -298,32 +292,30 @@ TEST(OutputFile, KeepsTheOtherNamesOfALargeFile) {
 TEST(OutputFile, KeepsWhatWasWrittenWhenTheRunEndsOtherwise) {
   const TemporaryFolder folder;
   {
-    OutputFile file("out", Channel::kTimeSeries);
+    OutputFile file("out");
     file.write("begun");
   }
   EXPECT_EQ(file_content("out"), "begun");
 }
 
-TEST(OutputFile, ThatCannotBeCreatedEndsTheRun) {
+TEST(OutputFile, ThatCannotBeCreatedIsAFault) {
   const TemporaryFolder folder;
-  EXPECT_EQ(report_of([] { const OutputFile file("no/such", Channel::kCellList); }),
-            "Run-time error:\nCannot open file: no/such\n? OPEN(UNIT=15,...\n");
+  EXPECT_EQ(fault_of([] { const OutputFile file("no/such"); }),
+            "not opened: no/such: No such file or directory");
 }
 
-TEST(OutputFile, OnAFullDiskEndsTheRunBeforeItIsClosed) {
-  OutputFile file("/dev/full", Channel::kTimeSeries);
+TEST(OutputFile, OnAFullDiskIsAFaultBeforeItIsClosed) {
+  OutputFile file("/dev/full");
   file.write("text");
-  EXPECT_EQ(report_of([&] { file.close(); }),
-            "Run-time error:\nCannot write file: /dev/full: No space left on device\n"
-            "? WRITE(UNIT=14,...\n");
+  EXPECT_EQ(fault_of([&] { file.close(); }),
+            "not written: /dev/full: No space left on device");
 }
 
-TEST(OutputFile, OnAFullDiskEndsTheRunAtALargeWrite) {
-  OutputFile file("/dev/full", Channel::kVarianceReport);
+TEST(OutputFile, OnAFullDiskIsAFaultAtALargeWrite) {
+  OutputFile file("/dev/full");
   const std::string large(1 << 19, 'x');
-  EXPECT_EQ(report_of([&] { file.write(large); }),
-            "Run-time error:\nCannot write file: /dev/full: No space left on device\n"
-            "? WRITE(UNIT=16,...\n");
+  EXPECT_EQ(fault_of([&] { file.write(large); }),
+            "not written: /dev/full: No space left on device");
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "util/file_fault.h"
+
 namespace veldmark {
 namespace {
 
@@ -89,7 +91,7 @@ TEST(VarianceReport, TellsAFailureToWriteWhenItIsClosed) {
                          .CutoffYear = 1905,
                          .MissingCode = -999,
                          .SampleScale = 0.01F});
-  EXPECT_THROW(report.close(), RunEnd);
+  EXPECT_THROW(report.close(), FileFault);
 }
 
 }  // namespace
