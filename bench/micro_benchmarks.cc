@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "catalogue/field_conversion.h"
-#include "output/six_columns.h"
+#include "output/value_text.h"
 #include "util/fixed_field.h"
 
 namespace veldmark {
@@ -115,14 +115,14 @@ std::string write_plainly(const std::vector<std::int16_t>& values) {
 }
 
 void write_by_table(benchmark::State& state) {
-  const SixColumns six_columns;
+  const ValueText value_text;
   const std::vector<std::int16_t> values = land_values();
-  std::string text(kValues * SixColumns::kWidth + SixColumns::kCopied, ' ');
+  std::string text(kValues * ValueText::kWidth + ValueText::kCopied, ' ');
   char* end = nullptr;
   while (state.KeepRunning()) {
     end = text.data();
     for (const std::int16_t value : values) {
-      end = six_columns.write(value, end);
+      end = value_text.write(value, end);
     }
     benchmark::DoNotOptimize(end);
     benchmark::ClobberMemory();

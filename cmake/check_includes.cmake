@@ -1,17 +1,20 @@
-# Keeps the includes of src/ pointing downhill. Run with
+# Keeps the includes of src/ pointing downhill, and the core free of the console. Run with
 #   cmake -DSOURCE_FOLDER=.../src -P check_includes.cmake
 #
 cmake_minimum_required(VERSION 3.25)
 
 # Each folder may include the folders named here, and nothing else of ours.
 set(util_may_include util)
-set(grid_may_include grid)
 set(stats_may_include stats)
+set(grid_may_include grid)
 set(console_may_include console util)
 set(selection_may_include selection console grid util)
 set(catalogue_may_include catalogue selection console grid util)
 set(output_may_include output catalogue selection console grid stats util)
 set(driver_may_include driver output catalogue selection console grid stats util)
+
+# What talks, by its name; all other files belong to the core, which knows none of it.
+set(talking "^(driver|console)/|_(dialogue|screens|table)\\.(h|cc)$")
 
 file(GLOB_RECURSE files RELATIVE "${SOURCE_FOLDER}" "${SOURCE_FOLDER}/*.h"
      "${SOURCE_FOLDER}/*.cc")
@@ -23,9 +26,13 @@ foreach(file IN LISTS files)
   endif()
   file(STRINGS "${SOURCE_FOLDER}/${file}" includes REGEX "^#include \"")
   foreach(include IN LISTS includes)
-    string(REGEX REPLACE "^#include \"([^/\"]+)/?.*" "\\1" included "${include}")
+    string(REGEX REPLACE "^#include \"([^\"]*)\".*" "\\1" header "${include}")
+    string(REGEX REPLACE "/.*" "" included "${header}")
     if(NOT included IN_LIST ${folder}_may_include)
       string(APPEND faults "  ${file} must not include ${included}/: ${include}\n")
+    endif()
+    if(header MATCHES "${talking}" AND NOT file MATCHES "${talking}")
+      string(APPEND faults "  ${file} belongs to the core and must not talk: ${include}\n")
     endif()
   endforeach()
 endforeach()

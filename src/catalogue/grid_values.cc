@@ -81,8 +81,8 @@ std::size_t GridValues::place_of_month(std::size_t month, std::int32_t row) cons
   return row_begin_[row_index(row)] * month_count_ + month * data_columns(row).size();
 }
 
-void turn_row(const GridValues& values, std::int32_t row,
-              std::vector<std::int16_t>& series) {
+void transpose_row(const GridValues& values, std::int32_t row,
+                   std::vector<std::int16_t>& series) {
   const std::size_t cells = values.data_columns(row).size();
   const std::size_t months = values.month_count();
   series.resize(cells * months);
@@ -94,8 +94,8 @@ void turn_row(const GridValues& values, std::int32_t row,
   const std::size_t whole_months = months - months % kSquare;
   for (std::size_t cell = 0; cell < whole_cells; cell += kSquare) {
     for (std::size_t month = 0; month < whole_months; month += kSquare) {
-      turn_square(from + month * cells + cell, cells, &series[cell * months + month],
-                  months);
+      transpose_square(from + month * cells + cell, cells,
+                       &series[cell * months + month], months);
     }
   }
   // The rest that is no whole square: some cells of all months, some months of the

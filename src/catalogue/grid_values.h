@@ -71,15 +71,15 @@ class GridValues {
   std::vector<std::int16_t> january_;  // like data_columns_, until the layout
 
   // [row][month][cell]: stores while reading are contiguous, and a row is small enough
-  // to be turned into series in the second-level cache. Storing cell by cell instead
-  // would scatter every month over the whole block.
+  // to be transposed into series in the second-level cache. Storing cell by cell
+  // instead would scatter every month over the whole block.
   LargeBuffer values_;
 };
 
-// Turns a row into the series of its cells: cell i of data_columns(row) gets
+// Transposes a row into the series of its cells: cell i of data_columns(row) gets
 // series[i * month_count] up to series[(i + 1) * month_count - 1].
-void turn_row(const GridValues& values, std::int32_t row,
-              std::vector<std::int16_t>& series);
+void transpose_row(const GridValues& values, std::int32_t row,
+                   std::vector<std::int16_t>& series);
 
 }  // namespace veldmark
 

@@ -18,7 +18,7 @@ Vector high_halves(Vector a, Vector b) {
 }
 
 // Puts each vector of the first half between the values of its partner in the second.
-// Three such rounds turn the square.
+// Three such rounds transpose the square.
 Square interleaved(const Square& square) {
   Square result;
   for (std::size_t i = 0; i < kSquare / 2; ++i) {
@@ -30,8 +30,8 @@ Square interleaved(const Square& square) {
 
 }  // namespace
 
-void turn_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
-                 std::size_t to_step) {
+void transpose_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
+                      std::size_t to_step) {
   Square square;
   for (std::size_t i = 0; i < kSquare; ++i) {
     std::memcpy(&square[i], from + i * from_step, sizeof(Vector));

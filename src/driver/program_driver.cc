@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "catalogue/catalogue_screens.h"
 #include "catalogue/grid_file.h"
@@ -15,10 +17,15 @@
 #include "driver/failure_words.h"
 #include "driver/introduction_screens.h"
 #include "driver/run_state.h"
+#include "output/cell_list_file.h"
+#include "output/console_table.h"
 #include "output/output_names.h"
+#include "output/save_cells.h"
 #include "output/search_outputs.h"
-#include "output/time_series_output.h"
-#include "output/variance_report.h"
+#include "output/summary_screens.h"
+#include "output/time_series_file.h"
+#include "output/variance_dialogue.h"
+#include "output/variance_report_file.h"
 #include "selection/grid_geometry.h"
 #include "selection/lattice.h"
 #include "selection/period_dialogue.h"
@@ -118,20 +125,39 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
 }
 
 // S10: the offer of the variance test; opens its report when the user takes it.
-std::optional<VarianceReport> offer_variance_test(ConsoleDialogue& console,
-                                                  RunState& state,
-                                                  const FilesInUse& in_use) {
+std::unique_ptr<VarianceReportFile> offer_variance_test(ConsoleDialogue& console,
+                                                        RunState& state,
+                                                        const FilesInUse& in_use) {
   const std::optional<std::int32_t> CutoffYear = ask_cutoff_year(console, state.years);
   state.FtestChosen = CutoffYear.has_value();
   if (!state.FtestChosen) {
-    return std::nullopt;
+    return nullptr;
   }
   const VarianceTest test{.years = state.years,
                           .CutoffYear = *CutoffYear,
                           .MissingCode = state.MissingCode,
                           .SampleScale = state.SampleScale};
   const std::string name(report_name(state.entry).trimmed());
-  return std::make_optional<VarianceReport>(console, name, test, in_use);
+  auto report =
+      std::make_unique<VarianceReportFile>(name, test, notices_on(console), in_use);
+  show_periods(console, *report);
+  return report;
+}
+
+// S11: hands the kept cells to the files and the table. A cell is tested before it is
+// written. Returns how many cells were saved.
+std::int32_t save(ConsoleDialogue& console, const RunState& state,
+                  const GridValues& values, const Lattice& lattice,
+                  SearchOutputs& outputs, VarianceReportFile* variance_report) {
+  ConsoleTable table(console, state.entry, state.years);
+  CellListFile cell_list(outputs.cell_list, state.TsfName, state.entry,
+                         state.ranges.CrossesDateLine);
+  TimeSeriesFile time_series(outputs.time_series, state.entry, state.years);
+  std::vector<CellSink*> sinks{&cell_list, &table, &time_series};
+  if (state.FtestChosen) {
+    sinks.insert(sinks.begin(), variance_report);
+  }
+  return save_cells(values, lattice, state.entry.row_order, sinks);
 }
 
 // One search, from the menu (S3) to the summary (S12).
@@ -142,7 +168,7 @@ void run_search(ConsoleDialogue& console, RunState& state) {
   state.XyName = extract_name(state.entry, ".XY");
   FilesInUse in_use;
   in_use.add(input ? input->identity() : std::nullopt);
-  auto [time_series, cell_list] =
+  SearchOutputs outputs =
       open_search_outputs(std::string(state.TsfName.trimmed()),
                           std::string(state.XyName.trimmed()), in_use);
 
@@ -151,27 +177,19 @@ void run_search(ConsoleDialogue& console, RunState& state) {
   }
   const GridValues values = read_values(console, state, std::move(input));
   const std::int32_t ThinningFactor = ask_thinning_factor(console, state.ranges);
-  std::optional<VarianceReport> variance_report =
+  const std::unique_ptr<VarianceReportFile> variance_report =
       offer_variance_test(console, state, in_use);
-
   const Lattice lattice = kept_cells(state.ranges, ThinningFactor);
-  const SaveRequest request{.entry = state.entry,
-                            .values = values,
-                            .lattice = lattice,
-                            .years = state.years,
-                            .order = state.entry.row_order,
-                            .CrossesDateLine = state.ranges.CrossesDateLine};
-  const std::string TsfName(state.TsfName.view());
   const std::int32_t CellsSaved =
-      save_cells(console, request, TsfName, time_series, cell_list, variance_report);
+      save(console, state, values, lattice, outputs, variance_report.get());
 
   // The files are complete before the summary says so.
-  time_series.close();
-  cell_list.close();
+  outputs.time_series.close();
+  outputs.cell_list.close();
   if (state.FtestChosen) {
     variance_report->close();
   }
-  write_summary(console, state.ranges.CellCount(), CellsSaved, TsfName);
+  write_summary(console, state.ranges.CellCount(), CellsSaved, state.TsfName);
 }
 
 bool ask_true_or_false(ConsoleDialogue& console, const char* question) {

@@ -52,7 +52,7 @@ TEST(GridValues, HoldsColumnsOfTwoPiecesOnceAndNoneOutsideTheGrid) {
   EXPECT_EQ(columns_of(values, 1), (Columns{2, 720}));
 }
 
-TEST(TurnRow, GivesEachCellsMonthsInOrder) {
+TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
   // Counts around the size of the blocks in which a row is turned.
   for (const std::int32_t cells : {1, 7, 8, 9, 17}) {
     const GridRanges ranges{
@@ -77,7 +77,7 @@ TEST(TurnRow, GivesEachCellsMonthsInOrder) {
       values.store_row(month, 3, row_of_month(month, 3));
     }
     std::vector<std::int16_t> series;
-    turn_row(values, 3, series);
+    transpose_row(values, 3, series);
     ASSERT_EQ(series.size(), static_cast<std::size_t>(cells) * 24);
     for (std::size_t i = 0; i < series.size(); ++i) {
       ASSERT_EQ(series[i], value_of(i % 24, 3, i / 24 + 1));
@@ -85,14 +85,14 @@ TEST(TurnRow, GivesEachCellsMonthsInOrder) {
   }
 }
 
-TEST(TurnRow, GivesNothingForARowOutsideTheRanges) {
+TEST(TransposeRow, GivesNothingForARowOutsideTheRanges) {
   const GridRanges ranges{.FirstRow = 2, .LastRow = 2, .FirstCol = 1, .LastCol = 3};
   GridValues values(ranges, 1, kMissing);
   values.open_next_row(RowValues{});
   values.lay_out();
   for (const std::int32_t row : {0, 1, 3}) {
     std::vector<std::int16_t> series{1, 2, 3};
-    turn_row(values, row, series);
+    transpose_row(values, row, series);
     EXPECT_TRUE(series.empty()) << row;
   }
 }

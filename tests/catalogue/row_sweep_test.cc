@@ -217,7 +217,7 @@ TEST(RowSweep, ReadByPlanOnRandomLines) {
 }
 
 // Months and cells in all numbers around the size of the squares that are turned.
-TEST(RowSweep, TurnRowOfAllSizes) {
+TEST(RowSweep, TransposeRowOfAllSizes) {
   std::mt19937 random(73);
   std::size_t cases = 0;
   for (std::int32_t cells = 0; cells <= 41; ++cells) {
@@ -239,7 +239,7 @@ TEST(RowSweep, TurnRowOfAllSizes) {
         values.store_row(month, 5, months[month]);
       }
       std::vector<std::int16_t> series;
-      turn_row(values, 5, series);
+      transpose_row(values, 5, series);
       const auto columns = values.data_columns(5);
       ASSERT_EQ(series.size(), columns.size() * months.size());
       for (std::size_t cell = 0; cell < columns.size(); ++cell) {
@@ -254,7 +254,7 @@ TEST(RowSweep, TurnRowOfAllSizes) {
   record_cases(cases);
 }
 
-TEST(RowSweep, TurnSquareWithAllSteps) {
+TEST(RowSweep, TransposeSquareWithAllSteps) {
   std::mt19937 random(74);
   std::size_t cases = 0;
   for (std::size_t from_step = kSquare; from_step <= 40; ++from_step) {
@@ -270,7 +270,7 @@ TEST(RowSweep, TurnSquareWithAllSteps) {
           expected[j * to_step + i] = from[i * from_step + j];
         }
       }
-      turn_square(from.data(), from_step, to.data(), to_step);
+      transpose_square(from.data(), from_step, to.data(), to_step);
       ASSERT_EQ(to, expected) << from_step << " to " << to_step;
     }
   }

@@ -8,7 +8,7 @@
 namespace veldmark {
 namespace {
 
-TEST(TurnSquare, PutsRowsIntoColumnsAndTouchesNothingElse) {
+TEST(TransposeSquare, PutsRowsIntoColumnsAndTouchesNothingElse) {
   constexpr std::size_t kFromStep = 11;
   constexpr std::size_t kToStep = 9;
   std::vector<std::int16_t> from(kFromStep * kSquare);
@@ -16,7 +16,7 @@ TEST(TurnSquare, PutsRowsIntoColumnsAndTouchesNothingElse) {
     from[i] = static_cast<std::int16_t>(i * 7 - 300);
   }
   std::vector<std::int16_t> to(kToStep * kSquare, -1);
-  turn_square(from.data(), kFromStep, to.data(), kToStep);
+  transpose_square(from.data(), kFromStep, to.data(), kToStep);
   for (std::size_t j = 0; j < kSquare; ++j) {
     for (std::size_t i = 0; i < kToStep; ++i) {
       const std::int16_t expected = i < kSquare ? from[i * kFromStep + j] : -1;

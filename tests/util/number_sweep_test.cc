@@ -12,7 +12,7 @@
 #include <random>
 #include <string>
 
-#include "output/six_columns.h"
+#include "output/value_text.h"
 #include "support/sweep.h"
 #include "util/fixed_field.h"
 
@@ -54,12 +54,12 @@ TEST(NumberSweep, FixedInteger) {
   record_cases(cases);
 }
 
-TEST(NumberSweep, SixColumns) {
-  const SixColumns six_columns;
+TEST(NumberSweep, ValueText) {
+  const ValueText value_text;
   std::size_t cases = 0;
   for (std::int32_t value = -32768; value <= 32767; ++value, ++cases) {
-    std::array<char, SixColumns::kCopied> out{};
-    const char* end = six_columns.write(static_cast<std::int16_t>(value), out.data());
+    std::array<char, ValueText::kCopied> out{};
+    const char* end = value_text.write(static_cast<std::int16_t>(value), out.data());
     ASSERT_EQ(end, out.data() + 6);
     ASSERT_EQ(std::string(out.data(), 6), in_columns(digits_of(value), 6));
   }

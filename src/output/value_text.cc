@@ -1,4 +1,4 @@
-#include "output/six_columns.h"
+#include "output/value_text.h"
 
 #include <cstdlib>
 #include <limits>
@@ -10,7 +10,7 @@ constexpr std::size_t kValues = std::size_t{1} << 16U;
 
 }  // namespace
 
-SixColumns::SixColumns() : texts_(kValues) {
+ValueText::ValueText() : texts_(kValues) {
   for (std::int32_t value = std::numeric_limits<std::int16_t>::min();
        value <= std::numeric_limits<std::int16_t>::max(); ++value) {
     Text& text = texts_[static_cast<std::uint16_t>(value)];

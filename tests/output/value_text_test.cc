@@ -1,4 +1,4 @@
-#include "output/six_columns.h"
+#include "output/value_text.h"
 
 #include <gtest/gtest.h>
 
@@ -10,11 +10,11 @@
 namespace veldmark {
 namespace {
 
-TEST(SixColumns, AgreesWithFixedIntegerOnAllValues) {
-  const SixColumns six_columns;
+TEST(ValueText, AgreesWithFixedIntegerOnAllValues) {
+  const ValueText value_text;
   for (std::int32_t value = -32768; value <= 32767; ++value) {
-    char out[SixColumns::kCopied];
-    const char* end = six_columns.write(static_cast<std::int16_t>(value), out);
+    char out[ValueText::kCopied];
+    const char* end = value_text.write(static_cast<std::int16_t>(value), out);
     ASSERT_EQ(std::string(static_cast<const char*>(out), end), fixed_integer(value, 6));
   }
 }

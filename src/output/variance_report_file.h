@@ -1,26 +1,22 @@
-// The variance test of a search: its dialogue, the two samples of a cell, and the
-// report file (.ftst) with a line for each cell tested.
+// The variance report (.ftst): the two samples of a cell, and a line for every cell
+// tested.
 
-#ifndef VELDMARK_OUTPUT_VARIANCE_REPORT_H_
-#define VELDMARK_OUTPUT_VARIANCE_REPORT_H_
+#ifndef VELDMARK_OUTPUT_VARIANCE_REPORT_FILE_H_
+#define VELDMARK_OUTPUT_VARIANCE_REPORT_FILE_H_
 
 #include <cstdint>
-#include <optional>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "console/console_dialogue.h"
 #include "output/output_file.h"
+#include "output/save_cells.h"
 #include "selection/search_region.h"
+#include "stats/betai.h"
+#include "util/file_identity.h"
 
 namespace veldmark {
-
-// Where a cell's centre is, degrees, north and east positive.
-struct CellCentre {
-  float longitude;
-  float latitude;
-};
 
 // The years of a sample as year indices, 1 = FYOD, both included; last < first is
 // empty.
@@ -41,11 +37,6 @@ void collect_sample(std::span<const std::int16_t> series, SampleYears years,
                     std::int32_t MissingCode, float SampleScale,
                     std::vector<float>& sample);
 
-// Offers the variance test. Result: the cutoff year, any 32-bit integer; nothing when
-// the user declines.
-std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
-                                            const YearSpan& years);
-
 // What the variance test of a search goes by. SampleScale multiplies stored values.
 struct VarianceTest {
   YearSpan years;
@@ -54,30 +45,39 @@ struct VarianceTest {
   float SampleScale;
 };
 
+// What is called where a cell's test fails; neither is empty.
+struct VarianceNotices {
+  std::function<void()> not_a_number;  // f is NaN: the cell has no line
+  BadArgumentHandler bad_argument;
+};
+
 // The report file of one search.
-class VarianceReport {
+class VarianceReportFile : public CellSink {
  public:
-  // Creates the file `name`, which must not be one of `in_use`, and heads it, and the
-  // console, with the periods compared.
+  // Creates the file `name`, which must not be one of `in_use`, and heads it with the
+  // periods compared. Throws FileFault where it can't be opened.
   // Kept on purpose: the heading ends the first period with the cutoff year, which the
   // samples count to the second.
-  VarianceReport(ConsoleDialogue& console, const std::string& name,
-                 const VarianceTest& test, const FilesInUse& in_use = {});
+  VarianceReportFile(const std::string& name, const VarianceTest& test,
+                     VarianceNotices notices, const FilesInUse& in_use = {});
 
-  // Tests a cell, given its values of all months, and writes its line; where f is not a
-  // number the console says so instead.
-  void add_cell(ConsoleDialogue& console, const CellCentre& centre,
-                std::span<const std::int16_t> series);
+  // The two periods as the heading names them.
+  [[nodiscard]] std::string periods() const;
 
+  // Tests a cell and writes its line. Throws FileFault where a write fails.
+  void add(const SavedCell& cell) override;
+
+  // Throws FileFault where the file can't be completed.
   void close() { file_.close(); }
 
  private:
   VarianceTest test_;
+  VarianceNotices notices_;
   OutputFile file_;
-  std::vector<float> before_;  // the two samples, kept for their memory
+  std::vector<float> before_;  // the two samples, members to keep their memory
   std::vector<float> after_;
 };
 
 }  // namespace veldmark
 
-#endif  // VELDMARK_OUTPUT_VARIANCE_REPORT_H_
+#endif  // VELDMARK_OUTPUT_VARIANCE_REPORT_FILE_H_

@@ -1,10 +1,9 @@
-#include "output/variance_report.h"
+#include "output/variance_report_file.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -82,15 +81,13 @@ TEST(CollectSample, LeavesMissingMonthsOutAndAppends) {
 }
 
 // The heading fits the buffer, so that nothing is written before the close.
-TEST(VarianceReport, TellsAFailureToWriteWhenItIsClosed) {
-  std::istringstream input;
-  std::ostringstream output;
-  ConsoleDialogue console(input, output, [](const std::string&) {});
-  VarianceReport report(console, "/dev/full",
-                        {.years = {.FYOD = 1901, .LYOD = 1910},
-                         .CutoffYear = 1905,
-                         .MissingCode = -999,
-                         .SampleScale = 0.01F});
+TEST(VarianceReportFile, TellsAFailureToWriteWhenItIsClosed) {
+  VarianceReportFile report("/dev/full",
+                            {.years = {.FYOD = 1901, .LYOD = 1910},
+                             .CutoffYear = 1905,
+                             .MissingCode = -999,
+                             .SampleScale = 0.01F},
+                            {.not_a_number = [] {}, .bad_argument = [](auto) {}});
   EXPECT_THROW(report.close(), FileFault);
 }
 

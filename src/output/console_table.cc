@@ -1,0 +1,26 @@
+#include "output/console_table.h"
+
+#include "util/fixed_field.h"
+
+namespace veldmark {
+
+ConsoleTable::ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
+                           const YearSpan& years)
+    : console_(console) {
+  rest_of_line_ = "   ";
+  rest_of_line_ += entry.OutputPrefix.view();
+  rest_of_line_ += "   ";
+  rest_of_line_ += entry.TitleText.view();
+  console_.blank_line();
+  console_.write_line("  Saving Cell data : " + fixed_integer(years.FYOD, 4) + " - " +
+                      fixed_integer(years.LYOD, 4));
+  console_.write_line("     #    longitude latitude   dattype       title");
+}
+
+// The coordinates stand in ten columns here, in nine in the files.
+void ConsoleTable::add(const SavedCell& cell) {
+  console_.write_line("  " + fixed_integer(cell.number, 6) + " " + cell.longitude.text +
+                      " " + cell.latitude.text + rest_of_line_);
+}
+
+}  // namespace veldmark

@@ -1,0 +1,30 @@
+// The table of the saved cells on the console.
+
+#ifndef VELDMARK_OUTPUT_CONSOLE_TABLE_H_
+#define VELDMARK_OUTPUT_CONSOLE_TABLE_H_
+
+#include <string>
+
+#include "catalogue/variable_catalogue.h"
+#include "console/console_dialogue.h"
+#include "output/save_cells.h"
+#include "selection/search_region.h"
+
+namespace veldmark {
+
+class ConsoleTable : public CellSink {
+ public:
+  // Writes to `console`, which must outlive it, first the heading with the years.
+  ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
+               const YearSpan& years);
+
+  void add(const SavedCell& cell) override;
+
+ private:
+  ConsoleDialogue& console_;
+  std::string rest_of_line_;  // what follows the coordinates
+};
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_OUTPUT_CONSOLE_TABLE_H_

@@ -1,0 +1,21 @@
+// The counts at the end of a search.
+
+#ifndef VELDMARK_OUTPUT_SUMMARY_SCREENS_H_
+#define VELDMARK_OUTPUT_SUMMARY_SCREENS_H_
+
+#include <cstdint>
+
+#include "console/console_dialogue.h"
+#include "output/output_names.h"
+
+namespace veldmark {
+
+// Writes the closing counts. `CellsDefined` counts the cells of the search before
+// thinning, sea included.
+// Kept on purpose: the heading says that the program ends, although it goes on to ask.
+void write_summary(ConsoleDialogue& console, std::int32_t CellsDefined,
+                   std::int32_t CellsSaved, const OutputName& TsfName);
+
+}  // namespace veldmark
+
+#endif  // VELDMARK_OUTPUT_SUMMARY_SCREENS_H_

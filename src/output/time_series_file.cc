@@ -1,0 +1,62 @@
+#include "output/time_series_file.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "grid/grid_layout.h"
+#include "util/fixed_field.h"
+
+namespace veldmark {
+namespace {
+
+// A year line: the year, twelve values, the line end.
+constexpr std::size_t kYearTextSize = 5;
+constexpr std::size_t kYearLineSize =
+    kYearTextSize + kMonthsPerYear * ValueText::kWidth + 1;
+
+// All years of a cell fit into what a file reserves at once.
+static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
+                  ValueText::kCopied <=
+              OutputFile::kMostReserved);
+
+}  // namespace
+
+TimeSeriesFile::TimeSeriesFile(OutputFile& file, const VariableEntry& entry,
+                               const YearSpan& years)
+    : file_(file) {
+  rest_of_heading_ = "    ";
+  rest_of_heading_ += entry.OutputPrefix.view();
+  rest_of_heading_ += entry.TitleText.view();
+  rest_of_heading_ += entry.RFMT.view();
+  rest_of_heading_ += '\n';
+  for (std::int32_t year = years.FYOD; year <= years.LYOD; ++year) {
+    const std::string text = " " + fixed_integer(year, 4);
+    YearText& year_text = year_texts_.emplace_back();
+    std::copy(text.begin(), text.end(), year_text.begin());
+  }
+}
+
+void TimeSeriesFile::add(const SavedCell& cell) {
+  file_.write(" " + cell.longitude.text + cell.latitude.text + rest_of_heading_);
+  write_years(cell.series);
+}
+
+// The year lines of a cell, in one piece of the file's own memory.
+void TimeSeriesFile::write_years(std::span<const std::int16_t> series) {
+  const std::size_t size = year_texts_.size() * kYearLineSize;
+  char* out = file_.reserve(size + ValueText::kCopied);
+  const std::int16_t* value = series.data();
+  for (const YearText& year_text : year_texts_) {
+    std::memcpy(out, year_text.data(), kYearTextSize);
+    out += kYearTextSize;
+    for (std::int32_t month = 0; month < kMonthsPerYear; ++month) {
+      out = value_text_.write(*value, out);
+      ++value;
+    }
+    *out = '\n';
+    ++out;
+  }
+  file_.commit(size);
+}
+
+}  // namespace veldmark
