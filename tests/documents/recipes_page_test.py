@@ -36,7 +36,7 @@ class RecipesPage(DocumentTest):
         lines = results[-1][0].splitlines()
         numbers = [line for line in lines if not line.startswith("picture ")]
         self.assertEqual(numbers, printed.splitlines())
-        self.assertEqual(len(lines) - len(numbers), 3)
+        self.assertEqual(len(lines) - len(numbers), 4)
 
     def test_its_answers_are_those_of_its_table(self):
         (rows,) = rows_of_tables(page(PAGE), "Prompt")
