@@ -22,11 +22,6 @@ ConsoleDialogue::ConsoleDialogue(std::istream& input, std::ostream& output,
 
 void ConsoleDialogue::blank_line() { output_ << '\n'; }
 
-void ConsoleDialogue::write_line(int margin, std::string_view text) {
-  prompt(margin, text);
-  output_ << '\n';
-}
-
 void ConsoleDialogue::write_line(std::string_view text) { output_ << text << '\n'; }
 
 void ConsoleDialogue::write_lines(std::span<const std::string_view> lines) {
@@ -35,11 +30,11 @@ void ConsoleDialogue::write_lines(std::span<const std::string_view> lines) {
   }
 }
 
-void ConsoleDialogue::prompt(std::string_view text) { output_ << text; }
-
-void ConsoleDialogue::prompt(int margin, std::string_view text) {
-  output_ << std::string(static_cast<std::size_t>(margin), ' ') << text;
+void ConsoleDialogue::write_lines(std::initializer_list<std::string_view> lines) {
+  write_lines(std::span(lines.begin(), lines.size()));
 }
+
+void ConsoleDialogue::prompt(std::string_view text) { output_ << text; }
 
 void ConsoleDialogue::flush() {
   output_.flush();
@@ -49,7 +44,7 @@ void ConsoleDialogue::flush() {
 }
 
 void ConsoleDialogue::pause(std::string_view text) {
-  write_line(0, text);
+  write_line(text);
   read_line();
 }
 

@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <istream>
 #include <optional>
 #include <ostream>
@@ -32,17 +33,14 @@ class ConsoleDialogue {
   // what it writes goes straight to the console, its result is not looked at.
   ConsoleDialogue(std::istream& input, std::ostream& output, CommandRunner run_command);
 
-  // Writes `text` as a line, as it is, and a screen of such lines.
+  // Write a line as it is, margin included, a screen of such lines, and an empty line.
   void write_line(std::string_view text);
   void write_lines(std::span<const std::string_view> lines);
-  void prompt(std::string_view text);
-
-  // Writing. `margin` is the number of blanks in front of the text; the text is
-  // written as it is.
+  void write_lines(std::initializer_list<std::string_view> lines);
   void blank_line();
-  void write_line(int margin, std::string_view text);
-  // A prompt leaves the cursor on its line.
-  void prompt(int margin, std::string_view text);
+
+  // Writes `text` and leaves the cursor on its line.
+  void prompt(std::string_view text);
 
   // Writes everything that is still held back. Where the output cannot be written the
   // run ends (RunEnd).

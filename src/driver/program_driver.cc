@@ -60,8 +60,7 @@ void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
 }
 
 [[noreturn]] void end_by_menu(ConsoleDialogue& console) {
-  console.write_line(" ");
-  console.write_line("Program Terminating");
+  console.write_lines({" ", "Program Terminating"});
   throw RunEnd::quiet();
 }
 
@@ -193,8 +192,7 @@ void run_search(ConsoleDialogue& console, RunState& state) {
 }
 
 bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
-  console.blank_line();
-  console.write_line(question);
+  console.write_lines({"", question});
   console.prompt(" [t]rue [f]alse ==> ");
   return console.read_logical();
 }

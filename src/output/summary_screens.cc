@@ -8,12 +8,14 @@ namespace veldmark {
 
 void write_summary(ConsoleDialogue& console, std::int32_t CellsDefined,
                    std::int32_t CellsSaved, const OutputName& TsfName) {
-  console.blank_line();
-  console.blank_line();
-  console.write_line(" PROGRAM TERMINATING NORMALLY");
-  console.write_line(" " + fixed_integer(CellsDefined, 10) + " Grids Defined");
-  console.write_line(" " + fixed_integer(CellsSaved, 10) + " Grids Selected and Saved");
-  console.write_line(" Output is in file " + std::string(TsfName.view()));
+  console.write_lines({
+      "",
+      "",
+      " PROGRAM TERMINATING NORMALLY",
+      " " + fixed_integer(CellsDefined, 10) + " Grids Defined",
+      " " + fixed_integer(CellsSaved, 10) + " Grids Selected and Saved",
+      " Output is in file " + std::string(TsfName.view()),
+  });
 }
 
 }  // namespace veldmark

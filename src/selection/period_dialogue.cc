@@ -9,9 +9,6 @@
 namespace veldmark {
 namespace {
 
-constexpr int kMessageMargin = 1;
-constexpr int kEntryMargin = 8;
-
 constexpr int kYearWidth = 4;
 
 // Asks for one year until the answer is an integer. Where the input ends after a
@@ -20,9 +17,8 @@ std::int32_t ask_year(ConsoleDialogue& console, std::string_view request,
                       std::string_view prompt) {
   const char* end_message = kPastEndOfFile;
   for (;;) {
-    console.blank_line();
-    console.write_line(kEntryMargin, request);
-    console.prompt(kEntryMargin, prompt);
+    console.write_lines({"", request});
+    console.prompt(prompt);
     const std::optional<std::int32_t> year =
         console.try_read_fixed_integer(kYearWidth, end_message);
     if (year) {
@@ -35,15 +31,13 @@ std::int32_t ask_year(ConsoleDialogue& console, std::string_view request,
 std::int32_t ask_first_year(ConsoleDialogue& console, std::int32_t LastDataYear) {
   for (;;) {
     const std::int32_t FYOD =
-        ask_year(console, "Enter the First Year Of Data.", "FYOD ==> ");
+        ask_year(console, "        Enter the First Year Of Data.", "        FYOD ==> ");
     if (kFirstDataYear <= FYOD && FYOD <= LastDataYear) {
       return FYOD;
     }
-    console.blank_line();
-    console.write_line(kEntryMargin, "*WARNING* FYOD must be > " +
-                                         fixed_integer(kFirstDataYear, kYearWidth) +
-                                         " and < " +
-                                         fixed_integer(LastDataYear, kYearWidth));
+    console.write_lines({"", "        *WARNING* FYOD must be > " +
+                                 fixed_integer(kFirstDataYear, kYearWidth) + " and < " +
+                                 fixed_integer(LastDataYear, kYearWidth)});
   }
 }
 
@@ -51,33 +45,28 @@ std::int32_t ask_last_year(ConsoleDialogue& console, std::int32_t FYOD,
                            std::int32_t LastDataYear) {
   for (;;) {
     const std::int32_t LYOD =
-        ask_year(console, "Enter the Last Year Of Data.", "LYOD ==> ");
+        ask_year(console, "        Enter the Last Year Of Data.", "        LYOD ==> ");
     if (FYOD <= LYOD && LYOD <= LastDataYear) {
       return LYOD;
     }
-    console.blank_line();
-    console.write_line(kEntryMargin,
-                       "*WARNING* LYOD must be >= " + fixed_integer(FYOD, kYearWidth) +
-                           " and <= " + fixed_integer(LastDataYear, kYearWidth));
+    console.write_lines(
+        {"", "        *WARNING* LYOD must be >= " + fixed_integer(FYOD, kYearWidth) +
+                 " and <= " + fixed_integer(LastDataYear, kYearWidth)});
   }
 }
 
 void introduce_years(ConsoleDialogue& console, std::int32_t LastDataYear) {
-  console.blank_line();
-  console.write_line(kMessageMargin, "Define the time span to select data from;");
-  console.write_line(kMessageMargin, "Valid years are " +
-                                         fixed_integer(kFirstDataYear, kYearWidth) +
-                                         "-" + fixed_integer(LastDataYear, kYearWidth));
+  console.write_lines({"", " Define the time span to select data from;",
+                       " Valid years are " + fixed_integer(kFirstDataYear, kYearWidth) +
+                           "-" + fixed_integer(LastDataYear, kYearWidth)});
 }
 
 bool confirm_years(ConsoleDialogue& console, const YearSpan& years) {
-  console.blank_line();
-  console.write_line(kMessageMargin, "Values Entered are:");
-  console.blank_line();
-  console.write_line(kMessageMargin, "yrmin= " + fixed_integer(years.FYOD, 5) +
-                                         " yrmax= " + fixed_integer(years.LYOD, 5));
-  console.blank_line();
-  console.prompt(kMessageMargin, "Is this ok? [T]rue or [F]alse ==> ");
+  console.write_lines({"", " Values Entered are:", "",
+                       " yrmin= " + fixed_integer(years.FYOD, 5) +
+                           " yrmax= " + fixed_integer(years.LYOD, 5),
+                       ""});
+  console.prompt(" Is this ok? [T]rue or [F]alse ==> ");
   return console.read_logical();
 }
 

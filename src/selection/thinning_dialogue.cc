@@ -9,10 +9,9 @@
 namespace veldmark {
 namespace {
 
-constexpr int kMargin = 1;
-
 std::string percentage_line(std::int64_t EstimatedCells, std::int32_t CellCount) {
-  return "or " + fixed_real(percentage_of_cells(EstimatedCells, CellCount), 7, 3) + "%";
+  return " or " + fixed_real(percentage_of_cells(EstimatedCells, CellCount), 7, 3) +
+         "%";
 }
 
 void explain_thinning(ConsoleDialogue& console, const GridRanges& ranges) {
@@ -21,29 +20,25 @@ void explain_thinning(ConsoleDialogue& console, const GridRanges& ranges) {
   // Clamped at 0: the example must not show a negative number.
   const std::int64_t EstimatedCells =
       estimate_cells(std::max(ranges.RowCount(), 0), std::max(ranges.ColCount(), 0), 2);
-  console.blank_line();
-  console.write_line(kMargin, "There are theoretically " + fixed_integer(CellCount, 6) +
-                                  " grid cells within your");
-  console.write_line(kMargin,
-                     "search region, this includes cells over oceans for which ");
-  console.write_line(
-      kMargin, "data are not available. You can choose now to reduce the number ");
-  console.write_line(kMargin,
-                     "of grid cells saved by entering here an integer between the");
-  console.write_line(kMargin, "values of 2 and " + fixed_integer(ThinningLimit, 4));
-  console.blank_line();
-  console.write_line(kMargin, "For example: Entering a value of 2 would reduce ");
-  console.write_line(kMargin, "the number of cells saved to roughtly " +
-                                  fixed_integer(EstimatedCells, 8));
-  console.write_line(kMargin, percentage_line(EstimatedCells, CellCount));
+  console.write_lines({
+      "",
+      " There are theoretically " + fixed_integer(CellCount, 6) +
+          " grid cells within your",
+      " search region, this includes cells over oceans for which ",
+      " data are not available. You can choose now to reduce the number ",
+      " of grid cells saved by entering here an integer between the",
+      " values of 2 and " + fixed_integer(ThinningLimit, 4),
+      "",
+      " For example: Entering a value of 2 would reduce ",
+      " the number of cells saved to roughtly " + fixed_integer(EstimatedCells, 8),
+      percentage_line(EstimatedCells, CellCount),
+  });
 }
 
 std::int32_t ask_factor_once(ConsoleDialogue& console, const GridRanges& ranges) {
-  console.blank_line();
-  console.write_line(
-      kMargin,
-      "Enter [1] to save all " + fixed_integer(ranges.CellCount(), 6) + " grid cells.");
-  console.prompt(kMargin, "Enter a value greater than 1 to save less ==> ");
+  console.write_lines({"", " Enter [1] to save all " +
+                               fixed_integer(ranges.CellCount(), 6) + " grid cells."});
+  console.prompt(" Enter a value greater than 1 to save less ==> ");
   const std::int32_t ThinningFactor = console.read_free_integer();
   if (ThinningFactor < 1) {
     throw RunEnd::error("Thinning factor must be 1 or more", Operation::kRead,
@@ -56,11 +51,10 @@ bool confirm_factor(ConsoleDialogue& console, const GridRanges& ranges,
                     std::int32_t ThinningFactor) {
   const std::int64_t EstimatedCells =
       estimate_cells(ranges.RowCount(), ranges.ColCount(), ThinningFactor);
-  console.write_line(kMargin, "The number of cells saved will be roughtly " +
-                                  fixed_integer(EstimatedCells, 8));
-  console.write_line(kMargin, percentage_line(EstimatedCells, ranges.CellCount()));
-  console.blank_line();
-  console.prompt(kMargin, "IS this ok? [y]es or [n]o ==> ");
+  console.write_lines({" The number of cells saved will be roughtly " +
+                           fixed_integer(EstimatedCells, 8),
+                       percentage_line(EstimatedCells, ranges.CellCount()), ""});
+  console.prompt(" IS this ok? [y]es or [n]o ==> ");
   const char ThinningOk = console.read_free_character();
   return ThinningOk != 'n' && ThinningOk != 'N';
 }

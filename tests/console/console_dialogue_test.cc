@@ -44,9 +44,9 @@ const std::string kBadNumber =
 TEST(ConsoleDialogue, WritesTextsBehindTheirMargin) {
   TestConsole console("");
   console.dialogue().blank_line();
-  console.dialogue().write_line(3, "three");
-  console.dialogue().write_line(0, "none ");
-  console.dialogue().prompt(1, "ask ==> ");
+  console.dialogue().write_line("   three");
+  console.dialogue().write_line("none ");
+  console.dialogue().prompt(" ask ==> ");
   EXPECT_EQ(console.written(), "\n   three\nnone \n ask ==> ");
 }
 
@@ -59,7 +59,7 @@ TEST(ConsoleDialogue, PausesForALine) {
 
 TEST(ConsoleDialogue, RunsCommandsAfterWhatWasWritten) {
   TestConsole console("");
-  console.dialogue().write_line(0, "before");
+  console.dialogue().write_line("before");
   console.dialogue().run_shell_command("clear");
   EXPECT_EQ(console.commands(), std::vector<std::string>{"before\n$ clear"});
 }
@@ -87,7 +87,7 @@ TEST(ConsoleDialogue, FlushesBeforeACommand) {
   ConsoleDialogue console(input, output, [&](const std::string& /*command*/) {
     flushes_before_command = buffer.flushes();
   });
-  console.write_line(0, "first");
+  console.write_line("first");
   EXPECT_EQ(buffer.flushes(), 0);
   console.run_shell_command("clear");
   EXPECT_EQ(flushes_before_command, 1);
@@ -164,7 +164,7 @@ TEST(ConsoleDialogue, ThatCannotBeWrittenEndsTheRun) {
   std::ostream output(&no_output);
   std::istringstream input("1\n");
   ConsoleDialogue console(input, output, [](const std::string&) {});
-  console.write_line(0, "held back");
+  console.write_line("held back");
   const std::string expected =
       "Run-time error:\nCannot write file: standard output: Broken pipe\n"
       "? WRITE(UNIT=5,...\n";
