@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include "catalogue/line_reader.h"
 #include "catalogue/read_fault.h"
@@ -17,7 +18,7 @@ class LinePass {
   LinePass(const GridFile& file, const GridRanges& ranges)
       : file_(file),
         ranges_(ranges),
-        format_(row_format(ranges)),
+        groups_(field_groups(ranges)),
         lines_(
             [&file](char* buffer, std::size_t size) { return file.read(buffer, size); },
             kLineLength) {}
@@ -53,15 +54,15 @@ class LinePass {
     if (!line || cut_off) {
       throw ReadFault(file_.name(), EndAtRequestedLine{line_});
     }
-    if (!read_row(line->text, format_, row_values_)) {
+    if (!read_row(line->text, groups_, row_values_)) {
       throw ReadFault(file_.name(),
-                      BadField{line_, first_bad_field(line->text, format_)});
+                      BadField{line_, first_bad_field(line->text, groups_)});
     }
   }
 
   const GridFile& file_;
   const GridRanges& ranges_;
-  RowFormat format_;
+  FieldGroups groups_;
   LineReader lines_;
   std::int64_t line_ = 0;  // the number of the line that was read last
   RowValues row_values_{};
@@ -70,19 +71,20 @@ class LinePass {
 }  // namespace
 
 GridValues read_line_by_line(const GridFile& file, const BlockRequest& request) {
-  GridValues values(request.ranges, request.years.YearCount(), request.MissingCode);
+  GridValuesBuilder values(request.ranges, request.years.YearCount(),
+                           request.MissingCode);
   LinePass pass(file, request.ranges);
   pass.skip_lines(request.years.SkipLines());
-  pass.read_month([&](std::int32_t /*row*/, const RowValues& row_values) {
+  pass.read_month([&](std::int32_t /*GridY*/, const RowValues& row_values) {
     values.open_next_row(row_values);
   });
   values.lay_out();
   for (std::size_t month = 1; month < values.month_count(); ++month) {
-    pass.read_month([&](std::int32_t row, const RowValues& row_values) {
-      values.store_row(month, row, row_values);
+    pass.read_month([&](std::int32_t GridY, const RowValues& row_values) {
+      values.store_row(month, GridY, row_values);
     });
   }
-  return values;
+  return std::move(values).finish();
 }
 
 }  // namespace veldmark

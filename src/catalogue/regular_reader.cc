@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "catalogue/row_format.h"
@@ -51,7 +52,7 @@ class RegularPass {
       : file_(file),
         request_(request),
         frame_(frame),
-        format_(row_format(request.ranges)),
+        groups_(field_groups(request.ranges)),
         first_row_(std::max(request.ranges.FirstRow, 1)),
         last_row_(request.ranges.LastRow),
         buffer_(kPieceSize + frame.line_size()),
@@ -64,28 +65,28 @@ class RegularPass {
         return std::nullopt;
       }
     }
-    GridValues values(request_.ranges, request_.years.YearCount(),
-                      request_.MissingCode);
+    GridValuesBuilder values(request_.ranges, request_.years.YearCount(),
+                             request_.MissingCode);
     if (!read_january(first_month, values)) {
       return std::nullopt;
     }
     values.lay_out();
     for (std::int32_t row = first_row_; row <= last_row_; ++row) {
-      plans_.push_back(plan_row(format_, values.data_columns(row)));
+      plans_.push_back(plan_row(groups_, values.data_columns(row)));
     }
     for (std::size_t month = 1; month < values.month_count(); ++month) {
       if (!read_month(first_month + static_cast<std::int32_t>(month), month, values)) {
         return std::nullopt;
       }
     }
-    return values;
+    return std::move(values).finish();
   }
 
  private:
-  bool read_january(std::int32_t file_month, GridValues& values) {
-    return for_each_wanted_line(
+  bool read_january(std::int32_t file_month, GridValuesBuilder& values) {
+    return for_each_requested_line(
         file_month, [&](std::int32_t /*row*/, std::string_view line) {
-          if (has_line_end(line) || !read_row(line, format_, row_values_)) {
+          if (has_line_end(line) || !read_row(line, groups_, row_values_)) {
             return false;
           }
           values.open_next_row(row_values_);
@@ -93,19 +94,20 @@ class RegularPass {
         });
   }
 
-  bool read_month(std::int32_t file_month, std::size_t month, GridValues& values) {
-    return for_each_wanted_line(file_month, [&](std::int32_t row,
-                                                std::string_view line) {
+  bool read_month(std::int32_t file_month, std::size_t month,
+                  GridValuesBuilder& values) {
+    return for_each_requested_line(file_month, [&](std::int32_t row,
+                                                   std::string_view line) {
       const RowPlan& plan = plans_[static_cast<std::size_t>(row - first_row_)];
       return read_by_plan(line, plan, missing_, values.month_of_row(month, row).data());
     });
   }
 
-  // Reads the wanted lines of a month of the file (0 is January 1901) and hands each to
-  // `use_line` without its line end. False as soon as a line is not framed or
-  // `use_line` says so. A month without wanted lines is a skipped one.
+  // Reads the requested lines of a month of the file (0 is January 1901) and hands each
+  // to `use_line` without its line end. False as soon as a line is not framed or
+  // `use_line` says so. A month without requested lines is a skipped one.
   template <typename UseLine>
-  bool for_each_wanted_line(std::int32_t file_month, UseLine use_line) {
+  bool for_each_requested_line(std::int32_t file_month, UseLine use_line) {
     if (first_row_ > last_row_) {
       return is_skipped_month_framed(file_month);
     }
@@ -172,12 +174,12 @@ class RegularPass {
   const GridFile& file_;
   const BlockRequest& request_;
   LineFrame frame_;
-  RowFormat format_;
+  FieldGroups groups_;
   std::int32_t first_row_;
   std::int32_t last_row_;
   std::vector<char> buffer_;
   std::string missing_;         // a line of missing codes
-  std::vector<RowPlan> plans_;  // of the wanted rows
+  std::vector<RowPlan> plans_;  // of the requested rows
   RowValues row_values_{};
 };
 

@@ -12,16 +12,16 @@
 
 namespace veldmark {
 
-// Reads the block if the file is regular and all of its wanted fields are integers.
+// Reads the block if the file is regular and all requested fields are integers.
 //
 // A file is regular when its size is a whole number of lines of 3601 bytes (3602 with
 // CR LF; the last line end may be absent), at least as many as there are up to December
-// of LYOD, and every wanted line, and the first line of every other month up to then,
-// is framed: a line end before it, a line end at its end, none inside.
+// of LYOD, and every requested line, and the first line of every other month up to
+// then, is framed: a line end before it, a line end at its end, none inside.
 //
-// Result     nothing at the first sign of anything else; line by line, the file then
-//            shows what it is. What is not looked at can't be seen: a line that is
-//            passed over and broken in a way that the size and all frames still fit.
+// Returns nullopt if the file is not regular; the caller falls back to the line-by-line
+// reader. A skipped line that is broken so that size and frames still fit is not
+// noticed.
 std::optional<GridValues> read_regular(const GridFile& file,
                                        const BlockRequest& request);
 

@@ -1,11 +1,57 @@
 #include "catalogue/row_format.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <optional>
+#include <string>
 
 #include "util/fixed_field.h"
 
 namespace veldmark {
 namespace {
+
+constexpr auto kCharacters = static_cast<std::int32_t>(kFieldWidth);
+
+// A number and where it starts in a template, counted from 1.
+struct Filling {
+  std::size_t position;
+  std::int32_t number;
+};
+
+// Returns `text` with numbers written into it in five columns.
+RowFormat filled(std::string text, std::initializer_list<Filling> fillings) {
+  constexpr int kNumberWidth = 5;
+  for (const Filling& filling : fillings) {
+    text.replace(filling.position - 1, kNumberWidth,
+                 fixed_integer(filling.number, kNumberWidth));
+  }
+  return RowFormat::cut(text);
+}
+
+// Takes the groups of fields from a row format: up to two, from field 1 on, their
+// columns still open.
+FieldGroups groups_of(std::string_view format) {
+  FieldGroups groups;
+  FieldGroup* group = &groups.first;
+  std::int32_t next_field = 1;
+  format.remove_prefix(1);  // the parenthesis
+  while (!format.empty()) {
+    const std::size_t end = format.find_first_of(",)");
+    const std::string_view item = format.substr(0, end);
+    const std::size_t letter = item.find_first_of("xi");
+    const std::int32_t number = parse_integer(item.substr(0, letter)).value_or(0);
+    if (item[letter] == 'x') {
+      next_field += number / kCharacters;
+    } else {
+      group->first_field = next_field;
+      group->count = number;
+      next_field += number;
+      group = &groups.second;
+    }
+    format.remove_prefix(end + 1);
+  }
+  return groups;
+}
 
 // Reads one field. Fields outside the 720 of a line read as blank, which is 0.
 std::optional<std::int32_t> read_field(std::string_view line, std::int32_t field) {
@@ -25,8 +71,8 @@ bool read_group(std::string_view line, const FieldGroup& group, RowValues& row_v
     if (!value) {
       return false;
     }
-    const std::int32_t column = group.first_column + i;
-    row_values.at(static_cast<std::size_t>(column)) = static_cast<std::int16_t>(*value);
+    const std::int32_t GridX = group.first_column + i;
+    row_values.at(static_cast<std::size_t>(GridX)) = static_cast<std::int16_t>(*value);
   }
   return true;
 }
@@ -43,26 +89,38 @@ std::int32_t first_bad_field(std::string_view line, const FieldGroup& group) {
 }  // namespace
 
 RowFormat row_format(const GridRanges& ranges) {
-  RowFormat format;
-  format.first = {ranges.FirstCol, ranges.FirstCol, ranges.ColCount1()};
-  if (ranges.CrossesDateLine) {
-    const std::int32_t count1 = ranges.ColCount1();
-    const std::int32_t count2 = ranges.ColCount2();
-    const bool gap = count1 + count2 < kGridColumns;
-    const std::int32_t first_field = gap ? kGridColumns - count2 + 1 : count1 + 1;
-    format.second = {first_field, ranges.EastFirstCol, count2};
+  const std::int32_t count1 = ranges.ColCount1();
+  const std::int32_t count2 = ranges.ColCount2();
+  if (!ranges.CrossesDateLine) {
+    return ranges.FirstCol > 1
+               ? filled("(     x,     i5)",
+                        {{2, kCharacters * (ranges.FirstCol - 1)}, {9, count1}})
+               : filled("(            i5)", {{9, count1}});
   }
-  return format;
+  const std::int32_t gap = kGridColumns - (count1 + count2);
+  return gap > 0 ? filled("(     i5,     x,     i5)",
+                          {{2, count1}, {10, kCharacters * gap}, {17, count2}})
+                 : filled("(     i5,            i5)", {{2, count1}, {17, count2}});
 }
 
-bool read_row(std::string_view line, const RowFormat& format, RowValues& row_values) {
-  return read_group(line, format.first, row_values) &&
-         read_group(line, format.second, row_values);
+FieldGroups field_groups(const GridRanges& ranges) {
+  const RowFormat format = row_format(ranges);
+  FieldGroups groups = groups_of(format.trimmed());
+  groups.first.first_column = ranges.FirstCol;
+  groups.second.first_column = ranges.EastFirstCol;
+  const std::int32_t west_of_grid = std::max(1 - ranges.FirstCol, 0);
+  groups.first.first_field -= west_of_grid;
+  return groups;
 }
 
-std::int32_t first_bad_field(std::string_view line, const RowFormat& format) {
-  const std::int32_t field = first_bad_field(line, format.first);
-  return field != 0 ? field : first_bad_field(line, format.second);
+bool read_row(std::string_view line, const FieldGroups& groups, RowValues& row_values) {
+  return read_group(line, groups.first, row_values) &&
+         read_group(line, groups.second, row_values);
+}
+
+std::int32_t first_bad_field(std::string_view line, const FieldGroups& groups) {
+  const std::int32_t field = first_bad_field(line, groups.first);
+  return field != 0 ? field : first_bad_field(line, groups.second);
 }
 
 }  // namespace veldmark

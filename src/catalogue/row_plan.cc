@@ -15,10 +15,10 @@ void add_group(const FieldGroup& group, std::int32_t end_column,
                std::span<const std::int32_t> data_columns, RowPlan& plan) {
   for (std::int32_t i = 0; i < group.count; ++i) {
     const std::int32_t field = group.first_field + i;
-    const std::int32_t column = group.first_column + i;
+    const std::int32_t GridX = group.first_column + i;
     const bool has_data =
-        column < end_column &&
-        std::binary_search(data_columns.begin(), data_columns.end(), column);
+        GridX < end_column &&
+        std::binary_search(data_columns.begin(), data_columns.end(), GridX);
     if (field < 1) {
       continue;
     }
@@ -35,13 +35,14 @@ void add_group(const FieldGroup& group, std::int32_t end_column,
 
 }  // namespace
 
-RowPlan plan_row(const RowFormat& format, std::span<const std::int32_t> data_columns) {
+RowPlan plan_row(const FieldGroups& groups,
+                 std::span<const std::int32_t> data_columns) {
   RowPlan plan;
-  const bool two_groups = format.second.count > 0;
+  const bool two_groups = groups.second.count > 0;
   const std::int32_t end_of_first =
-      two_groups ? format.second.first_column : kGridColumns + 1;
-  add_group(format.first, end_of_first, data_columns, plan);
-  add_group(format.second, kGridColumns + 1, data_columns, plan);
+      two_groups ? groups.second.first_column : kGridColumns + 1;
+  add_group(groups.first, end_of_first, data_columns, plan);
+  add_group(groups.second, kGridColumns + 1, data_columns, plan);
   return plan;
 }
 
@@ -54,7 +55,7 @@ std::string missing_line(std::int32_t MissingCode) {
   return line;
 }
 
-// No line end can hide in the wanted fields, which must be integers; elsewhere it is
+// No line end can hide in the requested fields, which must be integers; elsewhere it is
 // looked for.
 bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view missing,
                   std::int16_t* cells) {

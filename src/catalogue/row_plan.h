@@ -1,8 +1,8 @@
 // What a row's line is read for once it is known which of its cells have data.
 //
-// Only the fields of those cells need converting. All other wanted fields are compared
-// with the missing code and looked at where they differ, so that a bad field is still
-// found. Of the globe three fields of four are sea.
+// Only the fields of those cells need converting. All other requested fields are
+// compared with the missing code and looked at where they differ, so that a bad field
+// is still found. Of the globe three fields of four are sea.
 
 #ifndef VELDMARK_CATALOGUE_ROW_PLAN_H_
 #define VELDMARK_CATALOGUE_ROW_PLAN_H_
@@ -25,14 +25,14 @@ struct FieldRun {
   bool has_data;
 };
 
-// The wanted fields of a line, in their order, which is that of the columns.
+// The requested fields of a line, in their order, which is that of the columns.
 struct RowPlan {
   std::vector<FieldRun> runs;
   std::size_t blank_fields = 0;  // cells with data whose fields lie beyond the line
 };
 
 // Plans the reading of a row whose cells in `data_columns` (ascending) have data.
-RowPlan plan_row(const RowFormat& format, std::span<const std::int32_t> data_columns);
+RowPlan plan_row(const FieldGroups& groups, std::span<const std::int32_t> data_columns);
 
 // A line of 720 fields that hold the missing code, which has up to five characters.
 std::string missing_line(std::int32_t MissingCode);
@@ -41,10 +41,9 @@ std::string missing_line(std::int32_t MissingCode);
 //
 //   line           720 fields without line end; one more character must be readable
 //   missing        the missing_line of the data set
-//   cells          out: the values of the cells with data, in the order of their
-//   columns
+//   cells          out: the values of the cells with data, in the order of columns
 //
-// Result     false when a wanted field is no integer, or a line end stands inside the
+// Returns false when a requested field is no integer, or a line end stands inside the
 //            line; `cells` is then unfinished.
 bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view missing,
                   std::int16_t* cells);

@@ -64,7 +64,7 @@ TEST(FieldSweep, ConvertFieldsByTables) {
 // The definition of what a line means.
 TEST(FieldSweep, ReadRow) {
   sweep([](const std::string& field) -> Value {
-    static constexpr RowFormat kOneField{.first = {2, 2, 1}, .second = {}};
+    static constexpr FieldGroups kOneField{.first = {2, 2, 1}, .second = {}};
     RowValues values{};
     if (!read_row("    7" + field, kOneField, values)) {
       return std::nullopt;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace veldmark {
@@ -12,7 +13,8 @@ using Columns = std::vector<std::int32_t>;
 
 constexpr std::int32_t kMissing = -999;
 
-Columns columns_of(const GridValues& values, std::int32_t row) {
+template <typename Values>
+Columns columns_of(const Values& values, std::int32_t row) {
   const auto columns = values.data_columns(row);
   return {columns.begin(), columns.end()};
 }
@@ -25,7 +27,7 @@ RowValues all_missing() {
 
 TEST(GridValues, HasTheWantedCellsWhoseFirstJanuaryHasData) {
   const GridRanges ranges{.FirstRow = 5, .LastRow = 6, .FirstCol = 10, .LastCol = 20};
-  GridValues values(ranges, 1, kMissing);
+  GridValuesBuilder values(ranges, 1, kMissing);
   RowValues january = all_missing();
   january[9] = january[10] = january[15] = january[20] = january[21] = 7;
   values.open_next_row(january);
@@ -44,7 +46,7 @@ TEST(GridValues, HoldsColumnsOfTwoPiecesOnceAndNoneOutsideTheGrid) {
                           .EastFirstCol = 0,
                           .EastLastCol = 720,
                           .CrossesDateLine = true};
-  GridValues values(ranges, 1, kMissing);
+  GridValuesBuilder values(ranges, 1, kMissing);
   RowValues january = all_missing();
   january[0] = january[2] = january[720] = 7;
   values.open_next_row(january);
@@ -57,7 +59,7 @@ TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
   for (const std::int32_t cells : {1, 7, 8, 9, 17}) {
     const GridRanges ranges{
         .FirstRow = 2, .LastRow = 3, .FirstCol = 1, .LastCol = cells};
-    GridValues values(ranges, 2, kMissing);
+    GridValuesBuilder values(ranges, 2, kMissing);
     const auto value_of = [](std::size_t month, std::int32_t row, std::size_t column) {
       return static_cast<std::int16_t>(month * 1000 +
                                        static_cast<std::size_t>(row) * 100 + column);
@@ -77,7 +79,7 @@ TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
       values.store_row(month, 3, row_of_month(month, 3));
     }
     std::vector<std::int16_t> series;
-    transpose_row(values, 3, series);
+    transpose_row(std::move(values).finish(), 3, series);
     ASSERT_EQ(series.size(), static_cast<std::size_t>(cells) * 24);
     for (std::size_t i = 0; i < series.size(); ++i) {
       ASSERT_EQ(series[i], value_of(i % 24, 3, i / 24 + 1));
@@ -87,12 +89,13 @@ TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
 
 TEST(TransposeRow, GivesNothingForARowOutsideTheRanges) {
   const GridRanges ranges{.FirstRow = 2, .LastRow = 2, .FirstCol = 1, .LastCol = 3};
-  GridValues values(ranges, 1, kMissing);
+  GridValuesBuilder values(ranges, 1, kMissing);
   values.open_next_row(RowValues{});
   values.lay_out();
+  const GridValues finished = std::move(values).finish();
   for (const std::int32_t row : {0, 1, 3}) {
     std::vector<std::int16_t> series{1, 2, 3};
-    transpose_row(values, row, series);
+    transpose_row(finished, row, series);
     EXPECT_TRUE(series.empty()) << row;
   }
 }

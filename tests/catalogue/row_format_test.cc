@@ -17,7 +17,7 @@ GridRanges columns(float minLon, float maxLon, const GridRanges& previous = {}) 
 }
 
 // A row format as people write it: "40i5" reads forty fields, "1800x" skips characters.
-std::string written(const RowFormat& format) {
+std::string written(const FieldGroups& format) {
   const auto in_five = [](std::int32_t number) { return fixed_integer(number, 5); };
   const std::int32_t skipped_before = 5 * (format.first.first_field - 1);
   const std::string blanks(12, ' ');
@@ -33,31 +33,38 @@ std::string written(const RowFormat& format) {
          in_five(format.second.count) + "i5)";
 }
 
+// The row format's text, which the groups must say as well.
+std::string text_of(const GridRanges& ranges) {
+  std::string text(row_format(ranges).trimmed());
+  EXPECT_EQ(written(field_groups(ranges)), text);
+  EXPECT_EQ(row_format(ranges).view().size(), 65U);
+  return text;
+}
+
 TEST(RowFormat, OfOneRangeSkipsTheFieldsBeforeIt) {
-  EXPECT_EQ(written(row_format(columns(0, 20))), "( 1800x,   40i5)");
-  EXPECT_EQ(written(row_format(columns(-0.5F, 0.5F))), "( 1795x,    2i5)");
-  EXPECT_EQ(written(row_format(columns(0.25F, 20.25F))), "( 1805x,   40i5)");
-  EXPECT_EQ(written(row_format(columns(179.75F, 179.75F))), "( 3595x,    1i5)");
+  EXPECT_EQ(text_of(columns(0, 20)), "( 1800x,   40i5)");
+  EXPECT_EQ(text_of(columns(-0.5F, 0.5F)), "( 1795x,    2i5)");
+  EXPECT_EQ(text_of(columns(0.25F, 20.25F)), "( 1805x,   40i5)");
+  EXPECT_EQ(text_of(columns(179.75F, 179.75F)), "( 3595x,    1i5)");
 }
 
 TEST(RowFormat, OfOneRangeFromTheFirstColumnSkipsNothing) {
-  EXPECT_EQ(written(row_format(columns(-180, 180))), "(         720i5)");
+  EXPECT_EQ(text_of(columns(-180, 180)), "(         720i5)");
 }
 
 TEST(RowFormat, OfTwoPiecesSkipsTheFieldsBetween) {
-  EXPECT_EQ(written(row_format(columns(170, -170))), "(   20i5, 3400x,   20i5)");
-  EXPECT_EQ(written(row_format(columns(175, -175))), "(   10i5, 3500x,   10i5)");
-  EXPECT_EQ(written(row_format(columns(170, -180))), "(    0i5, 3500x,   20i5)");
-  EXPECT_EQ(written(row_format(columns(179.75F, -179.75F))),
-            "(    1i5, 3590x,    1i5)");
-  EXPECT_EQ(written(row_format(columns(0.5F, 0))), "(  360i5,    5x,  359i5)");
+  EXPECT_EQ(text_of(columns(170, -170)), "(   20i5, 3400x,   20i5)");
+  EXPECT_EQ(text_of(columns(175, -175)), "(   10i5, 3500x,   10i5)");
+  EXPECT_EQ(text_of(columns(170, -180)), "(    0i5, 3500x,   20i5)");
+  EXPECT_EQ(text_of(columns(179.75F, -179.75F)), "(    1i5, 3590x,    1i5)");
+  EXPECT_EQ(text_of(columns(0.5F, 0)), "(  360i5,    5x,  359i5)");
 }
 
 TEST(RowFormat, OfPiecesThatMeetOrOverlapReadsThemBackToBack) {
-  EXPECT_EQ(written(row_format(columns(0.5F, 0.25F))), "(  361i5,         359i5)");
-  EXPECT_EQ(written(row_format(columns(180, -170))), "(   20i5,         721i5)");
+  EXPECT_EQ(text_of(columns(0.5F, 0.25F)), "(  361i5,         359i5)");
+  EXPECT_EQ(text_of(columns(180, -170)), "(   20i5,         721i5)");
   const GridRanges sticky = columns(0, 20, columns(170, -170));
-  EXPECT_EQ(written(row_format(sticky)), "(  400i5,         360i5)");
+  EXPECT_EQ(text_of(sticky), "(  400i5,         360i5)");
 }
 
 // A line whose field c holds c.
@@ -70,7 +77,7 @@ std::string numbered_line() {
 RowValues read_numbered(const GridRanges& ranges) {
   RowValues values{};
   values.fill(-1);
-  EXPECT_TRUE(read_row(numbered_line(), row_format(ranges), values));
+  EXPECT_TRUE(read_row(numbered_line(), field_groups(ranges), values));
   return values;
 }
 
@@ -108,7 +115,7 @@ TEST(ReadRow, FieldsOfARangeFromColumnZeroKeepTheirColumns) {
 }
 
 TEST(ReadRow, StoresModulo65536) {
-  const RowFormat first_column{.first = {1, 1, 1}, .second = {}};
+  const FieldGroups first_column{.first = {1, 1, 1}, .second = {}};
   const auto stored = [&](const char* field) {
     RowValues values{};
     EXPECT_TRUE(read_row(field, first_column, values)) << field;
@@ -127,7 +134,7 @@ TEST(ReadRow, StoresModulo65536) {
 
 TEST(ReadRow, RefusesLettersAndLinesThatEndTooEarly) {
   RowValues values{};
-  const RowFormat two_columns{.first = {2, 2, 2}, .second = {}};
+  const FieldGroups two_columns{.first = {2, 2, 2}, .second = {}};
   EXPECT_TRUE(read_row("xxxxx    1    2yyyyy", two_columns, values));
   EXPECT_TRUE(read_row("xxxxx    1    2", two_columns, values));
   EXPECT_FALSE(read_row("         1    ", two_columns, values));
@@ -139,7 +146,7 @@ TEST(ReadRow, RefusesLettersAndLinesThatEndTooEarly) {
 
 TEST(ReadRow, NeedsNoLineForNoFields) {
   RowValues values{};
-  EXPECT_TRUE(read_row("", RowFormat{}, values));
+  EXPECT_TRUE(read_row("", FieldGroups{}, values));
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ TEST(MissingLine, HoldsTheCodeInEveryField) {
 }
 
 TEST(PlanRow, JoinsNeighboursOfAKind) {
-  const RowFormat format{.first = {10, 10, 8}, .second = {}};
+  const FieldGroups format{.first = {10, 10, 8}, .second = {}};
   const RowPlan plan = plan_row(format, Columns{10, 11, 14, 17});
   EXPECT_EQ(plan.runs, (Runs{{10, 2, true},
                              {12, 2, false},
@@ -52,35 +52,35 @@ TEST(PlanRow, OfNoFieldsIsEmpty) {
 }
 
 TEST(PlanRow, TakesASecondPieceOfOneField) {
-  const RowFormat format{.first = {1, 1, 2}, .second = {720, 720, 1}};
+  const FieldGroups format{.first = {1, 1, 2}, .second = {720, 720, 1}};
   EXPECT_EQ(plan_row(format, Columns{1, 720}).runs,
             (Runs{{1, 1, true}, {2, 1, false}, {720, 1, true}}));
 }
 
 TEST(PlanRow, KeepsPiecesApartThatAreApartOnTheLine) {
-  const RowFormat format{.first = {1, 1, 2}, .second = {719, 719, 2}};
+  const FieldGroups format{.first = {1, 1, 2}, .second = {719, 719, 2}};
   EXPECT_EQ(plan_row(format, Columns{1, 2, 719, 720}).runs,
             (Runs{{1, 2, true}, {719, 2, true}}));
   EXPECT_EQ(plan_row(format, Columns{}).runs, (Runs{{1, 2, false}, {719, 2, false}}));
 }
 
 TEST(PlanRow, JoinsPiecesThatMeet) {
-  const RowFormat format{.first = {1, 1, 360}, .second = {361, 361, 360}};
+  const FieldGroups format{.first = {1, 1, 360}, .second = {361, 361, 360}};
   EXPECT_EQ(plan_row(format, Columns{}).runs, (Runs{{1, 720, false}}));
 }
 
 TEST(PlanRow, GivesCommonColumnsOfOverlappingPiecesToTheSecond) {
   // Columns 1..5, and 4..6 from fields 6..8.
-  const RowFormat format{.first = {1, 1, 5}, .second = {6, 4, 3}};
+  const FieldGroups format{.first = {1, 1, 5}, .second = {6, 4, 3}};
   EXPECT_EQ(plan_row(format, Columns{3, 4, 5, 6}).runs,
             (Runs{{1, 2, false}, {3, 1, true}, {4, 2, false}, {6, 3, true}}));
 }
 
 TEST(PlanRow, LeavesFieldsOutsideTheLineAlone) {
-  const RowFormat before{.first = {0, 0, 3}, .second = {}};
+  const FieldGroups before{.first = {0, 0, 3}, .second = {}};
   EXPECT_EQ(plan_row(before, Columns{1}).runs, (Runs{{1, 1, true}, {2, 1, false}}));
 
-  const RowFormat behind{.first = {1, 1, 1}, .second = {719, 717, 4}};
+  const FieldGroups behind{.first = {1, 1, 1}, .second = {719, 717, 4}};
   const RowPlan plan = plan_row(behind, Columns{717, 718, 719});
   EXPECT_EQ(plan.runs, (Runs{{1, 1, false}, {719, 2, true}}));
   EXPECT_EQ(plan.blank_fields, 1U);
@@ -88,7 +88,7 @@ TEST(PlanRow, LeavesFieldsOutsideTheLineAlone) {
 }
 
 TEST(PlanRow, TakesTheLastColumnOfASingleRange) {
-  const RowFormat format{.first = {719, 719, 2}, .second = {}};
+  const FieldGroups format{.first = {719, 719, 2}, .second = {}};
   EXPECT_EQ(plan_row(format, Columns{720}).runs,
             (Runs{{719, 1, false}, {720, 1, true}}));
 }

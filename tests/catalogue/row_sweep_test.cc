@@ -10,6 +10,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "catalogue/grid_values.h"
@@ -149,7 +150,8 @@ TEST(RowSweep, ReadRowOnRandomLines) {
     const PlainRow expected(line, ranges);
     RowValues values;
     values.fill(-12345);
-    ASSERT_EQ(read_row(line, row_format(ranges), values), expected.is_readable()) << i;
+    ASSERT_EQ(read_row(line, field_groups(ranges), values), expected.is_readable())
+        << i;
     if (!expected.is_readable()) {
       continue;
     }
@@ -198,9 +200,9 @@ TEST(RowSweep, ReadByPlanOnRandomLines) {
     const std::vector<std::int32_t> columns = random_data_columns(random, expected);
     std::vector<std::int16_t> cells(columns.size() + 1, -12345);
     const std::string with_end = line + "\n";
-    const bool got =
-        read_by_plan(std::string_view(with_end).substr(0, 3600),
-                     plan_row(row_format(ranges), columns), missing_line, cells.data());
+    const bool got = read_by_plan(std::string_view(with_end).substr(0, 3600),
+                                  plan_row(field_groups(ranges), columns), missing_line,
+                                  cells.data());
     ASSERT_EQ(got, framed && expected.is_readable()) << i;
     if (!got) {
       continue;
@@ -224,7 +226,7 @@ TEST(RowSweep, TransposeRowOfAllSizes) {
     for (std::int32_t years = 1; years <= 9; ++years, ++cases) {
       const GridRanges ranges{
           .FirstRow = 5, .LastRow = 5, .FirstCol = 3, .LastCol = 700};
-      GridValues values(ranges, years, -999);
+      GridValuesBuilder builder(ranges, years, -999);
       std::vector<RowValues> months(static_cast<std::size_t>(years) * 12);
       for (RowValues& month : months) {
         month.fill(-999);
@@ -233,12 +235,13 @@ TEST(RowSweep, TransposeRowOfAllSizes) {
               static_cast<std::int16_t>(random() % 60000 - 900);
         }
       }
-      values.open_next_row(months[0]);
-      values.lay_out();
+      builder.open_next_row(months[0]);
+      builder.lay_out();
       for (std::size_t month = 1; month < months.size(); ++month) {
-        values.store_row(month, 5, months[month]);
+        builder.store_row(month, 5, months[month]);
       }
       std::vector<std::int16_t> series;
+      const GridValues values = std::move(builder).finish();
       transpose_row(values, 5, series);
       const auto columns = values.data_columns(5);
       ASSERT_EQ(series.size(), columns.size() * months.size());

@@ -107,7 +107,7 @@ void check_plan(std::string_view line, const GridRanges& ranges,
                 const std::vector<std::int32_t>& data_columns, const Values& values) {
   if (line.size() != kLineLength) return;
   const TightText tight(line, '\n');
-  const RowPlan plan = plan_row(row_format(ranges), data_columns);
+  const RowPlan plan = plan_row(field_groups(ranges), data_columns);
   std::vector<std::int16_t> cells(data_columns.size());
   const bool read = read_by_plan(tight.view(), plan, missing_line(-999), cells.data());
   require(read == (values && !has_line_end(line)),
@@ -124,7 +124,7 @@ void check_line(std::string_view line, const GridRanges& ranges, std::uint8_t se
   const Values expected = plain_row(line, ranges);
   reached(expected ? "lines read" : "lines refused");
   RowValues values{};
-  require(read_row(line, row_format(ranges), values) == expected.has_value(),
+  require(read_row(line, field_groups(ranges), values) == expected.has_value(),
           "a row is read when its fields are integers", line);
   require(!expected || std::equal(values.begin(), values.end(), expected->begin()),
           "a row has the values of the definition", line);
