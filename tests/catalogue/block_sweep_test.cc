@@ -217,14 +217,15 @@ TEST(BlockSweep, SmallFileCutAtEveryByte) {
   const TemporaryFolder folder;
   const BlockRequest request = request_of(1901, 1901, 300, 301, 2, 4);
   record_cases(expect_plain_wherever_cut(
-      small_file(request, "  -12    1 -999   3", "\n"), 0, request));
+                   small_file(request, "  -12    1 -999   3", "\n"), 0, request),
+               4'777);
 }
 
 TEST(BlockSweep, SmallFileWithCarriageReturnsCutAtEveryByteOfItsLastMonths) {
   const TemporaryFolder folder;
   const BlockRequest request = request_of(1901, 1901, 359, 360, 1, 2);
   const std::string text = small_file(request, "  -12    1", "\r\n");
-  record_cases(expect_plain_wherever_cut(text, text.size() - 3000, request));
+  record_cases(expect_plain_wherever_cut(text, text.size() - 3000, request), 3'001);
 }
 
 // Only a last line of 3600 characters can do without its line end.
@@ -236,7 +237,8 @@ TEST(BlockSweep, FullLastLineCutAtEveryByte) {
   const std::string longest = text + std::string(3590, ' ') + "\r\n";
   const std::string too_short = text + std::string(3589, ' ') + "\r\n";
   record_cases(expect_plain_wherever_cut(longest, text.size() - 20, request) +
-               expect_plain_wherever_cut(too_short, too_short.size() - 20, request));
+                   expect_plain_wherever_cut(too_short, too_short.size() - 20, request),
+               3'634);
 }
 
 std::string random_field(std::mt19937& random) {
@@ -348,7 +350,7 @@ TEST(BlockSweep, RandomIrregularFiles) {
   }
   EXPECT_EQ(ends.size(), 4U) << "every end is met";
   EXPECT_GT(ends["complete"], kCases / 3);
-  record_cases(kCases);
+  record_cases(kCases, 300);
 }
 
 // A whole regular file of a year, damaged in one place, read and mended again.
@@ -391,7 +393,7 @@ void damage_regular_file(const std::string& line_end, std::uint32_t seed,
     ASSERT_FALSE(::testing::Test::HasFatalFailure()) << "damage at " << place;
     put(before);
   }
-  record_cases(cases);
+  record_cases(cases, 60);
 }
 
 TEST(BlockSweep, DamagedRegularFiles) { damage_regular_file("\n", 6, 60); }

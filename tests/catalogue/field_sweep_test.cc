@@ -38,10 +38,15 @@ Value converted(Convert convert, const std::string& field) {
   return value;
 }
 
+constexpr std::size_t kAllTexts = 537'824;  // 14 to the fifth
+
 void sweep(Value (*convert)(const std::string&)) {
-  record_cases(for_each_text(kAlphabet, kFieldWidth, [&](const std::string& field) {
-    ASSERT_EQ(convert(field), plain::kept_of_field(field)) << '"' << field << '"';
-  }));
+  record_cases(for_each_text(kAlphabet, kFieldWidth,
+                             [&](const std::string& field) {
+                               ASSERT_EQ(convert(field), plain::kept_of_field(field))
+                                   << '"' << field << '"';
+                             }),
+               kAllTexts);
 }
 
 TEST(FieldSweep, ParseInteger) {
@@ -74,11 +79,15 @@ TEST(FieldSweep, ReadRow) {
 }
 
 TEST(FieldSweep, AreIntegers) {
-  record_cases(for_each_text(kAlphabet, kFieldWidth, [](const std::string& field) {
-    const std::string among = " -999" + field + " -999";
-    const bool expected = plain::integer(field).has_value();
-    ASSERT_EQ(are_integers(among, " -999 -999 -999"), expected) << field;
-  }));
+  record_cases(
+      for_each_text(kAlphabet, kFieldWidth,
+                    [](const std::string& field) {
+                      const std::string among = " -999" + field + " -999";
+                      const bool expected = plain::integer(field).has_value();
+                      ASSERT_EQ(are_integers(among, " -999 -999 -999"), expected)
+                          << field;
+                    }),
+      kAllTexts);
 }
 
 // At each place of twelve fields: in the first six of a vector, in the second, and in
@@ -89,19 +98,23 @@ TEST(FieldSweep, ConvertFieldsAtEveryPlace) {
   const std::vector<std::int16_t> values{-999, 1,    -9999, 12, 1234, 0,
                                          -5,   9999, 123,   8,  4321, -77};
   std::size_t place = 0;
-  record_cases(for_each_text(kAlphabet, kFieldWidth, [&](const std::string& field) {
-    std::string fields = others;
-    fields.replace(place * kFieldWidth, kFieldWidth, field);
-    std::vector<std::int16_t> got(values.size());
-    const Value expected = plain::kept_of_field(field);
-    ASSERT_EQ(convert_fields(fields, got.data()), expected.has_value()) << fields;
-    if (expected) {
-      std::vector<std::int16_t> wanted = values;
-      wanted[place] = *expected;
-      ASSERT_EQ(got, wanted) << fields;
-    }
-    place = (place + 5) % values.size();
-  }));
+  record_cases(for_each_text(
+                   kAlphabet, kFieldWidth,
+                   [&](const std::string& field) {
+                     std::string fields = others;
+                     fields.replace(place * kFieldWidth, kFieldWidth, field);
+                     std::vector<std::int16_t> got(values.size());
+                     const Value expected = plain::kept_of_field(field);
+                     ASSERT_EQ(convert_fields(fields, got.data()), expected.has_value())
+                         << fields;
+                     if (expected) {
+                       std::vector<std::int16_t> wanted = values;
+                       wanted[place] = *expected;
+                       ASSERT_EQ(got, wanted) << fields;
+                     }
+                     place = (place + 5) % values.size();
+                   }),
+               kAllTexts);
 }
 
 // The vectors stop where a field is not usual, and what they have converted is right.
@@ -110,18 +123,24 @@ TEST(FieldSweep, ConvertUsualFields) {
     GTEST_SKIP() << "this processor has no such vectors";
   }
   std::size_t converted_fields = 0;
-  record_cases(for_each_text(kAlphabet, kFieldWidth, [&](const std::string& field) {
-    const std::string fields = "   12" + field + " -999    0" + field + "    1    2\n";
-    std::array<std::int16_t, 7> values{};
-    const std::string_view without_end(fields.data(), fields.size() - 1);
-    const std::size_t count = convert_usual_fields(without_end, values.data());
-    ASSERT_TRUE(count == 0 || count == kFieldsAtATime || count == values.size());
-    converted_fields += count;
-    for (std::size_t i = 0; i < count; ++i) {
-      ASSERT_EQ(Value(values[i]), plain::kept_of_field(fields.substr(i * 5, 5)))
-          << fields;
-    }
-  }));
+  record_cases(
+      for_each_text(
+          kAlphabet, kFieldWidth,
+          [&](const std::string& field) {
+            const std::string fields =
+                "   12" + field + " -999    0" + field + "    1    2\n";
+            std::array<std::int16_t, 7> values{};
+            const std::string_view without_end(fields.data(), fields.size() - 1);
+            const std::size_t count = convert_usual_fields(without_end, values.data());
+            ASSERT_TRUE(count == 0 || count == kFieldsAtATime ||
+                        count == values.size());
+            converted_fields += count;
+            for (std::size_t i = 0; i < count; ++i) {
+              ASSERT_EQ(Value(values[i]), plain::kept_of_field(fields.substr(i * 5, 5)))
+                  << fields;
+            }
+          }),
+      kAllTexts);
   EXPECT_GT(converted_fields, 100000U);
 }
 

@@ -19,9 +19,11 @@ constexpr int kSweepStep = 16;
 constexpr int kSweepStep = 1;
 #endif
 
-// Notes how many inputs a test has compared, among its properties ("cases").
-inline void record_cases(std::size_t count) {
+// Notes how many inputs a test has compared, among its properties ("cases"), and fails
+// unless they are `expected`: a sweep that has lost its inputs finds nothing.
+inline void record_cases(std::size_t count, std::size_t expected) {
   ::testing::Test::RecordProperty("cases", std::to_string(count));
+  EXPECT_EQ(count, expected) << "cases compared";
 }
 
 // Calls `visit` with every text of `length` characters of `alphabet`; gives their
