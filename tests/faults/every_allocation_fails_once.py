@@ -18,6 +18,9 @@ from pathlib import Path
 from fault_runs import Fault, Scene
 from scenes import SCENES, play_scenes
 
+sys.path.append(str(Path(__file__).resolve().parent.parent / "support"))
+from figures import note_figures  # noqa: E402
+
 
 # The requests of each scene at the least, somewhat fewer than they are.
 LEAST = {
@@ -66,6 +69,7 @@ def main() -> int:
     options = parser.parse_args()
     started = time.monotonic()
     sums = play_scenes(options.shim, options.programs, options.scenes, try_all)
+    note_figures("memory", sums)
     counted = "%d requests for memory refused, %d complaints" % (
         sums["requests"],
         sums["complaints"],

@@ -23,6 +23,9 @@ from typing import Iterator, List
 from fault_runs import Call, Fault, Scene
 from scenes import SCENES, play_scenes
 
+sys.path.append(str(Path(__file__).resolve().parent.parent / "support"))
+from figures import note_figures  # noqa: E402
+
 INTERRUPTED = [errno.EINTR]
 NOT_FOUND_OUT = [errno.EIO, errno.EACCES]
 
@@ -164,6 +167,7 @@ def main() -> int:
         options.scenes,
         lambda name, scene: try_all(name, scene, options.sanitized),
     )
+    note_figures("faults." + "-".join(options.scenes), sums)
     counted = "%d faults injected at %d calls, %d complaints" % (
         sums["faults"],
         sums["calls"],

@@ -20,6 +20,9 @@ from typing import Dict, Iterator, List, NamedTuple, Optional, Set, Tuple
 
 from tokens import Source, Token, tokens_of
 
+# The folders of the program and its companions, those of them that there are.
+TOPS = ("src", "companion", "tersify", "tools", "extract")
+
 
 class Mutant(NamedTuple):
     """One change of one file: text[begin:end] becomes `new`."""

@@ -12,7 +12,7 @@ it; the line's number only helps the reader, and may have moved.
 import re
 from typing import List, NamedTuple, Optional
 
-from places import Mutant
+from places import TOPS, Mutant
 
 
 class Survivor(NamedTuple):
@@ -41,7 +41,7 @@ def parse_survivors(text: str) -> List[Survivor]:
             in_reason = True
             continue
         in_reason = False
-        if line.startswith("src/"):
+        if line.startswith(tuple(top + "/" for top in TOPS)):
             name = line
         elif line.startswith("    | "):
             if not name or not reason:

@@ -17,29 +17,10 @@ import subprocess
 import time
 from typing import Dict, FrozenSet, List, NamedTuple, Optional, Sequence, Set, Tuple
 
-from places import Mutant
+from places import TOPS, Mutant
 
-# The libraries that each built program is linked from; the build's own lists of sources
-# tell what is in them.
-_LIBRARIES: Dict[str, Tuple[str, ...]] = {
-    "veldmark": ("veldmark_core", "veldmark_util"),
-    "series_to_grid": ("series_to_grid_core", "veldmark_util"),
-    "tersify": ("tersify_core", "veldmark_util"),
-    "session_tests": ("test_support", "veldmark_core", "veldmark_util"),
-    "unit_tests": ("test_support", "veldmark_core", "veldmark_util"),
-    "program_tests": ("test_support", "veldmark_core", "veldmark_util"),
-    "tools_tests": ("series_to_grid_core", "veldmark_util"),
-    "tersify_tests": ("tersify_core", "test_support", "veldmark_core", "veldmark_util"),
-}
-_PROGRAMS = ("veldmark", "series_to_grid", "tersify")
-# The test programs, in the order in which they are tried, and the programs they run.
-_SUITES: Dict[str, Tuple[str, ...]] = {
-    "session_tests": (),
-    "unit_tests": (),
-    "program_tests": ("veldmark", "series_to_grid"),
-    "tools_tests": ("series_to_grid",),
-    "tersify_tests": ("tersify", "series_to_grid"),
-}
+# The test programs that are tried first; the others follow by name.
+_FIRST_SUITES = ("session_tests", "unit_tests", "program_tests")
 # Slower tests of the built programs: only for what the others let pass, and only where
 # there are such.
 _SCRIPTS: Dict[str, Tuple[str, ...]] = {
@@ -112,6 +93,30 @@ class Run(NamedTuple):
     output: str
 
 
+class Executable(NamedTuple):
+    """A program of the build."""
+
+    name: str
+    place: str  # in the folder of the build
+    libraries: Tuple[str, ...]  # the project's own, as targets
+
+
+def _executables(build: str) -> List[Executable]:
+    """The programs and test programs, by the build's own account; the fuzz targets and the
+    benchmarks are not among them."""
+    ninja = ["ninja", "-C", build, "-t"]
+    targets = subprocess.check_output(ninja + ["targets", "all"], text=True)
+    found: List[Executable] = []
+    for place, name in re.findall(
+        r"^([^/\[\]\n][^\[\]\n]*): CXX_EXECUTABLE_LINKER__(\w+)_Release$", targets, re.M
+    ):
+        if not place.startswith(("tests/fuzz/", "bench/")):
+            inputs = subprocess.check_output(ninja + ["query", place], text=True)
+            libraries = re.findall(r"^    \| (?!/)(?:.*/)?lib(\w+)\.a$", inputs, re.M)
+            found.append(Executable(name, place, tuple(dict.fromkeys(libraries))))
+    return found
+
+
 class Workshop:
     """The copy of the project, its build, and what depends on what."""
 
@@ -128,6 +133,10 @@ class Workshop:
         self._copy(project)
         self._build_all()
         self.units = self._read_units()
+        self.suites = self._read_suites()
+        folders = {word[2:] for unit in self.units for word in unit.arguments
+                   if word.startswith("-I" + self.tree)}
+        self._include_folders = sorted(folders)
         self._precompile()
 
     # ------------------------------------------------ preparing
@@ -160,7 +169,11 @@ class Workshop:
         ])
         ninja = ["ninja", "-C", self.build]
         known = subprocess.check_output(ninja + ["-t", "targets", "all"], text=True)
-        wanted = list(_LIBRARIES) + [
+        self.executables = {one.name: one for one in _executables(self.build)}
+        self.programs = [
+            one.name for one in self.executables.values() if not one.place.startswith("tests/")
+        ]
+        wanted = list(self.executables) + [
             name for name in _HELPERS if re.search("^%s:" % name, known, re.M)
         ]
         _must_run(ninja + ["-j%d" % self._jobs] + wanted)
@@ -185,10 +198,29 @@ class Workshop:
             )
         return units
 
+    def _read_suites(self) -> Dict[str, Tuple[str, ...]]:
+        """The test programs, in the order in which they are tried, and the programs that
+        they run: those whose paths they are compiled with."""
+        names = sorted(name for name in self.executables if name.endswith("_tests"))
+        names.sort(key=lambda name: (name not in _FIRST_SUITES, name))
+        suites: Dict[str, Tuple[str, ...]] = {}
+        for name in names:
+            words = [word for unit in self.units if unit.target == name
+                     for word in unit.arguments if word.startswith("-D")]
+            suites[name] = tuple(
+                program for program in self.programs
+                if any(self.path_of(program) + '"' in word for word in words)
+            )
+        return suites
+
+    def path_of(self, program: str) -> str:
+        """Where a program is built."""
+        return os.path.join(self.build, self.executables[program].place)
+
     def _precompile(self) -> None:
         """The standard headers, alone and with the tests' framework."""
         names: Set[str] = set()
-        for top in ("src", "tersify", "tools", "tests"):
+        for top in TOPS + ("tests",):
             for folder, _, files in os.walk(os.path.join(self.tree, top)):
                 for file in files:
                     if file.endswith((".cc", ".h")):
@@ -220,10 +252,7 @@ class Workshop:
         if path not in self._includes:
             with open(path) as file:
                 names = re.findall(r'^#include "([^"]+)"', file.read(), re.M)
-            tops = [os.path.dirname(path)] + [
-                os.path.join(self.tree, top)
-                for top in ("src", "tests", "tests/tersify", "tests/tools", "tools", "")
-            ]
+            tops = [os.path.dirname(path)] + self._include_folders
             found = []
             for name in names:
                 candidates = [os.path.join(top, name) for top in tops]
@@ -270,7 +299,7 @@ class Workshop:
 
     def _tests_that_reach(self, program: str, path: str) -> List[Unit]:
         """The translation units of a test program whose tests may notice a change."""
-        by_running = any(self.reaches(name, path) for name in _SUITES[program])
+        by_running = any(self.reaches(name, path) for name in self.suites[program])
         return [
             unit for unit in self.units
             if unit.target == program
@@ -279,17 +308,18 @@ class Workshop:
 
     def units_of(self, program: str) -> List[Unit]:
         """The translation units that a program is linked from."""
-        targets = (program,) + _LIBRARIES[program]
+        targets = (program,) + self.executables[program].libraries
         return [unit for unit in self.units if unit.target in targets]
 
     def suites_for(self, file: str) -> List[Suite]:
         """The runs that may show a change of a file: its own test's first.  Tests that
         the file is no part of are left out, and the slow ones."""
         path = os.path.join(self.tree, file)
-        own = os.path.splitext(file.replace("src/", "tests/", 1))[0] + "_test.cc"
+        own = "tests/" + re.sub("^src/|series_to_grid/", "", os.path.splitext(file)[0])
+        own += "_test.cc"
         first: List[Suite] = []
         others: List[Suite] = []
-        for program in _SUITES:
+        for program in self.suites:
             names: List[str] = []
             for unit in self._tests_that_reach(program, path):
                 if unit.source.endswith(_SLOW_TESTS):
@@ -319,7 +349,7 @@ class Workshop:
         """The runs of slow tests that may show a change of a file."""
         path = os.path.join(self.tree, file)
         suites: List[Suite] = []
-        for program in _SUITES:
+        for program in self.suites:
             names: List[str] = []
             for unit in self._tests_that_reach(program, path):
                 if unit.source.endswith(_SLOW_TESTS):
@@ -332,9 +362,19 @@ class Workshop:
         """The call that compiles a unit's `source`, headers first looked for in `tree`."""
         kind = "tests" if os.sep + "tests" + os.sep in unit.source else "plain"
         first = ["-include", self._precompiled(kind)]
-        overlay = ["-I" + os.path.join(tree, "src")] if os.path.isdir(tree) else []
         command, *rest = unit.arguments
-        return [command] + first + overlay + rest + ["-O0", "-c", source, "-o", built]
+        options = first + self.overlay(unit, tree) + rest
+        return [command] + options + ["-O0", "-c", source, "-o", built]
+
+
+    def overlay(self, unit: Unit, tree: str) -> List[str]:
+        """The options with which a unit's headers are first looked for in `tree`."""
+        if not os.path.isdir(tree):
+            return []
+        return [
+            "-I" + tree + word[2 + len(self.tree):]
+            for word in unit.arguments if word.startswith("-I" + self.tree)
+        ]
 
 
 class Bench:
@@ -362,8 +402,8 @@ class Bench:
         """Does a test's source, or what it includes, use the path of a built program?"""
         for word in unit.arguments:
             macro = re.match(r"-D(\w+)=", word)
-            for program in _PROGRAMS if macro else ():
-                if os.path.join(self._shop.build, program) in word:
+            for program in self._shop.programs if macro else ():
+                if self._shop.path_of(program) + '"' in word:
                     assert macro is not None
                     if self._shop.mentions(unit.source, macro.group(1)):
                         return True
@@ -373,9 +413,9 @@ class Bench:
 
     def _compiler_call(self, unit: Unit, source: str, built: str) -> List[str]:
         words = self._shop.compiler_call(unit, source, built, self._tree)
-        for program in _PROGRAMS:
-            before = os.path.join(self._shop.build, program)
-            after = os.path.join(self._programs, program)
+        for program in self._shop.programs:
+            before = self._shop.path_of(program) + '"'
+            after = os.path.join(self._programs, program) + '"'
             words = [
                 word.replace(before, after) if word.startswith("-D") else word for word in words
             ]
@@ -464,12 +504,12 @@ class Bench:
         """Runs every test program, and the own tests of each file by themselves, over
         the unchanged program: all must pass."""
         self._changed = {}
-        for program, run_ones in _SUITES.items():
+        for program, run_ones in self._shop.suites.items():
             for name in run_ones + (program,):
                 if self._link(name, None) is None:
                     raise RuntimeError("%s can't be linked" % name)
-        suites = [self._shop.whole_suite(program) for program in _SUITES]
-        suites += [self._shop.suites_for(file)[0] for file in files]
+        suites = [self._shop.whole_suite(program) for program in self._shop.suites]
+        suites += [suite for file in files for suite in self._shop.suites_for(file)[:1]]
         for suite in dict.fromkeys(suites):
             run = self._run_suite(suite, None)
             if not run.ended_well:
@@ -505,7 +545,7 @@ class Bench:
     def _try(self, mutant: Mutant) -> Tuple[str, str]:
         self._put(mutant)
         for suite in self._shop.suites_for(mutant.file):
-            for program in _SUITES[suite.program] + (suite.program,):
+            for program in self._shop.suites[suite.program] + (suite.program,):
                 if self._link(program, mutant) is not None:
                     continue
                 if self._fails_in_tests_only():
@@ -538,7 +578,7 @@ class Bench:
                 built = os.path.join(self._folder, "code.o")
                 here = os.path.exists(os.path.join(tree, source))
                 top = tree if here else self._shop.tree
-                words = [unit.arguments[0], "-I" + os.path.join(tree, "src")]
+                words = [unit.arguments[0]] + self._shop.overlay(unit, tree)
                 words += list(unit.arguments[1:]) + ["-O2", "-c", source, "-o", built]
                 done = subprocess.run(words, cwd=top, stderr=subprocess.DEVNULL)
                 if done.returncode != 0:
@@ -560,8 +600,8 @@ class Bench:
                 by = "%s %s" % (suite.program, _first_failure(run.output))
                 return Verdict(KILLED, by, time.monotonic() - begin)
         path = os.path.join(self._shop.tree, mutant.file)
-        if any(self._shop.reaches(program, path) for program in _PROGRAMS):
-            for program in _PROGRAMS:
+        if any(self._shop.reaches(program, path) for program in self._shop.programs):
+            for program in self._shop.programs:
                 self._link(program, mutant)
             for name, words in _SCRIPTS.items():
                 call = self._script_call(words)

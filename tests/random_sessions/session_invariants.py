@@ -32,11 +32,12 @@ from dataclasses import dataclass
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parent / "second_program"))
+sys.path[:0] = [str(HERE.parent / "second_program"), str(HERE.parent / "support")]
 
 import least  # noqa: E402
 import same_meaning  # noqa: E402
 from conversation import Conversation, Pass  # noqa: E402
+from figures import note_figures  # noqa: E402
 from grid_file_maker import GridFileMaker  # noqa: E402
 from grid_rules import DataFile  # noqa: E402
 from output_files import VARIABLES, data_file_name, first_difference, pass_faults  # noqa: E402
@@ -350,6 +351,7 @@ def main() -> int:
         print(f"{count:9}  {name}")
     print(f"{time.monotonic() - started:.1f} seconds")
     print(f"{passed} passed, {failed} failed")
+    note_figures("random_sessions", check.counts + collections.Counter(sessions=passed))
     missed = [] if failed else list(least.shortfalls(check.counts, passed, LEAST))
     print("".join(text + "\n" for text in missed), end="")
     return 1 if failed or missed else 0

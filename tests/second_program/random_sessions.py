@@ -23,9 +23,11 @@ import tempfile
 import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.insert(0, os.path.join(os.path.dirname(HERE), "random_sessions"))
+for folder in ("random_sessions", "support"):
+    sys.path.insert(0, os.path.join(os.path.dirname(HERE), folder))
 
 import least  # noqa: E402
+from figures import note_figures  # noqa: E402
 from grid_file_maker import GridFileMaker  # noqa: E402
 from session_maker import SessionMaker  # noqa: E402
 
@@ -274,6 +276,7 @@ LEAST = {
 
 def count_reached(reached, session, outcome):
     reached.update(least.data_kinds(session.files))
+    reached["status %s" % outcome.status] += 1
     reached[least.end_of(outcome.status, outcome.screen, outcome.errors)] += 1
     for name, pattern in REACHED.items():
         if re.search(pattern, outcome.screen):
@@ -352,6 +355,7 @@ def main():
         print("%6d  %s" % (count, name))
     print("%.1f seconds" % (time.monotonic() - started))
     print("%d passed, %d failed" % (passed, failed))
+    note_figures("second_program", reached + collections.Counter(sessions=passed))
     missed = [] if failed else list(least.shortfalls(reached, passed, LEAST))
     print("".join(text + "\n" for text in missed), end="")
     return 1 if failed or missed else 0

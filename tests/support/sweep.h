@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
+#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -19,10 +22,17 @@ constexpr int kSweepStep = 16;
 constexpr int kSweepStep = 1;
 #endif
 
-// Notes how many inputs a test has compared, among its properties ("cases"), and fails
-// unless they are `expected`: a sweep that has lost its inputs finds nothing.
+// Notes how many inputs a test has compared, for the tables of docs/testing.md (see
+// figures.py), and fails unless they are `expected`: a sweep that has lost its inputs
+// finds nothing.
 inline void record_cases(std::size_t count, std::size_t expected) {
-  ::testing::Test::RecordProperty("cases", std::to_string(count));
+  if (const char* folder = std::getenv("VELDMARK_FIGURES")) {
+    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(test->test_suite_name()) + "." + test->name();
+    std::replace(name.begin(), name.end(), '/', '.');
+    std::ofstream(std::string(folder) + "/sweep." + name + ".json")
+        << "{\"cases\": " << count << "}\n";
+  }
   EXPECT_EQ(count, expected) << "cases compared";
 }
 
