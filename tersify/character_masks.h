@@ -28,10 +28,18 @@ inline CharacterMasks find_kinds_plainly(const char* characters) {
   for (std::size_t i = 0; i < kMaskedCharacters; ++i) {
     const char c = characters[i];
     const std::uint64_t bit = std::uint64_t{1} << i;
-    if (c == ' ') masks.blanks |= bit;
-    if (c == '-') masks.minuses |= bit;
-    if ('0' <= c && c <= '9') masks.digits |= bit;
-    if (c == '0') masks.zeros |= bit;
+    if (c == ' ') {
+      masks.blanks |= bit;
+    }
+    if (c == '-') {
+      masks.minuses |= bit;
+    }
+    if ('0' <= c && c <= '9') {
+      masks.digits |= bit;
+    }
+    if (c == '0') {
+      masks.zeros |= bit;
+    }
   }
   return masks;
 }

@@ -5,16 +5,26 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "companion/progress_line.h"
 #include "tersify/grid_shape.h"
-#include "tersify/progress_line.h"
 
 namespace veldmark::tersify {
 
-// Reads a condensed file to its end or its first fault; see find_fault.
-// Errors     Failure when the file cannot be read.
-std::optional<std::string> check_file(const std::string& name, const GridShape& shape,
-                                      const ProgressLine::Screen& screen);
+// What a check has found.
+//
+//   fault       what is not as in a complete file; see find_fault
+//   warnings    what can hardly be meant; see GridContent
+struct Verdict {
+  std::optional<std::string> fault;
+  std::vector<std::string> warnings;
+};
+
+// Reads a condensed file to its end or its first fault. Throws Failure when the file
+// can't be read.
+Verdict check_file(const std::string& name, const GridShape& shape,
+                   const companion::ProgressLine::Screen& screen);
 
 }  // namespace veldmark::tersify
 

@@ -3,19 +3,28 @@
 #include <optional>
 
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::tersify {
 namespace {
 
 std::optional<Task> task_of(std::string_view option) {
-  if (option == "--help") return Task::kShowHelp;
-  if (option == "--version") return Task::kShowVersion;
-  if (option == "--list") return Task::kCondenseList;
-  if (option == "--check") return Task::kCheck;
+  if (option == "--help") {
+    return Task::kShowHelp;
+  }
+  if (option == "--version") {
+    return Task::kShowVersion;
+  }
+  if (option == "--list") {
+    return Task::kCondenseList;
+  }
+  if (option == "--check") {
+    return Task::kCheck;
+  }
   return std::nullopt;
 }
 
-// Errors: UsageError when the task and the number of names do not fit.
+// Throws UsageError when the task and the number of names do not fit.
 void expect_names(const Command& command) {
   if (command.task == Task::kCondense && command.names.empty()) {
     throw UsageError("the names of the files are missing");
@@ -23,10 +32,14 @@ void expect_names(const Command& command) {
   if (command.task == Task::kCheck && command.names.empty()) {
     throw UsageError("--check: the names of the files are missing");
   }
-  if (command.task != Task::kCondenseList) return;
-  if (command.names.empty()) throw UsageError("--list: the list file is missing");
+  if (command.task != Task::kCondenseList) {
+    return;
+  }
+  if (command.names.empty()) {
+    throw UsageError("--list: the list file is missing");
+  }
   if (command.names.size() > 1) {
-    throw UsageError("unexpected argument '" + command.names[1] + "'");
+    throw UsageError("unexpected argument " + in_quotes(command.names[1]));
   }
 }
 
@@ -72,14 +85,19 @@ Command parse_command_line(std::span<const std::string> arguments) {
       only_names = true;
     } else {
       const std::optional<Task> found = task_of(argument);
-      if (!found) throw UsageError("unknown option '" + argument + "'");
+      if (!found) {
+        throw UsageError("unknown option " + in_quotes(argument));
+      }
       if (found == Task::kShowHelp || found == Task::kShowVersion) return {*found, {}};
-      if (task && task != found)
+      if (task && task != found) {
         throw UsageError("--list and --check exclude each other");
+      }
       task = found;
     }
   }
-  if (!task && !arguments.empty()) task = Task::kCondense;
+  if (!task && !arguments.empty()) {
+    task = Task::kCondense;
+  }
   command.task = task.value_or(Task::kAskForList);
   expect_names(command);
   return command;

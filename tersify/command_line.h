@@ -27,15 +27,14 @@ struct Command {
   std::vector<std::string> names;
 };
 
-// The text that --help shows.
+// Returns the text that --help shows.
 std::string_view help_text();
 
-// The text that --version shows.
+// Returns the text that --version shows.
 std::string_view version_text();
 
 // Reads the arguments, the program's name not among them. After "--" everything is a
-// name.
-// Errors: UsageError that names the argument at fault.
+// name. Throws UsageError that names the argument at fault.
 Command parse_command_line(std::span<const std::string> arguments);
 
 }  // namespace veldmark::tersify

@@ -4,30 +4,16 @@
 #define VELDMARK_TERSIFY_CONDENSE_FILE_H_
 
 #include <cstdint>
-#include <exception>
-#include <functional>
-#include <optional>
 #include <string>
 
-#include "tersify/progress_line.h"
-#include "util/part_file.h"
+#include "companion/inputs.h"
+#include "companion/progress_line.h"
+#include "tersify/disk_room.h"
 
 namespace veldmark::tersify {
 
-// The name of the condensed copy of a file.
+// Returns the name of the condensed copy of a file.
 std::string condensed_name(const std::string& name);
-
-// Bytes that can still be written to the file system of a folder; nothing when the
-// system cannot tell.
-using FreeSpace = std::function<std::optional<std::int64_t>(const std::string& folder)>;
-
-std::optional<std::int64_t> system_free_space(const std::string& folder);
-
-// What writing is connected to; tests hand in their own.
-struct Disk {
-  FileCalls calls = system_file_calls();
-  FreeSpace free_space = system_free_space;
-};
 
 // What has been done. Sizes in bytes.
 struct Condensed {
@@ -37,17 +23,17 @@ struct Condensed {
   bool last_line_ended = true;
 };
 
-// Thrown when a signal asks to stop; see util/interrupt_watch.h.
-struct Interrupted : std::exception {};
-
 // Condenses a file. The copy is written beside its name, to NAME.new.part, and gets its
 // name when it is complete. A last line without line end counts when it is whole.
 //
-// Errors     Failure that names the file, and in it the line and the field;
-// Interrupted.
-//            There is no NAME.new.part afterwards, and an earlier NAME.new stays.
-Condensed condense_file(const std::string& name, const Disk& disk,
-                        const ProgressLine::Screen& screen);
+//   inputs    what else the run reads; the copy must not take the place of any
+//
+// Throws Failure that names the file, and in it the line and the field; Interrupted
+// when an InterruptWatch catches a signal. There is no NAME.new.part of this run
+// afterwards, and an earlier NAME.new stays.
+Condensed condense_file(const std::string& name, const FreeSpace& free_space,
+                        const companion::ProgressLine::Screen& screen,
+                        const companion::Inputs& inputs = {});
 
 }  // namespace veldmark::tersify
 

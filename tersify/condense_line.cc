@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "tersify/character_masks.h"
-#include "tersify/quoted.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::tersify {
 namespace {
@@ -37,7 +37,7 @@ constexpr std::array<std::uint64_t, kFieldWidth + 1> kLastOfFive = [] {
 // lowest bits need to know the highest ones of the piece before.
 class UsualNumbers {
  public:
-  // Result: a bit at every character that follows a number; nothing when a number isn't
+  // Returns a bit at every character that follows a number; nullopt when a number isn't
   // a usual one.
   //   inside    the characters of the piece that belong to the line
   std::optional<std::uint64_t> find_ends(const CharacterMasks& kinds,
@@ -94,8 +94,12 @@ std::string_view take_word(std::string_view& line) {
 // The shortest text of an integer, "" when `word` is none.
 std::string shortest_text(std::string_view word) {
   const bool negative = word.starts_with('-');
-  if (negative || word.starts_with('+')) word.remove_prefix(1);
-  if (word.empty() || !std::all_of(word.begin(), word.end(), is_digit)) return "";
+  if (negative || word.starts_with('+')) {
+    word.remove_prefix(1);
+  }
+  if (word.empty() || !std::all_of(word.begin(), word.end(), is_digit)) {
+    return "";
+  }
   word.remove_prefix(std::min(word.find_first_not_of('0'), word.size() - 1));
   return (negative && word != "0" ? "-" : "") + std::string(word);
 }
@@ -103,7 +107,9 @@ std::string shortest_text(std::string_view word) {
 }  // namespace
 
 std::optional<LineFault> condense_line(std::string_view line, char* output) {
-  if (condense_usual_line(line, output)) return std::nullopt;
+  if (condense_usual_line(line, output)) {
+    return std::nullopt;
+  }
   return condense_any_line(line, output);
 }
 
@@ -121,7 +127,9 @@ bool condense_usual_line(std::string_view line, char* output) {
         left < kMaskedCharacters ? (std::uint64_t{1} << left) - 1 : ~std::uint64_t{0};
     std::optional<std::uint64_t> ends =
         numbers.find_ends(find_kinds(line.data() + begin), inside);
-    if (!ends) return false;
+    if (!ends) {
+      return false;
+    }
     for (; *ends != 0; *ends &= *ends - 1) {
       const std::size_t end = begin + static_cast<std::size_t>(std::countr_zero(*ends));
       const std::size_t own = std::min(end - last_end, kFieldWidth);
@@ -132,29 +140,36 @@ bool condense_usual_line(std::string_view line, char* output) {
       output += kFieldWidth;
       last_end = end;
     }
-    if (output > complete) return false;
+    if (output > complete) {
+      return false;
+    }
   }
   return output == complete;
 }
 
 std::optional<LineFault> condense_any_line(std::string_view line, char* output) {
-  for (int field = 1; field <= kGridColumns; ++field) {
+  for (std::int32_t field = 1; field <= kGridColumns; ++field) {
     const std::string_view word = take_word(line);
     if (word.empty()) {
-      if (field == 1) return LineFault{field, "the line is empty"};
+      if (field == 1) {
+        return LineFault{field, "the line is empty"};
+      }
       return LineFault{field, "the line ends before it; a line holds 720 integers"};
     }
     const std::string text = shortest_text(word);
-    if (text.empty()) return LineFault{field, quoted(word) + " is not an integer"};
+    if (text.empty()) {
+      return LineFault{field, in_quotes(word, kShownOfField) + " is not an integer"};
+    }
     if (text.size() > kFieldWidth) {
-      return LineFault{field, quoted(word) + " needs more than five characters"};
+      return LineFault{
+          field, in_quotes(word, kShownOfField) + " needs more than five characters"};
     }
     output = std::fill_n(output, kFieldWidth - text.size(), ' ');
     output = std::copy(text.begin(), text.end(), output);
   }
   if (const std::string_view word = take_word(line); !word.empty()) {
-    return LineFault{kGridColumns + 1,
-                     quoted(word) + " is too many; a line holds 720 integers"};
+    return LineFault{kGridColumns + 1, in_quotes(word, kShownOfField) +
+                                           " is too many; a line holds 720 integers"};
   }
   return std::nullopt;
 }

@@ -11,6 +11,7 @@
 #define VELDMARK_TERSIFY_CONDENSE_LINE_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,20 +29,21 @@ constexpr std::size_t kCondensedRoom = kCondensedLine + 32 * kFieldWidth + 8;
 
 // Why a line cannot be condensed.
 struct LineFault {
-  int field = 1;       // 1..721, the field at fault
-  std::string reason;  // "'1x' is not an integer"
+  std::int32_t field = 1;  // 1..721, the field at fault
+  std::string reason;      // "'1x' is not an integer"
 };
 
 // Condenses a line.
 //
-//   line     without line end; REQUIRES kRoomAroundLine readable characters on either
-//            side
-//   output   out: 3600 characters; REQUIRES kCondensedRoom. Unfinished after a fault.
-// Result     the first fault, counted from the left; nothing when there is none.
+//   line     without line end; requires companion::kRoomAroundLine readable characters
+//            on either side
+//   output   gets 3600 characters; requires kCondensedRoom. Unfinished after a fault.
+//
+// Returns the first fault, counted from the left; nullopt when there is none.
 std::optional<LineFault> condense_line(std::string_view line, char* output);
 
 // The same for a usual line alone: blanks as separators, and every integer already in
-// its shortest text. False when the line is anything else.
+// its shortest text. Returns false when the line is anything else.
 bool condense_usual_line(std::string_view line, char* output);
 
 // The same for any line, a field at a time.

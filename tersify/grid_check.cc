@@ -5,13 +5,15 @@
 #include <cstdint>
 
 #include "tersify/character_masks.h"
-#include "tersify/quoted.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::tersify {
 namespace {
 
+using companion::LineBuffer;
+
 // The most whole fields that fit in one look: twelve, 60 characters.
-constexpr int kFieldsAtATime = 12;
+constexpr std::int32_t kFieldsAtATime = 12;
 constexpr std::size_t kCharactersAtATime = kFieldsAtATime * kFieldWidth;
 constexpr std::uint64_t kAllCharacters = (std::uint64_t{1} << kCharactersAtATime) - 1;
 constexpr std::uint64_t kLastCharacters = [] {
@@ -35,26 +37,26 @@ bool are_good_fields(const char* fields) {
 
 bool is_good_field(std::string_view field) {
   field.remove_prefix(std::min(field.find_first_not_of(' '), field.size()));
-  if (field.starts_with('+') || field.starts_with('-')) field.remove_prefix(1);
+  if (field.starts_with('+') || field.starts_with('-')) {
+    field.remove_prefix(1);
+  }
   return !field.empty() && std::all_of(field.begin(), field.end(),
                                        [](char c) { return '0' <= c && c <= '9'; });
-}
-
-std::string name_of_line(std::int64_t line, const GridShape& shape) {
-  return "line " + std::to_string(line) + " (" + place_of_line(line, shape) + ")";
 }
 
 std::optional<std::string> fault_of_line(const LineBuffer::Line& line,
                                          const GridShape& shape) {
   const std::string_view text = line.text.substr(0, shape.line_length());
-  const int good = count_good_fields(text);
+  const std::int32_t good = count_good_fields(text);
   const std::string column = ", column " + std::to_string(good + 1) + ": ";
   const std::size_t good_length = static_cast<std::size_t>(good) * kFieldWidth;
   if (text.size() - good_length >= kFieldWidth) {
-    return column + quoted(text.substr(good_length, kFieldWidth)) +
+    return column + in_quotes(text.substr(good_length, kFieldWidth), kShownOfField) +
            " is not an integer that ends at the right edge of its field";
   }
-  if (line.text.size() == shape.line_length()) return std::nullopt;
+  if (line.text.size() == shape.line_length()) {
+    return std::nullopt;
+  }
   const std::string needed = std::to_string(shape.line_length()) + " characters";
   if (line.text.size() > shape.line_length()) {
     return column + "the line has more than " + needed;
@@ -69,7 +71,8 @@ std::optional<std::string> fault_of_line(const LineBuffer::Line& line,
 
 }  // namespace
 
-std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape) {
+std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
+                                      const SeeLine& see) {
   std::int64_t number = 0;
   while (const std::optional<LineBuffer::Line> line = lines.next()) {
     ++number;
@@ -81,15 +84,20 @@ std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape)
     if (const auto fault = fault_of_line(*line, shape)) {
       return name_of_line(number, shape) + *fault;
     }
+    if (see) {
+      see(number, line->text);
+    }
   }
-  if (number == shape.line_count()) return std::nullopt;
+  if (number == shape.line_count()) {
+    return std::nullopt;
+  }
   return "the file ends after " + std::to_string(number) + " of " +
          std::to_string(shape.line_count()) + " lines; the next is " +
          name_of_line(number + 1, shape);
 }
 
-int count_good_fields(std::string_view line) {
-  int count = 0;
+std::int32_t count_good_fields(std::string_view line) {
+  std::int32_t count = 0;
   while (line.size() >= kCharactersAtATime && are_good_fields(line.data())) {
     line.remove_prefix(kCharactersAtATime);
     count += kFieldsAtATime;
@@ -98,16 +106,18 @@ int count_good_fields(std::string_view line) {
   while (line.size() >= kFieldWidth) {
     const std::string_view next =
         line.substr(0, std::min(kCharactersAtATime, line.size()));
-    const int good = count_good_fields_plainly(next);
+    const std::int32_t good = count_good_fields_plainly(next);
     count += good;
-    if (good < static_cast<int>(next.size() / kFieldWidth)) break;
+    if (good < static_cast<std::int32_t>(next.size() / kFieldWidth)) {
+      break;
+    }
     line.remove_prefix(static_cast<std::size_t>(good) * kFieldWidth);
   }
   return count;
 }
 
-int count_good_fields_plainly(std::string_view line) {
-  int count = 0;
+std::int32_t count_good_fields_plainly(std::string_view line) {
+  std::int32_t count = 0;
   while (line.size() >= kFieldWidth && is_good_field(line.substr(0, kFieldWidth))) {
     line.remove_prefix(kFieldWidth);
     ++count;

@@ -4,31 +4,37 @@
 #ifndef VELDMARK_TERSIFY_GRID_CHECK_H_
 #define VELDMARK_TERSIFY_GRID_CHECK_H_
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "companion/line_buffer.h"
 #include "tersify/grid_shape.h"
-#include "tersify/line_buffer.h"
 
 namespace veldmark::tersify {
 
 // Checks all lines. A grid file is complete when it has just the lines of `shape`, and
 // each line just its fields of five characters: blanks, an optional sign, and digits up
 // to the field's right edge. A blank field and a number with a blank in it or after it
-// are faults, although veldmark's own reader puts up with them: no producer means them.
+// are faults, although veldmark's own reader accepts them: no producer writes them.
 // CR LF is a line end, too, and the last line may lack its line end.
 //
-// Result     the first fault, with its line, year, month, row and column; nothing when
-//            the file is complete.
-std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape);
+//   see    is handed every line that is not at fault, with its number from 1
+//
+// Returns the first fault, with its line, year, month, row and column; nullopt when the
+// file is complete.
+using SeeLine = std::function<void(std::int64_t line, std::string_view text)>;
+std::optional<std::string> find_fault(companion::LineBuffer& lines,
+                                      const GridShape& shape, const SeeLine& see = {});
 
-// The number of whole, faultless fields at the front of `line`.
-//   REQUIRES kRoomAroundLine readable characters after the line.
-int count_good_fields(std::string_view line);
+// Returns the number of whole, faultless fields at the front of `line`. Requires
+// kRoomAroundLine readable characters after the line.
+std::int32_t count_good_fields(std::string_view line);
 
 // The same, a field at a time.
-int count_good_fields_plainly(std::string_view line);
+std::int32_t count_good_fields_plainly(std::string_view line);
 
 }  // namespace veldmark::tersify
 

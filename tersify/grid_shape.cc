@@ -21,4 +21,8 @@ std::string place_of_line(std::int64_t line, const GridShape& shape) {
          std::to_string(rows_before % shape.rows + 1);
 }
 
+std::string name_of_line(std::int64_t line, const GridShape& shape) {
+  return "line " + std::to_string(line) + " (" + place_of_line(line, shape) + ")";
+}
+
 }  // namespace veldmark::tersify

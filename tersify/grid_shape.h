@@ -9,7 +9,7 @@
 
 namespace veldmark::tersify {
 
-constexpr int kGridColumns = 720;
+constexpr std::int32_t kGridColumns = 720;
 
 // Characters of one field of a condensed file.
 constexpr std::size_t kFieldWidth = 5;
@@ -17,13 +17,13 @@ constexpr std::size_t kFieldWidth = 5;
 // The extent of a grid file: for each year, in each of its 12 months, `rows` lines of
 // `columns` fields. Tests take smaller ones.
 struct GridShape {
-  int first_year = 1901;
-  int years = 116;
-  int rows = 360;
-  int columns = kGridColumns;
+  std::int32_t first_year = 1901;
+  std::int32_t years = 116;
+  std::int32_t rows = 360;
+  std::int32_t columns = kGridColumns;
 
   [[nodiscard]] std::int64_t line_count() const {
-    constexpr int kMonths = 12;
+    constexpr std::int32_t kMonths = 12;
     return std::int64_t{years} * kMonths * rows;
   }
 
@@ -33,10 +33,14 @@ struct GridShape {
   }
 };
 
-// Names the place of a line: "year 1961, July, row 283". Rows are counted in file
+// Returns the place of a line: "year 1961, July, row 283". Rows are counted in file
 // order.
+//
 //   line    from 1; a line after the last year gets a later year
 std::string place_of_line(std::int64_t line, const GridShape& shape);
+
+// Returns the number of a line and its place: "line 261643 (year 1961, July, row 283)".
+std::string name_of_line(std::int64_t line, const GridShape& shape);
 
 }  // namespace veldmark::tersify
 

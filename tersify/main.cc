@@ -1,30 +1,13 @@
 // tersify: makes condensed copies of published CRU TS grid files for veldmark.
 
-#include <unistd.h>
-
-#include <algorithm>
-#include <csignal>
-#include <cstdio>
-#include <exception>
-#include <iostream>
-#include <string>
-#include <vector>
-
+#include "companion/run.h"
 #include "tersify/tersify.h"
-#include "util/failure.h"
 
-int main(int argc, char** argv) try {
-  // A reader that goes away becomes a failed write, which leaves no part of a file.
-  std::signal(SIGPIPE, SIG_IGN);
-  std::ios::sync_with_stdio(false);
-  const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
-  veldmark::tersify::Surroundings around{
-      .input = std::cin,
-      .output = std::cout,
-      .messages = {.stream = std::cerr, .shown = isatty(STDERR_FILENO) == 1}};
-  return veldmark::tersify::run_tersify(arguments, around);
-} catch (const std::exception& error) {  // before or after the run itself
-  // The stream of errors may not have come to be.
-  std::fprintf(stderr, "tersify: %s\n", veldmark::reason_of(error));
-  return 1;
+int main(int argc, char** argv) {
+  using namespace veldmark;  // NOLINT
+  return companion::run_main(
+      argc, argv, "tersify",
+      [](companion::Arguments arguments, const companion::Surroundings& around) {
+        return tersify::run_tersify(arguments, around);
+      });
 }

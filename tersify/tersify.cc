@@ -1,125 +1,181 @@
 #include "tersify/tersify.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <new>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "companion/input_file.h"
+#include "companion/inputs.h"
+#include "companion/line_buffer.h"
 #include "tersify/check_file.h"
 #include "tersify/command_line.h"
+#include "tersify/condense_file.h"
 #include "tersify/name_list.h"
 #include "util/failure.h"
+#include "util/file_identity.h"
+#include "util/in_quotes.h"
 #include "util/interrupt_watch.h"
 
 namespace veldmark::tersify {
 namespace {
 
-constexpr std::string_view kProgram = "tersify: ";
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
-constexpr int kEndedBySignal = 128;
+using companion::Inputs;
+using companion::kAllIsWell;
+using companion::kEndedBySignal;
+using companion::kFailed;
+using companion::LineBuffer;
+using companion::Surroundings;
+using Names = std::vector<std::string>;
 
-using Names = std::span<const std::string>;
+constexpr std::string_view kProgram = "tersify";
 
 std::ostream& complain(const Surroundings& around) {
-  around.output << std::flush;  // a terminal shows both in their order
-  return around.messages.stream << kProgram;
+  return companion::complain(around, kProgram);
 }
 
-// Asks for the list file. Errors: UsageError when there is no answer.
-std::string ask_for_list(const Surroundings& around) {
+// Asks for the list file, and adds to `inputs` what the answer was read from. Throws
+// UsageError when there is no answer.
+std::string ask_for_list(const Surroundings& around, Inputs& inputs) {
   around.output << "\n Program Tersify\n\n"
                    " This program makes condensed copies of CRU TS data files.\n"
                    " Enter the name of the list file, a text file with one raw file \n"
                    " name/line.\n\n LIST FILE ==> "
                 << std::flush;
-  std::string answer;
-  if (!std::getline(around.input, answer)) {
+  const companion::InputFile input(around.input, "the standard input");
+  inputs.add(input.shown_name(), input.identity());
+  LineBuffer lines(
+      [&](char* buffer, std::size_t size) { return input.read(buffer, size); });
+  const std::optional<LineBuffer::Line> answer = lines.next();
+  if (!answer) {
     around.output << "\n";
     throw UsageError("the input ended before a list file was named");
   }
-  std::string name = trimmed_name(answer);
-  if (name.empty()) throw UsageError("no list file was named");
+  std::string name = trimmed_name(answer->text);
+  if (name.empty()) {
+    throw UsageError("no list file was named");
+  }
   return name;
 }
 
-std::string list_of(const std::vector<std::string>& names) {
+std::string quoted_names(const Names& names) {
   std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  for (const std::string& name : names) {
+    text += (text.empty() ? "" : ", ") + in_quotes(name);
+  }
   return text;
 }
 
-// What a user should know about a copy that has been made.
-void note_oddities(const std::string& name, const Condensed& done,
-                   const Surroundings& around) {
-  if (done.lines != around.shape.line_count()) {
-    around.output << "note: " << name << " holds " << done.lines
-                  << " lines; a whole file "
-                  << "holds " << around.shape.line_count() << "\n";
-  }
-  if (!done.last_line_ended) {
-    around.output << "note: the last line of " << name
-                  << " has no line end; its last value may be cut\n";
-  }
-}
-
-// Condenses one file and says so; false when it failed.
-bool condense_one(const std::string& name, const Surroundings& around) {
-  try {
-    const Condensed done = condense_file(name, around.disk, around.messages);
-    around.output << "wrote " << condensed_name(name) << ": " << done.lines
-                  << " lines, " << done.size_before << " bytes before, "
-                  << done.size_after << " after\n";
-    note_oddities(name, done, around);
-    around.output << std::flush;
-    return true;
-  } catch (const Failure& error) {
-    complain(around) << error.what() << "\n";
-    return false;
-  } catch (const std::bad_alloc& error) {
-    complain(around) << name << ": " << reason_of(error) << "\n";
-    return false;
-  }
-}
-
-// Says at the end what was done and what was not; one good file has been spoken of.
-void sum_up(std::size_t count, const std::vector<std::string>& not_done,
-            const Surroundings& around) {
-  if (count > 1) {
-    around.output << "condensed " << count - not_done.size() << " of " << count
-                  << " files\n";
-  }
-  if (!not_done.empty()) {
-    complain(around) << "not condensed: " << list_of(not_done) << "\n";
-  }
-}
-
-int condense_all(Names names, const Surroundings& around) {
-  const InterruptWatch watch;
-  std::vector<std::string> not_done;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    try {
-      if (!condense_one(names[i], around)) not_done.push_back(names[i]);
-    } catch (const Interrupted&) {
-      complain(around) << "interrupted\n";
-      not_done.insert(not_done.end(), names.begin() + static_cast<std::ptrdiff_t>(i),
-                      names.end());
-      sum_up(names.size(), not_done, around);
-      return kEndedBySignal + InterruptWatch::signal_caught();
+// A run over some files.
+class Condensing {
+ public:
+  Condensing(const Surroundings& around, const Settings& settings, Names names,
+             Inputs inputs)
+      : around_(around),
+        settings_(settings),
+        names_(std::move(names)),
+        inputs_(std::move(inputs)) {
+    for (const std::string& name : names_) {
+      inputs_.add(in_quotes(name), regular_file(name));
     }
   }
-  sum_up(names.size(), not_done, around);
-  return not_done.empty() ? 0 : kFailed;
+
+  // Condenses them all. Returns the exit status.
+  int run() {
+    const InterruptWatch watch;
+    int status = kAllIsWell;
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+      try {
+        condense(names_[i]);
+      } catch (const Interrupted& interrupted) {
+        complain(around_) << "interrupted\n";
+        not_done_.insert(not_done_.end(),
+                         names_.begin() + static_cast<std::ptrdiff_t>(i), names_.end());
+        status = kEndedBySignal + interrupted.signal;
+        break;
+      }
+    }
+    sum_up();
+    return status == kAllIsWell && !not_done_.empty() ? kFailed : status;
+  }
+
+ private:
+  // Condenses one file and says so, or says why not.
+  void condense(const std::string& name) {
+    try {
+      const Condensed done =
+          condense_file(name, settings_.free_space, around_.messages, inputs_);
+      around_.output << "wrote " << in_quotes(condensed_name(name)) << ": "
+                     << done.lines << " lines, " << done.size_before
+                     << " bytes before, " << done.size_after << " after\n";
+      note_oddities(name, done);
+      around_.output << std::flush;
+    } catch (const Failure& error) {
+      complain(around_) << error.what() << "\n";
+      not_done_.push_back(name);
+    } catch (const std::bad_alloc& error) {
+      complain(around_) << in_quotes(name) << ": " << reason_of(error) << "\n";
+      not_done_.push_back(name);
+    }
+  }
+
+  // What a user should know about a copy that has been made.
+  void note_oddities(const std::string& name, const Condensed& done) const {
+    const std::int64_t whole = settings_.shape.line_count();
+    if (done.lines != whole) {
+      around_.output << "note: " << in_quotes(name) << " holds " << done.lines
+                     << " lines; a whole file holds " << whole << "\n";
+    }
+    if (!done.last_line_ended) {
+      around_.output << "note: the last line of " << in_quotes(name)
+                     << " has no line end; its last value may be cut\n";
+    }
+  }
+
+  // Says at the end what was done and what was not; one good file has been spoken of.
+  void sum_up() const {
+    if (names_.size() > 1) {
+      around_.output << "condensed " << names_.size() - not_done_.size() << " of "
+                     << names_.size() << " files\n";
+    }
+    if (!not_done_.empty()) {
+      complain(around_) << "not condensed: " << quoted_names(not_done_) << "\n";
+    }
+  }
+
+  const Surroundings& around_;
+  const Settings& settings_;
+  Names names_;
+  Inputs inputs_;
+  Names not_done_;
+};
+
+int condense_list(const std::string& list, Inputs inputs, const Surroundings& around,
+                  const Settings& settings) {
+  Names names = read_name_list(list);
+  inputs.add(in_quotes(list), regular_file(list));
+  return Condensing(around, settings, std::move(names), std::move(inputs)).run();
 }
 
-int check_all(Names names, const Surroundings& around) {
-  int status = 0;
+// Returns the exit status; warnings don't change it.
+int check_all(const Names& names, const Surroundings& around, const GridShape& shape) {
+  int status = kAllIsWell;
   for (const std::string& name : names) {
     try {
-      const std::optional<std::string> fault =
-          check_file(name, around.shape, around.messages);
-      around.output << name << ": " << fault.value_or("complete") << "\n" << std::flush;
-      if (fault) status = kFailed;
+      const Verdict verdict = check_file(name, shape, around.messages);
+      around.output << in_quotes(name) << ": " << verdict.fault.value_or("complete")
+                    << "\n";
+      for (const std::string& warning : verdict.warnings) {
+        around.output << "warning: " << in_quotes(name) << ": " << warning << "\n";
+      }
+      around.output << std::flush;
+      if (verdict.fault) {
+        status = kFailed;
+      }
     } catch (const Failure& error) {
       complain(around) << error.what() << "\n";
       status = kFailed;
@@ -128,43 +184,37 @@ int check_all(Names names, const Surroundings& around) {
   return status;
 }
 
-int carry_out(const Command& command, const Surroundings& around) {
+int carry_out(const Command& command, const Surroundings& around,
+              const Settings& settings) {
+  Inputs inputs;
   switch (command.task) {
     case Task::kShowHelp:
       around.output << help_text();
-      return 0;
+      return kAllIsWell;
     case Task::kShowVersion:
       around.output << version_text();
-      return 0;
+      return kAllIsWell;
     case Task::kCheck:
-      return check_all(command.names, around);
+      return check_all(command.names, around, settings.shape);
     case Task::kCondenseList:
-      return condense_all(read_name_list(command.names.front()), around);
-    case Task::kAskForList:
-      return condense_all(read_name_list(ask_for_list(around)), around);
+      return condense_list(command.names.front(), inputs, around, settings);
+    case Task::kAskForList: {
+      const std::string list = ask_for_list(around, inputs);
+      return condense_list(list, inputs, around, settings);
+    }
     case Task::kCondense:
       break;
   }
-  return condense_all(command.names, around);
+  return Condensing(around, settings, command.names, inputs).run();
 }
 
 }  // namespace
 
-int run_tersify(std::span<const std::string> arguments, Surroundings& around) {
-  try {
-    const int status = carry_out(parse_command_line(arguments), around);
-    around.output << std::flush;
-    if (around.output) return status;
-    complain(around) << "cannot write the standard output\n";
-    if (status != 0) return status;
-  } catch (const UsageError& error) {
-    complain(around) << error.what()
-                     << "\nTry 'tersify --help' for more information.\n";
-    return kWrongUsage;
-  } catch (const std::exception& error) {
-    complain(around) << reason_of(error) << "\n";
-  }
-  return kFailed;
+int run_tersify(companion::Arguments arguments, const Surroundings& around,
+                const Settings& settings) {
+  return companion::run_reported(around, kProgram, [&] {
+    return carry_out(parse_command_line(arguments), around, settings);
+  });
 }
 
 }  // namespace veldmark::tersify

@@ -3,39 +3,32 @@
 #ifndef VELDMARK_TERSIFY_TERSIFY_H_
 #define VELDMARK_TERSIFY_TERSIFY_H_
 
-#include <istream>
-#include <ostream>
-#include <span>
-#include <string>
-
-#include "tersify/condense_file.h"
+#include "companion/run.h"
+#include "tersify/disk_room.h"
 #include "tersify/grid_shape.h"
-#include "tersify/progress_line.h"
 
 namespace veldmark::tersify {
 
-// What the program is connected to.
+// What tests replace.
 //
-//   input       the answer to the one question
-//   output      takes the question, a line for each file, the help text
-//   messages    takes what went wrong, and progress
-//   shape       what a complete file holds
-struct Surroundings {
-  std::istream& input;
-  std::ostream& output;
-  ProgressLine::Screen messages;
-  Disk disk{};
+//   free_space    how much room a disk has
+//   shape         what a complete file holds
+struct Settings {
+  FreeSpace free_space = system_free_space;
   GridShape shape{};
 };
 
 // Runs the program.
 //
 //   arguments    without the program's name
-// Result     the exit status: 0 all is well, 1 a file failed or nothing could be said,
-//            2 wrong usage or no answer to the question, 128 and the signal's number
-//            when interrupted.
-// Errors     none; they become a message and a status.
-int run_tersify(std::span<const std::string> arguments, Surroundings& around);
+//   around       the input is the answer to the one question; the output takes the
+//                question, a line for each file, the help text
+//
+// Returns the exit status: 0 all is well, 1 a file failed or nothing could be said, 2
+// wrong usage or no answer to the question, 128 and the signal's number when
+// interrupted. What is thrown on the way becomes a message and a status.
+int run_tersify(companion::Arguments arguments, const companion::Surroundings& around,
+                const Settings& settings = {});
 
 }  // namespace veldmark::tersify
 

@@ -18,6 +18,9 @@ class FileDescriptor {
   // umask. is_open() tells whether that worked; errno says why not.
   FileDescriptor(const std::string& name, int flags);
 
+  // Takes over an open descriptor, or -1 for none.
+  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+
   FileDescriptor(FileDescriptor&& other) noexcept;
   FileDescriptor& operator=(FileDescriptor&& other) = delete;
   FileDescriptor(const FileDescriptor&) = delete;

@@ -22,7 +22,9 @@ InterruptWatch::InterruptWatch() {
     struct sigaction action {};
     action.sa_handler = number == SIGXFSZ ? SIG_IGN : note_signal;
     sigaction(number, nullptr, &before_.at(i));
-    if (before_.at(i).sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
+    if (before_.at(i).sa_handler != SIG_IGN) {
+      sigaction(number, &action, nullptr);
+    }
   }
 }
 
@@ -30,8 +32,15 @@ InterruptWatch::~InterruptWatch() {
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     sigaction(kSignals.at(i), &before_.at(i), nullptr);
   }
+  noted_signal() = 0;
 }
 
 int InterruptWatch::signal_caught() { return noted_signal(); }
+
+void InterruptWatch::obey() {
+  if (const int number = signal_caught(); number != 0) {
+    throw Interrupted(number);
+  }
+}
 
 }  // namespace veldmark

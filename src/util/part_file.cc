@@ -6,70 +6,160 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include "util/failure.h"
+#include "util/file_identity.h"
+#include "util/file_lock.h"
+#include "util/in_quotes.h"
+#include "util/interrupt_watch.h"
 
 namespace veldmark {
 namespace {
 
-constexpr int kFailed = -1;              // what the system's calls give
-constexpr mode_t kReadableByAll = 0666;  // less what the user's mask takes away
-
 [[noreturn]] void fail(const std::string& name, const std::string& reason) {
-  throw Failure("cannot write " + name + ": " + reason);
+  throw Failure("cannot write " + in_quotes(name) + ": " + reason);
 }
 
 [[noreturn]] void fail_with_errno(const std::string& name) {
   fail(name, std::generic_category().message(errno));
 }
 
+[[noreturn]] void fail_busy(const std::string& name) {
+  fail(name, "another run is writing it");
+}
+
+// Does `name` itself, no link to it, stand for the open file?
+bool stands_for(const std::string& name, const FileDescriptor& file) {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(file.get(), &opened) == 0 && ::lstat(name.c_str(), &named) == 0 &&
+         regular_file(opened).has_value() &&
+         regular_file(opened) == regular_file(named);
+}
+
+// Opens what stands at `part_name` to learn whether it is locked; not a link, and
+// without waiting for anything. File systems on a network lock only what was opened for
+// writing; a part that is protected from writing is opened for reading instead.
+FileDescriptor open_for_locking(const std::string& part_name) {
+  constexpr int kAsItIs = O_NOFOLLOW | O_NONBLOCK;
+  FileDescriptor file(part_name, O_RDWR | kAsItIs);
+  if (file.is_open()) {
+    return file;
+  }
+  return {part_name, O_RDONLY | kAsItIs};
+}
+
+// Removes what stands at `part_name`; throws Failure when another run is writing it.
+// Only who holds its lock may remove a part: by the time this one has the lock, another
+// run may have removed the part and made its own, which must stay.
+void remove_abandoned(const std::string& name, const std::string& part_name) {
+  struct stat found {};
+  if (::lstat(part_name.c_str(), &found) != 0) {
+    return;
+  }
+  const FileDescriptor part =
+      S_ISREG(found.st_mode) ? open_for_locking(part_name) : FileDescriptor(-1);
+  if (part.is_open() && is_locked_by_another(part)) {
+    fail_busy(name);
+  }
+  if (part.is_open() && !stands_for(part_name, part)) {
+    return;
+  }
+  if (::unlink(part_name.c_str()) != 0 && errno != ENOENT) {
+    fail_with_errno(part_name);
+  }
+}
+
+// Makes a part of this run's own and locks it. Between any two steps another run may
+// take the same ones; whoever is late begins again and then meets the other's lock.
+FileDescriptor make_part(const std::string& name, const std::string& part_name) {
+  struct stat found {};
+  if (::stat(name.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
+    fail(name, "it exists and is not a regular file");
+  }
+  constexpr int kMostTries = 100;
+  for (int i = 0; i < kMostTries; ++i) {
+    InterruptWatch::obey();
+    remove_abandoned(name, part_name);
+    FileDescriptor part(part_name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    if (!part.is_open() && errno != EEXIST) {
+      fail_with_errno(part_name);
+    }
+    if (part.is_open() && is_locked_by_another(part)) {
+      fail_busy(name);
+    }
+    if (part.is_open() && stands_for(part_name, part)) {
+      return part;
+    }
+  }
+  fail_busy(name);
+}
+
+// Some file systems have nothing to wait for, and say that they can't.
+bool is_on_disk(const FileDescriptor& file) {
+  int result = 0;
+  do {
+    InterruptWatch::obey();
+    result = ::fsync(file.get());
+  } while (result != 0 && errno == EINTR);
+  return result == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+// A new name is on the disk when its folder is. The file itself is there already, so
+// that a failure loses nothing.
+void put_folder_on_disk(const std::string& name) {
+  const std::filesystem::path folder = std::filesystem::path(name).parent_path();
+  const FileDescriptor opened(folder.empty() ? "." : folder.string(),
+                              O_RDONLY | O_DIRECTORY);
+  if (opened.is_open()) {
+    ::fsync(opened.get());
+  }
+}
+
 }  // namespace
 
-FileCalls system_file_calls() {
-  return {.write = ::write, .close = ::close, .rename = std::rename};
-}
+std::string PartFile::part_name(const std::string& name) { return name + ".part"; }
 
-PartFile::PartFile(std::string name, const FileCalls& calls)
-    : name_(std::move(name)), part_name_(name_ + ".part"), calls_(calls) {
-  struct stat found {};
-  if (::stat(name_.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
-    fail(name_, "it exists and is not a regular file");
-  }
-  do {
-    descriptor_ = ::open(part_name_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC,
-                         kReadableByAll);
-  } while (descriptor_ == kFailed && errno == EINTR);
-  if (descriptor_ == kFailed) fail_with_errno(part_name_);
-}
+PartFile::PartFile(std::string name)
+    : name_(std::move(name)),
+      part_name_(part_name(name_)),
+      file_(make_part(name_, part_name_)) {}
 
+// The part is removed while it is still locked. What stands in its place by now is not
+// this run's to remove.
 PartFile::~PartFile() {
-  if (complete_) return;
-  if (descriptor_ != kClosed) calls_.close(descriptor_);
-  ::unlink(part_name_.c_str());
+  if (!complete_ && stands_for(part_name_, file_)) {
+    ::unlink(part_name_.c_str());
+  }
 }
 
 void PartFile::write(std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = calls_.write(descriptor_, text.data(), text.size());
-    if (written != kFailed) {
-      text.remove_prefix(static_cast<std::size_t>(written));
-      size_ += written;
-    } else if (errno != EINTR) {
-      fail_with_errno(part_name_);
-    }
-  }
-}
-
-void PartFile::complete() {
-  // Closed even when close reports an error: a second attempt could hit another file.
-  // An interrupted close is done.
-  if (calls_.close(std::exchange(descriptor_, kClosed)) != 0 && errno != EINTR) {
+  if (!file_.write_all(text)) {
     fail_with_errno(part_name_);
   }
-  if (calls_.rename(part_name_.c_str(), name_.c_str()) != 0) fail_with_errno(name_);
+  size_ += static_cast<std::int64_t>(text.size());
+}
+
+// The lock goes with the closing, so that comes last. A close that fails has nothing to
+// tell then: all is on the disk.
+void PartFile::complete() {
+  if (!is_on_disk(file_)) {
+    fail_with_errno(part_name_);
+  }
+  InterruptWatch::obey();
+  if (!stands_for(part_name_, file_)) {
+    fail(name_, in_quotes(part_name_) + " was removed or replaced meanwhile");
+  }
+  if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
+    fail_with_errno(name_);
+  }
   complete_ = true;
+  put_folder_on_disk(name_);
+  file_.close();
 }
 
 }  // namespace veldmark

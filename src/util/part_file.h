@@ -3,56 +3,53 @@
 #ifndef VELDMARK_UTIL_PART_FILE_H_
 #define VELDMARK_UTIL_PART_FILE_H_
 
-#include <sys/types.h>
-
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "util/file_descriptor.h"
+
 namespace veldmark {
 
-// The system calls that can fail while a file is written; tests hand in their own.
-struct FileCalls {
-  ssize_t (*write)(int, const void*, std::size_t);
-  int (*close)(int);
-  int (*rename)(const char*, const char*);
-};
-
-// The calls of this system.
-FileCalls system_file_calls();
-
 // Writes to NAME.part and renames it to NAME at the end; unless that has happened, the
-// destructor removes NAME.part. An earlier file NAME stays as it is until then.
+// destructor removes NAME.part. An earlier file NAME stays as it is until then. The
+// part is a new file of this run's own: what stood there before, left by a run that was
+// killed or put there by somebody, is removed, not written to.
 //
-// Errors     Failure "cannot write NAME...: reason" from every member; refused at once
-//            when NAME is something other than a regular file, because the renaming
-//            would put a file in the place of a device.
+// From the beginning to the renaming the part is locked, so that a second run on the
+// same output ends at once and harms nothing.
+//
+// Every member throws Failure "cannot write 'NAME...': reason", and Interrupted when an
+// InterruptWatch has caught a signal by then.
 class PartFile {
  public:
-  explicit PartFile(std::string name, const FileCalls& calls = system_file_calls());
+  // Refused are a NAME that is something other than a regular file, because the
+  // renaming would put a file in the place of a device; a NAME.part that another run is
+  // writing; and a folder in its place.
+  explicit PartFile(std::string name);
   ~PartFile();
   PartFile(const PartFile&) = delete;
   PartFile& operator=(const PartFile&) = delete;
   PartFile(PartFile&&) = delete;
   PartFile& operator=(PartFile&&) = delete;
 
+  // Returns what the part of an output is called.
+  [[nodiscard]] static std::string part_name(const std::string& name);
+
   // Appends the whole text.
   void write(std::string_view text);
 
-  // Closes the file and gives it its name; nothing can be written afterwards.
+  // Waits until the file is on the disk, so that its name means a complete file even
+  // after a power failure, and gives it its name. Nothing can be written afterwards.
   void complete();
 
-  // Bytes written so far.
+  // Returns the bytes written so far.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
  private:
-  static constexpr int kClosed = -1;
-
   std::string name_;
   std::string part_name_;
-  FileCalls calls_;
-  int descriptor_ = kClosed;
+  FileDescriptor file_;
   std::int64_t size_ = 0;
   bool complete_ = false;
 };

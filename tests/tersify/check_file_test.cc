@@ -4,6 +4,7 @@
 
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "raw_text.h"
 #include "support/temporary_folder.h"
@@ -22,9 +23,9 @@ std::string verdict(const std::string& content) {
   const TemporaryFolder folder;
   write_file("grid", content);
   std::ostringstream nobody;
-  const ProgressLine::Screen screen{.stream = nobody};
+  const companion::ProgressLine::Screen screen{.stream = nobody};
   try {
-    return check_file("grid", kOneYear, screen).value_or("complete");
+    return check_file("grid", kOneYear, screen).fault.value_or("complete");
   } catch (const Failure& error) {
     return std::string("failure: ") + error.what();
   }
@@ -43,9 +44,43 @@ TEST(CheckFile, ALineWithoutEndIsTooLong) {
             "3600 characters");
 }
 
+TEST(CheckFile, APublishedFileIsCalledOne) {
+  EXPECT_EQ(verdict(repeated(24, repeated(720, "  -999") + "\n")),
+            "it is not condensed, but a published file: tersify 'grid'");
+  EXPECT_EQ(verdict(repeated(720, " -999 ") + "\r\n"),
+            "it is not condensed, but a published file: tersify 'grid'");
+}
+
+TEST(CheckFile, ADamagedCondensedFileIsNotCalledPublished) {
+  EXPECT_EQ(verdict("-999 " + repeated(719, " -999") + "\n"),
+            "line 1 (year 1901, January, row 1), column 1: '-999 ' is not an integer "
+            "that ends at the right edge of its field");
+}
+
+TEST(CheckFile, AnEmptyFileEndsBeforeItsFirstLine) {
+  EXPECT_EQ(verdict(""),
+            "the file ends after 0 of 24 lines; the next is line 1 (year 1901, "
+            "January, row 1)");
+}
+
+TEST(CheckFile, WhatCanHardlyBeIsAWarning) {
+  const TemporaryFolder folder;
+  const std::string empty = repeated(720, " -999") + "\n";
+  const std::string other = repeated(719, " -999") + "    7\n";
+  write_file("grid", empty + other + repeated(21, empty) + other);
+  std::ostringstream nobody;
+  const companion::ProgressLine::Screen screen{.stream = nobody};
+  const Verdict found = check_file("grid", kOneYear, screen);
+  EXPECT_EQ(found.fault, std::nullopt);
+  EXPECT_EQ(found.warnings,
+            std::vector<std::string>{
+                "line 4 (year 1901, February, row 2), column 720: no value, and the "
+                "first month has one there"});
+}
+
 TEST(CheckFile, ACompressedFileIsAFailure) {
   EXPECT_EQ(verdict("\x1f\x8b\x08"),
-            "failure: grid is compressed (gzip); decompress it first");
+            "failure: 'grid' is compressed (gzip); decompress it first");
 }
 
 }  // namespace

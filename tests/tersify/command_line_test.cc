@@ -57,6 +57,34 @@ TEST(TersifyCommandLine, WrongUsageIsNamed) {
                      "--list and --check exclude each other");
 }
 
+TEST(TersifyCommandLine, TheHelpIsThisText) {
+  EXPECT_EQ(help_text(),
+            R"(Usage: tersify [FILE]...
+       tersify --list LISTFILE
+       tersify --check FILE.new...
+
+Makes condensed copies of published CRU TS grid files for veldmark: FILE.new beside
+FILE. A published line holds 720 integers with blanks or tabs between them; a condensed
+one holds them right-aligned in five columns each. The values stay what they are.
+
+Without arguments tersify asks for the name of a list file: the names of the files to
+condense, one a line.
+
+  --list LISTFILE  condense the files that LISTFILE names
+  --check          read condensed files and tell whether each is complete (116 years of
+                   12 months of 360 lines), or where its first fault is
+  --help           show this text
+  --version        show the version
+
+A file at fault is named with line and field; its copy is not made, an earlier copy
+stays, and the other files are condensed all the same. Compressed files must be
+decompressed first. A whole copy takes 1.8 GB.
+
+Exit status: 0 when all is well, 1 when a file failed, 2 for a wrong command line, 128
+and the signal's number when interrupted.
+)");
+}
+
 TEST(TersifyCommandLine, TheVersionIsTheProjects) {
   EXPECT_EQ(version_text(), "tersify (veldmark) " TERSIFY_VERSION "\n");
 }

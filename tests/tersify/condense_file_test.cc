@@ -3,20 +3,21 @@
 #include "tersify/condense_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
 
+#include "companion/line_buffer.h"
 #include "raw_text.h"
 #include "support/temporary_folder.h"
-#include "tersify/line_buffer.h"
 #include "util/failure.h"
 #include "util/interrupt_watch.h"
 
@@ -36,17 +37,22 @@ using Files = std::map<std::string, std::string>;
 const std::string kRaw = raw_line(numbers()) + "\n";
 const std::string kCondensed = condensed_line(numbers()) + "\n";
 
-Condensed condense(const std::string& name, const Disk& disk = {}) {
+using companion::kLongestLine;
+using companion::ProgressLine;
+
+Condensed condense(const std::string& name,
+                   const FreeSpace& free_space = system_free_space) {
   std::ostringstream nobody;
   const ProgressLine::Screen screen{.stream = nobody};
-  return condense_file(name, disk, screen);
+  return condense_file(name, free_space, screen);
 }
 
 // Condensing "raw" fails with `message` and leaves the folder as it was.
-void expect_failure(const std::string& message, const Disk& disk = {}) {
+void expect_failure(const std::string& message,
+                    const FreeSpace& free_space = system_free_space) {
   const Files before = folder_content();
   try {
-    condense("raw", disk);
+    condense("raw", free_space);
     ADD_FAILURE() << "no failure; expected: " << message;
   } catch (const Failure& error) {
     EXPECT_EQ(error.what(), message);
@@ -103,17 +109,18 @@ TEST(CondenseFile, ALastLineWithoutLineEndIsALine) {
 TEST(CondenseFile, AValueOfSixCharactersIsAFault) {
   expect_content_failure(
       kRaw + raw_line_with(7, "123456") + "\n" + kRaw,
-      "raw: line 2, field 7: '123456' needs more than five characters");
+      "'raw': line 2, field 7: '123456' needs more than five characters");
 }
 
 TEST(CondenseFile, ALetterIsAFault) {
   expect_content_failure(repeated(2000, kRaw) + raw_line_with(720, "12a") + "\n",
-                         "raw: line 2001, field 720: '12a' is not an integer");
+                         "'raw': line 2001, field 720: '12a' is not an integer");
 }
 
 TEST(CondenseFile, AnEmptyLineIsAFault) {
-  expect_content_failure(kRaw + "\n" + kRaw, "raw: line 2, field 1: the line is empty");
-  expect_content_failure(kRaw + "\r\n", "raw: line 2, field 1: the line is empty");
+  expect_content_failure(kRaw + "\n" + kRaw,
+                         "'raw': line 2, field 1: the line is empty");
+  expect_content_failure(kRaw + "\r\n", "'raw': line 2, field 1: the line is empty");
 }
 
 TEST(CondenseFile, TooFewAndTooManyNumbersAreFaults) {
@@ -121,41 +128,59 @@ TEST(CondenseFile, TooFewAndTooManyNumbersAreFaults) {
   fields.pop_back();
   expect_content_failure(
       kRaw + raw_line(fields) + "\n",
-      "raw: line 2, field 720: the line ends before it; a line holds 720 integers");
+      "'raw': line 2, field 720: the line ends before it; a line holds 720 integers");
   expect_content_failure(raw_line(numbers()) + " 1\n",
-                         "raw: line 1, field 721: '1' is too many; a line holds 720 "
+                         "'raw': line 1, field 721: '1' is too many; a line holds 720 "
                          "integers");
 }
 
 TEST(CondenseFile, AFileThatEndsWithinALineSaysSo) {
   auto fields = numbers();
   fields.resize(300);
-  expect_content_failure(
-      kRaw + raw_line(fields),
-      "raw: line 2, field 301: the line ends before it; a line holds 720 integers (the "
-      "file ends in this line)");
+  expect_content_failure(kRaw + raw_line(fields),
+                         "'raw': line 2, field 301: the line ends before it; a line "
+                         "holds 720 integers (the "
+                         "file ends in this line)");
 }
 
 TEST(CondenseFile, ALineWithoutEndIsAFault) {
   expect_content_failure(
       kRaw + std::string(2 * kLongestLine, ' '),
-      "raw: line 2, field 1: the line is longer than 262144 characters");
+      "'raw': line 2, field 1: the line is longer than 262144 characters");
 }
 
 TEST(CondenseFile, AnEmptyFileIsAFault) {
-  expect_content_failure("", "raw: the file is empty");
+  expect_content_failure("", "'raw': the file is empty");
 }
 
-TEST(CondenseFile, AFileWhoseValuesTouchIsGuessedToBeCondensed) {
-  expect_content_failure(repeated(720, "-9999") + "\n",
-                         "raw: line 1, field 1: '-9999-9999-9999-9999...' is not an "
+TEST(CondenseFile, ACondensedFileIsNotCondensedAgain) {
+  expect_content_failure(kCondensed + kRaw, "'raw' is condensed already");
+  expect_content_failure(repeated(720, "-9999") + "\n", "'raw' is condensed already");
+}
+
+TEST(CondenseFile, ADamagedCondensedFileIsGuessedToBeOne) {
+  expect_content_failure("12x45" + repeated(719, "-9999") + "\n",
+                         "'raw': line 1, field 1: '12x45-9999-9999-9999...' is not an "
                          "integer (is the file condensed already?)");
+}
+
+TEST(CondenseFile, HowToDecompressIsSaid) {
+  const TemporaryFolder folder;
+  write_file("my raw.gz", "\x1f\x8b\x08");
+  try {
+    condense("my raw.gz");
+    ADD_FAILURE() << "condensed";
+  } catch (const Failure& error) {
+    EXPECT_STREQ(error.what(),
+                 "'my raw.gz' is compressed (gzip); decompress it first: gunzip -k "
+                 "'my raw.gz'");
+  }
 }
 
 TEST(CondenseFile, CompressedFilesAreRecognised) {
   const auto expect = [](const std::string& content, const std::string& kind) {
     expect_content_failure(content,
-                           "raw is compressed (" + kind + "); decompress it first");
+                           "'raw' is compressed (" + kind + "); decompress it first");
   };
   expect(std::string("\x1f\x8b\x08\x00", 4), "gzip");
   expect("PK\x03\x04rest", "zip");
@@ -169,9 +194,9 @@ TEST(CondenseFile, CompressedFilesAreRecognised) {
 
 TEST(CondenseFile, AMissingFileAFolderAndAPipeAreRefused) {
   const TemporaryFolder folder;
-  expect_failure("cannot read raw: No such file or directory");
+  expect_failure("cannot read 'raw': No such file or directory");
   std::filesystem::create_directory("raw");
-  expect_failure("cannot read raw: Is a directory");
+  expect_failure("cannot read 'raw': Is a directory");
   std::filesystem::remove("raw");
   ASSERT_EQ(::mkfifo("raw", 0600), 0);
   EXPECT_THROW(condense("raw"), Failure);
@@ -182,96 +207,44 @@ TEST(CondenseFile, AnOutputThatIsTheInputIsRefused) {
   const TemporaryFolder folder;
   write_file("raw", kRaw);
   std::filesystem::create_hard_link("raw", "raw.new");
-  expect_failure("raw.new is the same file as raw; nothing was written");
+  expect_failure("'raw.new' is the same file as 'raw'; nothing was written");
   std::filesystem::remove("raw.new");
   std::filesystem::create_symlink("raw", "raw.new");
-  expect_failure("raw.new is the same file as raw; nothing was written");
+  expect_failure("'raw.new' is the same file as 'raw'; nothing was written");
   std::filesystem::remove("raw.new");
   std::filesystem::create_hard_link("raw", "raw.new.part");
-  expect_failure("raw.new.part is the same file as raw; nothing was written");
+  expect_failure("'raw.new.part' is the same file as 'raw'; nothing was written");
 }
 
 TEST(CondenseFile, AnOutputThatIsAFolderIsRefused) {
   const TemporaryFolder folder;
   write_file("raw", kRaw);
   std::filesystem::create_directory("raw.new");
-  expect_failure("cannot write raw.new: it exists and is not a regular file");
+  expect_failure("cannot write 'raw.new': it exists and is not a regular file");
 }
 
-TEST(CondenseFile, ADiskThatFillsUpLeavesNothing) {
+TEST(CondenseFile, AFileThatMayNotGrowLeavesNothing) {
   const TemporaryFolder folder;
   write_file("raw", repeated(300, kRaw));
   write_file("raw.new", "earlier");
-  Disk disk;
-  disk.calls.write = [](int descriptor, const void* text, std::size_t size) {
-    if (::lseek(descriptor, 0, SEEK_CUR) == 0) return ::write(descriptor, text, size);
-    errno = ENOSPC;
-    return ssize_t{-1};
-  };
-  expect_failure("cannot write raw.new.part: No space left on device", disk);
+  const InterruptWatch watch;  // SIGXFSZ is ignored meanwhile
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  rlimit small = before;
+  small.rlim_cur = 300'000;
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  expect_failure("cannot write 'raw.new.part': File too large");
+  ::setrlimit(RLIMIT_FSIZE, &before);
 }
 
-TEST(CondenseFile, AFailedCloseAndAFailedRenameLeaveNothing) {
-  const TemporaryFolder folder;
-  write_file("raw", kRaw);
-  Disk disk;
-  disk.calls.close = [](int descriptor) {
-    ::close(descriptor);
-    errno = EIO;
-    return -1;
-  };
-  expect_failure("cannot write raw.new.part: Input/output error", disk);
-  disk = {};
-  disk.calls.rename = [](const char*, const char*) {
-    errno = EACCES;
-    return -1;
-  };
-  expect_failure("cannot write raw.new: Permission denied", disk);
-}
-
-TEST(CondenseFile, TooLittleRoomIsSaidBeforeAnythingIsWritten) {
-  const TemporaryFolder folder;
-  write_file("raw", repeated(300, kRaw));
-  write_file("raw.new", "earlier");
-  Disk disk;
-  disk.free_space = [](const std::string& asked) -> std::optional<std::int64_t> {
-    EXPECT_EQ(asked, ".");
-    return 300 * 3601 - 1;
-  };
-  disk.calls.write = [](int, const void*, std::size_t) -> ssize_t {
-    ADD_FAILURE() << "something was written";
-    return -1;
-  };
-  expect_failure(
-      "not enough room for raw.new: it takes about 1080300 bytes, and 1080299 are free",
-      disk);
-}
-
-TEST(CondenseFile, RoomThatIsJustEnoughOrUnknownIsTried) {
-  const TemporaryFolder folder;
-  write_file("raw", repeated(300, kRaw));
-  Disk disk;
-  disk.free_space = [](const std::string&) { return 300 * 3601; };
-  EXPECT_EQ(condense("raw", disk).lines, 300);
-  disk.free_space = [](const std::string&) { return std::nullopt; };
-  EXPECT_EQ(condense("raw", disk).lines, 300);
-}
-
-TEST(CondenseFile, RoomIsAskedForWhereTheCopyGoes) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory("data");
-  write_file("data/raw", kRaw);
-  Disk disk;
-  disk.free_space = [](const std::string& asked) -> std::optional<std::int64_t> {
-    EXPECT_EQ(asked, "data");
-    return std::nullopt;
-  };
-  condense("data/raw", disk);
-}
-
-TEST(CondenseFile, TheSystemTellsTheFreeSpaceOfAFolder) {
-  EXPECT_GT(system_free_space(".").value_or(0), 0);
-  EXPECT_EQ(system_free_space("/no such folder"), std::nullopt);
+// A screen whose clock does something whenever progress is made.
+Condensed condense_while(const std::function<void()>& action) {
+  std::ostringstream terminal;
+  const ProgressLine::Screen screen{.stream = terminal, .shown = true, .clock = [&] {
+                                      action();
+                                      return 0.0;
+                                    }};
+  return condense_file("raw", system_free_space, screen);
 }
 
 TEST(CondenseFile, AStopSignalLeavesNothing) {
@@ -280,13 +253,72 @@ TEST(CondenseFile, AStopSignalLeavesNothing) {
   write_file("raw.new", "earlier");
   const Files before = folder_content();
   const InterruptWatch watch;
-  Disk disk;
-  disk.calls.write = [](int descriptor, const void* text, std::size_t size) {
-    std::raise(SIGTERM);
-    return ::write(descriptor, text, size);
-  };
-  EXPECT_THROW(condense("raw", disk), Interrupted);
+  EXPECT_THROW(condense_while([] { std::raise(SIGTERM); }), Interrupted);
   EXPECT_EQ(folder_content(), before);
+}
+
+TEST(CondenseFile, AFileThatGrowsWhileItIsReadIsReadToItsEnd) {
+  const TemporaryFolder folder;
+  write_file("raw", repeated(300, kRaw));
+  const Condensed done = condense_while([grown = false]() mutable {
+    if (!grown) {
+      std::ofstream("raw", std::ios::app | std::ios::binary) << repeated(7, kRaw);
+    }
+    grown = true;
+  });
+  EXPECT_EQ(done.lines, 307);
+  EXPECT_EQ(done.size_before, static_cast<std::int64_t>(307 * kRaw.size()));
+  EXPECT_TRUE(folder_content()["raw.new"] == repeated(307, kCondensed));
+}
+
+TEST(CondenseFile, AFileThatShrinksWhileItIsReadIsAFailure) {
+  const TemporaryFolder folder;
+  write_file("raw", repeated(300, kRaw));
+  try {
+    condense_while([] { std::filesystem::resize_file("raw", 100 * kRaw.size()); });
+    ADD_FAILURE() << "condensed";
+  } catch (const Failure& error) {
+    EXPECT_STREQ(error.what(), "cannot read 'raw': it has become shorter");
+  }
+  EXPECT_EQ(folder_content().size(), 1U);
+}
+
+TEST(CondenseFile, AWrongFileIsToldWhatIsWrongWithItThoughThereIsNoRoom) {
+  const TemporaryFolder folder;
+  write_file("raw", repeated(100'000, "hello\n"));
+  expect_failure("'raw': line 1, field 1: 'hello' is not an integer",
+                 [](const std::string&) { return 0; });
+  write_file("raw", kCondensed);
+  expect_failure("'raw' is condensed already", [](const std::string&) { return 0; });
+}
+
+TEST(CondenseFile, TooLittleRoomIsSaidBeforeAnythingIsWritten) {
+  const TemporaryFolder folder;
+  write_file("raw", repeated(300, kRaw));
+  write_file("raw.new", "earlier");
+  write_file("raw.new.part", "");
+  expect_failure(
+      "not enough room for 'raw.new': it takes about 1080300 bytes, and 1080299 are "
+      "free",
+      [](const std::string&) { return 300 * 3601 - 1; });
+}
+
+TEST(CondenseFile, AnotherInputOfTheRunIsNotReplaced) {
+  const TemporaryFolder folder;
+  write_file("raw", kRaw);
+  write_file("raw.new", "raw\n");
+  companion::Inputs inputs;
+  inputs.add("the list", regular_file(std::string("raw.new")));
+  std::ostringstream nobody;
+  const ProgressLine::Screen screen{.stream = nobody};
+  try {
+    condense_file("raw", system_free_space, screen, inputs);
+    ADD_FAILURE() << "condensed";
+  } catch (const Failure& error) {
+    EXPECT_STREQ(error.what(),
+                 "'raw.new' is the same file as the list; nothing was written");
+  }
+  EXPECT_EQ(folder_content(), (Files{{"raw", kRaw}, {"raw.new", "raw\n"}}));
 }
 
 }  // namespace

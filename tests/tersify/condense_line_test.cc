@@ -11,13 +11,14 @@
 #include <string>
 #include <vector>
 
+#include "companion/line_buffer.h"
 #include "raw_text.h"
 #include "tersify/character_masks.h"
-#include "tersify/line_buffer.h"
 
 namespace veldmark::tersify {
 namespace {
 
+using companion::kRoomAroundLine;
 using testing::condensed_line;
 using testing::numbers;
 using testing::raw_line;

@@ -19,6 +19,7 @@
 namespace veldmark::tersify {
 namespace {
 
+using companion::LineBuffer;
 using testing::repeated;
 
 constexpr GridShape kSmall{.first_year = 1901, .years = 2, .rows = 3, .columns = 2};
@@ -153,7 +154,7 @@ TEST(GridCheck, VectorsAgreeWithThePlainWay) {
     }
     if (i % 4 == 0) line[random() % line.size()] = static_cast<char>(random());
     line.resize(line.size() - random() % 8);
-    const std::string text = line + std::string(kRoomAroundLine, '7');
+    const std::string text = line + std::string(companion::kRoomAroundLine, '7');
     const auto view = std::string_view(text).substr(0, line.size());
     ASSERT_EQ(count_good_fields(view), count_good_fields_plainly(view)) << line;
   }

@@ -90,8 +90,8 @@ TEST(TersifyProgram, AFileThatMayNotGrowIsAFailureAndLeavesNothing) {
   write_file("a.new", "earlier");
   EXPECT_EQ(run_program("a", "ulimit -f 512; "), 1);
   EXPECT_EQ(file_content("messages"),
-            "tersify: cannot write a.new.part: File too large\n"
-            "tersify: not condensed: a\n");
+            "tersify: cannot write 'a.new.part': File too large\n"
+            "tersify: not condensed: 'a'\n");
   EXPECT_EQ(file_content("a.new"), "earlier");
   EXPECT_FALSE(std::filesystem::exists("a.new.part"));
 }
@@ -166,7 +166,7 @@ void expect_orderly_end(int signal) {
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 128 + signal);
   EXPECT_EQ(file_content("messages"),
-            "tersify: interrupted\ntersify: not condensed: big, after\n");
+            "tersify: interrupted\ntersify: not condensed: 'big', 'after'\n");
   EXPECT_EQ(file_content("output"), "condensed 0 of 2 files\n");
   EXPECT_FALSE(std::filesystem::exists("big.new"));
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));

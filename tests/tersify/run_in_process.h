@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/memory_input.h"
 #include "tersify/tersify.h"
 
 namespace veldmark::tersify::testing {
@@ -18,15 +19,13 @@ struct Outcome {
 };
 
 inline Outcome run(const std::vector<std::string>& arguments,
-                   const std::string& input = "", const Disk& disk = {},
-                   const GridShape& shape = {}) {
-  std::istringstream in(input);
+                   const std::string& input = "", const Settings& settings = {}) {
+  const veldmark::testing::MemoryInput in(input);
   std::ostringstream out;
   std::ostringstream messages;
-  const ProgressLine::Screen screen{.stream = messages};
-  Surroundings around{
-      .input = in, .output = out, .messages = screen, .disk = disk, .shape = shape};
-  const int status = run_tersify(arguments, around);
+  const companion::Surroundings around{
+      .input = in.descriptor(), .output = out, .messages = {.stream = messages}};
+  const int status = run_tersify(arguments, around, settings);
   return {status, out.str(), messages.str()};
 }
 

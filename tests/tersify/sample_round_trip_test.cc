@@ -35,8 +35,8 @@ TEST_P(SampleRoundTrip, TheCondensedCopyIsTheCondensedFile) {
   const std::string direct = file_content("direct");
   EXPECT_EQ(direct.size(), 12U * 360 * 3601);
   EXPECT_TRUE(file_content("raw.new") == direct);
-  EXPECT_EQ(testing::run({"--check", "raw.new"}, "", {}, {.years = 1}).output,
-            "raw.new: complete\n");
+  EXPECT_EQ(testing::run({"--check", "raw.new"}, "", {.shape = {.years = 1}}).output,
+            "'raw.new': complete\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(AllVariables, SampleRoundTrip,

@@ -2,10 +2,13 @@
 
 #include "tersify/tersify.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <filesystem>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "raw_text.h"
 #include "run_in_process.h"
@@ -35,13 +38,13 @@ const std::string kPrompt =
     " name/line.\n\n LIST FILE ==> ";
 
 std::string wrote(const std::string& name) {
-  return "wrote " + name + ".new: 12 lines, " + std::to_string(kTwelve.size()) +
+  return "wrote '" + name + ".new': 12 lines, " + std::to_string(kTwelve.size()) +
          " bytes before, 43212 after\n";
 }
 
 Outcome run_small(const std::vector<std::string>& arguments,
                   const std::string& input = "") {
-  return run(arguments, input, {}, kTwelveLines);
+  return run(arguments, input, {.shape = kTwelveLines});
 }
 
 TEST(Tersify, AWholeFileGetsOneLine) {
@@ -59,8 +62,8 @@ TEST(Tersify, AFileThatIsNotWholeIsNoted) {
   write_file("a", kRaw);
   const Outcome result = run({"a"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.output, "wrote a.new: 1 lines, " + std::to_string(kRaw.size()) +
-                               " bytes before, 3601 after\nnote: a holds 1 lines; a "
+  EXPECT_EQ(result.output, "wrote 'a.new': 1 lines, " + std::to_string(kRaw.size()) +
+                               " bytes before, 3601 after\nnote: 'a' holds 1 lines; a "
                                "whole file holds 501120\n");
 }
 
@@ -68,7 +71,7 @@ TEST(Tersify, AMissingLastLineEndIsNoted) {
   const TemporaryFolder folder;
   write_file("a", kTwelve.substr(0, kTwelve.size() - 1));
   EXPECT_TRUE(run_small({"a"}).output.ends_with(
-      "note: the last line of a has no line end; its last value may be cut\n"));
+      "note: the last line of 'a' has no line end; its last value may be cut\n"));
 }
 
 TEST(Tersify, TheOtherFilesGoOnAndTheEndTellsWhatWasNotDone) {
@@ -80,9 +83,9 @@ TEST(Tersify, TheOtherFilesGoOnAndTheEndTellsWhatWasNotDone) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.output, wrote("a") + wrote("d") + "condensed 2 of 4 files\n");
   EXPECT_EQ(result.messages,
-            "tersify: b: line 1, field 1: 'x' is not an integer\n"
-            "tersify: cannot read c: No such file or directory\n"
-            "tersify: not condensed: b, c\n");
+            "tersify: 'b': line 1, field 1: 'x' is not an integer\n"
+            "tersify: cannot read 'c': No such file or directory\n"
+            "tersify: not condensed: 'b', 'c'\n");
   EXPECT_EQ(folder_content().size(), 5U);
   EXPECT_EQ(folder_content()["d.new"], repeated(12, kCondensed));
 }
@@ -134,7 +137,82 @@ TEST(Tersify, AListThatIsNotThereIsAFailure) {
   const Outcome result = run({}, "nowhere\n");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.messages,
-            "tersify: cannot read nowhere: No such file or directory\n");
+            "tersify: cannot read 'nowhere': No such file or directory\n");
+}
+
+TEST(Tersify, TheListItselfIsNotReplaced) {
+  const TemporaryFolder folder;
+  write_file("a", kTwelve);
+  write_file("a.new", "a\n");
+  const Outcome result = run_small({"--list", "a.new"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages,
+            "tersify: 'a.new' is the same file as 'a.new'; nothing was written\n"
+            "tersify: not condensed: 'a'\n");
+  EXPECT_EQ(folder_content()["a.new"], "a\n");
+  EXPECT_EQ(run_small({}, "a.new\n").status, 1);
+  EXPECT_EQ(folder_content()["a.new"], "a\n");
+}
+
+TEST(Tersify, AnotherFileOfTheRunIsNotReplaced) {
+  const TemporaryFolder folder;
+  write_file("a", kTwelve);
+  write_file("a.new.part", kTwelve);
+  const Outcome result = run_small({"a", "a.new.part"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages,
+            "tersify: 'a.new.part' is the same file as 'a.new.part'; nothing was "
+            "written\ntersify: not condensed: 'a'\n");
+  EXPECT_EQ(folder_content()["a.new.part"], kTwelve);
+}
+
+TEST(Tersify, TheAnswersAreNotReplaced) {
+  const TemporaryFolder folder;
+  write_file("a", kTwelve);
+  write_file("list", "a\n");
+  write_file("a.new", "list\n");
+  const int answers = ::open("a.new", O_RDONLY | O_CLOEXEC);
+  std::ostringstream output;
+  std::ostringstream messages;
+  EXPECT_EQ(
+      run_tersify(
+          {}, {.input = answers, .output = output, .messages = {.stream = messages}}),
+      1);
+  ::close(answers);
+  EXPECT_EQ(messages.str(),
+            "tersify: 'a.new' is the same file as the standard input; nothing was "
+            "written\ntersify: not condensed: 'a'\n");
+  EXPECT_EQ(folder_content()["a.new"], "list\n");
+}
+
+TEST(Tersify, ACondensedFileIsNotCondensedAgain) {
+  const TemporaryFolder folder;
+  write_file("a.new", repeated(12, kCondensed));
+  const Outcome result = run_small({"a.new"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.messages,
+            "tersify: 'a.new' is condensed already\n"
+            "tersify: not condensed: 'a.new'\n");
+  EXPECT_EQ(folder_content().size(), 1U);
+}
+
+TEST(Tersify, NoNameUpsetsATerminal) {
+  const TemporaryFolder folder;
+  const std::string name = "a\x1b[31m\n";
+  write_file(name, kTwelve);
+  Outcome result = run_small({name, "no\x1b[2J"});
+  EXPECT_EQ(result.output.find('\x1b'), std::string::npos);
+  EXPECT_TRUE(result.output.starts_with("wrote 'a?[31m?.new': 12 lines, "));
+  EXPECT_EQ(result.messages,
+            "tersify: cannot read 'no?[2J': No such file or directory\n"
+            "tersify: not condensed: 'no?[2J'\n");
+  result = run_small({"--\x1b[2J"});
+  EXPECT_TRUE(result.messages.starts_with("tersify: unknown option '--?[2J'\n"));
+  write_file(name, "\x1b[31m\n");
+  result = run_small({name});
+  EXPECT_TRUE(result.messages.starts_with(
+      "tersify: 'a?[31m?': line 1, field 1: '?[31m' is not an integer\n"));
 }
 
 TEST(Tersify, CheckTellsOfEachFileWhatItIs) {
@@ -145,20 +223,41 @@ TEST(Tersify, CheckTellsOfEachFileWhatItIs) {
   Outcome result = run_small({"--check", "a", "b", "c", "d"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.output,
-            "a: complete\n"
-            "b: the file ends after 11 of 12 lines; the next is line 12 (year 1901, "
+            "'a': complete\n"
+            "'b': the file ends after 11 of 12 lines; the next is line 12 (year 1901, "
             "December, row 1)\n"
-            "c: line 4 (year 1901, April, row 1), column 1: the line ends after 0 of "
+            "'c': line 4 (year 1901, April, row 1), column 1: the line ends after 0 of "
             "3600 characters\n");
-  EXPECT_EQ(result.messages, "tersify: cannot read d: No such file or directory\n");
+  EXPECT_EQ(result.messages, "tersify: cannot read 'd': No such file or directory\n");
   EXPECT_EQ(run_small({"--check", "a"}).status, 0);
+}
+
+TEST(Tersify, OneFaultyFileIsAFailureWhereverItStands) {
+  const TemporaryFolder folder;
+  write_file("faulty", kCondensed);
+  write_file("good", repeated(12, kCondensed));
+  EXPECT_EQ(run_small({"--check", "faulty", "good"}).status, 1);
+  EXPECT_EQ(run_small({"--check", "good", "faulty"}).status, 1);
+  EXPECT_EQ(run_small({"--check", "missing", "good"}).status, 1);
+}
+
+TEST(Tersify, AWarningIsNoFailure) {
+  const TemporaryFolder folder;
+  const std::string empty = repeated(720, " -999") + "\n";
+  write_file("a", repeated(11, empty) + repeated(719, " -999") + "    7\n");
+  const Outcome result = run_small({"--check", "a"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output,
+            "'a': complete\n"
+            "warning: 'a': line 12 (year 1901, December, row 1), column 720: a value, "
+            "and the first month has none there\n");
 }
 
 TEST(Tersify, WhatItMakesPassesItsOwnCheck) {
   const TemporaryFolder folder;
   write_file("a", kTwelve);
   run_small({"a"});
-  EXPECT_EQ(run_small({"--check", "a.new"}).output, "a.new: complete\n");
+  EXPECT_EQ(run_small({"--check", "a.new"}).output, "'a.new': complete\n");
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 #include "util/failure.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
 using Arguments = std::vector<std::string>;
@@ -39,7 +39,7 @@ TEST(CommandLine, AHyphenAsSeriesIsStandardInput) {
 
 TEST(CommandLine, WithoutOptionsTheGridIsCondensedSouthFirstAndHasAllYears) {
   const Command command = parse_command_line(Arguments{"out.dat"});
-  EXPECT_FALSE(command.help);
+  EXPECT_EQ(command.task, Task::kExpand);
   EXPECT_EQ(command.years.first, 1901);
   EXPECT_EQ(command.years.last, 2016);
   EXPECT_EQ(command.form.field_width, 5);
@@ -71,8 +71,9 @@ TEST(CommandLine, TheLastSpanOfYearsHolds) {
   EXPECT_EQ(command.years.last, 2000);
 }
 
-TEST(CommandLine, HelpNeedsNoNames) {
-  EXPECT_TRUE(parse_command_line(Arguments{"--help"}).help);
+TEST(CommandLine, HelpAndVersionNeedNoNames) {
+  EXPECT_EQ(parse_command_line(Arguments{"--help"}).task, Task::kShowHelp);
+  EXPECT_EQ(parse_command_line(Arguments{"--version"}).task, Task::kShowVersion);
 }
 
 TEST(CommandLine, TheFirstAndTheLastGridYearAreAccepted) {
@@ -122,6 +123,37 @@ TEST(CommandLine, AnUnknownOptionIsRefused) {
   expect_usage_error({"--publish", "o"}, "unknown option '--publish'");
 }
 
+TEST(CommandLine, TheVersionIsTheProjects) {
+  EXPECT_EQ(version_text(), "series_to_grid (veldmark) " SERIES_TO_GRID_VERSION "\n");
+}
+
+TEST(CommandLine, TheHelpIsThisText) {
+  EXPECT_EQ(help_text(),
+            R"(Usage: series_to_grid [OPTION]... OUTPUT [SERIES]
+
+Expands a series file (monthly values of single grid cells) into a grid file of the
+whole 0.5 degree grid. SERIES is read from standard input when it is absent or "-":
+
+  zcat cru_ts4.01_tmp_1901_2016.csv.gz |
+    series_to_grid --years 1901-1910 cru_ts4.01.1901.2016.tmp.dat.new
+
+OUTPUT begins with January 1901 and ends with December of the last year asked. Cells
+that SERIES does not list, and months outside the years asked, are missing (-999).
+Rows run south to north. OUTPUT grows to 1.8 GB for 1901-2016 (15.6 MB a year).
+
+  --years FIRST-LAST  years to take from SERIES, within 1901-2016 (default 1901-2016)
+  --published         the layout as published: a blank and five columns for each
+                      number (18.7 MB a year) instead of five columns
+  --scpdsi            rows north to south, and -9999 for a missing value
+  --help              show this text
+  --version           show the version
+
+Exit status: 0 when OUTPUT is complete, 1 when SERIES or OUTPUT is at fault, 2 for a
+wrong command line, 128 and the signal's number when interrupted. Unless the status is
+0 OUTPUT is left as it was.
+)");
+}
+
 TEST(CommandLine, TheOutputCannotBeAPipeOrNameless) {
   expect_usage_error({"-"}, "the output needs a name; it cannot be written to a pipe");
   expect_usage_error({"", "in.csv"},
@@ -129,4 +161,4 @@ TEST(CommandLine, TheOutputCannotBeAPipeOrNameless) {
 }
 
 }  // namespace
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

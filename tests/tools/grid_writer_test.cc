@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
 constexpr GridForm kScpdsi = {
@@ -172,4 +172,4 @@ TEST(MakeGrid, TheFullSpanHas1392Months) {
 }
 
 }  // namespace
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

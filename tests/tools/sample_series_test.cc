@@ -14,12 +14,14 @@
 #include <string_view>
 #include <vector>
 
-#include "scratch_folder.h"
+#include "read_text.h"
 #include "series_to_grid/grid_writer.h"
 #include "series_to_grid/series_file.h"
 #include "series_to_grid/series_to_grid.h"
+#include "support/memory_input.h"
+#include "support/temporary_folder.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
 // One cell of a sample file; the row is counted from the south.
@@ -78,17 +80,18 @@ std::string field_at(std::ifstream& grid, int year, int month, int row, int colu
 }
 
 TEST(SampleSeries, KnownTemperaturesStandOnTheirLines) {
-  const ScratchFolder folder;
-  std::istringstream input(sample_text("tmp"));
+  const testing::TemporaryFolder folder;
+  const testing::MemoryInput input(sample_text("tmp"));
   std::ostringstream messages;
-  Surroundings around{.input = input, .output = messages, .messages = messages};
-  const std::vector<std::string> arguments = {"--years", "1901-1902",
-                                              folder.file("grid")};
+  const companion::Surroundings around{.input = input.descriptor(),
+                                       .output = messages,
+                                       .messages = {.stream = messages}};
+  const std::vector<std::string> arguments = {"--years", "1901-1902", "grid"};
   ASSERT_EQ(run_series_to_grid(arguments, around), 0);
-  EXPECT_EQ(messages.str(), "series_to_grid: wrote " + folder.file("grid") +
-                                ": 71 cells, values in 24 of 24 months, 31112640 "
-                                "bytes\n");
-  std::ifstream grid(folder.file("grid"), std::ios::binary);
+  EXPECT_EQ(messages.str(),
+            "series_to_grid: wrote 'grid': 71 cells, values in 24 of 24 months, "
+            "31112640 bytes\n");
+  std::ifstream grid("grid", std::ios::binary);
   // 139.75 W 60.25 N is column 81, row 301; 48.25 W 25.25 S is column 264, row 130.
   EXPECT_EQ(field_at(grid, 1901, 1, 301, 81), " -186");
   EXPECT_EQ(field_at(grid, 1901, 2, 301, 81), " -186");
@@ -105,8 +108,7 @@ void expect_whole_sample(const std::string& variable, std::size_t cell_count) {
   const std::string text = sample_text(variable);
   const std::vector<SampleCell> cells = sample_cells(text);
   ASSERT_EQ(cells.size(), cell_count) << variable;
-  std::istringstream input(text);
-  const Series series = read_series(input);
+  const Series series = read_text(text);
   std::size_t month_index = 0;
   make_grid(series, {1901, 2016}, {}, [&](std::string_view month) {
     for (const SampleCell& cell : cells) {
@@ -134,4 +136,4 @@ TEST(SampleSeries, EveryValueOfTheOtherVariablesIsInItsField) {
 }
 
 }  // namespace
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

@@ -3,27 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <ios>
-#include <istream>
-#include <sstream>
-#include <streambuf>
+#include <cstdint>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
+#include "read_text.h"
 #include "util/failure.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
 const std::string kHeader2001 =
     "lon,lat,2001-01,2001-02,2001-03,2001-04,2001-05,2001-06,2001-07,2001-08,2001-09,"
     "2001-10,2001-11,2001-12\n";
-
-Series read_text(const std::string& text) {
-  std::istringstream input(text);
-  return read_series(input);
-}
 
 void expect_failure(const std::string& text, const std::string& message) {
   try {
@@ -52,7 +45,7 @@ TEST(ReadSeries, ACellHasItsColumnItsRowFromTheSouthAndItsValuesInOrder) {
   EXPECT_EQ(series.cells[0].GridX, 2);
   EXPECT_EQ(series.cells[0].south_row, 3);
   EXPECT_EQ(series.cells[0].values,
-            (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+            (std::vector<std::int32_t>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 
 TEST(ReadSeries, TheCornersOfTheGridAreCells) {
@@ -99,9 +92,10 @@ TEST(ReadSeries, SeveralYearsFollowEachOther) {
 
 TEST(ReadSeries, ValuesUpToFiveCharactersAreTakenAsTheyAre) {
   const Series series =
-      read_text(kHeader2001 + "0.25,0.25,99999,-9999,-999,0,-0,13498,007,-1,1,2,3,4\n");
-  EXPECT_EQ(series.cells.at(0).values,
-            (std::vector<int>{99999, -9999, -999, 0, 0, 13498, 7, -1, 1, 2, 3, 4}));
+      read_text(kHeader2001 + "0.25,0.25,32767,-9999,-999,0,-0,13498,007,-1,1,2,3,4\n");
+  EXPECT_EQ(
+      series.cells.at(0).values,
+      (std::vector<std::int32_t>{32767, -9999, -999, 0, 0, 13498, 7, -1, 1, 2, 3, 4}));
 }
 
 TEST(ReadSeries, ACarriageReturnBelongsToTheLineEnd) {
@@ -114,7 +108,7 @@ TEST(ReadSeries, ACarriageReturnBelongsToTheLineEnd) {
 
 TEST(ReadSeries, OnlyOneCarriageReturnBelongsToTheLineEnd) {
   expect_cell_failure("0.25,0.25,1,2,3,4,5,6,7,8,9,10,11,12\r\r",
-                      "line 2: 2001-12: '12\r' is not an integer");
+                      "line 2: 2001-12: '12?' is not an integer");
 }
 
 TEST(ReadSeries, AnEmptyInputHasNoHeader) {
@@ -251,30 +245,60 @@ TEST(ReadSeries, ALastLineWithoutLineEndMayBeCutShort) {
   expect_failure(text, "line 2: the line end is missing; the series may be cut short");
 }
 
-// Gives its text and then fails as a disk does.
-class FailingBuffer : public std::streambuf {
- public:
-  explicit FailingBuffer(std::string text) : text_(std::move(text)) {
-    setg(text_.data(), text_.data(), text_.data() + text_.size());
+TEST(ReadSeries, AFailureOfTheInputIsNotTakenForTheEnd) {
+  bool begun = false;
+  EXPECT_THROW(read_series([&](char* buffer, std::size_t size) -> std::size_t {
+                 if (begun) {
+                   throw Failure("cannot read");
+                 }
+                 begun = true;
+                 return (kHeader2001 + cell_at("0.25,0.25")).copy(buffer, size);
+               }),
+               Failure);
+}
+
+TEST(ReadSeries, AValueThatWouldBeReadAsAnotherOneIsRefused) {
+  for (const std::string value : {"32768", "40000", "99999"}) {
+    expect_cell_failure("0.25,0.25," + value + ",2,3,4,5,6,7,8,9,10,11,12",
+                        "line 2: 2001-01: '" + value + "' is not within -32768..32767");
   }
+  const Series series =
+      read_text(kHeader2001 + "0.25,0.25,32767,-9999,3,4,5,6,7,8,9,10,11,12\n");
+  EXPECT_EQ(series.cells.at(0).values.at(0), 32767);
+}
 
- protected:
-  int_type underflow() override { throw std::ios_base::failure("read error"); }
+TEST(ReadSeries, AByteOrderMarkBeforeTheHeaderIsSkipped) {
+  EXPECT_EQ(read_text("\xef\xbb\xbf" + kHeader2001 + cell_at("0.25,0.25")).cells.size(),
+            1U);
+}
 
- private:
-  std::string text_;
-};
+TEST(ReadSeries, AnEndlessLineIsCalledOne) {
+  const std::string endless(2'000'000, ',');
+  expect_failure(endless, "line 1: it is longer than 1048576 characters");
+  expect_failure(kHeader2001 + endless, "line 2: it is longer than 1048576 characters");
+}
 
-TEST(ReadSeries, AReadErrorIsNotTakenForTheEnd) {
-  FailingBuffer buffer(kHeader2001 + cell_at("0.25,0.25"));
-  std::istream input(&buffer);
-  try {
-    read_series(input);
-    ADD_FAILURE() << "accepted";
-  } catch (const Failure& error) {
-    EXPECT_STREQ(error.what(), "line 3: the input cannot be read");
+TEST(ReadSeries, TheLongestHeaderThatCanBeIsRead) {
+  std::string header = "lon,lat";
+  std::string cell = "0.25,0.25";
+  for (int month = 0; month < 10000 * 12; ++month) {
+    const std::string year = std::to_string(10000 + month / 12).substr(1);
+    const std::string of_year = std::to_string(101 + month % 12).substr(1);
+    header += "," + year + "-" + of_year;
+    cell += ",-9999";
   }
+  const Series series = read_text(header + "\r\n" + cell + "\r\n");
+  EXPECT_EQ(series.first_year, 0);
+  EXPECT_EQ(series.last_year, 9999);
+}
+
+TEST(ReadSeries, NoFieldUpsetsATerminal) {
+  expect_failure("lon,lat,\x1b[31m\n", "line 1: '?[31m' is not a month (YYYY-MM)");
+  expect_cell_failure("\x1b]0;x\a,0.25,1,2,3,4,5,6,7,8,9,10,11,12",
+                      "line 2: '?]0;x?' is not the longitude of a cell's centre");
+  expect_cell_failure(std::string("60.25\0x,", 8) + "0.25,1,2,3,4,5,6,7,8,9,10,11,12",
+                      "line 2: '60.25?x' is not the longitude of a cell's centre");
 }
 
 }  // namespace
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

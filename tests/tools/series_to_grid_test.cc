@@ -2,24 +2,40 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
-#include "scratch_folder.h"
 #include "series_to_grid/command_line.h"
+#include "support/memory_input.h"
+#include "support/temporary_folder.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
+
+using testing::file_content;
+using testing::folder_content;
+using testing::MemoryInput;
+using testing::TemporaryFolder;
+using testing::write_file;
+using Names = std::vector<std::string>;
+
+// Returns what is in the folder, in alphabetical order.
+Names names() {
+  Names found;
+  for (const auto& [name, content] : folder_content()) {
+    found.push_back(name);
+  }
+  return found;
+}
 
 // Two cells in the years 1901 and 1902: column 1 of row 1 counts 1..24, column 720 of
 // row 360 counts 2001..2024.
@@ -38,16 +54,26 @@ struct Outcome {
   std::string messages;
 };
 
-Outcome run(const std::vector<std::string>& arguments, const std::string& input,
-            bool show_progress = false, FileCalls calls = system_file_calls()) {
-  std::istringstream in(input);
+Outcome run(const std::vector<std::string>& arguments, const std::string& input) {
+  const MemoryInput in(input);
   std::ostringstream out;
   std::ostringstream messages;
-  Surroundings around{.input = in,
-                      .output = out,
-                      .messages = messages,
-                      .show_progress = show_progress,
-                      .calls = calls};
+  const companion::Surroundings around{
+      .input = in.descriptor(), .output = out, .messages = {.stream = messages}};
+  const int status = run_series_to_grid(arguments, around);
+  return {status, out.str(), messages.str()};
+}
+
+// Runs it on a terminal whose clock is asked whenever progress is made.
+Outcome run_on_terminal(const std::vector<std::string>& arguments,
+                        const std::function<double()>& clock) {
+  const MemoryInput in(kSeries);
+  std::ostringstream out;
+  std::ostringstream messages;
+  const companion::Surroundings around{
+      .input = in.descriptor(),
+      .output = out,
+      .messages = {.stream = messages, .shown = true, .clock = clock}};
   const int status = run_series_to_grid(arguments, around);
   return {status, out.str(), messages.str()};
 }
@@ -73,14 +99,14 @@ void expect_grid(const std::string& grid, int line_count, const std::string& emp
 }
 
 TEST(SeriesToGrid, ACondensedFileHasEachValueOnTheLineOfItsYearMonthAndRow) {
-  const ScratchFolder folder;
-  const Outcome result = run({"--years", "1901-1902", folder.file("grid")}, kSeries);
+  const TemporaryFolder folder;
+  const Outcome result = run({"--years", "1901-1902", "grid"}, kSeries);
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.messages,
-            "series_to_grid: wrote " + folder.file("grid") +
-                ": 2 cells, values in 24 of 24 months, 31112640 bytes\n");
-  EXPECT_EQ(folder.names(), Names{"grid"});
+            "series_to_grid: wrote 'grid': 2 cells, values in 24 of 24 months, "
+            "31112640 bytes\n");
+  EXPECT_EQ(names(), Names{"grid"});
 
   std::map<int, std::string> lines;
   for (int month = 0; month < 24; ++month) {
@@ -90,15 +116,15 @@ TEST(SeriesToGrid, ACondensedFileHasEachValueOnTheLineOfItsYearMonthAndRow) {
     lines[month * 360 + 360] =
         repeated(719, " -999") + " " + std::to_string(2001 + month) + "\n";
   }
-  expect_grid(folder.get("grid"), 8640, repeated(720, " -999") + "\n", lines);
+  expect_grid(file_content("grid"), 8640, repeated(720, " -999") + "\n", lines);
 }
 
 TEST(SeriesToGrid, OnlyTheYearsAskedHaveValues) {
-  const ScratchFolder folder;
-  const Outcome result = run({"--years", "1902-1902", folder.file("grid")}, kSeries);
+  const TemporaryFolder folder;
+  const Outcome result = run({"--years", "1902-1902", "grid"}, kSeries);
   EXPECT_EQ(result.messages,
-            "series_to_grid: wrote " + folder.file("grid") +
-                ": 2 cells, values in 12 of 24 months, 31112640 bytes\n");
+            "series_to_grid: wrote 'grid': 2 cells, values in 12 of 24 months, "
+            "31112640 bytes\n");
   std::map<int, std::string> lines;
   for (int month = 12; month < 24; ++month) {
     lines[month * 360 + 1] =
@@ -106,12 +132,12 @@ TEST(SeriesToGrid, OnlyTheYearsAskedHaveValues) {
     lines[month * 360 + 360] =
         repeated(719, " -999") + " " + std::to_string(2001 + month) + "\n";
   }
-  expect_grid(folder.get("grid"), 8640, repeated(720, " -999") + "\n", lines);
+  expect_grid(file_content("grid"), 8640, repeated(720, " -999") + "\n", lines);
 }
 
 TEST(SeriesToGrid, TheScpdsiFileRunsNorthToSouth) {
-  const ScratchFolder folder;
-  run({"--scpdsi", "--years", "1901-1901", folder.file("grid")}, kSeries);
+  const TemporaryFolder folder;
+  run({"--scpdsi", "--years", "1901-1901", "grid"}, kSeries);
   std::map<int, std::string> lines;
   for (int month = 0; month < 12; ++month) {
     const std::string south = std::to_string(1 + month);
@@ -120,16 +146,15 @@ TEST(SeriesToGrid, TheScpdsiFileRunsNorthToSouth) {
     lines[month * 360 + 360] =
         std::string(5 - south.size(), ' ') + south + repeated(719, "-9999") + "\n";
   }
-  expect_grid(folder.get("grid"), 4320, repeated(720, "-9999") + "\n", lines);
+  expect_grid(file_content("grid"), 4320, repeated(720, "-9999") + "\n", lines);
 }
 
 TEST(SeriesToGrid, ThePublishedFileHasSixColumnsForEachNumber) {
-  const ScratchFolder folder;
-  const Outcome result =
-      run({"--published", "--years", "1901-1901", folder.file("grid")}, kSeries);
+  const TemporaryFolder folder;
+  const Outcome result = run({"--published", "--years", "1901-1901", "grid"}, kSeries);
   EXPECT_EQ(result.messages,
-            "series_to_grid: wrote " + folder.file("grid") +
-                ": 2 cells, values in 12 of 12 months, 18666720 bytes\n");
+            "series_to_grid: wrote 'grid': 2 cells, values in 12 of 12 months, "
+            "18666720 bytes\n");
   std::map<int, std::string> lines;
   for (int month = 0; month < 12; ++month) {
     const std::string south = std::to_string(1 + month);
@@ -138,206 +163,199 @@ TEST(SeriesToGrid, ThePublishedFileHasSixColumnsForEachNumber) {
     lines[month * 360 + 360] =
         repeated(719, "  -999") + "  " + std::to_string(2001 + month) + "\n";
   }
-  expect_grid(folder.get("grid"), 4320, repeated(720, "  -999") + "\n", lines);
+  expect_grid(file_content("grid"), 4320, repeated(720, "  -999") + "\n", lines);
 }
 
 TEST(SeriesToGrid, ANamedSeriesGivesTheSameFileAsStandardInput) {
-  const ScratchFolder folder;
-  folder.put("series.csv", kSeries);
-  run({"--years", "1901-1901", folder.file("a")}, kSeries);
-  const Outcome result = run(
-      {"--years", "1901-1901", folder.file("b"), folder.file("series.csv")}, "unread");
+  const TemporaryFolder folder;
+  write_file("series.csv", kSeries);
+  run({"--years", "1901-1901", "a"}, kSeries);
+  const Outcome result = run({"--years", "1901-1901", "b", "series.csv"}, "unread");
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(folder.get("a") == folder.get("b"));
-  EXPECT_EQ(folder.get("a").size(), 15556320U);
+  EXPECT_TRUE(file_content("a") == file_content("b"));
+  EXPECT_EQ(file_content("a").size(), 15556320U);
 }
 
 TEST(SeriesToGrid, YearsThatTheSeriesLacksAreNoted) {
-  const ScratchFolder folder;
-  const Outcome result = run({"--years", "1902-1903", folder.file("grid")}, kSeries);
+  const TemporaryFolder folder;
+  const Outcome result = run({"--years", "1902-1903", "grid"}, kSeries);
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(
       result.messages,
       "series_to_grid: note: the series covers 1901-1902; other years of 1902-1903 "
       "are missing\n"
-      "series_to_grid: wrote " +
-          folder.file("grid") +
-          ": 2 cells, values in 12 of 36 months, 46668960 bytes\n");
+      "series_to_grid: wrote 'grid\': 2 cells, values in 12 of 36 months, 46668960 "
+      "bytes\n");
 }
 
 TEST(SeriesToGrid, ASeriesThatBeginsLateIsNotedAndFillsItsMonthsOnly) {
-  const ScratchFolder folder;
+  const TemporaryFolder folder;
   const std::string series =
       "lon,lat,1902-01,1902-02,1902-03,1902-04,1902-05,1902-06,1902-07,1902-08,1902-09,"
       "1902-10,1902-11,1902-12\n0.25,0.25,1,2,3,4,5,6,7,8,9,10,11,12\n";
-  const Outcome result = run({"--years", "1901-1902", folder.file("grid")}, series);
+  const Outcome result = run({"--years", "1901-1902", "grid"}, series);
   EXPECT_EQ(
       result.messages,
       "series_to_grid: note: the series covers 1902-1902; other years of 1901-1902 "
       "are missing\n"
-      "series_to_grid: wrote " +
-          folder.file("grid") +
-          ": 1 cells, values in 12 of 24 months, 31112640 bytes\n");
+      "series_to_grid: wrote 'grid\': 1 cells, values in 12 of 24 months, 31112640 "
+      "bytes\n");
 }
 
 TEST(SeriesToGrid, ASeriesOfOtherYearsFillsNoMonth) {
-  const ScratchFolder folder;
+  const TemporaryFolder folder;
   const std::string series =
       "lon,lat,1899-01,1899-02,1899-03,1899-04,1899-05,1899-06,1899-07,1899-08,1899-09,"
       "1899-10,1899-11,1899-12\n0.25,0.25,1,2,3,4,5,6,7,8,9,10,11,12\n";
-  const Outcome result = run({"--years", "1901-1901", folder.file("grid")}, series);
+  const Outcome result = run({"--years", "1901-1901", "grid"}, series);
   EXPECT_EQ(
       result.messages,
       "series_to_grid: note: the series covers 1899-1899; other years of 1901-1901 "
       "are missing\n"
-      "series_to_grid: wrote " +
-          folder.file("grid") +
-          ": 1 cells, values in 0 of 12 months, 15556320 bytes\n");
+      "series_to_grid: wrote 'grid\': 1 cells, values in 0 of 12 months, 15556320 "
+      "bytes\n");
 }
 
 TEST(SeriesToGrid, AFaultInTheSeriesIsReportedAndNoFileIsTouched) {
-  const ScratchFolder folder;
-  folder.put("grid", "earlier");
-  const Outcome result = run({folder.file("grid")}, kSeries + "0.25,0.25,1\n");
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  const Outcome result = run({"grid"}, kSeries + "0.25,0.25,1\n");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.output, "");
   EXPECT_EQ(result.messages,
             "series_to_grid: line 4: found 3 fields, expected 26: longitude, latitude "
             "and 24 values\n");
-  EXPECT_EQ(folder.names(), Names{"grid"});
-  EXPECT_EQ(folder.get("grid"), "earlier");
+  EXPECT_EQ(names(), Names{"grid"});
+  EXPECT_EQ(file_content("grid"), "earlier");
 }
 
 TEST(SeriesToGrid, ASeriesThatCannotBeOpenedIsReported) {
-  const ScratchFolder folder;
-  const std::string series = folder.file("missing.csv");
-  const Outcome result = run({folder.file("grid"), series}, "");
+  const TemporaryFolder folder;
+  const Outcome result = run({"grid", "missing.csv"}, "");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.messages,
-            "series_to_grid: cannot open " + series + ": No such file or directory\n");
-  EXPECT_EQ(folder.names(), Names{});
+            "series_to_grid: cannot read 'missing.csv': No such file or directory\n");
+  EXPECT_EQ(names(), Names{});
 }
 
 TEST(SeriesToGrid, AFolderIsNotASeries) {
-  const ScratchFolder folder;
-  std::filesystem::create_directory(folder.file("series"));
-  const Outcome result = run({folder.file("grid"), folder.file("series")}, "");
+  const TemporaryFolder folder;
+  std::filesystem::create_directory("series");
+  const Outcome result = run({"grid", "series"}, "");
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.messages, "series_to_grid: line 1: the input cannot be read\n");
-  EXPECT_EQ(folder.names(), Names{"series"});
+  EXPECT_EQ(result.messages, "series_to_grid: cannot read 'series': Is a directory\n");
+  EXPECT_EQ(names(), Names{"series"});
 }
 
+TEST(SeriesToGrid, ASeriesMayComeThroughANamedPipe) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo("pipe", 0600), 0);
+  std::thread writer([] { write_file("pipe", kSeries); });
+  EXPECT_EQ(run({"--years", "1901-1901", "grid", "pipe"}, "").status, 0);
+  writer.join();
+}
+
+// --- The series is not destroyed
+
 TEST(SeriesToGrid, TheSeriesItselfIsNotOverwritten) {
-  const ScratchFolder folder;
-  folder.put("series.csv", kSeries);
-  const std::string name = folder.file("series.csv");
+  const TemporaryFolder folder;
+  write_file("series.csv", kSeries);
   const Outcome result =
-      run({"--years", "1901-1901", name, folder.file("./series.csv")}, "");
+      run({"--years", "1901-1901", "series.csv", "./series.csv"}, "");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.messages,
-            "series_to_grid: " + name + " is the series itself; name another output\n");
-  EXPECT_TRUE(folder.get("series.csv") == kSeries);
+            "series_to_grid: 'series.csv' is the same file as './series.csv'; nothing "
+            "was written\n");
+  EXPECT_TRUE(file_content("series.csv") == kSeries);
+}
+
+TEST(SeriesToGrid, ASeriesThatIsThePartOfTheOutputIsNotOverwritten) {
+  const TemporaryFolder folder;
+  write_file("grid.part", kSeries);
+  const Outcome result = run({"--years", "1901-1901", "grid", "grid.part"}, "");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages,
+            "series_to_grid: 'grid.part' is the same file as 'grid.part'; nothing was "
+            "written\n");
+  EXPECT_EQ(names(), Names{"grid.part"});
+  EXPECT_TRUE(file_content("grid.part") == kSeries);
 }
 
 TEST(SeriesToGrid, AnOutputThatCannotBeMadeIsReported) {
-  const ScratchFolder folder;
-  const std::string name = folder.file("nowhere/grid");
-  const Outcome result = run({name}, kSeries);
+  const TemporaryFolder folder;
+  const Outcome result = run({"nowhere/grid"}, kSeries);
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(
       result.messages,
       "series_to_grid: note: the series covers 1901-1902; other years of 1901-2016 "
       "are missing\n"
-      "series_to_grid: cannot write " +
-          name + ".part: No such file or directory\n");
+      "series_to_grid: cannot write 'nowhere/grid.part': No such file or directory\n");
 }
 
 TEST(SeriesToGrid, AFileThatGrowsOverTheSizeLimitIsRemoved) {
-  const ScratchFolder folder;
-  folder.put("grid", "earlier");
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
   rlimit before{};
   getrlimit(RLIMIT_FSIZE, &before);
   rlimit small = before;
   small.rlim_cur = 2000000;  // in the second month
   setrlimit(RLIMIT_FSIZE, &small);
-  const Outcome result = run({"--years", "1901-1901", folder.file("grid")}, kSeries);
+  const Outcome result = run({"--years", "1901-1901", "grid"}, kSeries);
   setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.messages, "series_to_grid: cannot write " + folder.file("grid") +
-                                 ".part: File too large\n");
-  EXPECT_EQ(folder.names(), Names{"grid"});
-  EXPECT_EQ(folder.get("grid"), "earlier");
-}
-
-TEST(SeriesToGrid, AFailedCloseIsNotCalledWritten) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.close = [](int descriptor) {
-    ::close(descriptor);
-    errno = ENOSPC;
-    return -1;
-  };
-  const Outcome result =
-      run({"--years", "1901-1901", folder.file("grid")}, kSeries, false, calls);
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.messages, "series_to_grid: cannot write " + folder.file("grid") +
-                                 ".part: No space left on device\n");
-  EXPECT_EQ(folder.names(), Names{});
+  EXPECT_EQ(result.messages,
+            "series_to_grid: cannot write 'grid.part': File too large\n");
+  EXPECT_EQ(names(), Names{"grid"});
+  EXPECT_EQ(file_content("grid"), "earlier");
 }
 
 TEST(SeriesToGrid, AnInterruptedRunLeavesNothing) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.write = [](int descriptor, const void* text, std::size_t size) {
+  const TemporaryFolder folder;
+  const Outcome result = run_on_terminal({"--years", "1901-1901", "grid"}, [] {
     std::raise(SIGINT);
-    return ::write(descriptor, text, size);
-  };
-  const Outcome result =
-      run({"--years", "1901-1901", folder.file("grid")}, kSeries, false, calls);
+    return 0.0;
+  });
   EXPECT_EQ(result.status, 130);
   EXPECT_EQ(result.messages, "series_to_grid: interrupted; nothing was written\n");
-  EXPECT_EQ(folder.names(), Names{});
+  EXPECT_EQ(names(), Names{});
 }
 
 TEST(SeriesToGrid, ProgressIsShownInPlaceAndErasedAtTheEnd) {
-  const ScratchFolder folder;
-  const Outcome result = run({"--years", "1901-1901", folder.file("grid")}, kSeries,
-                             /*show_progress=*/true);
+  const TemporaryFolder folder;
+  double now = 0;
+  const Outcome result =
+      run_on_terminal({"--years", "1901-1901", "grid"}, [&] { return now += 0.125; });
   std::string expected;
-  for (const int percent : {8, 16, 25, 33, 41, 50, 58, 66, 75, 83, 91, 100}) {
-    expected += "\rseries_to_grid: " + std::to_string(percent) + " % written";
+  for (const std::string text :
+       {"16 % done, 10 MB/s, 2 s left", "33 % done, 10 MB/s, 1 s left",
+        "50 % done, 10 MB/s, 1 s left", "66 % done, 10 MB/s, 1 s left",
+        "83 % done, 10 MB/s, 1 s left", "100 % done, 10 MB/s, 0 s left"}) {
+    expected += "\r\x1b[K'grid': " + text;
   }
   EXPECT_EQ(result.messages,
-            expected + "\r\x1b[K" + "series_to_grid: wrote " + folder.file("grid") +
-                ": 2 cells, values in 12 of 12 months, 15556320 bytes\n");
-}
-
-TEST(SeriesToGrid, EachPercentIsShownOnce) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.write = [](int, const void*, std::size_t size) {
-    return static_cast<ssize_t>(size);
-  };
-  const Outcome result =
-      run({folder.file("grid")}, kSeries, /*show_progress=*/true, calls);
-  const auto shown = std::count(result.messages.begin(), result.messages.end(), '%');
-  EXPECT_EQ(shown, 101);
+            expected +
+                "\r\x1b[Kseries_to_grid: wrote 'grid': 2 cells, values in 12 of 12 "
+                "months, 15556320 bytes\n");
 }
 
 TEST(SeriesToGrid, ProgressIsErasedBeforeAnErrorIsReported) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.close = [](int descriptor) {
-    ::close(descriptor);
-    errno = EIO;
-    return -1;
-  };
-  const Outcome result =
-      run({"--years", "1901-1901", folder.file("grid")}, kSeries, true, calls);
-  const std::string end = "\r\x1b[Kseries_to_grid: cannot write " +
-                          folder.file("grid") + ".part: Input/output error\n";
-  ASSERT_GE(result.messages.size(), end.size());
-  EXPECT_EQ(result.messages.substr(result.messages.size() - end.size()), end);
+  const TemporaryFolder folder;
+  double now = 0;
+  const Outcome result = run_on_terminal({"--years", "1901-1901", "grid"}, [&] {
+    std::filesystem::remove("grid.part");
+    return now += 1;
+  });
+  EXPECT_TRUE(result.messages.ends_with(
+      "\r\x1b[Kseries_to_grid: cannot write 'grid': 'grid.part' was removed or "
+      "replaced meanwhile\n"))
+      << result.messages;
+}
+
+TEST(SeriesToGrid, VersionGoesToStandardOutput) {
+  const Outcome result = run({"--version"}, "");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output, version_text());
+  EXPECT_EQ(result.messages, "");
 }
 
 TEST(SeriesToGrid, HelpGoesToStandardOutput) {
@@ -356,35 +374,43 @@ TEST(SeriesToGrid, AWrongCommandLineHasStatusTwo) {
             "Try 'series_to_grid --help' for more information.\n");
 }
 
-// The built program, through a shell.
-Outcome run_program(const ScratchFolder& folder, const std::string& arguments) {
-  const std::string command = std::string("'") + SERIES_TO_GRID_PROGRAM + "' " +
-                              arguments + " >'" + folder.file("out") + "' 2>'" +
-                              folder.file("err") + "'";
+// The built program, through a shell; "out" and "err" take what it says.
+Outcome run_program(const std::string& arguments) {
+  const std::string command =
+      std::string("'") + SERIES_TO_GRID_PROGRAM + "' " + arguments + " >out 2>err";
   const int status = std::system(command.c_str());
-  return {WEXITSTATUS(status), folder.get("out"), folder.get("err")};
+  return {WEXITSTATUS(status), file_content("out"), file_content("err")};
 }
 
 TEST(SeriesToGridProgram, ItReadsStandardInputAndIsSilentAboutProgressInAFile) {
-  const ScratchFolder folder;
-  folder.put("series.csv", kSeries);
-  const Outcome result =
-      run_program(folder, "--years 1901-1901 '" + folder.file("grid") + "' - <'" +
-                              folder.file("series.csv") + "'");
+  const TemporaryFolder folder;
+  write_file("series.csv", kSeries);
+  const Outcome result = run_program("--years 1901-1901 grid - <series.csv");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.messages,
-            "series_to_grid: wrote " + folder.file("grid") +
-                ": 2 cells, values in 12 of 12 months, 15556320 bytes\n");
-  run({"--years", "1901-1901", folder.file("same")}, kSeries);
-  EXPECT_TRUE(folder.get("grid") == folder.get("same"));
+            "series_to_grid: wrote 'grid': 2 cells, values in 12 of 12 months, "
+            "15556320 bytes\n");
+  run({"--years", "1901-1901", "same"}, kSeries);
+  EXPECT_TRUE(file_content("grid") == file_content("same"));
+}
+
+TEST(SeriesToGridProgram, ASeriesOnTheStandardInputIsNotOverwritten) {
+  const TemporaryFolder folder;
+  write_file("series.csv", kSeries);
+  const Outcome result = run_program("--years 1901-1901 series.csv <series.csv");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.messages,
+            "series_to_grid: 'series.csv' is the same file as the standard input; "
+            "nothing was written\n");
+  EXPECT_TRUE(file_content("series.csv") == kSeries);
 }
 
 TEST(SeriesToGridProgram, ItsExitStatusTellsTheKindOfError) {
-  const ScratchFolder folder;
-  EXPECT_EQ(run_program(folder, "--help").status, 0);
-  EXPECT_EQ(run_program(folder, "'" + folder.file("grid") + "' </dev/null").status, 1);
-  EXPECT_EQ(run_program(folder, "--wrong").status, 2);
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_program("--help").status, 0);
+  EXPECT_EQ(run_program("grid </dev/null").status, 1);
+  EXPECT_EQ(run_program("--wrong").status, 2);
 }
 
 }  // namespace
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

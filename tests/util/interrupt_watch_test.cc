@@ -13,7 +13,7 @@ TEST(InterruptWatch, NothingIsCaughtAtFirst) {
 }
 
 TEST(InterruptWatch, EachStopSignalIsNotedAndSurvived) {
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU}) {
     const InterruptWatch watch;
     std::raise(number);
     EXPECT_EQ(InterruptWatch::signal_caught(), number);
@@ -34,6 +34,26 @@ TEST(InterruptWatch, AnIgnoredSignalStaysIgnored) {
     EXPECT_EQ(InterruptWatch::signal_caught(), 0);
   }
   std::signal(SIGHUP, before);
+}
+
+TEST(InterruptWatch, ObeyingNamesTheSignal) {
+  const InterruptWatch watch;
+  InterruptWatch::obey();
+  std::raise(SIGQUIT);
+  try {
+    InterruptWatch::obey();
+    ADD_FAILURE() << "went on";
+  } catch (const Interrupted& interrupted) {
+    EXPECT_EQ(interrupted.signal, SIGQUIT);
+  }
+}
+
+TEST(InterruptWatch, AfterwardsNothingIsCaught) {
+  {
+    const InterruptWatch watch;
+    std::raise(SIGINT);
+  }
+  EXPECT_EQ(InterruptWatch::signal_caught(), 0);
 }
 
 void watch_and_then_raise(int number) {

@@ -2,23 +2,34 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
+#include <array>
+#include <csignal>
+#include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <string>
 
-#include "scratch_folder.h"
+#include "support/temporary_folder.h"
 #include "util/failure.h"
+#include "util/interrupt_watch.h"
 
 namespace veldmark {
 namespace {
 
-template <typename Action>
-void expect_failure(const Action& action, const std::string& message) {
+using testing::file_content;
+using testing::folder_content;
+using testing::TemporaryFolder;
+using testing::write_file;
+using Files = std::map<std::string, std::string>;
+
+void expect_failure(const std::function<void()>& action, const std::string& message) {
   try {
     action();
     ADD_FAILURE() << "no failure; expected: " << message;
@@ -27,224 +38,408 @@ void expect_failure(const Action& action, const std::string& message) {
   }
 }
 
+// Writes a whole file.
+void make(const std::string& name, const std::string& content) {
+  PartFile file(name);
+  file.write(content);
+  file.complete();
+}
+
+struct stat status_of(const char* name) {
+  struct stat found {};
+  EXPECT_EQ(::lstat(name, &found), 0) << name;
+  return found;
+}
+
 TEST(PartFile, TheFileHasItsNameOnlyWhenItIsComplete) {
-  const ScratchFolder folder;
-  PartFile file(folder.file("grid"));
+  const TemporaryFolder folder;
+  PartFile file("grid");
   file.write("one\n");
-  EXPECT_EQ(folder.names(), Names{"grid.part"});
+  EXPECT_EQ(folder_content(), (Files{{"grid.part", "one\n"}}));
   file.write("two\n");
   file.complete();
-  EXPECT_EQ(folder.names(), Names{"grid"});
-  EXPECT_EQ(folder.get("grid"), "one\ntwo\n");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "one\ntwo\n"}}));
   EXPECT_EQ(file.size(), 8);
 }
 
 TEST(PartFile, AnEarlierFileIsReplacedOnlyAtTheEnd) {
-  const ScratchFolder folder;
-  folder.put("grid", "earlier");
-  PartFile file(folder.file("grid"));
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  PartFile file("grid");
   file.write("new");
-  EXPECT_EQ(folder.get("grid"), "earlier");
+  EXPECT_EQ(file_content("grid"), "earlier");
   file.complete();
-  EXPECT_EQ(folder.get("grid"), "new");
+  EXPECT_EQ(file_content("grid"), "new");
 }
 
 TEST(PartFile, AnUnfinishedFileIsRemovedAndTheEarlierOneStays) {
-  const ScratchFolder folder;
-  folder.put("grid", "earlier");
-  { PartFile(folder.file("grid")).write("half"); }
-  EXPECT_EQ(folder.names(), Names{"grid"});
-  EXPECT_EQ(folder.get("grid"), "earlier");
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  { PartFile("grid").write("half"); }
+  EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}}));
+}
+
+TEST(PartFile, AFileInAnotherFolderIsMadeThere) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory("data");
+  make("data/grid", "new");
+  EXPECT_EQ(file_content("data/grid"), "new");
 }
 
 TEST(PartFile, NothingOfAnAbandonedPartIsKept) {
-  const ScratchFolder folder;
-  folder.put("grid.part", "left by a run that was killed");
-  PartFile file(folder.file("grid"));
-  file.write("new");
-  file.complete();
-  EXPECT_EQ(folder.names(), Names{"grid"});
-  EXPECT_EQ(folder.get("grid"), "new");
+  const TemporaryFolder folder;
+  write_file("grid.part", "left by a run that was killed");
+  make("grid", "new");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
 }
 
 TEST(PartFile, OnceCompleteItLeavesTheNextPartAlone) {
-  const ScratchFolder folder;
+  const TemporaryFolder folder;
   {
-    PartFile file(folder.file("grid"));
+    PartFile file("grid");
     file.complete();
-    folder.put("grid.part", "of the next run");
+    write_file("grid.part", "of the next run");
   }
-  EXPECT_EQ(folder.names(), (Names{"grid", "grid.part"}));
+  EXPECT_EQ(folder_content(), (Files{{"grid", ""}, {"grid.part", "of the next run"}}));
 }
 
+// --- What stands in the place of the part
+
+TEST(PartFile, AThesisThatASymbolicLinkLeadsToIsNotOverwritten) {
+  const TemporaryFolder folder;
+  write_file("thesis", "years of work");
+  std::filesystem::create_symlink("thesis", "grid.part");
+  make("grid", "new");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "new"}, {"thesis", "years of work"}}));
+  EXPECT_TRUE(S_ISREG(status_of("grid").st_mode));
+}
+
+TEST(PartFile, AThesisThatAHardLinkLeadsToIsNotOverwritten) {
+  const TemporaryFolder folder;
+  write_file("thesis", "years of work");
+  std::filesystem::create_hard_link("thesis", "grid.part");
+  make("grid", "new");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "new"}, {"thesis", "years of work"}}));
+}
+
+TEST(PartFile, AFaultyRunLeavesTheThesisAlone) {
+  const TemporaryFolder folder;
+  write_file("thesis", "years of work");
+  std::filesystem::create_symlink("thesis", "grid.part");
+  { PartFile("grid").write("half"); }
+  EXPECT_EQ(folder_content(), (Files{{"thesis", "years of work"}}));
+}
+
+TEST(PartFile, ACopyDoesNotVanishIntoADevice) {
+  const TemporaryFolder folder;
+  std::filesystem::create_symlink("/dev/null", "grid.part");
+  make("grid", "new");
+  EXPECT_TRUE(S_ISREG(status_of("grid").st_mode));
+  EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
+}
+
+TEST(PartFile, APipeInPlaceOfThePartDoesNotHoldItUp) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo("grid.part", 0600), 0);
+  make("grid", "new");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
+}
+
+TEST(PartFile, TheRightsOfAnAbandonedPartAreNotInherited) {
+  const TemporaryFolder folder;
+  write_file("grid.part", "left");
+  ASSERT_EQ(::chmod("grid.part", 06777), 0);
+  const bool is_root = ::geteuid() == 0;
+  if (is_root) {
+    ASSERT_EQ(::chown("grid.part", 65534, 65534), 0);
+    ASSERT_EQ(::chmod("grid.part", 06777), 0);
+  }
+  const mode_t before = ::umask(022);
+  make("grid", "new");
+  ::umask(before);
+  EXPECT_EQ(status_of("grid").st_mode & 07777U, 0644U);
+  EXPECT_EQ(status_of("grid").st_uid, ::geteuid());
+}
+
+// Runs `action` in a process of its own, by a user who may not do everything, and
+// returns what it failed with, "" for nothing.
+std::string failure_as_nobody(const std::function<void()>& action) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::geteuid() == 0 && ::setuid(65534) != 0) {
+      ::_exit(1);
+    }
+    std::string failure;
+    try {
+      action();
+    } catch (const Failure& error) {
+      failure = error.what();
+    }
+    write_file("failure", failure);
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  return file_content("failure");
+}
+
+TEST(PartFile, AProtectedPartDoesNotBlockAllLaterRuns) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::chmod(".", 0777), 0);
+  EXPECT_EQ(failure_as_nobody([] {
+              write_file("grid.part", "left");
+              ::chmod("grid.part", 0400);
+              make("grid", "new");
+            }),
+            "");
+  EXPECT_EQ(file_content("grid"), "new");
+}
+
+TEST(PartFile, AFolderInPlaceOfThePartStays) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory("grid.part");
+  expect_failure([] { PartFile file("grid"); },
+                 "cannot write 'grid.part': Is a directory");
+  EXPECT_TRUE(std::filesystem::is_directory("grid.part"));
+}
+
+// --- Two runs on one output
+
+// Another process that has begun to write "grid" and waits in the middle of it.
+class AnotherRun {
+ public:
+  AnotherRun() {
+    EXPECT_EQ(::pipe2(begun_.data(), O_CLOEXEC), 0);
+    EXPECT_EQ(::pipe2(go_on_.data(), O_CLOEXEC), 0);
+    child_ = ::fork();
+    if (child_ == 0) {
+      ::_exit(write_grid());
+    }
+    ::close(begun_[1]);
+    ::close(go_on_[0]);
+    char byte = 0;
+    EXPECT_EQ(::read(begun_[0], &byte, 1), 1);
+  }
+
+  // Lets it go on to its end. Returns its exit status, 0 when it has made its file.
+  int end() {
+    ::close(go_on_[1]);
+    ::close(begun_[0]);
+    int status = -1;
+    ::waitpid(child_, &status, 0);
+    return status;
+  }
+
+ private:
+  int write_grid() {
+    ::close(go_on_[1]);
+    try {
+      PartFile file("grid");
+      file.write("of the ");
+      char byte = 0;
+      if (::write(begun_[1], &byte, 1) != 1 || ::read(go_on_[0], &byte, 1) != 0) {
+        return 2;
+      }
+      file.write("first run");
+      file.complete();
+      return 0;
+    } catch (const Failure&) {
+      return 1;
+    }
+  }
+
+  std::array<int, 2> begun_{};
+  std::array<int, 2> go_on_{};
+  pid_t child_ = -1;
+};
+
+TEST(TwoRuns, TheSecondOneEndsAndHarmsNothing) {
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  AnotherRun first;
+  expect_failure([] { PartFile file("grid"); },
+                 "cannot write 'grid': another run is writing it");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}, {"grid.part", "of the "}}));
+  EXPECT_EQ(first.end(), 0);
+  EXPECT_EQ(folder_content(), (Files{{"grid", "of the first run"}}));
+}
+
+TEST(TwoRuns, OneAfterTheOtherBothWrite) {
+  const TemporaryFolder folder;
+  AnotherRun first;
+  EXPECT_EQ(first.end(), 0);
+  make("grid", "of the second run");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "of the second run"}}));
+}
+
+TEST(TwoRuns, OnOtherOutputsGoOnSideBySide) {
+  const TemporaryFolder folder;
+  AnotherRun first;
+  make("other", "of the second run");
+  EXPECT_EQ(first.end(), 0);
+  EXPECT_EQ(folder_content(),
+            (Files{{"grid", "of the first run"}, {"other", "of the second run"}}));
+}
+
+TEST(PartFile, APartThatWasExchangedIsNotCalledComplete) {
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  {
+    PartFile file("grid");
+    file.write("new");
+    std::filesystem::rename("grid.part", "moved");
+    write_file("grid.part", "hello");
+    expect_failure(
+        [&] { file.complete(); },
+        "cannot write 'grid': 'grid.part' was removed or replaced meanwhile");
+  }
+  EXPECT_EQ(folder_content(),
+            (Files{{"grid", "earlier"}, {"grid.part", "hello"}, {"moved", "new"}}));
+}
+
+TEST(PartFile, APartThatWasRemovedIsNotCalledComplete) {
+  const TemporaryFolder folder;
+  PartFile file("grid");
+  std::filesystem::remove("grid.part");
+  expect_failure([&] { file.complete(); },
+                 "cannot write 'grid': 'grid.part' was removed or replaced meanwhile");
+  EXPECT_EQ(folder_content(), Files{});
+}
+
+TEST(PartFile, ALinkToItInItsPlaceIsNotCalledComplete) {
+  const TemporaryFolder folder;
+  PartFile file("grid");
+  std::filesystem::rename("grid.part", "moved");
+  std::filesystem::create_symlink("moved", "grid.part");
+  EXPECT_THROW(file.complete(), Failure);
+  EXPECT_FALSE(std::filesystem::exists("grid"));
+}
+
+// --- Signals
+
+TEST(PartFile, ASignalBeforeTheOpeningEndsIt) {
+  const TemporaryFolder folder;
+  write_file("grid.part", "left");
+  const InterruptWatch watch;
+  std::raise(SIGTERM);
+  try {
+    PartFile file("grid");
+    ADD_FAILURE() << "opened";
+  } catch (const Interrupted& interrupted) {
+    EXPECT_EQ(interrupted.signal, SIGTERM);
+  }
+  EXPECT_EQ(folder_content(), (Files{{"grid.part", "left"}}));
+}
+
+TEST(PartFile, ASignalBeforeTheRenamingLeavesNothing) {
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  const InterruptWatch watch;
+  {
+    PartFile file("grid");
+    file.write("all of it");
+    std::raise(SIGINT);
+    EXPECT_THROW(file.complete(), Interrupted);
+  }
+  EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}}));
+}
+
+// --- Failures
+
 TEST(PartFile, AMissingFolderIsAnError) {
-  const ScratchFolder folder;
-  const std::string name = folder.file("nowhere/grid");
-  expect_failure([&] { PartFile file(name); },
-                 "cannot write " + name + ".part: No such file or directory");
+  const TemporaryFolder folder;
+  expect_failure([] { PartFile file("nowhere/grid"); },
+                 "cannot write 'nowhere/grid.part': No such file or directory");
 }
 
 TEST(PartFile, AFolderIsNotReplaced) {
-  const ScratchFolder folder;
-  std::filesystem::create_directory(folder.file("grid"));
-  expect_failure(
-      [&] { PartFile file(folder.file("grid")); },
-      "cannot write " + folder.file("grid") + ": it exists and is not a regular file");
-  EXPECT_EQ(folder.names(), Names{"grid"});
+  const TemporaryFolder folder;
+  std::filesystem::create_directory("grid");
+  expect_failure([] { PartFile file("grid"); },
+                 "cannot write 'grid': it exists and is not a regular file");
+  EXPECT_EQ(folder_content(), (Files{{"grid", ""}}));
 }
 
 TEST(PartFile, ADeviceIsNotReplaced) {
   expect_failure([] { PartFile file("/dev/null"); },
-                 "cannot write /dev/null: it exists and is not a regular file");
+                 "cannot write '/dev/null': it exists and is not a regular file");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST(PartFile, AFullDiskIsAnErrorAndLeavesNothing) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.write = [](int, const void*, std::size_t) -> ssize_t {
-    errno = ENOSPC;
-    return -1;
-  };
-  expect_failure(
-      [&] { PartFile(folder.file("grid"), calls).write("text"); },
-      "cannot write " + folder.file("grid") + ".part: No space left on device");
-  EXPECT_EQ(folder.names(), Names{});
+TEST(PartFile, AFileThatMayNotGrowIsAnErrorAndLeavesNothing) {
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  const InterruptWatch watch;  // SIGXFSZ is ignored meanwhile
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  rlimit small = before;
+  small.rlim_cur = 10;
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  std::string message;
+  try {
+    PartFile("grid").write("12 bytes are");
+  } catch (const Failure& error) {
+    message = error.what();
+  }
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(message, "cannot write 'grid.part': File too large");
+  EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}}));
 }
 
-TEST(PartFile, AWriteThatTakesOnlyPartIsContinued) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.write = [](int descriptor, const void* text, std::size_t size) {
-    return ::write(descriptor, text, std::min<std::size_t>(size, 3));
-  };
-  PartFile file(folder.file("grid"), calls);
-  file.write("0123456789");
-  file.complete();
-  EXPECT_EQ(folder.get("grid"), "0123456789");
-  EXPECT_EQ(file.size(), 10);
+TEST(PartFile, AFailedRenameIsAnErrorAndLeavesNothing) {
+  const TemporaryFolder folder;
+  {
+    PartFile file("grid");
+    std::filesystem::create_directory("grid");
+    expect_failure([&] { file.complete(); }, "cannot write 'grid': Is a directory");
+  }
+  EXPECT_EQ(folder_content(), (Files{{"grid", ""}}));
 }
 
-TEST(PartFile, AWriteDisturbedByASignalIsRepeated) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.write = [](int descriptor, const void* text, std::size_t size) -> ssize_t {
-    static bool disturbed = false;
-    disturbed = !disturbed;
-    errno = EINTR;
-    return disturbed ? -1 : ::write(descriptor, text, size);
-  };
-  PartFile file(folder.file("grid"), calls);
-  file.write("text");
-  file.complete();
-  EXPECT_EQ(folder.get("grid"), "text");
-}
+// --- What it opens
 
-// How many files this process has open.
+// Returns how many files this process has open.
 std::ptrdiff_t open_files() {
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
 TEST(PartFile, LeavesNoFileOpenHoweverItEnds) {
-  const ScratchFolder folder;
+  const TemporaryFolder folder;
   const std::ptrdiff_t before = open_files();
-  { PartFile(folder.file("grid")).write("half"); }
+  { PartFile("grid").write("half"); }
   EXPECT_EQ(open_files(), before);
-  PartFile file(folder.file("grid"));
+  write_file("grid.part", "left");
+  PartFile file("grid");
   EXPECT_EQ(open_files(), before + 1);
   file.complete();
   EXPECT_EQ(open_files(), before);
 }
 
-TEST(PartFile, ClosesJustOnce) {
-  const ScratchFolder folder;
-  static int closed = 0;
-  FileCalls calls = system_file_calls();
-  calls.close = [](int descriptor) {
-    ++closed;
-    ::close(descriptor);
-    errno = EIO;
-    return -1;
-  };
-  const auto complete = [&] { PartFile(folder.file("grid"), calls).complete(); };
-  EXPECT_THROW(complete(), Failure);
-  EXPECT_EQ(closed, 1);
-}
-
-TEST(PartFile, ACloseDisturbedByASignalIsDone) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.close = [](int descriptor) {
-    ::close(descriptor);
-    errno = EINTR;
-    return -1;
-  };
-  PartFile file(folder.file("grid"), calls);
-  file.write("text");
-  file.complete();
-  EXPECT_EQ(folder.get("grid"), "text");
-}
-
 TEST(PartFile, MayBeReadAndWrittenByAllWhomTheMaskAllows) {
-  const ScratchFolder folder;
+  const TemporaryFolder folder;
   const mode_t before = ::umask(0);
-  PartFile(folder.file("open to all")).complete();
+  make("open to all", "");
   ::umask(027);
-  PartFile(folder.file("masked")).complete();
+  make("masked", "");
   ::umask(before);
-  const auto mode_of = [&](const char* name) {
-    return static_cast<unsigned>(
-        std::filesystem::status(folder.file(name)).permissions());
-  };
-  EXPECT_EQ(mode_of("open to all"), 0666U);
-  EXPECT_EQ(mode_of("masked"), 0640U);
+  EXPECT_EQ(status_of("open to all").st_mode & 07777U, 0666U);
+  EXPECT_EQ(status_of("masked").st_mode & 07777U, 0640U);
 }
 
 TEST(PartFile, IsNotHandedToCommands) {
-  const ScratchFolder folder;
-  static int flags = 0;
-  FileCalls calls = system_file_calls();
-  calls.write = [](int descriptor, const void* text, std::size_t size) {
-    flags = ::fcntl(descriptor, F_GETFD);
-    return ::write(descriptor, text, size);
-  };
-  PartFile(folder.file("grid"), calls).write("text");
-  EXPECT_NE(flags & FD_CLOEXEC, 0);
-}
-
-TEST(PartFile, AFailedCloseIsAnErrorAndLeavesNothing) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.close = [](int descriptor) {
-    ::close(descriptor);
-    errno = EIO;
-    return -1;
-  };
-  expect_failure(
-      [&] {
-        PartFile file(folder.file("grid"), calls);
-        file.write("text");
-        file.complete();
-      },
-      "cannot write " + folder.file("grid") + ".part: Input/output error");
-  EXPECT_EQ(folder.names(), Names{});
-}
-
-TEST(PartFile, AFailedRenameIsAnErrorAndLeavesNothing) {
-  const ScratchFolder folder;
-  FileCalls calls = system_file_calls();
-  calls.rename = [](const char*, const char*) {
-    errno = EACCES;
-    return -1;
-  };
-  expect_failure(
-      [&] {
-        PartFile file(folder.file("grid"), calls);
-        file.write("text");
-        file.complete();
-      },
-      "cannot write " + folder.file("grid") + ": Permission denied");
-  EXPECT_EQ(folder.names(), Names{});
+  const TemporaryFolder folder;
+  const PartFile file("grid");
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    const auto target = std::filesystem::read_symlink(entry.path(), gone);
+    if (target.filename() == "grid.part") {
+      const int descriptor = std::stoi(entry.path().filename().string());
+      EXPECT_NE(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0);
+      return;
+    }
+  }
+  ADD_FAILURE() << "the part is not open";
 }
 
 }  // namespace

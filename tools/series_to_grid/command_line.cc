@@ -7,21 +7,23 @@
 #include <vector>
 
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
-constexpr int kScpdsiMissing = -9999;
+constexpr std::int32_t kScpdsiMissing = -9999;
 
 // Reads "FIRST-LAST", two years of four digits.
-// Errors: UsageError for another form and for years that a grid file cannot hold.
+// Throws UsageError for another form and for years that a grid file cannot hold.
 YearRange parse_years(const std::string& text) {
   constexpr std::string_view kShape = "dddd-dddd";
   const auto fits = [](char c, char shape) {
     return shape == 'd' ? '0' <= c && c <= '9' : c == shape;
   };
   if (!std::equal(text.begin(), text.end(), kShape.begin(), kShape.end(), fits)) {
-    throw UsageError("--years: '" + text + "' is not FIRST-LAST, as in 1901-2016");
+    throw UsageError("--years: " + in_quotes(text) +
+                     " is not FIRST-LAST, as in 1901-2016");
   }
   YearRange years;
   std::from_chars(text.data(), text.data() + 4, years.first);
@@ -55,6 +57,7 @@ Rows run south to north. OUTPUT grows to 1.8 GB for 1901-2016 (15.6 MB a year).
                       number (18.7 MB a year) instead of five columns
   --scpdsi            rows north to south, and -9999 for a missing value
   --help              show this text
+  --version           show the version
 
 Exit status: 0 when OUTPUT is complete, 1 when SERIES or OUTPUT is at fault, 2 for a
 wrong command line, 128 and the signal's number when interrupted. Unless the status is
@@ -62,17 +65,23 @@ wrong command line, 128 and the signal's number when interrupted. Unless the sta
 )";
 }
 
+std::string_view version_text() {
+  return "series_to_grid (veldmark) " VELDMARK_VERSION "\n";
+}
+
 Command parse_command_line(std::span<const std::string> arguments) {
   Command command;
   std::vector<std::string> names;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
-    if (argument == "--help") {
-      command.help = true;
+    if (argument == "--help" || argument == "--version") {
+      command.task = argument == "--help" ? Task::kShowHelp : Task::kShowVersion;
       return command;
     }
     if (argument == "--years") {
-      if (i + 1 == arguments.size()) throw UsageError("--years: the years are missing");
+      if (i + 1 == arguments.size()) {
+        throw UsageError("--years: the years are missing");
+      }
       command.years = parse_years(arguments[++i]);
     } else if (argument == "--published") {
       command.form.field_width = kPublishedField;
@@ -80,19 +89,25 @@ Command parse_command_line(std::span<const std::string> arguments) {
       command.form.north_first = true;
       command.form.MissingCode = kScpdsiMissing;
     } else if (argument.size() > 1 && argument.front() == '-') {
-      throw UsageError("unknown option '" + argument + "'");
+      throw UsageError("unknown option " + in_quotes(argument));
     } else {
       names.push_back(argument);
     }
   }
-  if (names.empty()) throw UsageError("the name of the output file is missing");
-  if (names.size() > 2) throw UsageError("unexpected argument '" + names[2] + "'");
+  if (names.empty()) {
+    throw UsageError("the name of the output file is missing");
+  }
+  if (names.size() > 2) {
+    throw UsageError("unexpected argument " + in_quotes(names[2]));
+  }
   if (names[0].empty() || names[0] == "-") {
     throw UsageError("the output needs a name; it cannot be written to a pipe");
   }
   command.output = names[0];
-  if (names.size() == 2) command.series = names[1];
+  if (names.size() == 2) {
+    command.series = names[1];
+  }
   return command;
 }
 
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

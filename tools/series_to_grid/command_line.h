@@ -9,28 +9,33 @@
 
 #include "series_to_grid/grid_writer.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
+
+enum class Task { kExpand, kShowHelp, kShowVersion };
 
 // What to do.
 //
 //   output    name of the grid file
 //   series    name of the series file; "-" is the standard input
 struct Command {
-  bool help = false;
+  Task task = Task::kExpand;
   YearRange years;
   GridForm form;
   std::string output;
   std::string series = "-";
 };
 
-// The text that --help shows.
+// Returns the text that --help shows.
 std::string_view help_text();
 
+// Returns the text that --version shows.
+std::string_view version_text();
+
 // Reads the arguments, the program's name not among them. An option given twice counts
-// once; of two spans of years the last one holds.
-// Errors: UsageError that names the argument at fault.
+// once; of two spans of years the last one holds. Throws UsageError that names the
+// argument at fault.
 Command parse_command_line(std::span<const std::string> arguments);
 
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid
 
 #endif  // VELDMARK_SERIES_TO_GRID_COMMAND_LINE_H_

@@ -4,19 +4,22 @@
 #include <array>
 #include <charconv>
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
-constexpr int kMonthsPerYear = 12;
+constexpr std::int32_t kMonthsPerYear = 12;
 
-// Index of a month of the grid file among a series' values; month 0 is January 1901.
-std::ptrdiff_t index_in_series(const Series& series, int month) {
+// Returns the index of a month of the grid file among a series' values; month 0 is
+// January 1901.
+std::ptrdiff_t index_in_series(const Series& series, std::int32_t month) {
   return month - std::ptrdiff_t{series.first_year - kFirstGridYear} * kMonthsPerYear;
 }
 
-// The value of a cell in month `index` of the series, as the grid file holds it.
-int grid_value(const CellSeries& cell, std::ptrdiff_t index, int MissingCode) {
-  const int value = cell.values.at(static_cast<std::size_t>(index));
+// Returns the value of a cell in month `index` of the series, as the grid file holds
+// it.
+std::int32_t grid_value(const CellSeries& cell, std::ptrdiff_t index,
+                        std::int32_t MissingCode) {
+  const std::int32_t value = cell.values.at(static_cast<std::size_t>(index));
   return value == kSeriesMissing ? MissingCode : value;
 }
 
@@ -26,15 +29,15 @@ MonthText::MonthText(const GridForm& form)
     : form_(form),
       line_length_(static_cast<std::size_t>(kGridColumns * form.field_width + 1)),
       text_(line_length_ * kGridRows, '\n') {
-  for (int row = 1; row <= kGridRows; ++row) {
-    for (int column = 1; column <= kGridColumns; ++column) {
+  for (std::int32_t row = 1; row <= kGridRows; ++row) {
+    for (std::int32_t column = 1; column <= kGridColumns; ++column) {
       set(row, column, form.MissingCode);
     }
   }
 }
 
-void MonthText::set(int south_row, int GridX, int value) {
-  const int row = form_.north_first ? kGridRows + 1 - south_row : south_row;
+void MonthText::set(std::int32_t south_row, std::int32_t GridX, std::int32_t value) {
+  const std::int32_t row = form_.north_first ? kGridRows + 1 - south_row : south_row;
   const auto width = static_cast<std::size_t>(form_.field_width);
   std::array<char, kPublishedField> digits{};
   const char* const end =
@@ -50,18 +53,23 @@ void MonthText::set(int south_row, int GridX, int value) {
   std::copy_n(digits.begin(), length, number);
 }
 
-int count_grid_months(int last_year) {
+std::int64_t month_size(const GridForm& form) {
+  return std::int64_t{kGridRows} * (kGridColumns * form.field_width + 1);
+}
+
+std::int32_t count_grid_months(std::int32_t last_year) {
   return (last_year - kFirstGridYear + 1) * kMonthsPerYear;
 }
 
 void make_grid(const Series& series, const YearRange& years, const GridForm& form,
                const std::function<void(std::string_view)>& take_month) {
   MonthText month_text(form);
-  const int first_filled =
+  const std::int32_t first_filled =
       count_grid_months(std::max(years.first, series.first_year) - 1);
-  const int end_filled = count_grid_months(std::min(years.last, series.last_year));
-  const int end = count_grid_months(years.last);
-  for (int month = 0; month < end; ++month) {
+  const std::int32_t end_filled =
+      count_grid_months(std::min(years.last, series.last_year));
+  const std::int32_t end = count_grid_months(years.last);
+  for (std::int32_t month = 0; month < end; ++month) {
     const std::ptrdiff_t index = index_in_series(series, month);
     const bool filled = first_filled <= month && month < end_filled;
     if (filled) {
@@ -76,4 +84,4 @@ void make_grid(const Series& series, const YearRange& years, const GridForm& for
   }
 }
 
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

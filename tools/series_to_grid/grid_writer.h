@@ -12,16 +12,17 @@
 #define VELDMARK_SERIES_TO_GRID_GRID_WRITER_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "series_to_grid/series_file.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 
-constexpr int kGridRows = 360;
-constexpr int kGridColumns = 720;
+constexpr std::int32_t kGridRows = 360;
+constexpr std::int32_t kGridColumns = 720;
 
 // Centres of the westernmost column and of the southernmost row, in degrees.
 constexpr double kFirstLongitude = -179.75;
@@ -29,13 +30,13 @@ constexpr double kFirstLatitude = -89.75;
 
 // Years that a grid file can hold; it always begins with the first one, because its
 // lines are addressed by their number.
-constexpr int kFirstGridYear = 1901;
-constexpr int kLastGridYear = 2016;
+constexpr std::int32_t kFirstGridYear = 1901;
+constexpr std::int32_t kLastGridYear = 2016;
 
 // Characters of one field: five without a separator in the condensed layout; a blank
 // and five in the published one, so that no number touches its neighbour.
-constexpr int kCondensedField = 5;
-constexpr int kPublishedField = 6;
+constexpr std::int32_t kCondensedField = 5;
+constexpr std::int32_t kPublishedField = 6;
 
 // How a grid file is laid out.
 //
@@ -43,15 +44,15 @@ constexpr int kPublishedField = 6;
 //   north_first    row 1 is the northernmost row (scPDSI) instead of the southernmost
 //   MissingCode    what a cell without a value holds: -999, or -9999 for scPDSI
 struct GridForm {
-  int field_width = kCondensedField;
+  std::int32_t field_width = kCondensedField;
   bool north_first = false;
-  int MissingCode = kSeriesMissing;
+  std::int32_t MissingCode = kSeriesMissing;
 };
 
 // The years first..last, both included; the values of all others are left out.
 struct YearRange {
-  int first = kFirstGridYear;
-  int last = kLastGridYear;
+  std::int32_t first = kFirstGridYear;
+  std::int32_t last = kLastGridYear;
 };
 
 // The text of one month: 360 lines, all fields missing until they are set.
@@ -62,7 +63,7 @@ class MonthText {
   // Puts `value` into a cell.
   //   south_row, GridX    1..360 counted from the south, 1..720 counted from the west
   //   value               at most five characters long
-  void set(int south_row, int GridX, int value);
+  void set(std::int32_t south_row, std::int32_t GridX, std::int32_t value);
 
   [[nodiscard]] std::string_view text() const { return text_; }
 
@@ -72,22 +73,23 @@ class MonthText {
   std::string text_;
 };
 
-// Number of months in a grid file that ends with December of `last_year`.
-int count_grid_months(int last_year);
+// Returns the bytes that a month takes.
+std::int64_t month_size(const GridForm& form);
+
+// Returns the number of months in a grid file that ends with December of `last_year`.
+std::int32_t count_grid_months(std::int32_t last_year);
 
 // Makes all months of a grid file, January 1901 first, December of `years.last` last,
 // and hands the text of each to `take_month`. A -999 of the series becomes the missing
 // code of the form.
 //
 //   years    1901 <= first <= last <= 2016; years the series lacks are missing
-// Errors     none of its own; what `take_month` throws passes through.
 //
-// The cells of a series are the same in every month, so that one text serves for all
-// and only their fields are written anew: the 71 cells and 116 years of the sample take
-// 0.01 s, and the rest of the time belongs to the disk (1.8 GB).
+// What `take_month` throws passes through. The cells of a series are the same in every
+// month, so that one text serves for all and only their fields are written anew.
 void make_grid(const Series& series, const YearRange& years, const GridForm& form,
                const std::function<void(std::string_view)>& take_month);
 
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid
 
 #endif  // VELDMARK_SERIES_TO_GRID_GRID_WRITER_H_

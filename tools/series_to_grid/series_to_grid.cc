@@ -1,144 +1,107 @@
 #include "series_to_grid/series_to_grid.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <exception>
-#include <filesystem>
-#include <fstream>
+#include <string>
 #include <string_view>
-#include <system_error>
 
+#include "companion/input_file.h"
+#include "companion/inputs.h"
 #include "series_to_grid/command_line.h"
 #include "series_to_grid/grid_writer.h"
 #include "series_to_grid/series_file.h"
-#include "util/failure.h"
+#include "util/in_quotes.h"
 #include "util/interrupt_watch.h"
+#include "util/part_file.h"
 
-namespace veldmark {
+namespace veldmark::series_to_grid {
 namespace {
 
-constexpr std::string_view kProgram = "series_to_grid: ";
-constexpr int kFailed = 1;
-constexpr int kWrongCommandLine = 2;
-constexpr int kEndedBySignal = 128;
+using companion::InputFile;
+using companion::Surroundings;
 
-// Thrown between two months when a signal asks to stop.
-struct Interrupted : std::exception {};
+constexpr std::string_view kProgram = "series_to_grid";
 
-// The share done, on one line that is rewritten in place and gone at the end.
-class ProgressLine {
- public:
-  ProgressLine(std::ostream& screen, bool shown) : screen_(screen), shown_(shown) {}
-  ~ProgressLine() {
-    if (percent_ >= 0) screen_ << kBackToStart << kEraseLine << std::flush;
-  }
-  ProgressLine(const ProgressLine&) = delete;
-  ProgressLine& operator=(const ProgressLine&) = delete;
-  ProgressLine(ProgressLine&&) = delete;
-  ProgressLine& operator=(ProgressLine&&) = delete;
-
-  void show(int done, int all) {
-    const int percent = done * 100 / all;
-    if (!shown_ || percent == percent_) return;
-    percent_ = percent;
-    screen_ << kBackToStart << kProgram << percent << " % written" << std::flush;
-  }
-
- private:
-  static constexpr std::string_view kBackToStart = "\r";
-  static constexpr std::string_view kEraseLine = "\x1b[K";
-  std::ostream& screen_;
-  bool shown_;
-  int percent_ = -1;
-};
-
-std::string years_text(int first, int last) {
+std::string years_text(std::int32_t first, std::int32_t last) {
   return std::to_string(first) + "-" + std::to_string(last);
 }
 
-// Errors: Failure when the file cannot be opened or is no series.
-Series load_series(const std::string& name, std::istream& standard_input) {
-  if (name == "-") return read_series(standard_input);
-  std::ifstream file(name, std::ios::binary);
-  if (!file) {
-    throw Failure("cannot open " + name + ": " +
-                  std::generic_category().message(errno));
+InputFile open_series(const std::string& name, int standard_input) {
+  if (name == "-") {
+    return {standard_input, "the standard input"};
   }
-  return read_series(file);
+  return {name, InputFile::Kind::kAny};
+}
+
+// Reads the series. Throws Failure where the output would destroy it.
+Series load_series(const Command& command, const Surroundings& around) {
+  const InputFile file = open_series(command.series, around.input);
+  companion::Inputs inputs;
+  inputs.add(file.shown_name(), file.identity());
+  inputs.expect_apart_from(command.output);
+  return read_series(
+      [&](char* buffer, std::size_t size) { return file.read(buffer, size); });
 }
 
 // Says which of the years asked the series does not have.
 void note_missing_years(const Series& series, const YearRange& asked,
-                        std::ostream& messages) {
-  if (series.first_year <= asked.first && asked.last <= series.last_year) return;
-  messages << kProgram << "note: the series covers "
-           << years_text(series.first_year, series.last_year) << "; other years of "
-           << years_text(asked.first, asked.last) << " are missing\n";
+                        const Surroundings& around) {
+  if (series.first_year <= asked.first && asked.last <= series.last_year) {
+    return;
+  }
+  complain(around, kProgram) << "note: the series covers "
+                             << years_text(series.first_year, series.last_year)
+                             << "; other years of "
+                             << years_text(asked.first, asked.last) << " are missing\n";
 }
 
-// Number of months that get values.
-int count_filled_months(const Series& series, const YearRange& asked) {
-  const int first = std::max(series.first_year, asked.first);
-  const int last = std::min(series.last_year, asked.last);
+// Returns the number of months that get values.
+std::int32_t count_filled_months(const Series& series, const YearRange& asked) {
+  const std::int32_t first = std::max(series.first_year, asked.first);
+  const std::int32_t last = std::min(series.last_year, asked.last);
   return std::max(0, count_grid_months(last) - count_grid_months(first - 1));
 }
 
-// Result: the size of the file in bytes.
+// Returns the size of the file in bytes.
 std::int64_t write_grid_file(const Series& series, const Command& command,
                              const Surroundings& around) {
-  const int all_months = count_grid_months(command.years.last);
-  int months_done = 0;
-  PartFile file(command.output, around.calls);
-  ProgressLine progress(around.messages, around.show_progress);
+  const InterruptWatch watch;
+  PartFile file(command.output);
+  companion::ProgressLine progress(
+      around.messages, in_quotes(command.output),
+      count_grid_months(command.years.last) * month_size(command.form));
   make_grid(series, command.years, command.form, [&](std::string_view month) {
-    if (InterruptWatch::signal_caught() != 0) throw Interrupted();
+    InterruptWatch::obey();
     file.write(month);
-    progress.show(++months_done, all_months);
+    progress.add(static_cast<std::int64_t>(month.size()));
   });
   file.complete();
   return file.size();
 }
 
 void expand(const Command& command, const Surroundings& around) {
-  std::error_code not_there;
-  if (std::filesystem::equivalent(command.output, command.series, not_there)) {
-    throw Failure(command.output + " is the series itself; name another output");
-  }
-  const Series series = load_series(command.series, around.input);
-  note_missing_years(series, command.years, around.messages);
-  const InterruptWatch watch;
+  const Series series = load_series(command, around);
+  note_missing_years(series, command.years, around);
   const std::int64_t bytes = write_grid_file(series, command, around);
-  around.messages << kProgram << "wrote " << command.output << ": "
-                  << series.cells.size() << " cells, values in "
-                  << count_filled_months(series, command.years) << " of "
-                  << count_grid_months(command.years.last) << " months, " << bytes
-                  << " bytes\n";
+  complain(around, kProgram) << "wrote " << in_quotes(command.output) << ": "
+                             << series.cells.size() << " cells, values in "
+                             << count_filled_months(series, command.years) << " of "
+                             << count_grid_months(command.years.last) << " months, "
+                             << bytes << " bytes\n";
 }
 
 }  // namespace
 
-int run_series_to_grid(std::span<const std::string> arguments, Surroundings& around) {
-  try {
+int run_series_to_grid(companion::Arguments arguments, const Surroundings& around) {
+  return companion::run_reported(around, kProgram, [&] {
     const Command command = parse_command_line(arguments);
-    if (command.help) {
-      around.output << help_text() << std::flush;
-      if (!around.output) throw Failure("cannot write the standard output");
-    } else {
+    if (command.task == Task::kExpand) {
       expand(command, around);
+    } else {
+      around.output << (command.task == Task::kShowHelp ? help_text() : version_text());
     }
-    return 0;
-  } catch (const UsageError& error) {
-    around.messages << kProgram << error.what()
-                    << "\nTry 'series_to_grid --help' for more information.\n";
-    return kWrongCommandLine;
-  } catch (const Interrupted&) {
-    around.messages << kProgram << "interrupted; nothing was written\n";
-    return kEndedBySignal + InterruptWatch::signal_caught();
-  } catch (const std::exception& error) {
-    around.messages << kProgram << reason_of(error) << "\n";
-    return kFailed;
-  }
+    return companion::kAllIsWell;
+  });
 }
 
-}  // namespace veldmark
+}  // namespace veldmark::series_to_grid

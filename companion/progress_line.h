@@ -1,15 +1,15 @@
 // How far a long piece of work has come, on one line of a terminal that is rewritten in
 // place and gone at the end.
 
-#ifndef VELDMARK_TERSIFY_PROGRESS_LINE_H_
-#define VELDMARK_TERSIFY_PROGRESS_LINE_H_
+#ifndef VELDMARK_COMPANION_PROGRESS_LINE_H_
+#define VELDMARK_COMPANION_PROGRESS_LINE_H_
 
 #include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
 
-namespace veldmark::tersify {
+namespace veldmark::companion {
 
 // Seconds from any moment on; never runs backwards.
 using Clock = std::function<double()>;
@@ -50,6 +50,6 @@ class ProgressLine {
   bool visible_ = false;
 };
 
-}  // namespace veldmark::tersify
+}  // namespace veldmark::companion
 
-#endif  // VELDMARK_TERSIFY_PROGRESS_LINE_H_
+#endif  // VELDMARK_COMPANION_PROGRESS_LINE_H_

@@ -1,17 +1,27 @@
-#include "tersify/line_buffer.h"
+#include "companion/line_buffer.h"
 
 #include <cstring>
 #include <utility>
 
-namespace veldmark::tersify {
+namespace veldmark::companion {
 namespace {
 
 std::string_view without_carriage_return(std::string_view text) {
-  if (text.ends_with('\r')) text.remove_suffix(1);
+  if (text.ends_with('\r')) {
+    text.remove_suffix(1);
+  }
   return text;
 }
 
 }  // namespace
+
+std::string_view without_byte_order_mark(std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  if (text.starts_with(kByteOrderMark)) {
+    text.remove_prefix(kByteOrderMark.size());
+  }
+  return text;
+}
 
 LineBuffer::LineBuffer(ReadMore read_more, std::size_t longest)
     : read_more_(std::move(read_more)),
@@ -19,8 +29,7 @@ LineBuffer::LineBuffer(ReadMore read_more, std::size_t longest)
       buffer_(kRoomAroundLine + longest + kRoomAroundLine) {}
 
 std::optional<LineBuffer::Line> LineBuffer::next() {
-  std::size_t searched =
-      0;  // characters of the rest that are known to hold no line end
+  std::size_t searched = 0;  // of the rest: known to hold no line end
   for (;;) {
     const std::string_view rest(buffer_.data() + begin_, end_ - begin_);
     // memchr is vectorised where find('\n') need not be.
@@ -33,12 +42,18 @@ std::optional<LineBuffer::Line> LineBuffer::next() {
       return Line{without_carriage_return(rest.substr(0, length)), End::kLineEnd};
     }
     searched = rest.size();
-    if (searched == longest_) return Line{rest, End::kTooLong};
-    if (!refill()) break;
+    if (searched == longest_) {
+      return Line{rest, End::kTooLong};
+    }
+    if (!refill()) {
+      break;
+    }
   }
   const std::string_view last(buffer_.data() + begin_, end_ - begin_);
   begin_ = end_;
-  if (last.empty()) return std::nullopt;
+  if (last.empty()) {
+    return std::nullopt;
+  }
   return Line{without_carriage_return(last), End::kFileEnd};
 }
 
@@ -52,4 +67,4 @@ bool LineBuffer::refill() {
   return count > 0;
 }
 
-}  // namespace veldmark::tersify
+}  // namespace veldmark::companion

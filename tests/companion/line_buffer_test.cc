@@ -1,4 +1,4 @@
-#include "tersify/line_buffer.h"
+#include "companion/line_buffer.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace veldmark::tersify {
+namespace veldmark::companion {
 namespace {
 
 // Reads all lines of a text that comes in pieces of `piece` bytes; "|" after a line
@@ -79,4 +79,4 @@ TEST(LineBuffer, ThereIsRoomAroundEveryLine) {
 }
 
 }  // namespace
-}  // namespace veldmark::tersify
+}  // namespace veldmark::companion

@@ -1,4 +1,4 @@
-#include "tersify/progress_line.h"
+#include "companion/progress_line.h"
 
 #include <algorithm>
 #include <chrono>
@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-namespace veldmark::tersify {
+namespace veldmark::companion {
 namespace {
 
 constexpr double kSecondsBetween = 0.2;
@@ -25,7 +25,9 @@ std::string progress_text(std::int64_t done, std::int64_t all, double seconds) {
   const std::int64_t share =
       all > 0 ? std::min<std::int64_t>(done * 100 / all, 100) : 0;
   std::string text = std::to_string(share) + " % done";
-  if (done <= 0 || seconds <= 0) return text;
+  if (done <= 0 || seconds <= 0) {
+    return text;
+  }
   const double speed = static_cast<double>(done) / seconds;
   const double left =
       static_cast<double>(std::max<std::int64_t>(all - done, 0)) / speed;
@@ -36,24 +38,32 @@ std::string progress_text(std::int64_t done, std::int64_t all, double seconds) {
 
 ProgressLine::ProgressLine(const Screen& screen, std::string title, std::int64_t all)
     : screen_(screen), title_(std::move(title)), all_(all) {
-  if (!screen_.shown) return;
+  if (!screen_.shown) {
+    return;
+  }
   started_ = screen_.clock();
   next_ = started_ + kSecondsBetween;
 }
 
 ProgressLine::~ProgressLine() {
-  if (visible_) screen_.stream << kStartOver << std::flush;
+  if (visible_) {
+    screen_.stream << kStartOver << std::flush;
+  }
 }
 
 void ProgressLine::add(std::int64_t count) {
   done_ += count;
-  if (!screen_.shown) return;
+  if (!screen_.shown) {
+    return;
+  }
   const double now = screen_.clock();
-  if (now < next_) return;
+  if (now < next_) {
+    return;
+  }
   next_ = now + kSecondsBetween;
   visible_ = true;
   screen_.stream << kStartOver << title_ << ": "
                  << progress_text(done_, all_, now - started_) << std::flush;
 }
 
-}  // namespace veldmark::tersify
+}  // namespace veldmark::companion

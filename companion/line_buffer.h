@@ -1,8 +1,8 @@
 // Hands out the lines of a text file, each with room around it, so that the hot loops
 // can look at whole vectors of characters.
 
-#ifndef VELDMARK_TERSIFY_LINE_BUFFER_H_
-#define VELDMARK_TERSIFY_LINE_BUFFER_H_
+#ifndef VELDMARK_COMPANION_LINE_BUFFER_H_
+#define VELDMARK_COMPANION_LINE_BUFFER_H_
 
 #include <cstddef>
 #include <functional>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace veldmark::tersify {
+namespace veldmark::companion {
 
 // Characters that can be read before and after the text of every line; they hold
 // anything.
@@ -20,10 +20,14 @@ constexpr std::size_t kRoomAroundLine = 64;
 // the processor's second cache.
 constexpr std::size_t kLongestLine = std::size_t{256} * 1024;
 
+// Returns the text without the byte order mark that some editors and spreadsheets put
+// before the first line.
+std::string_view without_byte_order_mark(std::string_view text);
+
 class LineBuffer {
  public:
-  // Puts up to `size` further bytes of the file in `buffer` and gives their number, 0
-  // at the file's end. Errors are its own to throw.
+  // Puts up to `size` further bytes of the file in `buffer` and returns their number, 0
+  // at the file's end. What it throws passes through.
   using ReadMore = std::function<std::size_t(char* buffer, std::size_t size)>;
 
   // What a line ends with: a line end, the end of the file, or the end of what a line
@@ -38,8 +42,8 @@ class LineBuffer {
 
   explicit LineBuffer(ReadMore read_more, std::size_t longest = kLongestLine);
 
-  // Reads a line. A carriage return before its end belongs to the line end; the last
-  // line may lack its line end. Nothing at the end of the file.
+  // Returns the next line, nullopt at the end of the file. A carriage return before its
+  // end belongs to the line end; the last line may lack its line end.
   std::optional<Line> next();
 
  private:
@@ -53,6 +57,6 @@ class LineBuffer {
   std::size_t end_ = kRoomAroundLine;
 };
 
-}  // namespace veldmark::tersify
+}  // namespace veldmark::companion
 
-#endif  // VELDMARK_TERSIFY_LINE_BUFFER_H_
+#endif  // VELDMARK_COMPANION_LINE_BUFFER_H_

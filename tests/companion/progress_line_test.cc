@@ -1,4 +1,4 @@
-#include "tersify/progress_line.h"
+#include "companion/progress_line.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <sstream>
 #include <thread>
 
-namespace veldmark::tersify {
+namespace veldmark::companion {
 namespace {
 
 TEST(ProgressText, TellsShareSpeedAndTimeLeft) {
@@ -67,4 +67,4 @@ TEST(ProgressClock, CountsSeconds) {
 }
 
 }  // namespace
-}  // namespace veldmark::tersify
+}  // namespace veldmark::companion

@@ -1,0 +1,84 @@
+#include "companion/input_file.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "util/failure.h"
+#include "util/in_quotes.h"
+
+namespace veldmark::companion {
+
+// A regular file is opened without waiting: a pipe in its place would hold the program
+// up until somebody writes.
+InputFile::InputFile(const std::string& name, Kind kind)
+    : shown_name_(in_quotes(name)),
+      file_(name, kind == Kind::kRegular ? O_RDONLY | O_NONBLOCK : O_RDONLY) {
+  look_at(kind);
+}
+
+InputFile::InputFile(int descriptor, std::string name)
+    : shown_name_(std::move(name)), file_(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)) {
+  look_at(Kind::kAny);
+}
+
+void InputFile::look_at(Kind kind) {
+  struct stat found {};
+  if (!file_.is_open() || ::fstat(file_.get(), &found) != 0) {
+    fail_with_errno();
+  }
+  if (S_ISDIR(found.st_mode)) {
+    fail(std::generic_category().message(EISDIR));
+  }
+  identity_ = regular_file(found);
+  if (identity_) {
+    size_ = found.st_size;
+  } else if (kind == Kind::kRegular) {
+    fail("it is not a regular file");
+  }
+}
+
+std::string InputFile::beginning(std::size_t longest) const {
+  std::string bytes(std::min(longest, static_cast<std::size_t>(size_)), '\0');
+  errno = 0;  // stays so where the file ends before
+  if (!file_.read_at(0, bytes.data(), bytes.size())) {
+    if (errno != 0) {
+      fail_with_errno();
+    }
+    fail_shorter();
+  }
+  return bytes;
+}
+
+// Another program may have left the standard input in a state where nothing waits.
+std::size_t InputFile::read(char* buffer, std::size_t size) const {
+  std::ptrdiff_t count = file_.read(buffer, size);
+  while (count < 0 && errno == EAGAIN) {
+    struct pollfd until_readable {
+      file_.get(), POLLIN, 0
+    };
+    ::poll(&until_readable, 1, -1);
+    count = file_.read(buffer, size);
+  }
+  if (count < 0) {
+    fail_with_errno();
+  }
+  return static_cast<std::size_t>(count);
+}
+
+void InputFile::fail_shorter() const { fail("it has become shorter"); }
+
+void InputFile::fail(const std::string& reason) const {
+  throw Failure("cannot read " + shown_name_ + ": " + reason);
+}
+
+void InputFile::fail_with_errno() const {
+  fail(std::generic_category().message(errno));
+}
+
+}  // namespace veldmark::companion

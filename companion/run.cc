@@ -1,0 +1,81 @@
+#include "companion/run.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <vector>
+
+#include "companion/standard_stream.h"
+#include "util/failure.h"
+#include "util/interrupt_watch.h"
+
+namespace veldmark::companion {
+namespace {
+
+// A file that is opened gets the lowest number that is free: that of a closed standard
+// stream, whose text would then land in the file. So closed ones are taken up, opened
+// the wrong way round: what uses them fails as before.
+void take_up_closed_streams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) < 0) {
+      ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+  }
+}
+
+}  // namespace
+
+std::ostream& complain(const Surroundings& around, std::string_view program) {
+  around.output << std::flush;  // a terminal shows both in their order
+  return around.messages.stream << program << ": ";
+}
+
+int run_reported(const Surroundings& around, std::string_view program,
+                 const std::function<int()>& work) {
+  try {
+    const int status = work();
+    around.output << std::flush;
+    if (around.output) {
+      return status;
+    }
+    complain(around, program) << "cannot write the standard output\n";
+    return status == kAllIsWell ? kFailed : status;
+  } catch (const UsageError& error) {
+    complain(around, program) << error.what() << "\nTry '" << program
+                              << " --help' for more information.\n";
+    return kWrongUsage;
+  } catch (const Interrupted& interrupted) {
+    complain(around, program) << "interrupted; nothing was written\n";
+    return kEndedBySignal + interrupted.signal;
+  } catch (const std::exception& error) {
+    complain(around, program) << reason_of(error) << "\n";
+    return kFailed;
+  }
+}
+
+int run_main(int argc, char** argv, std::string_view program,
+             const std::function<int(Arguments, const Surroundings&)>& run) try {
+  // A closed pipe then shows up as a failed write, which leaves no part of a file.
+  std::signal(SIGPIPE, SIG_IGN);
+  take_up_closed_streams();
+  const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  StandardStream output_stream(STDOUT_FILENO);
+  StandardStream message_stream(STDERR_FILENO);
+  std::ostream output(&output_stream);
+  std::ostream messages(&message_stream);
+  messages << std::unitbuf;
+  const Surroundings around{
+      .input = STDIN_FILENO,
+      .output = output,
+      .messages = {.stream = messages, .shown = isatty(STDERR_FILENO) == 1}};
+  return run(arguments, around);
+} catch (const std::exception& error) {  // before or after the run itself
+  std::fprintf(stderr, "%s: %s\n", std::string(program).c_str(), reason_of(error));
+  return kFailed;
+}
+
+}  // namespace veldmark::companion

@@ -1,0 +1,50 @@
+#include "companion/standard_stream.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace veldmark::companion {
+
+StandardStream::StandardStream(int descriptor) : descriptor_(descriptor) {
+  setp(buffer_.data(), buffer_.data() + buffer_.size());
+}
+
+StandardStream::~StandardStream() { write_out(); }
+
+StandardStream::int_type StandardStream::overflow(int_type character) {
+  if (!write_out()) {
+    return traits_type::eof();
+  }
+  if (!traits_type::eq_int_type(character, traits_type::eof())) {
+    sputc(traits_type::to_char_type(character));
+  }
+  return traits_type::not_eof(character);
+}
+
+int StandardStream::sync() { return write_out() ? 0 : -1; }
+
+// What could not be written is given up: the next message need not repeat it.
+bool StandardStream::write_out() {
+  const char* next = pbase();
+  const char* const end = pptr();
+  setp(buffer_.data(), buffer_.data() + buffer_.size());
+  while (next < end) {
+    const ssize_t count =
+        ::write(descriptor_, next, static_cast<std::size_t>(end - next));
+    if (count >= 0) {
+      next += count;
+    } else if (errno == EAGAIN) {
+      struct pollfd until_writable {
+        descriptor_, POLLOUT, 0
+      };
+      ::poll(&until_writable, 1, -1);
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace veldmark::companion

@@ -1,0 +1,73 @@
+#include "util/in_quotes.h"
+
+#include <algorithm>
+#include <array>
+
+namespace veldmark {
+namespace {
+
+unsigned byte_at(std::string_view text, std::size_t index) {
+  return index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
+}
+
+// The bytes of a UTF-8 sequence by its first byte, and the values that its second byte
+// may have: fewer where the sequence would be too long for its character, a surrogate,
+// beyond the last character, or a control character (U+0080 to U+009F).
+struct Sequence {
+  unsigned first_byte;
+  unsigned last_first_byte;
+  std::size_t length;
+  unsigned second_byte;
+  unsigned last_second_byte;
+};
+
+constexpr std::array<Sequence, 9> kSequences{{{0xC2, 0xC2, 2, 0xA0, 0xBF},
+                                              {0xC3, 0xDF, 2, 0x80, 0xBF},
+                                              {0xE0, 0xE0, 3, 0xA0, 0xBF},
+                                              {0xE1, 0xEC, 3, 0x80, 0xBF},
+                                              {0xED, 0xED, 3, 0x80, 0x9F},
+                                              {0xEE, 0xEF, 3, 0x80, 0xBF},
+                                              {0xF0, 0xF0, 4, 0x90, 0xBF},
+                                              {0xF1, 0xF3, 4, 0x80, 0xBF},
+                                              {0xF4, 0xF4, 4, 0x80, 0x8F}}};
+
+bool is_between(unsigned value, unsigned first, unsigned last) {
+  return first <= value && value <= last;
+}
+
+// Returns the bytes of the character that `text` begins with; 0 when it begins with
+// something that can't be shown. Requires a text that is not empty.
+std::size_t shown_length(std::string_view text) {
+  const unsigned first = byte_at(text, 0);
+  if (first < 0x80) {
+    return is_between(first, ' ', '~') ? 1 : 0;
+  }
+  const auto* const found =
+      std::find_if(kSequences.begin(), kSequences.end(), [&](const Sequence& sequence) {
+        return is_between(first, sequence.first_byte, sequence.last_first_byte);
+      });
+  if (found == kSequences.end() ||
+      !is_between(byte_at(text, 1), found->second_byte, found->last_second_byte)) {
+    return 0;
+  }
+  for (std::size_t i = 2; i < found->length; ++i) {
+    if (!is_between(byte_at(text, i), 0x80, 0xBF)) {
+      return 0;
+    }
+  }
+  return found->length;
+}
+
+}  // namespace
+
+std::string in_quotes(std::string_view text, std::size_t most) {
+  std::string shown = "'";
+  for (std::size_t count = 0; !text.empty() && count < most; ++count) {
+    const std::size_t length = shown_length(text);
+    shown += length == 0 ? std::string_view("?") : text.substr(0, length);
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return shown + (text.empty() ? "'" : "...'");
+}
+
+}  // namespace veldmark

@@ -1,0 +1,19 @@
+// Opens what should be text, and recognises what is compressed.
+
+#ifndef VELDMARK_TERSIFY_TEXT_FILE_H_
+#define VELDMARK_TERSIFY_TEXT_FILE_H_
+
+#include <string>
+
+#include "companion/input_file.h"
+
+namespace veldmark::tersify {
+
+// Opens a file. Throws Failure "cannot read 'NAME': reason", and "'NAME' is compressed
+// (gzip); decompress it first" for a regular file with the first bytes of such a one.
+companion::InputFile open_text_file(const std::string& name,
+                                    companion::InputFile::Kind kind);
+
+}  // namespace veldmark::tersify
+
+#endif  // VELDMARK_TERSIFY_TEXT_FILE_H_
