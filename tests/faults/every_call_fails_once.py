@@ -51,6 +51,8 @@ ERRORS = {
     "fchmod": [errno.EPERM],
     "flock": [errno.EINTR, errno.ENOLCK, errno.EWOULDBLOCK],
     "ftruncate": [errno.EINTR, errno.EIO],
+    "fsync": [errno.EINTR, errno.EIO, errno.ENOSPC, errno.EINVAL],
+    "fcntl": [errno.EMFILE],
     "ioctl": [errno.ENOTTY],
     "lseek": [errno.ESPIPE],
     "mmap": [errno.ENOMEM],

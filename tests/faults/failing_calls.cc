@@ -95,6 +95,7 @@ constexpr Kind kKinds[] = {
     {SYS_ftruncate, "ftruncate", Names::kDescriptor},
     {SYS_fsync, "fsync", Names::kDescriptor},
     {SYS_flock, "flock", Names::kDescriptor},
+    {SYS_poll, "poll", Names::kNothing},
     {SYS_lseek, "lseek", Names::kDescriptor},
     {SYS_ioctl, "ioctl", Names::kDescriptor},
     {SYS_fcntl, "fcntl", Names::kDescriptor},

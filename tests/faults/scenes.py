@@ -35,11 +35,14 @@ MEGABYTE = 1 << 20
 
 NORMAL = b" PROGRAM TERMINATING NORMALLY\n"
 NOTES = "notes.txt"
+FOLDER = "folder"  # what `Scene.run` calls it
 
 # Calls after whose failure all goes on as before: they only choose the better way.
 OF_NO_CONSEQUENCE = {"fstat", "fstatat", "stat", "lstat", "statx", "access"}
 OF_NO_CONSEQUENCE |= {"faccessat", "faccessat2", "unlink", "fchmod", "statfs", "lseek"}
 OF_NO_CONSEQUENCE |= {"ioctl", "madvise", "munmap", "getrandom"}
+# Calls without which a part can't be removed, or must not be.
+KEEPS_PART = {"unlink", "fstat", "fstatat", "flock"}
 MEMORY = {"mmap", "mremap", "brk", "malloc"}
 
 
@@ -272,14 +275,14 @@ def cannot(verb: str, name: str, fault: Fault, operation: str, channel: int) -> 
 # What is said of a file that ends early: wherever it was cut, or became shorter.
 SHORTER = r"tersify: cannot read NAME: it has become shorter\n"
 CONDENSES_NO_PART = (
-    SHORTER + r"|tersify: NAME: line \d+, field \d+: the line ends before it; a line holds 720"
-    r" integers \(the file ends in this line\)\n|tersify: NAME: the file is empty\n"
-    r"|tersify: the list NAME names no file\n"
-    r"|tersify: cannot read a.da: No such file or directory\ntersify: not condensed: a.da\n"
+    SHORTER + r"|tersify: 'NAME': line \d+, field \d+: the line ends before it; a line holds 720"
+    r" integers \(the file ends in this line\)\n|tersify: 'NAME': the file is empty\n"
+    r"|tersify: the list 'NAME' names no file\n"
+    r"|tersify: cannot read 'a.da': No such file or directory\ntersify: not condensed: 'a.da'\n"
 )
 CHECK_ENDS_EARLY = (
-    SHORTER + r"|NAME: line \d+ \(year 1901, January, row \d+\), column \d+: the file ends in"
-    r" this line, after \d+ of 3600 characters\n|NAME: the file ends after \d+ of 501120 lines;"
+    SHORTER + r"|'NAME': line \d+ \(year 1901, January, row \d+\), column \d+: the file ends in"
+    r" this line, after \d+ of 3600 characters\n|'NAME': the file ends after \d+ of 501120 lines;"
     r" the next is line \d+ \(year 1901, January, row \d+\)\n"
 )
 SERIES_END_EARLY = (
@@ -296,7 +299,6 @@ class PartFiles(Scene):
     """A companion program, which writes NAME.part and renames it.
 
     sources           of each output the file that it is made of
-    looks_at_files    asks for the kind and the size of what it reads
     early_end         what is said of a file that ends before its time, a pattern in which
                       NAME stands for the file
     """
@@ -307,20 +309,21 @@ class PartFiles(Scene):
         command: Sequence[str],
         files: Dict[str, Content],
         sources: Dict[str, str],
-        looks_at_files: bool = True,
         early_end: str = CONDENSES_NO_PART,
         **more,
     ) -> None:
         super().__init__(bench, command, files, **more)
-        self.looks_at_files = looks_at_files
         self.early_end = early_end
         self.program = os.path.basename(command[0])
         self.condenses = self.program == "tersify" and "--check" not in command
         self.sources = sources
 
     def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
-        if fault.name == "unlink":
+        if fault.file.endswith(".part") and fault.name in KEEPS_PART:
             outcome.files.pop(fault.file, None)  # what can't be removed stays
+        for name in [name for name in self.at_first if name.endswith(".part")]:
+            if outcome.files.get(name) == self.at_first[name]:
+                outcome.files.pop(name)  # an abandoned one that was not reached
         found = self.broken_rule(calm, fault, outcome)
         if found or fault.what.startswith("signal"):
             return found
@@ -343,10 +346,10 @@ class PartFiles(Scene):
     def closing(self, fault: Fault) -> str:
         """The last line of a run of Tersify that has failed in one of its files."""
         if fault.name in MEMORY:
-            return r"(tersify: not condensed: [ab]\.dat\n)?"
+            return r"(tersify: not condensed: '[ab]\.dat'\n)?"
         name = re.sub(r"(\.new)?(\.part)?$", "", fault.file)
         if self.condenses and name in self.files and name != "list":
-            return "tersify: not condensed: %s\n" % re.escape(name)
+            return "tersify: not condensed: '%s'\n" % re.escape(name)
         return ""
 
     def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
@@ -360,11 +363,13 @@ class PartFiles(Scene):
         complete = True
         for name in sorted(set(self.at_first) | set(outcome.files)):
             content = outcome.files.get(name)
+            if name.endswith(".part") and content is None:
+                continue
             if name in self.sources and content == calm.files[name]:
                 continue
             complete = complete and name not in self.sources
             said = outcome.screen + outcome.errors
-            if name in self.sources and b"wrote %s:" % name.encode() in said:
+            if name in self.sources and b"wrote '%s':" % name.encode() in said:
                 return "claims to have written " + name
             if content != self.at_first.get(name):
                 return "the file %s changed: %s" % (name, end_of(outcome))
@@ -378,46 +383,57 @@ class PartFiles(Scene):
         """What may be said on standard error, as patterns; None where nothing differs."""
         program = self.program + ": "
         if is_taken_up(fault):
-            # The standard library doesn't try again to open a file.
-            by_library = fault.name == "openat" and not self.looks_at_files
-            refusal = program + "cannot open %s: %s\n" % (fault.file, os.strerror(errno.EINTR))
-            return [None, refusal] if by_library and fault.file in self.files else [None]
+            return [None]
+        if fault.name == "fcntl" or fault.file.isdigit():  # /dev/pts/0
+            # Which is looked at again where a program reads it.
+            if fault.error() is None:
+                return [None, program + NO_LIST_NAMED]
+            return [None, program + "cannot read the standard input: %s\n" % reason(fault)]
+        if fault.file in (".", FOLDER):
+            return [None]  # the file is complete whether its folder is on the disk or not
         if fault.name in MEMORY:
-            # The C++ library makes a failed reading of it, the C library an errno.
-            lacks = "(not enough memory|Cannot allocate memory|the input cannot be read)"
-            refused = r"(tersify: a\.dat: line 101, field 3: 'three' is not an integer\n)?"
-            where = r"(\S+: |line \d+: |cannot (open|read|write) \S+: )?"
+            # The C library makes an errno of it.
+            lacks = "(not enough memory|Cannot allocate memory)"
+            refused = r"(tersify: 'a\.dat': line 101, field 3: 'three' is not an integer\n)?"
+            where = r"('\S+': |cannot (read|write) '\S+': )?"
             return [None, refused + program + where + lacks + "\n"]
         if fault.file == "standard-output":
             return [program + "cannot write the standard output\n"]
-        if fault.name == "close" and not fault.file.endswith(".part"):
+        if fault.name == "close":
             return [None]
-        if fault.name == "rename":
-            output = re.escape(fault.file[: -len(".part")])
-            return [program + "cannot write %s: %s\n" % (output, reason(fault))]
-        if fault.file.endswith(".part") and fault.name not in OF_NO_CONSEQUENCE:
-            message = "cannot write %s: %s\n" % (re.escape(fault.file), reason(fault))
-            # A part that is given up anyway is closed without a word.
-            given_up = fault.name == "close" and not self.sources
-            return [None if given_up else program + message]
+        if fault.file.endswith(".part"):
+            return self.messages_of_part(program, fault)
         return self.messages_of_source(program, fault)
+
+    def messages_of_part(self, program: str, fault: Fault) -> List[Optional[str]]:
+        part = re.escape(fault.file)
+        output = re.escape(fault.file[: -len(".part")])
+        if fault.name == "flock":
+            busy = "cannot write '%s': another run is writing it\n" % output
+            return [program + busy if fault.error() == errno.EWOULDBLOCK else None]
+        if fault.name == "fsync" and fault.error() == errno.EINVAL:
+            return [None]  # some file systems have nothing to wait for
+        if fault.name == "rename":
+            return [program + "cannot write '%s': %s\n" % (output, reason(fault))]
+        message = program + "cannot write '%s': %s\n" % (part, reason(fault))
+        if fault.name in ("fstat", "fstatat"):
+            # Whether the name still stands for the part could not be seen.
+            gone = "cannot write '%s': '%s' was removed or replaced meanwhile\n"
+            return [None, program + gone % (output, part)]
+        if fault.file in self.at_first and fault.name in ("openat", "unlink"):
+            return [None, message]  # one that an earlier run left
+        return [None] if fault.name in OF_NO_CONSEQUENCE else [message]
 
     def messages_of_source(self, program: str, fault: Fault) -> List[Optional[str]]:
         if fault.name in OF_NO_CONSEQUENCE:
             # Only a file whose kind and size are not known is not read at all.
             opened = fault.name == "fstat" and fault.number == 1
-            if not (opened and fault.file in self.files and self.looks_at_files):
+            if not (opened and fault.file in self.files):
                 return [None]
         if fault.error() is None:
-            if fault.file == "standard-input":
-                return [program + NO_LIST_NAMED]
             return [self.early_end.replace("NAME", re.escape(fault.file))]
-        if fault.file == "standard-input":
-            return [program + NO_LIST_NAMED]  # a stream tells no failure from an end
         name = re.escape(fault.file)
-        texts = ["cannot read %s: " % name, "cannot open %s: " % name]
-        messages = [program + text + reason(fault) + "\n" for text in texts]
-        return messages + [program + r"line \d+: the input cannot be read\n"]
+        return [program + "cannot read '%s': %s\n" % (name, reason(fault))]
 
 
 def veldmark_session(bench: Bench, programs: Path) -> Session:
@@ -455,6 +471,7 @@ def tersify_files(bench: Bench) -> Dict[str, Content]:
         "a.dat": raw_text(120, 1),
         "b.dat": raw_text(80, 2),
         "a.dat.new": b"an earlier copy\n",
+        "b.dat.new.part": b"left by a run that was killed\n",
         "list": b"a.dat\nb.dat\n",
         NOTES: b"not ours\n",
     }
@@ -494,7 +511,6 @@ def series_to_grid(bench: Bench, programs: Path) -> PartFiles:
         command,
         files,
         {"grid": "series"},
-        looks_at_files=False,
         early_end=SERIES_END_EARLY,
     )
 

@@ -223,11 +223,11 @@ class AFolderWithoutPermission(Situation):
         self.addCleanup(self.folder.chmod, 0o755)
         for command, status, text in (
             (["veldmark"], 255, report("Cannot open file: %s.TSF" % FRS, "OPEN", 14)),
-            (["tersify", "a.dat"], 1, "tersify: cannot write a.dat.new.part: Permission denied\n"),
+            (["tersify", "a.dat"], 1, "tersify: cannot write 'a.dat.new.part': Permission denied\n"),
             (
                 EXPAND,
                 1,
-                "series_to_grid: cannot write grid.part: Permission denied\n",
+                "series_to_grid: cannot write 'grid.part': Permission denied\n",
             ),
         ):
             with self.subTest(command[0]):
@@ -243,9 +243,9 @@ class AFolderWithoutPermission(Situation):
         self.expect(result, 255, report("Cannot open file: " + FRS, "OPEN", 13))
         result = self.run_it("tersify", "a.dat", **self.user)
         self.assertEqual(result.returncode, 1)
-        self.assertIn(b"tersify: cannot read a.dat: Permission denied\n", result.stderr)
+        self.assertIn(b"tersify: cannot read 'a.dat': Permission denied\n", result.stderr)
         result = self.run_it(*EXPAND, **self.user)
-        self.expect(result, 1, "series_to_grid: cannot open series: Permission denied\n")
+        self.expect(result, 1, "series_to_grid: cannot read 'series': Permission denied\n")
         for name in (FRS, "a.dat", "series"):
             self.folder.joinpath(name).chmod(0o644)
         self.expect_unchanged()
@@ -284,14 +284,14 @@ class AFolderInPlaceOfAFile(Situation):
 
     def test_is_nothing_for_the_companions(self) -> None:
         for command, name, text in (
-            (["tersify", "b.dat"], "b.dat", "cannot read b.dat: Is a directory"),
-            (["tersify", "a.dat"], "a.dat.new", "a.dat.new: it exists and is not"),
-            (["tersify", "a.dat"], "a.dat.new.part", "a.dat.new.part: Is a directory"),
-            (["tersify", "--check", "b.dat"], "b.dat", "cannot read b.dat: Is a directory"),
-            (["tersify", "--list", "b.dat"], "b.dat", "cannot read b.dat: Is a directory"),
-            (EXPAND, "grid", "grid: it exists and is not"),
-            (EXPAND, "grid.part", "grid.part: Is a directory"),
-            (EXPAND, "series", "cannot"),
+            (["tersify", "b.dat"], "b.dat", "cannot read 'b.dat': Is a directory"),
+            (["tersify", "a.dat"], "a.dat.new", "'a.dat.new': it exists and is not"),
+            (["tersify", "a.dat"], "a.dat.new.part", "'a.dat.new.part': Is a directory"),
+            (["tersify", "--check", "b.dat"], "b.dat", "cannot read 'b.dat': Is a directory"),
+            (["tersify", "--list", "b.dat"], "b.dat", "cannot read 'b.dat': Is a directory"),
+            (EXPAND, "grid", "'grid': it exists and is not"),
+            (EXPAND, "grid.part", "'grid.part': Is a directory"),
+            (EXPAND, "series", "cannot read 'series': Is a directory"),
         ):
             with self.subTest((command, name)):
                 path = self.folder / name
@@ -394,8 +394,8 @@ class ALimitOnTheSizeOfFiles(Situation):
 
         for command, status, name in (
             (["veldmark"], 255, FRS + ".TSF"),
-            (["tersify", "a.dat"], 1, "a.dat.new.part"),
-            (EXPAND, 1, "grid.part"),
+            (["tersify", "a.dat"], 1, "'a.dat.new.part'"),
+            (EXPAND, 1, "'grid.part'"),
         ):
             with self.subTest(command[0]):
                 answers = typed(ONE_SEARCH)

@@ -1,19 +1,18 @@
 // The built program as a process of its own: exit statuses, signals, limits.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
-#include <thread>
 
 #include "raw_text.h"
+#include "support/child_process.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark::tersify {
@@ -23,8 +22,10 @@ using testing::condensed_line;
 using testing::numbers;
 using testing::raw_line;
 using testing::repeated;
+using veldmark::testing::ChildProcess;
 using veldmark::testing::file_content;
 using veldmark::testing::TemporaryFolder;
+using veldmark::testing::with_stopped_process;
 using veldmark::testing::write_file;
 
 const std::string kRaw = raw_line(numbers()) + "\n";
@@ -97,84 +98,139 @@ TEST(TersifyProgram, AFileThatMayNotGrowIsAFailureAndLeavesNothing) {
 }
 
 // Makes "big", which takes the program long enough to be met at work.
+constexpr int kBigLines = 36000;
+
 void make_big_file() {
   const std::string month = repeated(360, kRaw);
   std::ofstream file("big", std::ios::binary);
-  for (int i = 0; i < 100; ++i) file << month;
+  for (int i = 0; i < kBigLines / 360; ++i) {
+    file << month;
+  }
 }
 
-// Starts the program on "big" and sends it a signal as soon as a part of the copy is
-// there. Result: how the process ended, as wait(2) tells it.
-int run_and_signal(int signal) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const int messages = ::open("messages", O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    const int output = ::open("output", O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    ::dup2(messages, STDERR_FILENO);
-    ::dup2(output, STDOUT_FILENO);
-    ::execl(TERSIFY_PROGRAM, "tersify", "big", "after", nullptr);
-    ::_exit(127);
-  }
-  int status = 0;
-  std::error_code not_there;
-  while (::waitpid(child, &status, WNOHANG) == 0) {
-    const auto size = std::filesystem::file_size("big.new.part", not_there);
-    if (!not_there && size > 0) {
-      ::kill(child, signal);
-      ::waitpid(child, &status, 0);
-      break;
+// Is "big.new" all of the copy of "big"?
+bool is_copy_whole() {
+  std::ifstream file("big.new", std::ios::binary);
+  std::string line(kCondensed.size(), '\0');
+  int lines = 0;
+  while (file.read(line.data(), static_cast<std::streamsize>(line.size()))) {
+    if (line != kCondensed) {
+      return false;
     }
-    std::this_thread::sleep_for(std::chrono::microseconds(200));
+    ++lines;
   }
-  return status;
+  return file.gcount() == 0 && lines == kBigLines;
 }
 
-// A busy machine can let the program end before the signal comes; then once more.
-template <typename Met>
-int run_until_met(int signal, const Met& was_met) {
-  int status = 0;
-  for (int i = 0; i < 20; ++i) {
-    std::filesystem::remove("big.new");
-    std::filesystem::remove("big.new.part");
-    status = run_and_signal(signal);
-    if (was_met(status)) break;
-  }
-  return status;
+// Stops a run on "big" and "after" in the middle of its copy of "big".
+void with_stopped_run(const std::function<void(ChildProcess&)>& action) {
+  with_stopped_process({TERSIFY_PROGRAM, "big", "after"}, "big.new.part", action);
 }
 
 TEST(TersifyProgram, KilledInTheMiddleItLeavesNothingThatLooksComplete) {
   const TemporaryFolder folder;
   make_big_file();
-  const int status =
-      run_until_met(SIGKILL, [](int ended) { return WIFSIGNALED(ended); });
-  ASSERT_TRUE(WIFSIGNALED(status));
-  EXPECT_EQ(WTERMSIG(status), SIGKILL);
+  with_stopped_run([](ChildProcess& run) {
+    run.send(SIGKILL);
+    EXPECT_EQ(run.wait(), -SIGKILL);
+  });
   EXPECT_FALSE(std::filesystem::exists("big.new"));
   EXPECT_TRUE(std::filesystem::exists("big.new.part"));
 
   // The next run finds its way.
   EXPECT_EQ(run_program("big"), 0);
-  EXPECT_EQ(std::filesystem::file_size("big.new"), 36000U * 3601);
+  EXPECT_TRUE(is_copy_whole());
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
 }
 
 void expect_orderly_end(int signal) {
   const TemporaryFolder folder;
   make_big_file();
-  const int status = run_until_met(
-      signal, [](int ended) { return WIFEXITED(ended) && WEXITSTATUS(ended) > 1; });
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 128 + signal);
+  write_file("big.new", "earlier");
+  with_stopped_run([&](ChildProcess& run) {
+    run.send(signal);
+    run.send(SIGCONT);
+    EXPECT_EQ(run.wait(), 128 + signal);
+  });
   EXPECT_EQ(file_content("messages"),
             "tersify: interrupted\ntersify: not condensed: 'big', 'after'\n");
   EXPECT_EQ(file_content("output"), "condensed 0 of 2 files\n");
-  EXPECT_FALSE(std::filesystem::exists("big.new"));
+  EXPECT_EQ(file_content("big.new"), "earlier");
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
 }
 
 TEST(TersifyProgram, ARequestToTerminateLeavesNothing) { expect_orderly_end(SIGTERM); }
 
 TEST(TersifyProgram, AnInterruptLeavesNothing) { expect_orderly_end(SIGINT); }
+
+TEST(TersifyProgram, AHangUpLeavesNothing) { expect_orderly_end(SIGHUP); }
+
+TEST(TersifyProgram, AQuitKeyLeavesNothing) { expect_orderly_end(SIGQUIT); }
+
+TEST(TersifyProgram, TheEndOfItsProcessorTimeLeavesNothing) {
+  expect_orderly_end(SIGXCPU);
+}
+
+TEST(TersifyProgram, TheCopyOfAnotherRunIsNotOverwritten) {
+  const TemporaryFolder folder;
+  make_big_file();
+  with_stopped_run([](ChildProcess& first) {
+    const std::string second = "'" TERSIFY_PROGRAM "' big >output2 2>messages2";
+    EXPECT_EQ(WEXITSTATUS(std::system(second.c_str())), 1);
+    EXPECT_EQ(file_content("messages2"),
+              "tersify: cannot write 'big.new': another run is writing it\n"
+              "tersify: not condensed: 'big'\n");
+    EXPECT_EQ(file_content("output2"), "");
+    EXPECT_TRUE(std::filesystem::exists("big.new.part"));
+    first.send(SIGCONT);
+    EXPECT_EQ(first.wait(), 1);  // there is no "after"
+  });
+  EXPECT_TRUE(file_content("output").starts_with("wrote 'big.new': 36000 lines, "));
+  EXPECT_TRUE(is_copy_whole());
+  EXPECT_FALSE(std::filesystem::exists("big.new.part"));
+}
+
+TEST(TersifyProgram, APartThatWasExchangedIsNotCalledACopy) {
+  const TemporaryFolder folder;
+  make_big_file();
+  write_file("big.new", "earlier");
+  with_stopped_run([](ChildProcess& run) {
+    std::filesystem::remove("big.new.part");
+    write_file("big.new.part", "hello");
+    run.send(SIGCONT);
+    EXPECT_EQ(run.wait(), 1);
+  });
+  EXPECT_TRUE(
+      file_content("messages")
+          .starts_with(
+              "tersify: cannot write 'big.new': 'big.new.part' was removed or replaced "
+              "meanwhile\n"));
+  EXPECT_EQ(file_content("big.new"), "earlier");
+  EXPECT_EQ(file_content("big.new.part"), "hello");
+}
+
+TEST(TersifyProgram, APipeInPlaceOfThePartDoesNotHoldItUp) {
+  const TemporaryFolder folder;
+  write_file("a", kRaw);
+  ASSERT_EQ(::mkfifo("a.new.part", 0600), 0);
+  EXPECT_EQ(run_program("a", "timeout 20 "), 0);
+  EXPECT_EQ(file_content("a.new"), kCondensed);
+}
+
+TEST(TersifyProgram, AListMayComeThroughAPipe) {
+  const TemporaryFolder folder;
+  write_file("a", kRaw);
+  EXPECT_EQ(run_program("--list /dev/stdin", "echo a | "), 0);
+  EXPECT_EQ(file_content("a.new"), kCondensed);
+}
+
+TEST(TersifyProgram, ADataFileForAListIsAnsweredWithOneLine) {
+  const TemporaryFolder folder;
+  write_file("grid", repeated(1000, kCondensed));
+  EXPECT_EQ(run_program("", "echo grid | "), 1);
+  EXPECT_EQ(file_content("messages"),
+            "tersify: 'grid' is no list of file names: line 1 can't be one\n");
+}
 
 }  // namespace
 }  // namespace veldmark::tersify

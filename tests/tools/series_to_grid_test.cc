@@ -15,16 +15,19 @@
 #include <vector>
 
 #include "series_to_grid/command_line.h"
+#include "support/child_process.h"
 #include "support/memory_input.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark::series_to_grid {
 namespace {
 
+using testing::ChildProcess;
 using testing::file_content;
 using testing::folder_content;
 using testing::MemoryInput;
 using testing::TemporaryFolder;
+using testing::with_stopped_process;
 using testing::write_file;
 using Names = std::vector<std::string>;
 
@@ -403,6 +406,25 @@ TEST(SeriesToGridProgram, ASeriesOnTheStandardInputIsNotOverwritten) {
             "series_to_grid: 'series.csv' is the same file as the standard input; "
             "nothing was written\n");
   EXPECT_TRUE(file_content("series.csv") == kSeries);
+}
+
+TEST(SeriesToGridProgram, TheGridOfAnotherRunIsNotOverwritten) {
+  const TemporaryFolder folder;
+  write_file("series.csv", kSeries);
+  with_stopped_process(
+      {SERIES_TO_GRID_PROGRAM, "grid", "series.csv"}, "grid.part",
+      [](ChildProcess& first) {
+        const Outcome second = run_program("--years 1901-1902 grid series.csv");
+        EXPECT_EQ(second.status, 1);
+        EXPECT_EQ(second.messages,
+                  "series_to_grid: cannot write 'grid': another run is writing it\n");
+        EXPECT_TRUE(std::filesystem::exists("grid.part"));
+        first.send(SIGQUIT);
+        first.send(SIGCONT);
+        EXPECT_EQ(first.wait(), 128 + SIGQUIT);
+      });
+  EXPECT_FALSE(std::filesystem::exists("grid.part"));
+  EXPECT_FALSE(std::filesystem::exists("grid"));
 }
 
 TEST(SeriesToGridProgram, ItsExitStatusTellsTheKindOfError) {
