@@ -21,8 +21,7 @@ Verdict check_file(const std::string& name, const GridShape& shape,
                    const companion::ProgressLine::Screen& screen) {
   const InputFile input = open_text_file(name, InputFile::Kind::kRegular);
   if (input.size() > 0 && is_published(FirstLine(input).line())) {
-    return {"it is not condensed, but a published file: tersify " + in_quotes(name),
-            {}};
+    return {"it is a published file; condense it with: tersify " + in_quotes(name), {}};
   }
   companion::ProgressLine progress(screen, in_quotes(name), input.size());
   companion::LineBuffer lines([&](char* buffer, std::size_t size) {

@@ -46,9 +46,9 @@ TEST(CheckFile, ALineWithoutEndIsTooLong) {
 
 TEST(CheckFile, APublishedFileIsCalledOne) {
   EXPECT_EQ(verdict(repeated(24, repeated(720, "  -999") + "\n")),
-            "it is not condensed, but a published file: tersify 'grid'");
+            "it is a published file; condense it with: tersify 'grid'");
   EXPECT_EQ(verdict(repeated(720, " -999 ") + "\r\n"),
-            "it is not condensed, but a published file: tersify 'grid'");
+            "it is a published file; condense it with: tersify 'grid'");
 }
 
 TEST(CheckFile, ADamagedCondensedFileIsNotCalledPublished) {
