@@ -132,6 +132,9 @@ def try_all(name: str, scene: Scene, sanitized: bool) -> Counter:
     if calm.differs_from(again) or calm.status is None:
         sys.exit("undisturbed runs differ: " + calm.differs_from(again))
     complaints = 0
+    if disorder := scene.wrong_order(calm):
+        complaints += 1
+        print(disorder)
     tried: Counter = Counter()
     all_places = list(places(calm.calls, sanitized))
     for call in all_places:

@@ -164,6 +164,11 @@ class Scene:
             self.lay_out(Path(place), None)
             self.at_first = files_of(Path(place))
 
+    def wrong_order(self, calm: Outcome) -> str:
+        """What is wrong with the order of the calls in an undisturbed run, "" for nothing."""
+        del calm
+        return ""
+
     def lay_out(self, folder: Path, fault: Optional[Fault]) -> None:
         for name, content in self.files.items():
             target = folder / name

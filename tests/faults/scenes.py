@@ -41,6 +41,7 @@ FOLDER = "folder"  # what `Scene.run` calls it
 OF_NO_CONSEQUENCE = {"fstat", "fstatat", "stat", "lstat", "statx", "access"}
 OF_NO_CONSEQUENCE |= {"faccessat", "faccessat2", "unlink", "fchmod", "statfs", "lseek"}
 OF_NO_CONSEQUENCE |= {"ioctl", "madvise", "munmap", "getrandom"}
+STEPS_OF_PART = {"flock", "write", "fsync", "close"}
 # Calls without which a part can't be removed, or must not be.
 KEEPS_PART = {"unlink", "fstat", "fstatat", "flock"}
 MEMORY = {"mmap", "mremap", "brk", "malloc"}
@@ -317,6 +318,19 @@ class PartFiles(Scene):
         self.program = os.path.basename(command[0])
         self.condenses = self.program == "tersify" and "--check" not in command
         self.sources = sources
+
+    def wrong_order(self, calm: Outcome) -> str:
+        """A part is locked before it is written and until it has its name, and it is on the
+        disk by then."""
+        for place, call in enumerate(calm.calls):
+            if call.name != "rename":
+                continue
+            names = [one.name for one in calm.calls[:place] if one.file == call.file]
+            opened = len(names) - names[::-1].index("openat")
+            steps = [name for name in names[opened:] if name in STEPS_OF_PART]
+            if not re.fullmatch("flock (write )+fsync ", "".join(step + " " for step in steps)):
+                return "%s is renamed after: %s" % (call.file, " ".join(steps))
+        return ""
 
     def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
         if fault.file.endswith(".part") and fault.name in KEEPS_PART:
