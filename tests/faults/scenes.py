@@ -274,7 +274,7 @@ def cannot(verb: str, name: str, fault: Fault, operation: str, channel: int) -> 
 
 
 # What is said of a file that ends early: wherever it was cut, or became shorter.
-SHORTER = r"tersify: cannot read NAME: it has become shorter\n"
+SHORTER = r"tersify: cannot read 'NAME': it has become shorter\n"
 CONDENSES_NO_PART = (
     SHORTER + r"|tersify: 'NAME': line \d+, field \d+: the line ends before it; a line holds 720"
     r" integers \(the file ends in this line\)\n|tersify: 'NAME': the file is empty\n"
