@@ -1,12 +1,15 @@
 """The prompts and their answers, as README and veldmark(1) tell them."""
 
 import re
+import subprocess
 
+from demo_folder import program_environment
 from examples import entries_of_manual, rows_of_tables
 from support import (
     PAUSE,
     SAMPLE,
     TMP,
+    Built,
     DocumentTest,
     extract,
     one_line,
@@ -145,6 +148,40 @@ class Searches(PromptTest):
         self.assertEqual(series.stat().st_size, 0)
         self.assertEqual((self.folder / f"{TMP}.XY").stat().st_size, 0)
         self.assertEqual(report.read_text(), "old\n")
+
+    def test_a_second_run_and_a_link_are_refused_as_told(self):
+        message = "Cannot open file: {}: another run is writing it"
+        text = one_line(page(MANUAL).replace("\\(dq", '"'))
+        self.assertIn(f'"{message.format("NAME")}"', text)
+        self.assertIn('refused: "Cannot open file: NAME"', text)
+        with self.start() as first:
+            first.stdin.write("\n\n2\n\n")
+            first.stdin.flush()
+            # Its files are there when it asks for the region.
+            while "HIT RETURN" not in first.stdout.readline():
+                pass
+            result = self.play("2", PAUSE)
+            self.assertIn(message.format(f"{TMP}.TSF"), result.stderr)
+            self.assertEqual(result.returncode, 255)
+            first.stdin.close()
+            first.stdout.read()
+        series = self.folder / f"{TMP}.TSF"
+        series.unlink()
+        series.symlink_to(TMP)
+        result = self.play("2", PAUSE)
+        self.assertIn(f"Cannot open file: {TMP}.TSF\n", result.stderr)
+        self.assertGreater((self.folder / TMP).stat().st_size, 0)
+
+    def start(self):
+        return subprocess.Popen(
+            ["veldmark"],
+            cwd=self.folder,
+            env=program_environment(Built.folder),
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            text=True,
+        )
 
     def test_a_second_search_goes_as_told(self):
         text = one_line(page("README.md"))
