@@ -172,6 +172,16 @@ class Titles(DocumentTest):
         self.assertIn(f"for {words[len(scaled)]} of the eleven only", text)
 
 
+class Building(DocumentTest):
+    def test_by_hand_is_as_the_demo_builds(self):
+        configure, build = self.find(
+            r"(?m)^    (cmake --preset \w+)\n    (cmake --build .*)$", page("README.md"), "it"
+        )
+        demo = page("demo")
+        self.assertRegex(demo, rf"(?m)^ *{configure}\b")
+        self.assertRegex(demo, rf"(?m)^ *{build}$")
+
+
 class Citation(DocumentTest):
     def test_has_the_programs_identifiers(self):
         for menu, count in (("2", 1), ("11", 1)):
