@@ -3,6 +3,7 @@
 import gzip
 import os
 import re
+import sys
 
 from examples import rows_of_tables
 from pages import PAGES
@@ -21,6 +22,9 @@ from support import (
     saved_cells,
     write_grid,
 )
+
+sys.path.insert(0, str(TOP / "docs" / "recipes"))
+from read_tsf import DATA_SETS  # noqa: E402
 
 VARIABLES = "pre tmp dtr tmn tmx vap pet cld frs wet".split()
 BEFORE_YOU_TRUST = "docs/before-you-trust-a-number.md"
@@ -120,15 +124,14 @@ class Units(DocumentTest):
             self.assertEqual(self.factors()[variable], WORDS[stored.split()[0]], file)
 
     def test_are_those_of_the_recipes(self):
-        table = re.findall(
-            r'"(CRUts4\.01\w{3}\.|scPDSI\.dat\.)":\s*\("[^"]*",\s*"([^"]*)",\s*(\d+),',
-            page("docs/recipes/read_tsf.py"),
-        )
-        factors = self.factors()
-        self.assertEqual(len(table), 11)
-        for data_set, _, factor in table:
+        (rows,) = rows_of_tables(page(BEFORE_YOU_TRUST), "Variable")
+        self.assertEqual(len(DATA_SETS), 11)
+        for data_set, (_, unit, factor, _) in DATA_SETS.items():
             name = "scPDSI" if data_set == "scPDSI.dat." else data_set[-4:-1]
-            self.assertEqual(factors["pre" if name == "ppt" else name], int(factor))
+            name = "pre" if name == "ppt" else name
+            self.assertEqual(self.factors()[name], factor, name)
+            (told,) = (row[2] for row in rows if name in re.findall(r"\w+", row[0]))
+            self.assertIn(unit.replace("°C", "degrees C"), told.replace("*", ""), name)
 
     def test_of_days_fit_into_a_month(self):
         for variable in ("frs", "wet"):
@@ -174,12 +177,14 @@ class Titles(DocumentTest):
 
 class Building(DocumentTest):
     def test_by_hand_is_as_the_demo_builds(self):
-        configure, build = self.find(
-            r"(?m)^    (cmake --preset \w+)\n    (cmake --build .*)$", page("README.md"), "it"
+        preset, build = self.find(
+            r"(?m)^    cmake --preset (\w+)\n    (cmake --build .*)$", page("README.md"), "it"
         )
         demo = page("demo")
-        self.assertRegex(demo, rf"(?m)^ *{configure}\b")
-        self.assertRegex(demo, rf"(?m)^ *{build}$")
+        self.assertRegex(demo, rf"(?m)^scripts/configure {preset}$")
+        self.assertRegex(demo, rf"(?m)^{build}$")
+        generator = self.find(r'"generator": "(\w+)"', page("CMakePresets.json"), "generator")
+        self.assertIn(generator.lower(), page("README.md"))
 
 
 class Citation(DocumentTest):
