@@ -41,24 +41,36 @@ def sample_series(variable):
 
 class CheckValue(DocumentTest):
     PLACE = r"60\.25 N, 139\.75 W"
-    STORED = r"stored as (-?\d+)\b"
+    # The two ways in which the pages say it: (stored value, degrees).
+    STORED_FIRST = r"stored as (-?\d+), that is (-?[\d.]+) degrees C"
+    DEGREES_FIRST = r"is (-?[\d.]+) degrees C, stored as (-?\d+)"
 
     def true_value(self):
         return sample_series("tmp")["-139.75", "60.25"][4 * 12 + 6]
 
     def test_is_the_producers_on_every_page(self):
-        stored = self.true_value()
+        stored = str(self.true_value())
+        degrees = f"{self.true_value() / 10:.1f}"
         pages = 0
         for name in PAGES:
             text = one_line(page(name))
-            for value in re.findall(self.STORED, text):
-                with self.subTest(page=name):
+            told = re.findall(self.STORED_FIRST, text)
+            told += [pair[::-1] for pair in re.findall(self.DEGREES_FIRST, text)]
+            with self.subTest(page=name):
+                self.assertEqual(len(told), len(re.findall(r"stored as -?\d", text)))
+                self.assertEqual(set(told) - {(stored, degrees)}, set())
+                if told:
                     self.assertRegex(text, self.PLACE)
-                    self.assertEqual(int(value), stored)
-                    self.assertIn(f"{stored / 10:.1f} degrees C", text)
-                    self.assertNotRegex(text, r"stored \d")
                     pages += 1
         self.assertGreaterEqual(pages, 3)
+
+    def test_examples_of_units_are_worked_out(self):
+        degrees, rain, days = self.find(
+            r"So 50 is (\S+) degrees C, 7 mm of rain is (\d+), and 31 days are (\d+)",
+            one_line(page(BEFORE_YOU_TRUST)),
+            "the examples",
+        )
+        self.assertEqual((degrees, rain, days), ("5.0", "70", "3100"))
 
     def test_is_the_seventh_value_of_the_last_line(self):
         for name in ("README.md", BEFORE_YOU_TRUST):
