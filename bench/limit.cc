@@ -4,8 +4,8 @@
 //   limit GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...
 //
 // Rows 1..360 and years 1..116 (1 is 1901), both ends included. Makes one file in
-// FOLDER for each SIZE, named 1, 2, ...; they must not be there before. GRID is a
-// condensed file with LF line ends.
+// FOLDER for each SIZE, named 1, 2, ...; a file that is there is emptied in place, as
+// the outputs of a search are. GRID is a condensed file with LF line ends.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -76,8 +76,8 @@ void read_stretch(int file, const Stretch& stretch, std::vector<char>& piece) {
 
 void write_file(const std::string& name, std::size_t size,
                 const std::vector<char>& piece) {
-  const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
-  if (file < 0) {
+  const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, kMode);
+  if (file < 0 || ::ftruncate(file, 0) != 0) {
     fail(name);
   }
   while (size > 0) {

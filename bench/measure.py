@@ -133,13 +133,17 @@ def measure_job(stage, name, rounds):
     stage.expect("pre", job.search)
     typed = answers("pre", job.search)
     tell(f"job {name}: measuring")
-    limit, new, replaced = take_turns(
+    new_limit, new, limit_replaced, replaced = take_turns(
         rounds or job.rounds,
         lambda: stage.run_limit("pre", job.search),
         lambda: new_outputs(stage, "pre", typed),
+        lambda: stage.run_limit("pre", job.search, replace=True),
         lambda: replaced_outputs(stage, "pre", typed),
     )
-    for outputs, runs in (("new", new), ("replaced", replaced)):
+    for outputs, limit, runs in (
+        ("new", new_limit, new),
+        ("replaced", limit_replaced, replaced),
+    ):
         ratio = runs.median / limit.median
         memory = "goal" if runs.peak <= job.memory_goal else "missed"
         yield [

@@ -118,17 +118,20 @@ class Stage:
     def run_veldmark(self, typed):
         return self.run(self.programs / "veldmark", typed=typed)
 
-    def run_limit(self, variable, search):
-        """Reads and writes what `search` needs at least; expect() comes before."""
+    def run_limit(self, variable, search, replace=False):
+        """Reads and writes what `search` needs at least; expect() comes before.
+
+        replace    write over the outputs of the limit before
+        """
+        if not replace:
+            empty_folder(self.limit_outputs)
         first_row, last_row = search.rows()
         years = (search.first_year - 1900, search.last_year - 1900)
         grid, folder = self.data_file(variable), self.limit_outputs
-        taken = self.run(
+        return self.run(
             self.bench_program("limit"),
             *(grid, first_row, last_row, *years, folder, *self.expected_sizes()),
         )
-        empty_folder(folder)
-        return taken
 
     def expect(self, variable, search):
         """Makes the outputs that `search` must have; tells how many cells it saves."""

@@ -252,7 +252,7 @@ TEST(Pipes, InPlaceOfAnOutputDoNotHangTheRun) {
     const TemporaryFolder folder;
     write_file(kData, grid_text());
     ASSERT_EQ(::mkfifo(output.name.c_str(), 0666), 0);
-    RunningProgram program([] { ::alarm(30); });
+    RunningProgram program([] { ::alarm(10); });
     program.type(typed(session()));
     EXPECT_EQ(program.end(), 255);
     EXPECT_EQ(program.errors(), cannot_open(output.name, output.unit));

@@ -91,6 +91,7 @@ void make_stand_ins() {
 }
 
 RunningProgram::RunningProgram(const std::function<void()>& prepare) {
+  ::signal(SIGPIPE, SIG_IGN);  // typing to a program that has ended fails, no more
   make_stand_ins();
   const char* path = std::getenv("PATH");
   const std::string search_path = (std::filesystem::current_path() / "bin").string() +

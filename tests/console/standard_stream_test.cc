@@ -1,0 +1,95 @@
+#include "console/standard_stream.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <istream>
+#include <ostream>
+#include <string>
+
+#include "support/stream_content.h"
+#include "support/temporary_folder.h"
+#include "util/file_descriptor.h"
+
+namespace veldmark {
+namespace {
+
+using testing::file_content;
+using testing::stream_content;
+using testing::TemporaryFolder;
+using testing::write_file;
+
+// `size` characters, none like its neighbours.
+std::string text_of(std::size_t size) {
+  std::string text;
+  for (std::size_t i = 0; i < size; ++i) {
+    text += static_cast<char>('!' + i % 89);
+  }
+  return text;
+}
+
+// Sizes around what is held at a time.
+constexpr std::size_t kSizes[] = {0, 1, 8191, 8192, 8193, 16384, 50000};
+
+TEST(StandardStream, WritesAllThatIsFlushed) {
+  for (const std::size_t size : kSizes) {
+    const TemporaryFolder folder;
+    const FileDescriptor file("out", O_WRONLY | O_CREAT);
+    StandardStream buffer(file.get());
+    std::ostream stream(&buffer);
+    stream << text_of(size) << std::flush;
+    EXPECT_TRUE(stream.good());
+    EXPECT_TRUE(file_content("out") == text_of(size)) << size;
+    for (const char character : text_of(size)) {
+      stream.put(character);
+    }
+    stream.flush();
+    EXPECT_TRUE(file_content("out") == text_of(size) + text_of(size)) << size;
+  }
+}
+
+TEST(StandardStream, HoldsBackWhatIsNotFlushed) {
+  const TemporaryFolder folder;
+  const FileDescriptor file("out", O_WRONLY | O_CREAT);
+  StandardStream buffer(file.get());
+  std::ostream stream(&buffer);
+  stream << text_of(8192);
+  EXPECT_EQ(file_content("out"), "");
+  stream << "x";
+  EXPECT_TRUE(file_content("out") == text_of(8192));
+}
+
+TEST(StandardStream, ReadsToTheEnd) {
+  for (const std::size_t size : kSizes) {
+    const TemporaryFolder folder;
+    write_file("in", text_of(size));
+    const FileDescriptor file("in", O_RDONLY);
+    StandardStream buffer(file.get());
+    std::istream stream(&buffer);
+    EXPECT_TRUE(stream_content(stream) == text_of(size)) << size;
+  }
+}
+
+TEST(StandardStream, IsBadWhereItCannotBeWritten) {
+  const FileDescriptor full("/dev/full", O_WRONLY);
+  StandardStream buffer(full.get());
+  std::ostream stream(&buffer);
+  stream << "text";
+  EXPECT_TRUE(stream.good());
+  stream.flush();
+  EXPECT_EQ(errno, ENOSPC);
+  EXPECT_TRUE(stream.bad());
+}
+
+TEST(StandardStream, IsBadWhereItCannotBeRead) {
+  const FileDescriptor folder("/", O_RDONLY);
+  StandardStream buffer(folder.get());
+  std::istream stream(&buffer);
+  EXPECT_EQ(stream.get(), std::istream::traits_type::eof());
+  EXPECT_EQ(errno, EISDIR);
+  EXPECT_TRUE(stream.bad());
+}
+
+}  // namespace
+}  // namespace veldmark
