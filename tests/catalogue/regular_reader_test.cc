@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <optional>
@@ -149,6 +151,64 @@ TEST(RegularReader, TakesAFileWhoseLastLineEndIsMissing) {
   grid.cut(1902, 12, 360, 3600);
   write_file("grid", grid.text());
   EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
+}
+
+// Rows at the ends of the grid and of what is read at a time (72 lines), columns at the
+// ends of a line, all months: where offsets go wrong. The values are worked out here.
+constexpr std::array<int, 6> kEndRows{1, 72, 73, 144, 145, 360};
+constexpr std::array<int, 4> kEndColumns{1, 2, 719, 720};
+
+int end_value(std::size_t month, int row, int column) {
+  return static_cast<int>(month) + 24 * row + (column > 2 ? 10000 : 0) + column % 2;
+}
+
+GridText grid_with_ends() {
+  GridText grid(1902, 1, 360, kMissing);
+  for (const int row : kEndRows) {
+    for (std::size_t month = 0; month < 24; ++month) {
+      for (const int column : kEndColumns) {
+        grid.set_value(1901 + static_cast<int>(month) / 12,
+                       static_cast<int>(month) % 12 + 1, row, column,
+                       end_value(month, row, column));
+      }
+    }
+  }
+  return grid;
+}
+
+void expect_ends_of(const BlockRequest& request) {
+  const GridFile file("grid");
+  const std::optional<GridValues> values = read_regular(file, request);
+  ASSERT_TRUE(values.has_value());
+  const std::size_t first_month =
+      12 * static_cast<std::size_t>(request.years.FYOD - 1901);
+  for (const int row : kEndRows) {
+    const auto columns = values->data_columns(row);
+    ASSERT_EQ(std::vector<int>(columns.begin(), columns.end()),
+              std::vector<int>(kEndColumns.begin(), kEndColumns.end()));
+    for (std::size_t month = 0; month < values->month_count(); ++month) {
+      const auto cells = values->month_of_row(month, row);
+      for (std::size_t i = 0; i < kEndColumns.size(); ++i) {
+        ASSERT_EQ(cells[i], end_value(first_month + month, row, kEndColumns[i]))
+            << "month " << month << " row " << row << " column " << kEndColumns[i];
+      }
+    }
+  }
+}
+
+TEST(RegularReader, GivesTheValuesAtAllEnds) {
+  const TemporaryFolder folder;
+  for (const bool crlf : {false, true}) {
+    for (const bool last_line_end : {true, false}) {
+      GridText grid = grid_with_ends();
+      if (crlf) grid.end_lines_with_crlf();
+      if (!last_line_end) grid.cut(1902, 12, 360, 3600);
+      write_file("grid", grid.text());
+      expect_ends_of(request_of(1901, 1902, -90, 90, -180, 180));
+      expect_ends_of(request_of(1902, 1902, -90, 90, -180, 180));
+      expect_ends_of(request_of(1901, 1901, -90, 90, -180, 180));
+    }
+  }
 }
 
 TEST(RegularReader, DeclinesAFileThatIsTooShort) {

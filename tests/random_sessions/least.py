@@ -40,7 +40,12 @@ def data_kinds(files: dict) -> set[str]:
         line = head[: head.find(b"\n") + 1]
         if len(line.rstrip(b"\r\n")) == 3600:
             kinds.add("data that may be regular")
+            if line.endswith(b"\r\n"):
+                kinds.add("data with CR LF that may be regular")
     return kinds
+
+
+LATE_YEARS = rb"  Saving Cell data : (19[89]\d|20\d\d) - "
 
 
 def end_of(status: int, screen: bytes, errors: bytes) -> str:

@@ -42,6 +42,14 @@ def with_carriage_returns(data: bytes) -> bytes:
     return data.replace(b"\r\n", b"\n").replace(b"\n", b"\r\n")
 
 
+def with_other_line_ends(data: bytes) -> bytes:
+    """CR LF instead of LF, or LF instead of CR LF, as the first line ends."""
+    first_line_end = data.find(b"\n")
+    if data[:first_line_end].endswith(b"\r"):
+        return data.replace(b"\r\n", b"\n")
+    return with_carriage_returns(data)
+
+
 def with_full_lines(data: bytes) -> bytes | None:
     """Every line has 3600 characters: regular, however short or long they were.
 
@@ -62,7 +70,7 @@ Change = Callable[[bytes], "bytes | None"]
 OF_REGULAR_FILES: dict[str, Change] = {
     "a longer last line": with_a_longer_last_line,
     "a longer first line": with_a_longer_first_line,
-    "carriage returns": with_carriage_returns,
+    "other line ends": with_other_line_ends,
 }
 OF_OTHER_FILES: dict[str, Change] = {
     "carriage returns": with_carriage_returns,

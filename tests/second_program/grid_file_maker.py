@@ -2,7 +2,7 @@
 
 Only the rows that a session reads need fields: a line that is skipped may be empty, so a
 year costs 4320 bytes instead of 15.5 million.  Fully regular files (every line 3600
-characters and a line feed) are made once per run and shared by hard links.
+characters and a line end) are made once per run and shared by hard links.
 """
 
 import os
@@ -58,16 +58,17 @@ class GridFileMaker:
                 fields.append("%5d" % rng.randint(0, 3100))
         return "".join(fields).encode()
 
-    def shared_file(self, years, missing):
-        """Path of a fully regular file of `years` years."""
-        key = years, missing
+    def shared_file(self, years, missing, crlf):
+        """Path of a fully regular file of `years` years; its lines end CR LF or LF."""
+        key = years, missing, crlf
         if key not in self.shared:
-            path = os.path.join(self.folder, "regular.%d.%d" % key)
-            rng = random.Random("regular %d %d" % key)
+            path = os.path.join(self.folder, "regular.%d.%d.%d" % key)
+            rng = random.Random("regular %d %d %d" % key)
+            line_end = b"\r\n" if crlf else b"\n"
             with open(path, "wb") as out:
                 for _ in range(years * LINES_PER_YEAR):
                     style = rng.choice(("dense", "half", "sparse", "wide"))
-                    out.write(rng.choice(self.pool(missing, style)) + b"\n")
+                    out.write(rng.choice(self.pool(missing, style)) + line_end)
             self.shared[key] = path
         return self.shared[key]
 
@@ -160,13 +161,13 @@ class GridFileMaker:
             data = data[: rng.randrange(len(data) + 1)]
         return data
 
-    def damaged_regular(self, rng, years, missing):
+    def damaged_regular(self, rng, years, missing, crlf):
         """A regular file with one thing moved, so that its size still looks regular."""
-        with open(self.shared_file(years, missing), "rb") as source:
+        with open(self.shared_file(years, missing, crlf), "rb") as source:
             data = bytearray(source.read())
         kind = rng.choice("swap letter blank cut open crlf-row tail no-first".split())
-        line = rng.randrange(len(data) // 3601)
-        start = 3601 * line
+        line_size = 3602 if crlf else 3601
+        start = line_size * rng.randrange(len(data) // line_size)
         if kind == "swap":  # one line a character longer, its neighbour one shorter
             end = start + 3600
             other = end + rng.choice((-1, 1, -5, 5))
@@ -175,13 +176,13 @@ class GridFileMaker:
         elif kind in ("letter", "blank"):
             data[start + rng.randrange(3600)] = ord("x" if kind == "letter" else " ")
         elif kind == "cut":
-            del data[len(data) - rng.choice((1, 2, 3600, 3601, 3602, 3601 * 200)) :]
+            del data[len(data) - rng.choice((1, 2, 3600, 3601, 3602, line_size * 200)) :]
         elif kind == "open":
-            del data[-1]
+            del data[len(data) - (rng.choice((1, 2)) if crlf else 1) :]
         elif kind == "crlf-row":
-            data[start + 3600 : start + 3601] = b"\r\n"
+            data[start + 3600 : start + line_size] = b"\n" if crlf else b"\r\n"
         elif kind == "tail":
             data += b"trailing text"
         else:
-            del data[:3601]
+            del data[:line_size]
         return bytes(data)

@@ -249,6 +249,7 @@ REACHED = {
     "finished a pass": rb"PROGRAM TERMINATING NORMALLY",
     "finished two or more": rb"(?s)TERMINATING NORMALLY.*TERMINATING NORMALLY",
     "saved cells": rb" *[1-9]\d* Grids Selected",
+    "saved years from 1980 on": least.LATE_YEARS,
     "had the variance test": rb"Ftest Comparison",
     "had the NaN notice": rb"Ftest Nan computed",
     "had the betai pause": rb"bad argument x",
@@ -270,6 +271,8 @@ LEAST = {
     "missing file": 3,
     "data with CR LF": 1,
     "data that may be regular": 3,
+    "data with CR LF that may be regular": 1,
+    "saved years from 1980 on": 1,
     "kinds of end": 6,
 }
 

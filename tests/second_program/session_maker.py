@@ -72,6 +72,8 @@ class SessionDraft:
         self.needs = {}  # variable: Need
         self.absent = set()
         self.regular = False
+        self.crlf = False  # of regular files
+        self.late = False
         self.quiet = None
 
     def chance(self, probability):
@@ -81,9 +83,11 @@ class SessionDraft:
 
     def session(self):
         rng = self.rng
-        self.regular = self.chance(0.12)
+        self.late = self.chance(0.05)
+        self.regular = not self.late and self.chance(0.12)
+        self.crlf = self.chance(0.5)
         passes = self.plan()
-        if self.chance(0.15):
+        if not self.late and self.chance(0.15):
             self.plan_quiet(passes)
         session = Session()
         self.make_files(session)
@@ -194,6 +198,9 @@ class SessionDraft:
         if self.regular:
             first = rng.randint(1901, 1902)
             return first, rng.randint(first, 1902)
+        if self.late:
+            first = rng.randint(1980, 2016)
+            return first, min(2016, first + rng.choice((0, 1, 3)))
         if self.chance(0.03):
             first = rng.randint(1901, 2016)
             return first, min(2016, first + rng.choice((0, 1, 3)))
@@ -264,9 +271,11 @@ class SessionDraft:
             if self.regular:
                 years = need.last_year - FIRST_YEAR + 1
                 if self.chance(0.15):
-                    session.files[name] = self.files.damaged_regular(rng, years, missing)
+                    damaged = self.files.damaged_regular(rng, years, missing, self.crlf)
+                    session.files[name] = damaged
                 else:
-                    session.files[name] = ("link", self.files.shared_file(years, missing))
+                    path = self.files.shared_file(years, missing, self.crlf)
+                    session.files[name] = ("link", path)
                 continue
             lines, wanted = self.files.lines(rng, need, missing, self.quiet)
             if self.chance(0.2) and not self.quiet:
