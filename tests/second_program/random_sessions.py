@@ -268,7 +268,7 @@ LEAST = {
     "had the variance test": 18,
     "had the NaN notice": 5,
     "variance report with cells": 3,
-    "missing file": 3,
+    "missing file": 1,
     "data with CR LF": 1,
     "data that may be regular": 3,
     "data with CR LF that may be regular": 1,

@@ -19,7 +19,7 @@ HERE = Path(__file__).resolve().parent
 SESSIONS = HERE.parent / "sessions"
 MONTHS = 12
 ROWS = 360
-LEAST_CASES = 102  # fewer, and some were lost; whoever adds cases raises it
+LEAST_CASES = 107  # fewer, and some were lost; whoever adds cases raises it
 
 
 def data_file_name(variable):

@@ -25,7 +25,7 @@ using Entries = std::map<std::string, FolderEntry>;
 const std::filesystem::path kSessions = VELDMARK_SESSIONS_FOLDER;
 
 // Fewer than that, and some were lost. Whoever adds cases raises it.
-constexpr std::size_t kLeastCases = 102;
+constexpr std::size_t kLeastCases = 107;
 
 std::vector<std::string> case_names() {
   std::vector<std::string> names;
