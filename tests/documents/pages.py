@@ -44,6 +44,7 @@ PAGES = {
     "docs/time-series-file.md": Page(USERS, examples=5, positions=23, texts=1),
     "docs/variance-report-file.md": Page(USERS, examples=7, positions=19),
     "docs/variance-test.md": Page(USERS, examples=8, texts=2),
+    "docs/man/series_to_grid.1": Page(USERS, examples=3, folder=None),
     "docs/man/tersify.1": Page(
         USERS, examples=4, texts=1, folder=None, failing=("tersify --check",)
     ),

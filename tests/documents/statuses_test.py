@@ -145,6 +145,21 @@ for i in $(seq 10); do
 done
 """
 
+# The same for series_to_grid, which needs no large input.
+SERIES = """
+{ printf lon,lat; printf ,1901-%02d $(seq 12); echo
+  echo 5.25,52.25$(printf ,%s $(seq 12)); } > series
+"""
+INTERRUPTED_SERIES = SERIES + """
+for i in $(seq 10); do
+  series_to_grid --years 1901-1930 grid series &
+  while [ ! -e grid.part ] && [ ! -e grid ]; do :; done
+  kill -TERM $!
+  wait $! || exit $?
+  rm grid
+done
+"""
+
 
 class Companions(DocumentTest):
     # page: (status, words of its page, command)
@@ -156,6 +171,12 @@ class Companions(DocumentTest):
             ("2", "Wrong command line", "tersify --nonsense"),
             ("2", "no answer to the question for the list file", "tersify < /dev/null"),
             ("128 + n", "SIGTERM", INTERRUPTED),
+        ),
+        "docs/man/series_to_grid.1": (
+            ("0", "is complete", SERIES + "series_to_grid --years 1901-1901 grid series"),
+            ("1", "at fault", "series_to_grid grid missing"),
+            ("2", "Wrong command line", "series_to_grid --nonsense"),
+            ("128 + n", "SIGTERM", INTERRUPTED_SERIES),
         ),
     }
 
