@@ -69,6 +69,14 @@ class Configure(ScriptTest):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(self.cached("CMAKE_HOME_DIRECTORY", top=copy), str(copy))
 
+    def test_starts_a_folder_that_was_renamed_afresh(self):
+        self.configure("release")
+        (self.top / "build").rename(self.top / "build-check")
+        result = self.configure("check")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(self.cached("CMAKE_CACHEFILE_DIR", build="build-check"),
+                         str(self.top / "build-check"))
+
     def test_takes_the_same_folder_by_another_name_for_the_same(self):
         self.configure("release", "-DKEPT:STRING=yes")
         other = self.folder / "other name"

@@ -24,7 +24,8 @@ class PlaySession(ScriptTest):
     def play(self, script, answers, *options):
         program = self.stand_in(self.folder / "program", script)
         (self.folder / "answers").write_text(answers)
-        return self.run_script(PLAY, *options, program, "answers")
+        limit = [] if options else ["--limit", "20"]
+        return self.run_script(PLAY, *limit, *options, program, "answers")
 
     def test_answers_each_prompt_and_pause_and_gives_the_programs_status(self):
         result = self.play(ASKS_TWICE, "Ada Lovelace\n\n")
