@@ -19,7 +19,8 @@ if (!length(arguments) %in% c(1, 3)) fail("usage: Rscript cells.R STEM [LON LAT]
 stem <- arguments[1]
 # The plain C locale doesn't know the degree sign.
 if (!l10n_info()[["UTF-8"]]) invisible(Sys.setlocale("LC_CTYPE", "C.UTF-8"))
-folder <- dirname(sub("^--file=", "", grep("^--file=", commandArgs(), value = TRUE)))
+script <- sub("^--file=", "", grep("^--file=", commandArgs(), value = TRUE))
+folder <- dirname(gsub("~+~", " ", script, fixed = TRUE)) # as Rscript writes blanks
 source(file.path(folder, "read_tsf.R"))
 
 
@@ -254,10 +255,10 @@ lines <- readLines(ftst, warn = FALSE)
 # ... Variance:  1901- 1959  1960- 2016. The cutoff year belongs to the second period,
 # whatever these labels say.
 words <- strsplit(trimws(lines[1]), " +")[[1]]
-period <- suppressWarnings(as.numeric(sub("-$", "", words[c(6, 7, 9)])))
 lines <- lines[-(1:2)]
-if (anyNA(period) || any(nchar(lines, "bytes") != 65))
+if (!"Variance:" %in% words || any(nchar(lines, "bytes") != 65))
   fail(ftst, " is no variance report, or is cut off")
+period <- as.numeric(sub("-$", "", words[c(6, 7, 9)]))
 field <- function(lines, first, last) as.numeric(substring(lines, first, last))
 # Cells whose f is no number are not there. Inf is: one period had no variance at all.
 place <- match(paste(field(lines, 3, 17), field(lines, 19, 33)),

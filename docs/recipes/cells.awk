@@ -77,7 +77,7 @@ FILENAME ~ /\.ftst$/ {
     cutoff = $7
     report_last = $9
   }
-  if (FNR == 1 ? NF != 9 : FNR > 2 && length($0) != 65)
+  if (FNR == 1 ? $5 != "Variance:" : FNR > 2 && length($0) != 65)
     fail(FILENAME " is no variance report, or is cut off")
   if (FNR > 2) {
     f = $3
@@ -176,6 +176,8 @@ END {
       fail(FILENAME " is cut off: its cells have different years")
     matched += place[cell] in f_of
   }
+  if ((table == "report" || table == "f") && !report)
+    fail(ARGV[1] " is no variance report, or is cut off")
   # A search without the test leaves the report of an earlier one in its place.
   if (report && (matched != count || report_first != first || report_last != last)) {
     fail(report " is of another search (" report_first " to " report_last \

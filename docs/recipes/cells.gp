@@ -16,7 +16,6 @@ if (ARGC != 1 && ARGC != 3) {
   exit status 2
 }
 stem = ARG1
-set encoding utf8
 set print "-"
 
 

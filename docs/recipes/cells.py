@@ -61,14 +61,13 @@ def read_report(name):
     Cells whose f is no number are not there. Inf is: one period had no variance at all.
     """
     with open(name, encoding="latin-1") as file:
-        try:
-            words = next(file).split()    # ... Variance:  1901- 1959  1960- 2016
-            years = int(words[5].rstrip("-")), int(words[6]), int(words[8])
-            next(file)
-            return years, {(float(line[2:17]), float(line[18:33])):
-                           (float(line[34:49]), float(line[50:65])) for line in file}
-        except (ValueError, IndexError, StopIteration):
-            raise ValueError("%s is no variance report, or is cut off" % name) from None
+        lines = file.read().splitlines()
+    words = lines[0].split() if lines else []    # ... Variance:  1901- 1959  1960- 2016
+    if words[4:5] != ["Variance:"] or any(len(line) != 65 for line in lines[2:]):
+        raise ValueError("%s is no variance report, or is cut off" % name)
+    years = int(words[5].rstrip("-")), int(words[6]), int(words[8])
+    return years, {(float(line[2:17]), float(line[18:33])):
+                   (float(line[34:49]), float(line[50:65])) for line in lines[2:]}
 
 
 # --- The pictures.

@@ -31,7 +31,8 @@ read_tsf <- function(name) {
   set <- data_sets[match(trimws(substring(heading, 24, 36)), data_sets$name), ]
   cell <- rep(cumsum(is_heading)[!is_heading], each = 12)
   line <- rep(lines[!is_heading], each = 12)
-  if (anyNA(set$name) || any(cell == 0) || any(nchar(line, "bytes") != 77))
+  if (anyNA(set$name) || any(cell == 0) || any(nchar(line, "bytes") != 77) ||
+      any(tail(is_heading, 1)))
     stop(name, " is no series file, or is cut off", call. = FALSE)
   stored <- field(line, 6 + 6 * 0:11, 11 + 6 * 0:11) # January to December, again and again
   stored[stored == set$missing[cell]] <- NA          # before scaling

@@ -29,7 +29,7 @@ def read_tsf(name):
 
     Degrees, east and north positive; values in the units above, NaN where missing.
     """
-    cell = None
+    cell, line = None, ""
     with open(name, encoding="latin-1") as file:
         for number, line in enumerate(file, 1):
             line = line.rstrip("\n")
@@ -45,3 +45,5 @@ def read_tsf(name):
             else:
                 raise ValueError("%s is no series file, or is cut off (line %d)"
                                  % (name, number))
+    if len(line) == 128:
+        raise ValueError("%s is cut off" % name)
