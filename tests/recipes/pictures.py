@@ -194,7 +194,7 @@ def check_png(name, expected):
             complaints.append("%s at %.1f %.1f is %s instead of %s" % (kind, x, y, found,
                                                                      colour))
     if hasattr(expected.frame, "joined"):
-        complaints += check_png_land(png, expected)
+        complaints += check_png_land(png, expected) + check_png_rings(png, expected)
     return complaints
 
 
@@ -213,6 +213,22 @@ def clear_marks(expected):
                     max(abs(other[1] - mark[1]), abs(other[2] - mark[2])) > 6
                     for other in others):
                 yield mark
+
+
+def check_png_rings(png, expected):
+    """Whether a mark's ring is black where it should be, and only there."""
+    frame = expected.frame
+    degree = frame.width / (frame.x_range[1] - frame.x_range[0])
+    radius = 3 if frame.circles else 0.175 * degree
+    rings = {mark[1:3] for mark in expected.marks if mark[0] == "ring"}
+    complaints = []
+    for kind, x, y, _ in clear_marks(expected):
+        if kind != "finite":
+            continue
+        darkest = min(png.pixel(x + radius + step, y)[0] for step in (-0.5, 0, 0.5))
+        if (darkest < 90) != ((x, y) in rings):
+            complaints.append("the ring at %.1f %.1f: %d" % (x, y, darkest))
+    return complaints
 
 
 def check_png_land(png, expected):
