@@ -71,7 +71,7 @@ WRITES = {"write", "writev"}
 LEAST = {
     "veldmark": (1110, 187),
     "veldmark-small": (950, 160),
-    "veldmark-mistyped": (98, 18),
+    "veldmark-mistyped": (98, 16),
     "tersify": (268, 59),
     "tersify-refusal": (128, 32),
     "tersify-check": (61, 14),

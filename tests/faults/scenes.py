@@ -127,6 +127,24 @@ def search(
     return ["", "", str(variable), "", "", *corners, "T", *map(in_two, rest)]
 
 
+MARK = re.compile(rb"^\$ .*\n", re.MULTILINE)  # of a shell command
+
+
+def shown_before(calm: Outcome, call: Call) -> bytes:
+    """What stood on the screen when a call was made; requests for memory are no calls."""
+    if call not in calm.calls:
+        return b""
+    marks = MARK.finditer(calm.screen)
+    size = 0
+    for earlier in calm.calls[: calm.calls.index(call)]:
+        if earlier.name in ("write", "writev") and earlier.file == "standard-output":
+            size += max(0, earlier.result)
+        elif earlier.name == "system":
+            mark = next(marks)
+            size += mark.end() - mark.start()
+    return calm.screen[:size]
+
+
 class Session(Scene):
     """A conversation with veldmark.
 
@@ -150,6 +168,8 @@ class Session(Scene):
         self.outputs = [[grid + ending for ending in endings] for grid, endings in passes]
 
     def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        if not outcome.screen.startswith(shown_before(calm, call)):
+            return "what stood on the screen is lost: %r" % outcome.screen[-200:]
         found = self.broken_rule(calm, fault, outcome)
         return found or self.unlike_expected(calm, fault, call, outcome)
 
@@ -213,8 +233,7 @@ class Session(Scene):
 
     def unlike_unlisted(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
         """Without the mark that one command leaves, all must be as before."""
-        marks = list(re.finditer(rb"^\$ .*\n", calm.screen, re.MULTILINE))
-        mark = marks[fault.number - 1]
+        mark = list(MARK.finditer(calm.screen))[fault.number - 1]
         unlisted = calm.screen[: mark.start()] + calm.screen[mark.end() :]
         rest = Outcome(calm.status, unlisted, calm.errors, calm.files)
         return outcome.differs_from(rest)
