@@ -14,9 +14,12 @@ namespace {
 // digits' share of the value, and what it demands of its neighbour. Any other field
 // goes to parse_integer.
 //
-// A pair's entry: the share in the low 17 bits, and
-constexpr std::uint32_t kNotUsual = 1U << 31U;  // no such pair in a usual field
-// In a first pair: digits must follow. In a second pair: it is not all digits.
+// A pair's entry:
+//   bit 31      a usual field has no such pair
+//   bit 30      first pair: digits must follow; second pair: it is not all digits
+//   bit 29      it holds the minus
+//   bits 0-16   what its digits add to the value
+constexpr std::uint32_t kNotUsual = 1U << 31U;
 constexpr std::uint32_t kDemandsDigits = 1U << 30U;
 constexpr std::uint32_t kMinus = 1U << 29U;
 
@@ -25,7 +28,7 @@ constexpr unsigned kCharacters = 32;
 
 using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
 
-// The bits of a character that none of these has; 0 for each of them.
+// Nonzero if `character` lies outside 32..63.
 constexpr unsigned beyond(unsigned character) {
   return (character ^ ' ') & ~(kCharacters - 1);
 }
@@ -96,7 +99,7 @@ bool convert_usual_field(const char* field, std::int16_t& value) {
   if (((first | second) & kNotUsual) != 0 || (first & second & kDemandsDigits) != 0) {
     return false;
   }
-  // The marks lie above the low 16 bits, which are all that is kept.
+  // The marks lie above the low 16 bits, which are all that the value takes.
   const std::uint32_t magnitude = first + second + last_digit;
   const bool negative = ((first | second) & kMinus) != 0;
   value = static_cast<std::int16_t>(negative ? 0 - magnitude : magnitude);

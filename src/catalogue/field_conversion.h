@@ -16,20 +16,20 @@ namespace veldmark {
 //
 //   fields   whole fields: a multiple of five characters, and another character behind
 //            them that may be read, as the line end is
-//   values   out: room for one value per field
+//   values   out: one value per field
 //
-// Result     false when a field is no integer; `values` is then unfinished.
+// Returns false when a field is no integer; `values` is then incomplete.
 bool convert_fields(std::string_view fields, std::int16_t* values);
 
 // The same, one field at a time, for all processors.
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
 
-// The quick way of that: converts a field of five characters that are blanks, an
-// optional minus and digits up to the right edge, to its value modulo 2^16. False, and
-// `value` as it was, for any other, which needs parse_integer.
+// Converts a field written as usual (blanks, an optional minus, digits up to the right
+// edge) to its value modulo 2^16. Returns false and leaves `value` alone for any other
+// field, which needs parse_integer.
 bool convert_usual_field(const char* field, std::int16_t& value);
 
-// Tells whether all of the fields are integers, quickly where they hold the missing
+// Returns whether all of the fields are integers, quickly where they hold the missing
 // code. `missing` is at least as long as `fields` and holds that code in every field.
 bool are_integers(std::string_view fields, std::string_view missing);
 

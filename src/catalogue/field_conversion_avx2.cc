@@ -19,7 +19,7 @@ constexpr std::uint32_t kLastCharacters = both_halves(0b100001000010000);
 constexpr std::uint32_t kOtherCharacters = kAllCharacters & ~kLastCharacters;
 
 constexpr int kThreeFields = 15;
-constexpr char kZero = -1;  // among the places that a shuffle takes from: gives 0
+constexpr char kZero = -1;  // as a shuffle's source index: 0
 constexpr std::size_t kThreeValues = 3 * sizeof(std::int16_t);
 
 #define VELDMARK_AVX2 __attribute__((target("avx2")))

@@ -27,8 +27,8 @@ class GridFile {
   // FileFault where the system fails.
   [[nodiscard]] std::size_t read(char* buffer, std::size_t size) const;
 
-  // Reads `size` bytes from `offset` on, which doesn't move the place where read goes
-  // on. Returns false when the file has no such bytes or the system fails.
+  // Reads `size` bytes from `offset` on, which doesn't move the position of read.
+  // Returns false when the file has no such bytes or the system fails.
   [[nodiscard]] bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
   // Returns how many bytes the file has; nullopt for a pipe or a device.

@@ -15,7 +15,7 @@
 
 namespace veldmark {
 
-// The values of one line by column (GridX); place 0 stands for what falls west of the
+// The values of one line by column (GridX); index 0 stands for what falls west of the
 // grid.
 using RowValues = std::array<std::int16_t, kGridColumns + 1>;
 

@@ -21,9 +21,8 @@ LineReader::LineReader(ReadMore read_more, std::size_t longest)
     : read_more_(std::move(read_more)), longest_(longest), buffer_(kBufferSize) {}
 
 std::optional<LineReader::Line> LineReader::next() {
-  // One character more is kept than asked for: the carriage return of a line of just
-  // the greatest length has to be seen.
-  const std::size_t kept = longest_ + 1;
+  // One character more, for the carriage return of a line of just the greatest length.
+  const std::size_t capacity = longest_ + 1;
   if (begin_ == end_ && !refill()) {
     return std::nullopt;
   }
@@ -37,8 +36,8 @@ std::optional<LineReader::Line> LineReader::next() {
       const std::string_view line = without_carriage_return(piece.substr(0, length));
       return Line{line.substr(0, longest_), true};
     }
-    const std::size_t room = kept - std::min(kept, split_line_.size());
-    split_line_.append(piece.substr(0, std::min(length, room)));
+    const std::size_t left = capacity - std::min(capacity, split_line_.size());
+    split_line_.append(piece.substr(0, std::min(length, left)));
     if (has_line_end || !refill()) {
       const std::string_view line = without_carriage_return(split_line_);
       return Line{line.substr(0, longest_), has_line_end};

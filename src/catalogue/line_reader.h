@@ -14,8 +14,8 @@ namespace veldmark {
 
 class LineReader {
  public:
-  // Puts up to `size` further bytes of the file in `buffer` and gives their number, 0
-  // at the file's end. Errors are its own to throw.
+  // Reads up to `size` further bytes of the file into `buffer`. Returns their number, 0
+  // at the end of the file. May throw.
   using ReadMore = std::function<std::size_t(char* buffer, std::size_t size)>;
 
   struct Line {
@@ -23,18 +23,18 @@ class LineReader {
     bool has_line_end = false;
   };
 
-  // Of each line the first `longest` characters are kept.
+  // Lines longer than `longest` characters are cut there.
   LineReader(ReadMore read_more, std::size_t longest);
 
   // Reads a line. A carriage return before its end belongs to the line end; the last
-  // line may lack its line end. Nothing at the end of the file.
+  // line may lack its line end. Returns nullopt at the end of the file.
   std::optional<Line> next();
 
-  // Passes over a line of any length; false at the end of the file.
+  // Skips a line of any length. Returns false at the end of the file.
   bool skip();
 
  private:
-  // Fills the empty buffer; false at the end of the file.
+  // Fills the empty buffer. Returns false at the end of the file.
   bool refill();
   [[nodiscard]] std::string_view rest() const;
 

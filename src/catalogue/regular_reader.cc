@@ -71,8 +71,8 @@ class RegularPass {
       return std::nullopt;
     }
     values.lay_out();
-    for (std::int32_t row = first_row_; row <= last_row_; ++row) {
-      plans_.push_back(plan_row(groups_, values.data_columns(row)));
+    for (std::int32_t GridY = first_row_; GridY <= last_row_; ++GridY) {
+      plans_.push_back(plan_row(groups_, values.data_columns(GridY)));
     }
     for (std::size_t month = 1; month < values.month_count(); ++month) {
       if (!read_month(first_month + static_cast<std::int32_t>(month), month, values)) {
@@ -85,7 +85,7 @@ class RegularPass {
  private:
   bool read_january(std::int32_t file_month, GridValuesBuilder& values) {
     return for_each_requested_line(
-        file_month, [&](std::int32_t /*row*/, std::string_view line) {
+        file_month, [&](std::int32_t /*GridY*/, std::string_view line) {
           if (has_line_end(line) || !read_row(line, groups_, row_values_)) {
             return false;
           }
@@ -96,11 +96,12 @@ class RegularPass {
 
   bool read_month(std::int32_t file_month, std::size_t month,
                   GridValuesBuilder& values) {
-    return for_each_requested_line(file_month, [&](std::int32_t row,
-                                                   std::string_view line) {
-      const RowPlan& plan = plans_[static_cast<std::size_t>(row - first_row_)];
-      return read_by_plan(line, plan, missing_, values.month_of_row(month, row).data());
-    });
+    return for_each_requested_line(
+        file_month, [&](std::int32_t GridY, std::string_view line) {
+          const RowPlan& plan = plans_[static_cast<std::size_t>(GridY - first_row_)];
+          return read_by_plan(line, plan, missing_,
+                              values.month_of_row(month, GridY).data());
+        });
   }
 
   // Reads the requested lines of a month of the file (0 is January 1901) and hands each
@@ -113,13 +114,14 @@ class RegularPass {
     }
     const auto lines_per_piece =
         static_cast<std::int32_t>(kPieceSize / frame_.line_size());
-    for (std::int32_t row = first_row_; row <= last_row_; row += lines_per_piece) {
-      const std::int32_t count = std::min(lines_per_piece, last_row_ - row + 1);
-      if (!read_lines(file_month, row, count)) {
+    for (std::int32_t GridY = first_row_; GridY <= last_row_;
+         GridY += lines_per_piece) {
+      const std::int32_t count = std::min(lines_per_piece, last_row_ - GridY + 1);
+      if (!read_lines(file_month, GridY, count)) {
         return false;
       }
       for (std::int32_t i = 0; i < count; ++i) {
-        if (!is_framed(i) || !use_line(row + i, line(i))) {
+        if (!is_framed(i) || !use_line(GridY + i, line(i))) {
           return false;
         }
       }
@@ -131,14 +133,14 @@ class RegularPass {
     return read_lines(file_month, 1, 1) && is_framed(0) && !has_line_end(line(0));
   }
 
-  // Puts `count` lines from `row` of a month into the buffer, behind the line end of
-  // the line before them.
-  bool read_lines(std::int32_t file_month, std::int32_t row, std::int32_t count) {
+  // Reads `count` lines from row `GridY` of a month into the buffer, behind the line
+  // end of the line before them.
+  bool read_lines(std::int32_t file_month, std::int32_t GridY, std::int32_t count) {
     const std::size_t end_size = frame_.line_end.size();
-    const std::int64_t line_number = std::int64_t{file_month} * kGridRows + row - 1;
-    const auto begin = line_number * static_cast<std::int64_t>(frame_.line_size());
+    const std::int64_t lines_before = std::int64_t{file_month} * kGridRows + GridY - 1;
+    const auto begin = lines_before * static_cast<std::int64_t>(frame_.line_size());
     const std::size_t size = static_cast<std::size_t>(count) * frame_.line_size();
-    if (line_number == 0) {
+    if (lines_before == 0) {
       frame_.line_end.copy(buffer_.data(), end_size);
       return read_to_line_end(begin, buffer_.data() + end_size, size);
     }

@@ -38,9 +38,9 @@ struct FieldGroups {
 // Returns the groups of fields that row_format(ranges) names.
 //
 // Column c is field c, but for two pieces that meet or overlap: their second group of
-// fields is read straight after the first. Kept on purpose: with overlapping pieces the
-// second group's values are shifted (column c gets field c + the overlap), and fields
-// after the 720th read as 0.
+// fields is read straight after the first.
+// Kept on purpose: ReadRow.ShiftsTheSecondOfOverlappingPieces. Column c gets field c +
+// the overlap, and fields after the 720th read as 0.
 // A box that starts at column 0, which is west of the grid, starts at field 0, which
 // reads as 0. A row format can't say that; the groups do.
 FieldGroups field_groups(const GridRanges& ranges);
@@ -48,8 +48,8 @@ FieldGroups field_groups(const GridRanges& ranges);
 // Reads the fields of `line` that `groups` names into `row_values`.
 //
 //   line         at most the first 3600 characters of a data line, without line end
-//   row_values   out: place c gets column c, each value modulo 2^16; where groups
-//                overlap the second holds. Other places keep what they hold.
+//   row_values   out: index c gets column c, each value modulo 2^16; where groups
+//                overlap the second holds. Others stay as they are.
 // Returns false when a field is no integer, or the line ends before or inside one of
 //            the 720 fields it must hold; row_values is then unfinished.
 bool read_row(std::string_view line, const FieldGroups& groups, RowValues& row_values);

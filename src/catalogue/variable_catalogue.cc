@@ -48,9 +48,9 @@ constexpr VariableEntry cru_ts(VariableEntry entry) {
   return entry;
 }
 
-// Kept on purpose: menu and files show neither name nor units nor title of PET and WET,
-// the prefix of precipitation says "ppt", and the scPDSI prefix ends in
-// ".dat.".
+// Kept on purpose: titles-of-eight-data-sets. Menu and files show neither name nor
+// units nor title of PET and WET, the prefix of precipitation says "ppt", and the
+// scPDSI prefix ends in ".dat.".
 constexpr std::array<VariableEntry, kVariableCount> kRows{
     cru_ts({.menu_number = 1,
             .menu_line = " [1] Precipitation             pre       mm      1901-2016",

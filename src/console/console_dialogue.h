@@ -42,8 +42,8 @@ class ConsoleDialogue {
   // Writes `text` and leaves the cursor on its line.
   void prompt(std::string_view text);
 
-  // Writes everything that is still held back. Where the output cannot be written the
-  // run ends (RunEnd).
+  // Writes everything that is still buffered. Throws RunEnd where the output cannot be
+  // written.
   void flush();
 
   // Writes `text` as a line and waits for RETURN; what is typed before it is discarded.
@@ -56,7 +56,7 @@ class ConsoleDialogue {
   // Anything but an integer ends the run (RunEnd).
   std::int32_t read_fixed_integer(std::size_t width);
 
-  // The same for a question that is asked again: nothing for anything but an integer.
+  // The same for a question that is asked again: nullopt for anything but an integer.
   // `end_message` is the message of the report when the input ends here.
   std::optional<std::int32_t> try_read_fixed_integer(std::size_t width,
                                                      const char* end_message);
@@ -67,7 +67,7 @@ class ConsoleDialogue {
   // Reads true or false; see parse_logical. No answer is refused.
   bool read_logical();
 
-  // Reads the first value as an integer; lines without a value are passed over, so
+  // Reads the first value as an integer; lines without a value are skipped, so
   // that a stray RETURN doesn't end the run. Anything else ends it (RunEnd).
   std::int32_t read_free_integer();
 

@@ -50,7 +50,7 @@ RunEnd cannot_read(const std::string& name, int error_number, Channel channel);
 RunEnd cannot_write(const std::string& name, int error_number, Operation operation,
                     Channel channel);
 
-// The end where memory runs out, which the values of a large block take most of.
+// Out of memory, almost always for the block of values.
 RunEnd not_enough_memory();
 
 }  // namespace veldmark

@@ -16,8 +16,8 @@ namespace veldmark {
 //
 //   arguments   without the program's name
 //
-// Result     the exit status: 0, 2 for wrong usage, 255 if `output` can't be written;
-//            nothing when there are no arguments, and the session is to begin.
+// Returns the exit status: 0, 2 for wrong usage, 255 if `output` can't be written;
+// nullopt when there are no arguments, and the session is to begin.
 std::optional<int> answer_command_line(std::span<const std::string> arguments,
                                        std::ostream& output, std::ostream& errors);
 

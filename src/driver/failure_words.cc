@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::size_t kFileNameWidth = 65;
 
-// Kept on purpose: the fault is the file's, not that of what the user entered.
+// Kept on purpose: letter-in-a-wanted-field. The words blame what the user entered,
+// although the file is at fault.
 constexpr std::string_view kAfterBadField[] = {
     " Program Terminating Without Completion",
     " Try re-entering your search criteria again being sure to",

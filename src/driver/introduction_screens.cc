@@ -5,7 +5,8 @@
 namespace veldmark {
 namespace {
 
-// Kept on purpose: the raw names say "ts_4.01" where the condensed ones say "ts4.01".
+// Kept on purpose: exit-at-first-menu. The raw names say "ts_4.01" where the condensed
+// ones say "ts4.01".
 constexpr std::string_view kBanner[] = {
     "",
     " Program Veldmark_v24 (vmk) 10/2018",
@@ -33,8 +34,8 @@ constexpr std::string_view kBanner[] = {
     "",
 };
 
-// Kept on purpose: the doubled "of", "proceedure", and the example with its years,
-// version and open parenthesis are the program's own wording.
+// Kept on purpose: exit-at-first-menu. The doubled "of", "proceedure", and the example
+// with its years, version and open parenthesis are the program's own wording.
 constexpr std::string_view kCondensing[] = {
     "",
     " The original uncompressed TS4.01 files from CRU are quite large (2.71GB).",

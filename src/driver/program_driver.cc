@@ -47,7 +47,8 @@ void show_data_files(ConsoleDialogue& console) {
 
 // S4: the citation of the chosen data set, and its missing code. `chosen` is nullptr
 // for an answer that names none.
-// Kept on purpose: a negative answer, which chooses nothing, counts as CRU TS here.
+// Kept on purpose: menu-minus-3-at-first. A negative answer, which chooses nothing,
+// counts as CRU TS here.
 void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
                    RunState& state) {
   if (chosen != nullptr) {
@@ -72,8 +73,8 @@ void set_up(const VariableEntry& chosen, RunState& state) {
 }
 
 // S3 to S5: asks for a variable until its file is there, and opens the file.
-// Kept on purpose: an answer out of range is not refused; the entry stays as it was and
-// no file is opened.
+// Kept on purpose: menu-99-after-a-pass. An answer out of range is not refused; the
+// entry stays as it was and no file is opened.
 std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& state) {
   for (;;) {
     show_menu(console);
@@ -95,9 +96,9 @@ std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& stat
   }
 }
 
-// S7: region and years, unless the last search's are kept.
-// Kept on purpose: after an answer out of range the minimum longitude is tested,
-// whatever the entry that stayed would have.
+// S7: region and years.
+// Kept on purpose: AnswerOutOfRange.HasItsMinimumLongitudeTested. Even where the entry
+// that stayed would take any.
 void ask_search(ConsoleDialogue& console, RunState& state) {
   const VariableEntry* const chosen = find_variable(state.MenuChoice);
   const MinLonTest min_lon_test =

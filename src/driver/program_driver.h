@@ -7,7 +7,7 @@
 //   S4   citation and missing code
 //   S5   the chosen variable is set up and its file opened; 0 ends the run
 //   S6   output files are named and opened
-//   S7   region and years, unless the last search's are kept
+//   S7   region and years, unless the last search's are used again
 //   S8   rows and columns, and the reading of their values
 //   S9   thinning
 //   S10  offer of the variance test
@@ -28,7 +28,7 @@ namespace veldmark {
 //
 //   errors   where the report of a run-time error goes
 //
-// Result     the exit status: 0, or 255 after a run-time error.
+// Returns the exit status: 0, or 255 after a run-time error.
 int run_program(ConsoleDialogue& console, std::ostream& errors);
 
 }  // namespace veldmark

@@ -27,7 +27,8 @@ struct RunState {
   OutputName XyName;
 
   // The factor that turns stored values into sample values of the variance test.
-  // Kept on purpose: it is 0 until frost days are chosen, and keeps their value then.
+  // Kept on purpose: variance-frost-days-then-another. It is 0 until frost days are
+  // chosen, and keeps their value then.
   float SampleScale = 0;
   bool FtestChosen = false;
 

@@ -16,8 +16,8 @@ class CellListFile : public CellSink {
  public:
   // Writes to `file`, which must outlive it, first the heading, which shows the name of
   // the time-series file.
-  // Kept on purpose: once a box of the run has crossed the 180 degree meridian, there
-  // are no blanks between prefix and title.
+  // Kept on purpose: across-the-meridian-then-ordinary. Once a box of the run has
+  // crossed the 180 degree meridian, there are no blanks between prefix and title.
   CellListFile(OutputFile& file, const OutputName& TsfName, const VariableEntry& entry,
                bool CrossesDateLine);
 

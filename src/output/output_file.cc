@@ -87,7 +87,7 @@ void OutputFile::take(const FilesInUse& in_use) {
 
 OutputFile::~OutputFile() {
   if (file_.is_open()) {
-    // The run is ending for another reason, which its report names.
+    // Something else has failed, and is reported.
     [[maybe_unused]] const bool written = file_.write_all({buffer_.data(), used_});
   }
 }

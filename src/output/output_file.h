@@ -49,7 +49,7 @@ class OutputFile {
   char* reserve(std::size_t size);
   void commit(std::size_t size) { used_ += size; }
 
-  // Writes what is held back and closes the file. A second close does nothing.
+  // Writes what is buffered and closes the file. A second close does nothing.
   void close();
 
  private:

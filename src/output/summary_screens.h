@@ -12,7 +12,8 @@ namespace veldmark {
 
 // Writes the closing counts. `CellsDefined` counts the cells of the search before
 // thinning, sea included.
-// Kept on purpose: the heading says that the program ends, although it goes on to ask.
+// Kept on purpose: search-again-same-region. The heading says that the program ends,
+// although it goes on to ask.
 void write_summary(ConsoleDialogue& console, std::int32_t CellsDefined,
                    std::int32_t CellsSaved, const OutputName& TsfName);
 

@@ -15,14 +15,14 @@ ValueText::ValueText() : texts_(kValues) {
        value <= std::numeric_limits<std::int16_t>::max(); ++value) {
     Text& text = texts_[static_cast<std::uint16_t>(value)];
     text.fill(' ');
-    std::size_t place = kWidth;
+    std::size_t position = kWidth;
     std::int32_t rest = std::abs(value);
     do {
-      text[--place] = static_cast<char>('0' + rest % 10);
+      text[--position] = static_cast<char>('0' + rest % 10);
       rest /= 10;
     } while (rest > 0);
     if (value < 0) {
-      text[--place] = '-';
+      text[--position] = '-';
     }
   }
 }

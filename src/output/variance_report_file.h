@@ -56,8 +56,8 @@ class VarianceReportFile : public CellSink {
  public:
   // Creates the file `name`, which must not be one of `in_use`, and heads it with the
   // periods compared. Throws FileFault where it can't be opened.
-  // Kept on purpose: the heading ends the first period with the cutoff year, which the
-  // samples count to the second.
+  // Kept on purpose: variance-cutoff-in-the-middle. The heading ends the first period
+  // with the cutoff year, which the samples count to the second.
   VarianceReportFile(const std::string& name, const VarianceTest& test,
                      VarianceNotices notices, const FilesInUse& in_use = {});
 

@@ -65,7 +65,7 @@ RowRange find_rows_north_first(const SearchRegion& region) {
   RowRange rows;
   rows.FirstRow = pair_around_from_north(region.maxLat).value_or(0);
   rows.LastRow = next_of(pair_around_from_north(region.minLat));
-  // Kept on purpose: each pole corrects the other end.
+  // Kept on purpose: FindRows.NorthFirstPolesCorrectTheOtherEnd.
   if (region.minLat <= kSouthernmost) {
     rows.FirstRow = kGridRows;
   }

@@ -37,7 +37,7 @@ class CentreTable {
     return centres_[static_cast<std::size_t>(index - 1)];
   }
 
-  // All centres; place 0 holds number 1.
+  // All centres; index 0 holds number 1.
   [[nodiscard]] constexpr const std::array<float, kCount>& all() const {
     return centres_;
   }
@@ -65,11 +65,13 @@ struct RowRange {
 //   north-first file   from the lowest centre above maxLat to the highest centre at
 //                      or below minLat: one row more at either end
 //
-// Kept on purpose: a minLat on a centre (10.25) leaves that row out, a maxLat on a
-// centre takes it in; in a south-first file a minLat above 89.75 gives FirstRow 0 and a
-// maxLat below -89.75 LastRow 0; a north-first region that touches a pole gets FirstRow
-// 360 or LastRow 1 there, so that its row count can be negative.
-// An empty range is a result like any other.
+// Kept on purpose: FindRows.MinimumOnACentreLeavesThatRowOut. A minLat on a centre
+// (10.25) leaves that row out, a maxLat on a centre takes it in. Kept on purpose:
+// FindRows.BoundsBeyondTheLastCentreMatchNoRow. In a south-first file a minLat
+// above 89.75 gives FirstRow 0 and a maxLat below -89.75 LastRow 0. Kept on purpose:
+// FindRows.NorthFirstPolesCorrectTheOtherEnd. A north-first region that touches a pole
+// gets FirstRow 360 or LastRow 1 there: its row count can be negative. An empty range
+// is a result like any other.
 RowRange find_rows(const SearchRegion& region, RowOrder order);
 
 // Columns first..last, both included; empty when last < first.
@@ -120,10 +122,10 @@ struct GridRanges {
 // Columns follow the rule of south-first rows. A box across the 180 degree meridian
 // (minLon > maxLon) has a west piece 1..LastCol and an east piece EastFirstCol..720.
 //
-// Kept on purpose: once a box of the run has crossed the meridian, every later box is
-// cut in two pieces as well. FirstCol and LastCol keep the previous search's value
-// where a bound matches no column (a longitude beyond 179.75 on the side where no end
-// correction is made); the other bounds are 0 then.
+// Kept on purpose: FindRanges.OnceAcrossTheMeridianLaterBoxesStayInTwoPieces.
+// Kept on purpose: FindRanges.ColumnsThatMatchNothingAreKept. FirstCol and LastCol have
+// the previous search's value where a bound matches no column (a longitude beyond
+// 179.75 on the side where no end correction is made); the other bounds are 0 then.
 GridRanges find_ranges(const SearchRegion& region, RowOrder order,
                        const GridRanges& previous);
 

@@ -5,11 +5,11 @@ namespace {
 
 // Appends first, first + step, ... up to last, as far as inside the grid. The counter
 // has 64 bits: a step near the largest 32-bit integer must not wrap around.
-void append_stride(std::vector<std::int32_t>& places, std::int32_t first,
+void append_stride(std::vector<std::int32_t>& numbers, std::int32_t first,
                    std::int32_t last, std::int32_t step) {
-  for (std::int64_t place = first; place <= last; place += step) {
-    if (place >= 1) {
-      places.push_back(static_cast<std::int32_t>(place));
+  for (std::int64_t number = first; number <= last; number += step) {
+    if (number >= 1) {
+      numbers.push_back(static_cast<std::int32_t>(number));
     }
   }
 }

@@ -15,7 +15,7 @@ namespace veldmark {
 // With positive counts that is the number of every n-th row and column. Each piece of
 // a box across the 180 degree meridian is strided on its own, so the cells kept there
 // can be some more.
-// Kept on purpose: negative row counts give negative estimates.
+// Kept on purpose: Estimate.OfNegativeRowCountsIsNegative.
 std::int64_t estimate_cells(std::int32_t RowCount, std::int32_t ColCount,
                             std::int32_t ThinningFactor);
 
@@ -25,7 +25,7 @@ float percentage_of_cells(std::int64_t EstimatedCells, std::int32_t CellCount);
 
 // The cells that a factor keeps: every row of `rows` (GridY) with every column of
 // `columns` (GridX), each in the order in which cells are visited. Both are counted
-// from 1; places outside the grid take part in the striding and are left out.
+// from 1; rows and columns outside the grid take part in the striding and are left out.
 struct Lattice {
   std::vector<std::int32_t> rows;
   std::vector<std::int32_t> columns;

@@ -19,7 +19,8 @@ namespace veldmark {
 // integer
 //            is asked again without a word, one out of range with a warning; the end
 //            of the input ends the run (RunEnd).
-// Kept on purpose: the warning for FYOD names both years as if they were excluded.
+// Kept on purpose: year-warnings. The warning for FYOD names both years as if they were
+// excluded.
 YearSpan ask_year_span(ConsoleDialogue& console, std::int32_t LastDataYear);
 
 }  // namespace veldmark

@@ -89,8 +89,8 @@ float ask_max_longitude(ConsoleDialogue& console) {
   }
 }
 
-// Kept on purpose: no empty line before the message, and its bounds stand in the
-// reverse order of the maximum's.
+// Kept on purpose: longitude-ranges. No empty line before the message, and its bounds
+// stand in the reverse order of the maximum's.
 float ask_min_longitude(ConsoleDialogue& console, MinLonTest min_lon_test) {
   for (;;) {
     const float minLon =

@@ -14,9 +14,9 @@ namespace veldmark {
 //   min_lon_test   whether the minimum longitude must lie in -180..180; the scPDSI
 //                  data set takes any
 //
-// Result     bounds in degrees, all tests inclusive: -90 <= minLat <= maxLat <= 90,
-//            -180 <= maxLon <= 180. minLon may be greater than maxLon (a box across
-//            the 180 degree meridian).
+// Returns bounds in degrees, all tests inclusive: -90 <= minLat <= maxLat <= 90,
+// -180 <= maxLon <= 180. minLon may be greater than maxLon (a box across
+// the 180 degree meridian).
 // An answer without a full stop or out of range is asked again. An answer with a full
 // stop that is no number, or the end of the input, ends the run (RunEnd).
 SearchRegion ask_search_region(ConsoleDialogue& console, MinLonTest min_lon_test);

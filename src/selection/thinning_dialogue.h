@@ -13,8 +13,8 @@ namespace veldmark {
 // Asks for the thinning factor until the user accepts its estimate.
 //
 // Returns 1 or more; a smaller answer ends the run (RunEnd).
-// Kept on purpose: the range that the texts suggest is advice and isn't checked; any
-// answer that doesn't start with n or N accepts.
+// Kept on purpose: thinning-larger-than-box. The range that the texts suggest is advice
+// and isn't checked; any answer that doesn't start with n or N accepts.
 std::int32_t ask_thinning_factor(ConsoleDialogue& console, const GridRanges& ranges);
 
 }  // namespace veldmark

@@ -18,8 +18,7 @@ namespace veldmark {
 // Edges      n = 0 and n = 1 give a NaN variance (n = 0 a NaN mean too). A constant
 //            sample gets no special case: where the rounded mean misses the constant,
 //            the variance comes out tiny and of either sign.
-// Source     docs/variance-test.md, "The arithmetic"; single precision, values in
-// order.
+// Source     docs/variance-test.md, "The arithmetic"; single precision, in order.
 void avevar(std::span<const float> data, std::int32_t n, float& ave, float& var);
 
 }  // namespace veldmark

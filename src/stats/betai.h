@@ -17,10 +17,10 @@ using BadArgumentHandler = std::function<void(std::string_view)>;
 //
 //   x     0..1, both included: 0 gives 0, 1 gives 1
 //
-// An x below (a + 1) / (a + b + 2) is worked out directly; from that bound on (the
+// An x below (a + 1) / (a + b + 2) is calculated directly; from that bound on (the
 // bound itself and NaN included) the result is 1 - I_(1-x)(b, a).
-// Errors     an x outside 0..1 is reported to `on_bad_argument`; the calculation then
-//            goes on with it, and the result is NaN. A NaN x gives NaN without a call.
+// An x outside 0..1 is reported to `on_bad_argument`; the calculation then goes on with
+// it, and the result is NaN. A NaN x gives NaN without a call.
 // Source     docs/variance-test.md, "The arithmetic"; single precision, with the 32-bit
 //            logarithm and exponential of the machine's library.
 float betai(float a, float b, float x, const BadArgumentHandler& on_bad_argument);

@@ -21,14 +21,14 @@ namespace veldmark {
 //   prob           out: the two-sided probability of so large an f under equal
 //                  variances, 0..1
 //
-// Kept on purpose: the degrees of freedom are d1 - 1 and d2 - 1, so normal-shaped
-// samples (kurtosis 3) of n values are tested with n - 2.
-// Edges      a sample of 0 or 1 values, or no variance in either, gives a NaN f and a
+// Kept on purpose: AdjustedCount.IsOneLessThanTheCountAtKurtosisThreeButForRounding.
+// The degrees of freedom are d1 - 1 and d2 - 1, so normal-shaped samples (kurtosis 3)
+// of n values are tested with n - 2. Edges      a sample of 0 or 1 values, or no
+// variance in either, gives a NaN f and a
 //            NaN prob. A constant sample may get a negative variance by rounding, and
 //            f with it.
-// Errors     none of its own: the caller tests f for NaN. With a negative f the
-//            argument of betai may be bad: `on_bad_argument` is called then, once, and
-//            prob is NaN.
+// The caller tests f for NaN. With a negative f the argument of betai may be bad:
+// `on_bad_argument` is called then, once, and prob is NaN.
 // Source     docs/variance-test.md, "The arithmetic"; single precision.
 void ftest(std::span<const float> data1, std::int32_t& n1, std::span<const float> data2,
            std::int32_t& n2, float& f, float& prob,
@@ -38,8 +38,8 @@ void ftest(std::span<const float> data1, std::int32_t& n1, std::span<const float
 // `kurtosis`: 2n / (kurtosis - (n - 3) / (n - 1)), which is n - 1 at kurtosis 3 but for
 // rounding, with its fraction cut off.
 //
-// Result     2 or more; 2 also where the quotient is negative, NaN or too large for a
-//            32-bit integer.
+// The result is 2 or more; 2 also where the quotient is negative, NaN or too large for
+// a 32-bit integer.
 std::int32_t adjusted_count(float n, float kurtosis);
 
 }  // namespace veldmark

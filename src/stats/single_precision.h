@@ -22,9 +22,8 @@ static_assert(std::numeric_limits<float>::is_iec559 &&
 
 // Cuts the fraction off `value`: 10.9999 gives 10, -1.5 gives -1.
 //
-// Result     the integer; for NaN, the infinities and everything outside the 32-bit
-//            range the most negative 32-bit integer, which the language's own
-//            conversion would leave undefined.
+// Returns the most negative 32-bit integer for NaN, the infinities and everything
+// outside the 32-bit range, which the language's own conversion would leave undefined.
 inline std::int32_t truncated_to_int32(float value) {
   constexpr float kTwoToThe31 = 2147483648.0F;
   if (std::fabs(value) < kTwoToThe31) {

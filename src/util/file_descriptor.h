@@ -10,8 +10,8 @@
 
 namespace veldmark {
 
-// Can be handed on, not copied; an interrupted call is taken up again. Failures are
-// told by errno.
+// Can be moved, not copied; an interrupted call is repeated. errno tells why one
+// failed.
 class FileDescriptor {
  public:
   // Opens `name` with the flags of open(2), created files with mode 0666 less the
@@ -29,19 +29,19 @@ class FileDescriptor {
 
   [[nodiscard]] bool is_open() const { return descriptor_ != kClosed; }
 
-  // Reads up to `size` bytes at the file's position. Result: how many bytes were read,
+  // Reads up to `size` bytes at the file's position. Returns how many bytes were read,
   // 0 at the end of the file, -1 on failure.
   std::ptrdiff_t read(char* buffer, std::size_t size) const;
 
   // Reads just `size` bytes from `offset` on and leaves the file's position alone.
-  // False on failure, and when the file ends before.
+  // Returns false on failure, and when the file ends before.
   bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
-  // Writes all of `bytes`; false on failure.
+  // Writes all of `bytes`. Returns false on failure.
   [[nodiscard]] bool write_all(std::string_view bytes) const;
 
-  // Closes the file; false when the system reports that written bytes were lost. A
-  // second close does nothing.
+  // Closes the file. Returns false when the system reports that written bytes were
+  // lost. A second close does nothing.
   bool close();
 
   [[nodiscard]] int get() const { return descriptor_; }

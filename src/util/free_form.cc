@@ -21,7 +21,7 @@ bool skip_one_of(std::string_view& text, std::string_view choices) {
   return true;
 }
 
-// Steps over the digits at the front of `text`; gives how many there were.
+// Skips the digits at the front of `text`. Returns how many there were.
 std::size_t skip_digits(std::string_view& text) {
   const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
   text.remove_prefix(count);

@@ -11,9 +11,9 @@
 
 namespace veldmark {
 
-// Gives the first value on `line`: leading blanks and tabs are skipped, and the value
-// ends before the next blank, tab, comma or slash. Empty when there is no value,
-// which a comma or slash standing first means too. Quotes are ordinary characters.
+// Returns the first value on `line`: leading blanks and tabs are skipped, and the value
+// ends before the next blank, tab, comma or slash. Empty if the line is
+// blank or starts with a comma or slash. Quotes are ordinary characters.
 std::string_view first_value(std::string_view line);
 
 // Reads a logical value: after one optional full stop, T or t is true; anything else,
@@ -23,8 +23,8 @@ bool parse_logical(std::string_view value);
 // Reads a real: optional sign, digits with at most one full stop and at least one
 // digit, optional exponent (E, e, D or d, optional sign, digits).
 //
-// Result     the nearest 32-bit real, infinity beyond their range; nothing when
-//            `value` is written otherwise.
+// Returns the nearest 32-bit real, infinity beyond their range; nullopt when `value` is
+// written otherwise.
 std::optional<float> parse_real(std::string_view value);
 
 // Items of a free-form record. A record is one blank and its items one after another:

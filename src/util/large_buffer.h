@@ -25,7 +25,7 @@ struct UnsetAllocator : std::allocator<Value> {
 // Values that hold anything until they are written.
 using LargeBuffer = std::vector<std::int16_t, UnsetAllocator<std::int16_t>>;
 
-// Makes room for `size` values. Throws std::bad_alloc when there is none.
+// Returns memory for `size` values. Throws std::bad_alloc when there is none.
 LargeBuffer make_large_buffer(std::size_t size);
 
 }  // namespace veldmark

@@ -6,8 +6,8 @@
 namespace veldmark {
 namespace {
 
-// Closes every blank once, from the left. A character that moves into a closed place
-// is not looked at again in the same pass.
+// Closes every blank once, from the left. A character that moves into the position of
+// a closed blank is not looked at again in the same pass.
 void close_blanks_once(std::string& text, std::size_t n) {
   for (std::size_t i = 0; i < n; ++i) {
     if (text[i] == ' ') {

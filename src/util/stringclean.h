@@ -14,10 +14,9 @@ namespace veldmark {
 //   n      how many characters of `text` belong to the field; n <= text.size().
 //          With n <= 1 nothing is done.
 //
-// Kept on purpose: the last character is copied, not moved, so the places freed at
-// the end repeat it ("x y" becomes "xyy"). A padded name ends in a blank, and the
-// freed places are blanks.
-// Errors: none.
+// Kept on purpose: Stringclean.RepeatsALastCharacterThatIsNoBlank. The last character
+// is copied, not moved, so the positions freed at the end repeat it ("x y" becomes
+// "xyy"). A padded name ends in a blank, and the freed positions are blanks.
 void stringclean(std::string& text, std::int32_t n);
 
 }  // namespace veldmark
