@@ -21,15 +21,17 @@
 #include "catalogue/read_block.h"
 #include "catalogue/read_fault.h"
 #include "catalogue/row_format.h"
-#include "support/fault_of.h"
+#include "support/block_of.h"
 #include "support/grid_text.h"
-#include "support/plain_field.h"
+#include "support/plain/fields.h"
+#include "support/plain/reading.h"
 #include "support/sweep.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark {
 namespace {
 
+using testing::block_of_reading;
 using testing::GridText;
 using testing::record_cases;
 using testing::TemporaryFolder;
@@ -37,139 +39,14 @@ using testing::write_file;
 
 constexpr std::int32_t kMissing = -999;
 
-// How a reading ends, and the series of the cells with data, by row and column.
-struct Block {
-  std::string end = "complete";
-  std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::int16_t>> cells;
-
-  bool operator==(const Block&) const = default;
-};
-
-// For messages of failed tests.
-void PrintTo(const Block& block, std::ostream* out) {
-  *out << block.end << ", " << block.cells.size() << " cells";
-}
-
-// Reads with `read`, one of the readers of the program.
-template <typename Read>
-Block block_of(const BlockRequest& request, Read read) {
-  Block block;
-  try {
-    const GridValues values = read(GridFile("grid"), request);
-    for (std::int32_t row = 1; row <= kGridRows; ++row) {
-      const auto columns = values.data_columns(row);
-      for (std::size_t i = 0; i < columns.size(); ++i) {
-        std::vector<std::int16_t>& series = block.cells[{row, columns[i]}];
-        for (std::size_t month = 0; month < values.month_count(); ++month) {
-          series.push_back(values.month_of_row(month, row)[i]);
-        }
-      }
-    }
-  } catch (const ReadFault& fault) {
-    block.end = testing::text_of(fault);
-  }
-  return block;
-}
-
-// The lines of a text one after another, without line ends and carriage returns.
-class PlainLines {
- public:
-  explicit PlainLines(std::string_view text) : rest_(text) {}
-
-  struct Line {
-    std::string_view text;
-    bool ended;
-  };
-
-  std::optional<Line> next() {
-    if (rest_.empty()) {
-      return std::nullopt;
-    }
-    const std::size_t length = rest_.find('\n');
-    const bool ended = length != std::string_view::npos;
-    std::string_view line = rest_.substr(0, length);
-    rest_.remove_prefix(ended ? length + 1 : rest_.size());
-    if (!line.empty() && line.back() == '\r') {
-      line.remove_suffix(1);
-    }
-    return Line{line, ended};
-  }
-
- private:
-  std::string_view rest_;
-};
-
-// The requested fields of a box of one piece, column by column, up to a bad one, if
-// there is one.
-std::vector<std::int16_t> plain_fields(std::string_view line,
-                                       const GridRanges& ranges) {
-  std::vector<std::int16_t> values;
-  for (std::int32_t column = ranges.FirstCol; column <= ranges.LastCol; ++column) {
-    const auto begin = static_cast<std::size_t>(5 * (column - 1));
-    if (line.size() < begin + 5) {
-      return values;
-    }
-    const std::optional<std::int16_t> value =
-        plain::kept_of_field(line.substr(begin, 5));
-    if (!value) {
-      return values;
-    }
-    values.push_back(*value);
-  }
-  return values;
-}
-
-// Reads a box of one piece that lies on the grid.
-Block plain_block(std::string_view text, const BlockRequest& request) {
-  const GridRanges& ranges = request.ranges;
-  PlainLines lines(text);
-  Block block;
-  int number = 0;
-  const auto ended = [&](const std::string& how) {
-    return Block{how + " line " + std::to_string(number), {}};
-  };
-  for (std::int32_t year = 1901; year <= request.years.LYOD; ++year) {
-    for (std::int32_t month = 1; month <= 12; ++month) {
-      for (std::int32_t row = 1; row <= 360; ++row) {
-        const std::optional<PlainLines::Line> line = lines.next();
-        ++number;
-        if (year < request.years.FYOD || row < ranges.FirstRow ||
-            row > ranges.LastRow) {
-          if (!line) {
-            return ended("end at skipped");
-          }
-          continue;
-        }
-        if (!line || (!line->ended && line->text.size() < 3600)) {
-          return ended("end at requested");
-        }
-        const auto values = plain_fields(line->text, ranges);
-        const auto bad_column =
-            ranges.FirstCol + static_cast<std::int32_t>(values.size());
-        if (bad_column <= ranges.LastCol) {
-          return ended("bad field " + std::to_string(bad_column) + " of");
-        }
-        for (std::size_t i = 0; i < values.size(); ++i) {
-          const auto column = ranges.FirstCol + static_cast<std::int32_t>(i);
-          const bool january = year == request.years.FYOD && month == 1;
-          const auto cell = block.cells.find({row, column});
-          if (january && values[i] != kMissing) {
-            block.cells[{row, column}] = {values[i]};
-          } else if (!january && cell != block.cells.end()) {
-            cell->second.push_back(values[i]);
-          }
-        }
-      }
-    }
-  }
-  return block;
-}
-
 // Both ways of reading must give what the plain one gives.
 void expect_plain(std::string_view text, const BlockRequest& request) {
-  const Block expected = plain_block(text, request);
-  ASSERT_EQ(block_of(request, read_line_by_line), expected) << text.size() << " bytes";
-  ASSERT_EQ(block_of(request, read_block), expected) << text.size() << " bytes";
+  const plain::Block expected = plain::Reading(text, request).block();
+  const auto by = [&](auto read) {
+    return block_of_reading([&] { return read(GridFile("grid"), request); });
+  };
+  ASSERT_EQ(by(read_line_by_line), expected) << text.size() << " bytes";
+  ASSERT_EQ(by(read_block), expected) << text.size() << " bytes";
 }
 
 BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, std::int32_t FirstRow,
@@ -345,7 +222,7 @@ TEST(BlockSweep, RandomIrregularFiles) {
     write_file("grid", text);
     expect_plain(text, request);
     ASSERT_FALSE(HasFatalFailure()) << "file " << i;
-    const std::string end = plain_block(text, request).end;
+    const std::string end = plain::Reading(text, request).block().end;
     ++ends[end.substr(0, end.find_first_of("0123456789"))];
   }
   EXPECT_EQ(ends.size(), 4U) << "every end is met";

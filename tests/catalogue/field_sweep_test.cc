@@ -14,7 +14,7 @@
 #include "catalogue/field_conversion.h"
 #include "catalogue/field_conversion_avx2.h"
 #include "catalogue/row_format.h"
-#include "support/plain_field.h"
+#include "support/plain/fields.h"
 #include "support/sweep.h"
 #include "util/fixed_field.h"
 

@@ -18,68 +18,14 @@
 #include "catalogue/row_plan.h"
 #include "catalogue/transpose.h"
 #include "selection/grid_geometry.h"
-#include "support/plain_field.h"
+#include "support/plain/fields.h"
+#include "support/plain/rows.h"
 #include "support/sweep.h"
 
 namespace veldmark {
 namespace {
 
 using testing::record_cases;
-
-// A line is read from left to right, as its format says: so many characters are
-// skipped, so many fields are read, once or twice.
-class PlainRow {
- public:
-  PlainRow(std::string_view line, const GridRanges& ranges) : line_(line) {
-    const std::int32_t count1 = ranges.LastCol - ranges.FirstCol + 1;
-    if (!ranges.CrossesDateLine) {
-      skip(5 * (ranges.FirstCol - 1));
-      read(ranges.FirstCol, count1);
-      return;
-    }
-    const std::int32_t count2 = 720 - ranges.EastFirstCol + 1;
-    read(1, count1);
-    if ((count1 - 1) + (count2 - 1) < 718) {
-      skip(3600 - 5 * (count1 + count2));
-    }
-    read(ranges.EastFirstCol, count2);
-  }
-
-  [[nodiscard]] bool is_readable() const { return readable_; }
-  // The value of a wanted column; nothing for others.
-  [[nodiscard]] const std::optional<std::int16_t>& value(std::int32_t column) const {
-    return values_[static_cast<std::size_t>(column)];
-  }
-
- private:
-  void skip(std::int32_t characters) { place_ += characters; }
-
-  void read(std::int32_t first_column, std::int32_t count) {
-    for (std::int32_t i = 0; i < count && readable_; ++i, place_ += 5) {
-      const std::optional<std::int16_t> value = field();
-      readable_ = value.has_value();
-      values_[static_cast<std::size_t>(first_column + i)] = value;
-    }
-  }
-
-  // The field at the current place; blank, and so 0, outside the 720 fields.
-  [[nodiscard]] std::optional<std::int16_t> field() const {
-    if (place_ < 0 || place_ >= 3600) {
-      return 0;
-    }
-    const auto begin = static_cast<std::size_t>(place_);
-    if (line_.size() < begin + 5) {
-      return std::nullopt;
-    }
-    return plain::kept_of_field(line_.substr(begin, 5));
-  }
-
-  std::string_view line_;
-  std::int32_t place_ = 0;
-  bool readable_ = true;
-  std::vector<std::optional<std::int16_t>> values_ =
-      std::vector<std::optional<std::int16_t>>(722);
-};
 
 // Bounds anywhere, mostly near each other, some at the ends of the grid; some searches
 // come after others.
@@ -147,12 +93,11 @@ TEST(RowSweep, ReadRowOnRandomLines) {
       const auto end = static_cast<std::size_t>(5 * std::max(ranges.LastCol, 1));
       line.resize(std::min(line.size(), end - random() % 3));
     }
-    const PlainRow expected(line, ranges);
+    const plain::Row expected = plain::read(line, ranges);
     RowValues values;
     values.fill(-12345);
-    ASSERT_EQ(read_row(line, field_groups(ranges), values), expected.is_readable())
-        << i;
-    if (!expected.is_readable()) {
+    ASSERT_EQ(read_row(line, field_groups(ranges), values), !expected.bad_field) << i;
+    if (expected.bad_field) {
       continue;
     }
     ++readable;
@@ -169,7 +114,7 @@ TEST(RowSweep, ReadRowOnRandomLines) {
 
 // The columns of a row whose cells have data: those of the box, some of them.
 std::vector<std::int32_t> random_data_columns(std::mt19937& random,
-                                              const PlainRow& row) {
+                                              const plain::Row& row) {
   std::vector<std::int32_t> columns;
   const std::size_t share = 1 + random() % 6;
   for (std::int32_t column = 1; column <= 720; ++column) {
@@ -195,7 +140,7 @@ TEST(RowSweep, ReadByPlanOnRandomLines) {
     if (random() % 16 == 0) {
       line[random() % 3600] = '\n';
     }
-    const PlainRow expected(line, ranges);
+    const plain::Row expected = plain::read(line, ranges);
     const bool framed = line.find('\n') == std::string::npos;
     const std::vector<std::int32_t> columns = random_data_columns(random, expected);
     std::vector<std::int16_t> cells(columns.size() + 1, -12345);
@@ -203,7 +148,7 @@ TEST(RowSweep, ReadByPlanOnRandomLines) {
     const bool got = read_by_plan(std::string_view(with_end).substr(0, 3600),
                                   plan_row(field_groups(ranges), columns), missing_line,
                                   cells.data());
-    ASSERT_EQ(got, framed && expected.is_readable()) << i;
+    ASSERT_EQ(got, framed && !expected.bad_field) << i;
     if (!got) {
       continue;
     }

@@ -19,9 +19,10 @@
 
 #include "console/console_dialogue.h"
 #include "fuzz_input.h"
-#include "plain_twins.h"
 #include "reached.h"
 #include "require.h"
+#include "support/plain/fields.h"
+#include "support/plain/texts.h"
 #include "util/fixed_field.h"
 #include "util/free_form.h"
 #include "util/stringclean.h"
@@ -47,7 +48,8 @@ struct Decimal {
 
 std::string take_digits(std::string_view& text) {
   std::string digits;
-  for (; !text.empty() && only_digits(text.substr(0, 1)); text.remove_prefix(1)) {
+  for (; !text.empty() && plain::only_digits(text.substr(0, 1));
+       text.remove_prefix(1)) {
     digits += text.front();
   }
   return digits;
@@ -104,34 +106,12 @@ void check_real(std::string_view value) {
           "a real is the nearest one", value);
 }
 
-std::string plain_first_value(std::string_view line) {
-  std::string value;
-  for (const char character : line) {
-    const bool blank = character == ' ' || character == '\t';
-    if (blank && value.empty()) continue;
-    if (blank || character == ',' || character == '/') return value;
-    value += character;
-  }
-  return value;
-}
-
-bool plain_logical(const std::string& value) {
-  const std::string text = value.substr(value.starts_with('.') ? 1 : 0);
-  return text.starts_with('T') || text.starts_with('t');
-}
-
-std::string plain_text_field(std::string_view text, std::size_t width) {
-  std::string field;
-  for (std::size_t i = 0; i < width; ++i) field += i < text.size() ? text[i] : ' ';
-  return field;
-}
-
 void check_texts(std::string_view text) {
-  const std::string value = plain_first_value(text);
+  const std::string value = plain::first_value(text);
   require(first_value(text) == value, "the first value ends at a separator", text);
-  require(parse_logical(value) == plain_logical(value), "true begins with a T", text);
+  require(parse_logical(value) == plain::is_true(value), "true begins with a T", text);
   for (const std::size_t width : {0U, 1U, 8U, 65U}) {
-    require(text_field(text, width) == plain_text_field(text, width),
+    require(text_field(text, width) == plain::text_field(text, width),
             "a field has its width", text);
   }
   std::string_view cut = text;
@@ -139,22 +119,10 @@ void check_texts(std::string_view text) {
   require(without_trailing_blanks(text) == cut, "the last blanks go", text);
 }
 
-// Every character that is no blank, in order; the places freed repeat the last one.
 void check_stringclean(const std::string& text) {
-  std::string expected;
-  for (const char character : text) {
-    if (character != ' ') expected += character;
-  }
-  expected.resize(text.size(), text.empty() ? ' ' : text.back());
   std::string cleaned = text;
   stringclean(cleaned, static_cast<std::int32_t>(cleaned.size()));
-  require(cleaned == (text.size() < 2 ? text : expected), "blanks are closed up", text);
-}
-
-std::string right_aligned(const std::string& text, int width) {
-  const auto columns = static_cast<std::size_t>(width);
-  if (text.size() > columns) return std::string(columns, '*');
-  return std::string(columns - text.size(), ' ') + text;
+  require(cleaned == plain::closed_up(text, text.size()), "blanks are closed up", text);
 }
 
 void check_written_real(float value, int width, int decimals) {
@@ -170,7 +138,8 @@ void check_written_real(float value, int width, int decimals) {
                                    std::chars_format::fixed, decimals);
     text.assign(buffer, end.ptr);
   }
-  require(field == right_aligned(text, width), "a real stands in its field", field);
+  require(field == plain::in_columns(text, static_cast<std::size_t>(width)),
+          "a real stands in its field", field);
 
   const std::string free = free_form_real(value);
   require(free.size() == 16 && free.starts_with(' '), "a record item has 16 columns",
@@ -187,9 +156,10 @@ void check_written_real(float value, int width, int decimals) {
 }
 
 void check_written_integer(std::int32_t value, int width) {
-  require(fixed_integer(value, width) == right_aligned(std::to_string(value), width),
+  require(fixed_integer(value, width) ==
+              plain::in_columns(std::to_string(value), static_cast<std::size_t>(width)),
           "an integer stands in its field", std::to_string(value));
-  require(plain_integer(fixed_integer(value, 11)) == value, "an integer reads back",
+  require(plain::integer(fixed_integer(value, 11)) == value, "an integer reads back",
           std::to_string(value));
 }
 
@@ -216,25 +186,15 @@ class Answers {
   const std::string& typed_;
 };
 
-// Takes the next line as the console should; nothing at the end of the input.
-std::optional<std::string> plain_line(std::string_view& typed) {
-  if (typed.empty()) return std::nullopt;
-  const std::size_t end = typed.find('\n');
-  std::string line(typed.substr(0, end));
-  typed.remove_prefix(end == std::string_view::npos ? typed.size() : end + 1);
-  if (line.ends_with('\r')) line.pop_back();
-  return line;
-}
-
 std::string shown(const std::optional<std::int32_t>& value) {
   return value ? std::to_string(*value) : "BAD";
 }
 
 // Lines without a value are passed over.
 std::string plain_free_integer(std::string_view typed) {
-  while (const std::optional<std::string> line = plain_line(typed)) {
-    const std::string value = plain_first_value(*line);
-    if (!value.empty()) return shown(plain_integer(value));
+  while (const std::optional<plain::Line> line = plain::take_line(typed)) {
+    const std::string value = plain::first_value(line->text);
+    if (!value.empty()) return shown(plain::integer(value));
   }
   return "END";
 }
@@ -242,25 +202,25 @@ std::string plain_free_integer(std::string_view typed) {
 void check_answers(const std::string& typed) {
   const Answers answers(typed);
   std::string_view rest = typed;
-  const std::optional<std::string> line = plain_line(rest);
+  const std::optional<plain::Line> line = plain::take_line(rest);
   const auto expect = [&](const std::string& answer, const std::string& expected) {
     require(answer == (line ? expected : "END"), "an answer is its line's", typed);
   };
-  const std::string text = line.value_or("");
+  const std::string text(line ? line->text : "");
   reached(line ? "lines answered" : "ends of the input");
   for (const std::size_t width : {2U, 4U}) {
     expect(answers.read([&](ConsoleDialogue& console) {
       return std::to_string(console.read_fixed_integer(width));
     }),
-           shown(plain_integer(plain_text_field(text, width))));
+           shown(plain::integer(plain::text_field(text, width))));
   }
   expect(answers.read([](ConsoleDialogue& console) { return console.read_text(8); }),
-         plain_text_field(text, 8));
-  const std::string value = plain_first_value(text);
+         plain::text_field(text, 8));
+  const std::string value = plain::first_value(text);
   expect(answers.read([](ConsoleDialogue& console) {
     return std::string(console.read_logical() ? "true" : "false");
   }),
-         plain_logical(value) ? "true" : "false");
+         plain::is_true(value) ? "true" : "false");
   expect(answers.read([](ConsoleDialogue& console) {
     return std::string(1, console.read_free_character());
   }),
@@ -284,11 +244,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   check_written_integer(std::bit_cast<std::int32_t>(bits), width);
 
   const std::string text = input.rest();
-  reached(plain_integer(text) ? "integers" : "texts that are no integer");
-  veldmark::fuzz::require(veldmark::parse_integer(text) == plain_integer(text),
+  reached(veldmark::plain::integer(text) ? "integers" : "texts that are no integer");
+  veldmark::fuzz::require(veldmark::parse_integer(text) == veldmark::plain::integer(text),
                           "an integer is its digits", text);
   check_real(text);
-  check_real(plain_first_value(text));
+  check_real(veldmark::plain::first_value(text));
   check_texts(text);
   check_stringclean(text);
   check_answers(text);

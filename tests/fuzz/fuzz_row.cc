@@ -16,10 +16,11 @@
 #include "catalogue/row_format.h"
 #include "catalogue/row_plan.h"
 #include "fuzz_input.h"
-#include "plain_twins.h"
 #include "reached.h"
 #include "require.h"
 #include "search_of_input.h"
+#include "support/plain/fields.h"
+#include "support/plain/rows.h"
 #include "util/fixed_field.h"
 
 namespace veldmark::fuzz {
@@ -48,7 +49,7 @@ class TightText {
 Values plain_fields(std::string_view fields) {
   std::vector<std::int16_t> values;
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth)) {
-    const auto value = plain_integer(fields.substr(0, kFieldWidth));
+    const auto value = plain::integer(fields.substr(0, kFieldWidth));
     if (!value) return std::nullopt;
     values.push_back(static_cast<std::int16_t>(*value));
   }
@@ -104,36 +105,40 @@ std::string usual_line(std::uint8_t seed) {
 // The line again, as it is read when its cells with data are known: those of an earlier
 // line, or of itself.
 void check_plan(std::string_view line, const GridRanges& ranges,
-                const std::vector<std::int32_t>& data_columns, const Values& values) {
+                const std::vector<std::int32_t>& data_columns,
+                const plain::Row& expected) {
   if (line.size() != kLineLength) return;
   const TightText tight(line, '\n');
   const RowPlan plan = plan_row(field_groups(ranges), data_columns);
   std::vector<std::int16_t> cells(data_columns.size());
   const bool read = read_by_plan(tight.view(), plan, missing_line(-999), cells.data());
-  require(read == (values && !has_line_end(line)),
+  require(read == (!expected.bad_field && !has_line_end(line)),
           "a line is read by its plan when it can be read", line);
   if (!read) return;
   reached("lines read by a plan");
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    require(cells[i] == values->at(static_cast<std::size_t>(data_columns[i])),
+    require(cells[i] == expected.value(data_columns[i]),
             "a plan gives the values of the definition", line);
   }
 }
 
 void check_line(std::string_view line, const GridRanges& ranges, std::uint8_t seed) {
-  const Values expected = plain_row(line, ranges);
-  reached(expected ? "lines read" : "lines refused");
+  const plain::Row expected = plain::read(line, ranges);
+  const bool readable = !expected.bad_field;
+  reached(readable ? "lines read" : "lines refused");
   RowValues values{};
-  require(read_row(line, field_groups(ranges), values) == expected.has_value(),
+  require(read_row(line, field_groups(ranges), values) == readable,
           "a row is read when its fields are integers", line);
-  require(!expected || std::equal(values.begin(), values.end(), expected->begin()),
-          "a row has the values of the definition", line);
+  for (std::int32_t column = 0; readable && column <= kGridColumns; ++column) {
+    require(values.at(static_cast<std::size_t>(column)) ==
+                expected.value(column).value_or(0),
+            "a row has the values of the definition", line);
+  }
 
   std::vector<std::int32_t> with_data;
   std::vector<std::int32_t> of_another;
-  for (const std::int32_t column : plain_columns(ranges)) {
-    const auto place = static_cast<std::size_t>(column);
-    if (expected && expected->at(place) != kMissing) with_data.push_back(column);
+  for (const std::int32_t column : plain::columns(ranges)) {
+    if (readable && expected.value(column) != kMissing) with_data.push_back(column);
     if ((column + seed) % 5 != 0) of_another.push_back(column);
   }
   check_plan(line, ranges, with_data, expected);

@@ -23,11 +23,11 @@
 
 #include "console/console_dialogue.h"
 #include "driver/program_driver.h"
-#include "plain_twins.h"
 #include "reached.h"
 #include "require.h"
 #include "scratch_folder.h"
 #include "support/grid_text.h"
+#include "support/plain/fields.h"
 #include "util/fixed_field.h"
 
 namespace veldmark::fuzz {
@@ -168,7 +168,7 @@ std::vector<std::string> lines_of(std::string_view text) {
 }
 
 std::int64_t number_in(const std::string& line, std::size_t begin, std::size_t size) {
-  const auto number = plain_integer(line.substr(begin, size));
+  const auto number = plain::integer(line.substr(begin, size));
   require(line.size() >= begin + size && number.has_value(), "a column holds a number",
           line);
   return *number;

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "plain_twins.h"
+#include "support/plain/fields.h"
 #include "tersify/grid_shape.h"
 
 namespace veldmark::fuzz {
@@ -37,7 +37,7 @@ inline std::vector<std::string> plain_words(std::string_view line) {
 inline std::optional<std::string> plain_condensed_word(const std::string& word) {
   const bool has_sign = word.starts_with('-') || word.starts_with('+');
   std::string digits = word.substr(has_sign ? 1 : 0);
-  if (digits.empty() || !only_digits(digits)) return std::nullopt;
+  if (digits.empty() || !plain::only_digits(digits)) return std::nullopt;
   while (digits.size() > 1 && digits.front() == '0') digits.erase(0, 1);
   const bool negative = word.starts_with('-') && digits != "0";
   const std::string text = (negative ? "-" : "") + digits;
@@ -69,7 +69,7 @@ inline bool is_plainly_good_field(const std::string& field) {
   const std::string text = field.substr(begin);
   const bool has_sign = text.starts_with('-') || text.starts_with('+');
   const std::string digits = text.substr(has_sign ? 1 : 0);
-  return !digits.empty() && only_digits(digits);
+  return !digits.empty() && plain::only_digits(digits);
 }
 
 inline bool is_plainly_good_line(const std::string& line, const GridShape& shape) {

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "output/value_text.h"
+#include "support/plain/texts.h"
 #include "support/sweep.h"
 #include "util/fixed_field.h"
 
@@ -20,14 +21,6 @@ namespace veldmark {
 namespace {
 
 using testing::record_cases;
-
-std::string in_columns(const std::string& text, std::size_t width) {
-  std::string columns(width, text.size() > width ? '*' : ' ');
-  if (text.size() <= width) {
-    columns.replace(width - text.size(), text.size(), text);
-  }
-  return columns;
-}
 
 // Digit by digit, from the right.
 std::string digits_of(std::int64_t value) {
@@ -47,7 +40,7 @@ TEST(NumberSweep, FixedInteger) {
     const std::string digits = digits_of(value);
     for (const int width : {4, 5, 6, 8, 10}) {
       ASSERT_EQ(fixed_integer(value, width),
-                in_columns(digits, static_cast<std::size_t>(width)));
+                plain::in_columns(digits, static_cast<std::size_t>(width)));
       ++cases;
     }
   }
@@ -61,7 +54,7 @@ TEST(NumberSweep, ValueText) {
     std::array<char, ValueText::kCopied> out{};
     const char* end = value_text.write(static_cast<std::int16_t>(value), out.data());
     ASSERT_EQ(end, out.data() + 6);
-    ASSERT_EQ(std::string(out.data(), 6), in_columns(digits_of(value), 6));
+    ASSERT_EQ(std::string(out.data(), 6), plain::in_columns(digits_of(value), 6));
   }
   record_cases(cases, 65'536);
 }
@@ -110,8 +103,8 @@ void expect_plain(float value) {
   for (const Layout& layout : kLayouts) {
     const auto decimals = static_cast<std::size_t>(layout.decimals);
     ASSERT_EQ(fixed_real(value, layout.width, layout.decimals),
-              in_columns(plainly_rounded(value, decimals),
-                         static_cast<std::size_t>(layout.width)))
+              plain::in_columns(plainly_rounded(value, decimals),
+                                static_cast<std::size_t>(layout.width)))
         << value;
   }
 }

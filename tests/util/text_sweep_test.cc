@@ -17,6 +17,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/plain/fields.h"
+#include "support/plain/texts.h"
 #include "support/sweep.h"
 #include "util/free_form.h"
 #include "util/stringclean.h"
@@ -27,46 +29,16 @@ namespace {
 using testing::for_each_text;
 using testing::record_cases;
 
-// Goes through the line once: blanks are passed over until the value has begun, and
-// then end it.
-std::string plain_first_value(const std::string& line) {
-  std::string value;
-  for (const char character : line) {
-    if (character == ',' || character == '/') {
-      return value;
-    }
-    if (character != ' ' && character != '\t') {
-      value += character;
-    } else if (!value.empty()) {
-      return value;
-    }
-  }
-  return value;
-}
-
-bool plainly_true(const std::string& value) {
-  for (const char* beginning : {"T", "t", ".T", ".t"}) {
-    if (value.rfind(beginning, 0) == 0) {
-      return true;
-    }
-  }
-  return false;
-}
-
 TEST(TextSweep, FirstValueAndLogical) {
   std::size_t cases = 0;
   for (std::size_t length = 0; length <= 6; ++length) {
     cases += for_each_text(" \t,/.tT1'", length, [](const std::string& line) {
-      const std::string value = plain_first_value(line);
+      const std::string value = plain::first_value(line);
       ASSERT_EQ(first_value(line), value) << '"' << line << '"';
-      ASSERT_EQ(parse_logical(first_value(line)), plainly_true(value)) << line;
+      ASSERT_EQ(parse_logical(first_value(line)), plain::is_true(value)) << line;
     });
   }
   record_cases(cases, 597'871);
-}
-
-bool all_digits(std::string_view text) {
-  return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 // Cuts a real into sign, digits and exponent by looking for the marks between them, and
@@ -86,7 +58,7 @@ std::optional<float> plain_real(std::string text) {
     if (minus || (!power.empty() && power[0] == '+')) {
       power.erase(0, 1);
     }
-    if (power.empty() || !all_digits(power)) {
+    if (power.empty() || !plain::only_digits(power)) {
       return std::nullopt;
     }
     exponent = minus ? -std::stoi(power) : std::stoi(power);
@@ -96,7 +68,7 @@ std::optional<float> plain_real(std::string text) {
     text.erase(point, 1);
     exponent -= static_cast<int>(text.size() - point);
   }
-  if (text.empty() || !all_digits(text)) {
+  if (text.empty() || !plain::only_digits(text)) {
     return std::nullopt;
   }
   const auto digits = static_cast<long double>(std::stol(text));
@@ -278,22 +250,6 @@ TEST(TextSweep, FreeFormReals) {
   record_cases(cases, 91'070);
 }
 
-// The first n characters: what is no blank, and then the last of them over and over.
-std::string plainly_cleaned(const std::string& text, std::size_t n) {
-  const std::string field = text.substr(0, n);
-  std::string kept;
-  for (const char character : field) {
-    if (character != ' ') {
-      kept += character;
-    }
-  }
-  if (kept.empty() || n < 2) {
-    return text;
-  }
-  kept.resize(field.size(), field.back());
-  return kept + text.substr(n);
-}
-
 // All patterns of blanks in up to twelve characters, and every length of the field from
 // none to all of them; letters that differ, and one letter over and over.
 TEST(TextSweep, StringcleanOfAllBlankPatterns) {
@@ -307,7 +263,7 @@ TEST(TextSweep, StringcleanOfAllBlankPatterns) {
         for (std::size_t n = 0; n <= length; ++n) {
           std::string cleaned = text;
           stringclean(cleaned, static_cast<std::int32_t>(n));
-          ASSERT_EQ(cleaned, plainly_cleaned(text, n)) << '"' << text << "\", " << n;
+          ASSERT_EQ(cleaned, plain::closed_up(text, n)) << '"' << text << "\", " << n;
         }
       });
     }
