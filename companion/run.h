@@ -27,7 +27,7 @@ using Arguments = std::span<const std::string>;
 //   output      takes what was asked for
 //   messages    takes what went wrong, notes and progress
 struct Surroundings {
-  int input;
+  int input = -1;
   std::ostream& output;
   ProgressLine::Screen messages;
 };

@@ -2,11 +2,15 @@
 
 #include <optional>
 
+#include "tersify/grid_shape.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
 namespace veldmark::tersify {
 namespace {
+
+static_assert(GridShape{}.years == 116 && GridShape{}.rows == 360,
+              "the help text names what a whole file holds");
 
 std::optional<Task> task_of(std::string_view option) {
   if (option == "--help") {

@@ -12,7 +12,6 @@ constexpr std::string_view kMissing = " -999";
 constexpr std::string_view kScpdsiMissing = "-9999";
 
 // Rows of a whole grid that lie south of 60 degrees south.
-constexpr std::int32_t kWholeGridRows = 360;
 constexpr std::int32_t kPolarRows = 60;
 
 bool is_field(const char* field, const char* text) {
@@ -21,7 +20,7 @@ bool is_field(const char* field, const char* text) {
 
 // Is it a row of a whole grid that lies south of 60 degrees south?
 bool is_polar(std::int32_t row, std::string_view missing) {
-  return missing == kMissing ? row <= kPolarRows : row > kWholeGridRows - kPolarRows;
+  return missing == kMissing ? row <= kPolarRows : row > kGridRows - kPolarRows;
 }
 
 }  // namespace
@@ -53,7 +52,7 @@ void GridContent::find_values(std::string_view text) {
     word = 0;
     for (std::size_t i = 0; i < fields; ++i) {
       const bool has_value = !is_field(text.data() + i * kFieldWidth, missing_.data());
-      word |= Word{has_value} << i;
+      word |= (has_value ? Word{1} : Word{0}) << i;
     }
     text.remove_prefix(fields * kFieldWidth);
   }
@@ -63,7 +62,7 @@ void GridContent::take_as_first(std::int64_t line) {
   first_month_.push_back(row_);
   const bool has_values =
       std::any_of(row_.begin(), row_.end(), [](Word word) { return word != 0; });
-  if (has_values && wrong_order_.empty() && shape_.rows == kWholeGridRows &&
+  if (has_values && wrong_order_.empty() && shape_.rows == kGridRows &&
       is_polar(static_cast<std::int32_t>(line), missing_)) {
     wrong_order_ = name_of_line(line, shape_) +
                    " has values, and south of 60 degrees south there are none: are the "

@@ -5,7 +5,7 @@
 namespace veldmark::tersify {
 namespace {
 
-constexpr std::array<const char*, 12> kMonthNames{
+constexpr std::array<const char*, kMonthsPerYear> kMonthNames{
     "January", "February", "March",     "April",   "May",      "June",
     "July",    "August",   "September", "October", "November", "December"};
 

@@ -7,24 +7,20 @@
 #include <cstdint>
 #include <string>
 
+#include "grid/grid_layout.h"
+
 namespace veldmark::tersify {
-
-constexpr std::int32_t kGridColumns = 720;
-
-// Characters of one field of a condensed file.
-constexpr std::size_t kFieldWidth = 5;
 
 // The extent of a grid file: for each year, in each of its 12 months, `rows` lines of
 // `columns` fields. Tests take smaller ones.
 struct GridShape {
-  std::int32_t first_year = 1901;
-  std::int32_t years = 116;
-  std::int32_t rows = 360;
+  std::int32_t first_year = kFirstDataYear;
+  std::int32_t years = kLastDataYear - kFirstDataYear + 1;
+  std::int32_t rows = kGridRows;
   std::int32_t columns = kGridColumns;
 
   [[nodiscard]] std::int64_t line_count() const {
-    constexpr std::int32_t kMonths = 12;
-    return std::int64_t{years} * kMonths * rows;
+    return std::int64_t{years} * kMonthsPerYear * rows;
   }
 
   // Characters of a line, without its line end.

@@ -17,7 +17,6 @@
 namespace veldmark::fuzz {
 
 using tersify::GridShape;
-using tersify::kGridColumns;
 
 inline std::vector<std::string> plain_words(std::string_view line) {
   std::vector<std::string> words(1);

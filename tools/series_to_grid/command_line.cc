@@ -14,6 +14,14 @@ namespace {
 
 constexpr std::int32_t kScpdsiMissing = -9999;
 
+static_assert(kFirstDataYear == 1901 && kLastDataYear == 2016,
+              "the help text names the years");
+
+// Returns "1901-2016".
+std::string data_years() {
+  return std::to_string(kFirstDataYear) + "-" + std::to_string(kLastDataYear);
+}
+
 // Reads "FIRST-LAST", two years of four digits.
 // Throws UsageError for another form and for years that a grid file cannot hold.
 YearRange parse_years(const std::string& text) {
@@ -22,8 +30,8 @@ YearRange parse_years(const std::string& text) {
     return shape == 'd' ? '0' <= c && c <= '9' : c == shape;
   };
   if (!std::equal(text.begin(), text.end(), kShape.begin(), kShape.end(), fits)) {
-    throw UsageError("--years: " + in_quotes(text) +
-                     " is not FIRST-LAST, as in 1901-2016");
+    throw UsageError("--years: " + in_quotes(text) + " is not FIRST-LAST, as in " +
+                     data_years());
   }
   YearRange years;
   std::from_chars(text.data(), text.data() + 4, years.first);
@@ -31,8 +39,8 @@ YearRange parse_years(const std::string& text) {
   if (years.first > years.last) {
     throw UsageError("--years: " + text + " ends before it begins");
   }
-  if (years.first < kFirstGridYear || years.last > kLastGridYear) {
-    throw UsageError("--years: " + text + " is not within 1901-2016");
+  if (years.first < kFirstDataYear || years.last > kLastDataYear) {
+    throw UsageError("--years: " + text + " is not within " + data_years());
   }
   return years;
 }

@@ -7,12 +7,10 @@
 namespace veldmark::series_to_grid {
 namespace {
 
-constexpr std::int32_t kMonthsPerYear = 12;
-
 // Returns the index of a month of the grid file among a series' values; month 0 is
 // January 1901.
 std::ptrdiff_t index_in_series(const Series& series, std::int32_t month) {
-  return month - std::ptrdiff_t{series.first_year - kFirstGridYear} * kMonthsPerYear;
+  return month - std::ptrdiff_t{series.first_year - kFirstDataYear} * kMonthsPerYear;
 }
 
 // Returns the value of a cell in month `index` of the series, as the grid file holds
@@ -58,7 +56,7 @@ std::int64_t month_size(const GridForm& form) {
 }
 
 std::int32_t count_grid_months(std::int32_t last_year) {
-  return (last_year - kFirstGridYear + 1) * kMonthsPerYear;
+  return (last_year - kFirstDataYear + 1) * kMonthsPerYear;
 }
 
 void make_grid(const Series& series, const YearRange& years, const GridForm& form,

@@ -17,25 +17,18 @@
 #include <string>
 #include <string_view>
 
+#include "grid/grid_layout.h"
 #include "series_to_grid/series_file.h"
 
 namespace veldmark::series_to_grid {
-
-constexpr std::int32_t kGridRows = 360;
-constexpr std::int32_t kGridColumns = 720;
 
 // Centres of the westernmost column and of the southernmost row, in degrees.
 constexpr double kFirstLongitude = -179.75;
 constexpr double kFirstLatitude = -89.75;
 
-// Years that a grid file can hold; it always begins with the first one, because its
-// lines are addressed by their number.
-constexpr std::int32_t kFirstGridYear = 1901;
-constexpr std::int32_t kLastGridYear = 2016;
-
 // Characters of one field: five without a separator in the condensed layout; a blank
 // and five in the published one, so that no number touches its neighbour.
-constexpr std::int32_t kCondensedField = 5;
+constexpr std::int32_t kCondensedField = kFieldWidth;
 constexpr std::int32_t kPublishedField = 6;
 
 // How a grid file is laid out.
@@ -51,8 +44,8 @@ struct GridForm {
 
 // The years first..last, both included; the values of all others are left out.
 struct YearRange {
-  std::int32_t first = kFirstGridYear;
-  std::int32_t last = kLastGridYear;
+  std::int32_t first = kFirstDataYear;
+  std::int32_t last = kLastDataYear;
 };
 
 // The text of one month: 360 lines, all fields missing until they are set.

@@ -22,7 +22,6 @@ namespace {
 using companion::LineBuffer;
 
 constexpr std::string_view kCoordinateLabels = "lon,lat,";
-constexpr std::int32_t kMonthsPerYear = 12;
 
 // A value has to fit a field of the condensed grid file, and the 16 bits of what is
 // read from there.
