@@ -71,11 +71,11 @@ WRITES = {"write", "writev"}
 LEAST = {
     "veldmark": (1110, 187),
     "veldmark-small": (950, 160),
-    "veldmark-mistyped": (98, 16),
-    "tersify": (268, 59),
-    "tersify-refusal": (128, 32),
-    "tersify-check": (61, 14),
-    "series_to_grid": (214, 40),
+    "veldmark-mistyped": (98, 18),
+    "tersify": (370, 90),
+    "tersify-refusal": (160, 40),
+    "tersify-check": (70, 16),
+    "series_to_grid": (250, 50),
 }
 SHARE_SANITIZED = 0.6
 CANNOT_FAIL = {"exit_group", "rt_sigaction", "geteuid", "futex"}
