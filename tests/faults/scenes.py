@@ -128,21 +128,25 @@ def search(
 
 
 MARK = re.compile(rb"^\$ .*\n", re.MULTILINE)  # of a shell command
+SAVING = rb"\n  Saving Cell data : "  # the heading of a search's table
+CELL_LINE = re.compile(rb"^ {2} *\d+ +-?\d+\.\d{3} +-?\d+\.\d{3} .*\n", re.MULTILINE)
 
 
-def shown_before(calm: Outcome, call: Call) -> bytes:
-    """What stood on the screen when a call was made; requests for memory are no calls."""
-    if call not in calm.calls:
+def said_before(calm: Outcome, call: Call, searches: Sequence[Sequence[str]]) -> bytes:
+    """What the screen shows at the least when a call fails: a cell is in the table before
+    its series goes to the file, and nothing that was said may be lost with the run."""
+    if call not in calm.calls or not call.file.endswith(".TSF"):
         return b""
-    marks = MARK.finditer(calm.screen)
-    size = 0
+    size = call.size if call.name == "write" else 0
     for earlier in calm.calls[: calm.calls.index(call)]:
-        if earlier.name in ("write", "writev") and earlier.file == "standard-output":
-            size += max(0, earlier.result)
-        elif earlier.name == "system":
-            mark = next(marks)
-            size += mark.end() - mark.start()
-    return calm.screen[:size]
+        if earlier.name == "write" and earlier.file == call.file:
+            size += earlier.result
+    _, _, content = calm.files[call.file].partition(b" ")
+    cells = content[:size].count(b"RFMT=")
+    number = next(i for i, names in enumerate(searches) if call.file in names)
+    tables = [found.end() for found in re.finditer(SAVING, calm.screen)]
+    lines = list(CELL_LINE.finditer(calm.screen, tables[number]))
+    return calm.screen[: lines[cells - 1].end()] if cells else b""
 
 
 class Session(Scene):
@@ -168,8 +172,9 @@ class Session(Scene):
         self.outputs = [[grid + ending for ending in endings] for grid, endings in passes]
 
     def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
-        if not outcome.screen.startswith(shown_before(calm, call)):
-            return "what stood on the screen is lost: %r" % outcome.screen[-200:]
+        said = said_before(calm, call, self.outputs)
+        if not fault.what.startswith("signal") and not outcome.screen.startswith(said):
+            return "what was said before is lost: %r" % outcome.screen[-200:]
         found = self.broken_rule(calm, fault, outcome)
         return found or self.unlike_expected(calm, fault, call, outcome)
 
