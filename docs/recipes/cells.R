@@ -27,7 +27,7 @@ source(file.path(folder, "read_tsf.R"))
 # --- The numbers.
 
 tsf <- paste0(stem, ".TSF")
-if (!file.exists(tsf)) fail("cannot read ", tsf, ": no such file")
+if (file.access(tsf, 4) != 0) fail("cannot read ", tsf)
 series <- tryCatch(read_tsf(tsf), error = function(e) fail(conditionMessage(e)))
 if (nrow(series) == 0)
   fail(tsf, " holds no cell: the search was left before its end, or its box has no cell ",
@@ -201,12 +201,13 @@ draw_cells <- function(which, col = NA, border = if (few) "#404040" else NA) {
 
 source_name <- if (data_set == "scPDSI.dat.") "scPDSI 3.25" else "CRU TS 4.01"
 span <- sprintf("%d to %d, %s", first, last, source_name)
+count <- if (nrow(cells) == 1) "1 cell" else paste(nrow(cells), "cells")
 where <- paste(variable$quantity, north(cells$lat[chosen]), east(cells$lon[chosen]),
                sep = ", ")
 
 # The map of the saved cells.
 open_map("map", paste(variable$quantity, "of the saved cells"),
-         sprintf("%s, %d cells", span, nrow(cells)), 110)
+         paste(span, count, sep = ", "), 110)
 low <- min(known, Inf, na.rm = TRUE)
 if (is.infinite(low)) low <- 0
 high <- max(known, low + 0.1, na.rm = TRUE)
@@ -280,8 +281,8 @@ say("prob below 0.05", "%d", sum(prob < 0.05, na.rm = TRUE))
 # f from white at 1 to dark red at 4 and more; cells with prob < 0.05 are ringed. The
 # scale is fixed, so that maps compare, and logarithmic, as f is a ratio.
 open_map("f", paste0(variable$quantity, ": f of the variance test"),
-         sprintf("%d to %d against %d to %d, %d cells", first, period[2] - 1, period[2],
-                 last, nrow(cells)), 180)
+         sprintf("%d to %d against %d to %d, %s", first, period[2] - 1, period[2],
+                 last, count), 180)
 usual <- finite & f >= 1 # an f below 1 comes from rounding only
 draw_cells(!usual & !infinite, border = "#909090")
 draw_cells(usual, colour(from_white, log(f[usual]) / log(4)))

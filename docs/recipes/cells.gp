@@ -16,6 +16,10 @@ if (ARGC != 1 && ARGC != 3) {
   exit status 2
 }
 stem = ARG1
+if (strstrt(stem, "'") > 0) {
+  printerr "gnuplot can't pass on a name with an apostrophe: ".stem
+  exit status 2
+}
 set print "-"
 
 
@@ -25,9 +29,9 @@ folder = ARG0[1:strstrt(ARG0, "cells.gp") - 1]
 command(table, files) = "awk -v table=".table." -f '".folder."cells.awk' ".files
 TSF = "'".stem.".TSF'"
 FTST = "'".stem.".ftst' ".TSF
-is_file(file) = system("test -f ".file." && echo yes") eq "yes"
+is_file(file) = system("test -f ".file." && test -r ".file." && echo yes") eq "yes"
 if (!is_file(TSF)) {
-  printerr "cannot read ".stem.".TSF: no such file"
+  printerr "cannot read ".stem.".TSF"
   exit status 1
 }
 
@@ -95,6 +99,7 @@ write_title(text, subtitle) = sprintf( \
 
 span = sprintf("%d to %d, %s", first, last, \
                quantity[1:7] eq "Drought" ? "scPDSI 3.25" : "CRU TS 4.01")
+count = cells == 1 ? "1 cell" : sprintf("%d cells", cells)
 place = sprintf("%s, %s, %s", quantity, north(lat), east(lon))
 
 
@@ -241,7 +246,7 @@ caption(bottom, text) = sprintf("set label 3 '%s' at screen %f,%f", text, \
 eval open_picture("map", width, height, 110)
 eval colour_bar(110)
 eval caption(110, "mean of the years, ".unit)
-eval write_title(quantity." of the saved cells", sprintf("%s, %d cells", span, cells))
+eval write_title(quantity." of the saved cells", span.", ".count)
 eval plot_map.", $cells using ".cell_at." ".cell_style."fillcolor 'white' ". \
      "fillstyle solid ".border. \
      (MEAN_records > 0 ? ", $cells using ".cell_at.":3 ".cell_style. \
@@ -301,8 +306,8 @@ eval colour_bar(180)
 eval caption(180, "f, the larger variance over the smaller")
 # The cutoff year belongs to the second period, whatever the report's labels say.
 eval write_title(quantity.": f of the variance test", \
-                 sprintf("%d to %d against %d to %d, %d cells", first, cutoff - 1, \
-                         cutoff, last, cells))
+                 sprintf("%d to %d against %d to %d, %s", first, cutoff - 1, \
+                         cutoff, last, count))
 line(number) = (180 - 102.0 - 22 * number) / (height + 250)
 set label 4 "prob below 0.05" at screen 86.0 / (width + 110),line(1) offset 1.2,0 \
   point pointtype 6 pointsize 1.1 linewidth 1.2 linecolor "black"

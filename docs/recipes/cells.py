@@ -196,10 +196,11 @@ def main(stem, lon=None, lat=None):
 
     source = "scPDSI 3.25" if data_set == "scPDSI.dat." else "CRU TS 4.01"
     span = "%d to %d, %s" % (first, last, source)
+    count = "1 cell" if len(means) == 1 else "%d cells" % len(means)
     where = "%s, %s, %s" % (quantity, north(chosen[1]), east(chosen[0]))
     axis = "%s, %s" % (quantity, unit)
     draw_map(stem + ".map.svg", (quantity + " of the saved cells",
-                                 "%s, %d cells" % (span, len(means))), unit, means)
+                                 "%s, %s" % (span, count)), unit, means)
     draw_years(stem + ".years.svg", (where, "annual means, " + span), axis, years)
     draw_cycle(stem + ".cycle.svg",
                (where, "mean, lowest and highest of each month, " + span), axis, years)
@@ -218,8 +219,8 @@ def main(stem, lon=None, lat=None):
     print("prob below 0.05   ", sum(prob < 0.05 for f, prob in report.values()))
     # The cutoff year belongs to the second period, whatever the labels say.
     draw_report(stem + ".f.svg", (quantity + ": f of the variance test",
-                                  "%d to %d against %d to %d, %d cells"
-                                  % (first, cutoff - 1, cutoff, last, len(means))),
+                                  "%d to %d against %d to %d, %s"
+                                  % (first, cutoff - 1, cutoff, last, count)),
                 means, report)
 
 

@@ -146,8 +146,6 @@ with gzip.open(TOP / "docs" / "recipes" / "land_mask.txt.gz", "rt") as _file:
     LAND_ROWS = _file.read().split()
 
 
-# --- Pictures: frame, marks and texts.
-
 def colour(scale, share):
     place = min(max(float(share), 0), 1) * 4
     i = min(int(place), 3)
@@ -167,17 +165,16 @@ def degrees(value, positive, negative):
 
 
 def pictures(extract, chosen):
-    """{kind: Picture}"""
     quantity, unit, _ = VARIABLES[extract.variable]
     source = "scPDSI 3.25" if extract.variable == "scPDSI" else "CRU TS 4.01"
     span = "%d to %d, %s" % (extract.first, extract.last, source)
     where = "%s, %s, %s" % (quantity, degrees(chosen[1], "N", "S"),
                             degrees(chosen[0], "E", "W"))
     axis = "%s, %s" % (quantity, unit)
-    count = len(extract.series)
+    count = "1 cell" if len(extract.series) == 1 else "%d cells" % len(extract.series)
     result = {
         "map": Picture(MapFrame(extract.series), 110, map_marks(extract),
-                       [quantity + " of the saved cells", "%s, %d cells" % (span, count),
+                       [quantity + " of the saved cells", "%s, %s" % (span, count),
                         "mean of the years, " + unit]),
         "years": Picture(years_frame(extract, chosen), 60, years_marks(extract, chosen),
                          [where, "annual means, " + span, axis, "year"]),
@@ -186,7 +183,7 @@ def pictures(extract, chosen):
                           "month", *"JFMAMJJASOND"]),
     }
     if extract.cutoff:
-        periods = "%d to %d against %d to %d, %d cells" % (
+        periods = "%d to %d against %d to %d, %s" % (
             extract.first, extract.cutoff - 1, extract.cutoff, extract.last, count)
         result["f"] = Picture(MapFrame(extract.series), 180, f_marks(extract),
                               [quantity + ": f of the variance test", periods, "1",
@@ -246,8 +243,7 @@ def cycle_marks(extract, chosen):
     """The means, then the two ends of each month's bar."""
     frame = cycle_frame(extract, chosen)
     columns = [(month, known(values)) for month, values in
-               enumerate(zip(*years_of(extract, chosen).values()), 1)]
-    columns = [(month, values) for month, values in columns if values]
+               enumerate(zip(*years_of(extract, chosen).values()), 1) if known(values)]
     return ([("month", *frame.place(month, mean(values)), BLUE)
              for month, values in columns] +
             [("range", *frame.place(month, end(values)), BAR)

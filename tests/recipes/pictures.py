@@ -14,7 +14,6 @@ SVG = "{http://www.w3.org/2000/svg}"
 def near(one, other, tolerance):
     return all(abs(a - b) <= tolerance for a, b in zip(one, other))
 
-
 # --- Texts: (text, x, y) of each; x is where the text is anchored.
 
 def label_value(text):
@@ -155,7 +154,7 @@ def check_svg_land(root, frame):
     runs = [tuple(map(float, run)) for run in
             re.findall(r"M([\d.]+) ([\d.]+)H([\d.]+)V([\d.]+)H[\d.]+z", path)]
     complaints = []
-    for lon, lat in list(middles(frame))[::301]:
+    for lon, lat in middles(frame, 300):
         x, y = frame.place(lon, lat)
         drawn = any(left < x < right and high < y < low for left, low, right, high in runs)
         if drawn != land(lon, lat):
@@ -163,16 +162,15 @@ def check_svg_land(root, frame):
     return complaints
 
 
-def middles(frame):
-    """Cells of the frame whose neighbours are all land or all sea, as they are."""
+def middles(frame, most):
+    """The middles of some cells whose neighbours are all land or all sea, as they are."""
     lon_range = range(int(frame.x_range[0] * 2) + 3, int(frame.x_range[1] * 2) - 3)
     lat_range = range(int(frame.y_range[0] * 2) + 3, int(frame.y_range[1] * 2) - 3)
-    for i in lat_range:
-        for j in lon_range:
-            lon, lat = j / 2 + 0.25, i / 2 + 0.25
-            around = {land(lon + x, lat + y) for x in (-0.5, 0, 0.5) for y in (-0.5, 0, 0.5)}
-            if len(around) == 1:
-                yield lon, lat
+    cells = [(j / 2 + 0.25, i / 2 + 0.25) for i in lat_range for j in lon_range]
+    for lon, lat in cells[::len(cells) // most + 1]:
+        around = {land(lon + x, lat + y) for x in (-0.5, 0, 0.5) for y in (-0.5, 0, 0.5)}
+        if len(around) == 1:
+            yield lon, lat
 
 
 # --- PNG: the colours at the places of the marks.
@@ -235,8 +233,7 @@ def check_png_land(png, expected):
     """Some hundred cells of land and sea, away from marks and from the graticule."""
     frame, complaints = expected.frame, []
     looked_at = 0
-    places = list(middles(frame))
-    for lon, lat in places[::len(places) // 500 + 1]:
+    for lon, lat in middles(frame, 1000):
         x, y = frame.place(lon, lat)
         beside = min(max(abs(mark[1] - x), abs(mark[2] - y)) for mark in expected.marks)
         if beside < 40 or abs((lon + 2.5) % 5 - 2.5) < 0.7 or \
