@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "companion/digits.h"
 #include "tersify/character_masks.h"
 #include "util/in_quotes.h"
 
@@ -80,8 +81,6 @@ class UsualNumbers {
 
 bool is_separator(char c) { return c == ' ' || c == '\t'; }
 
-bool is_digit(char c) { return '0' <= c && c <= '9'; }
-
 // Takes the next number, or what stands in its place, off the front of `line`; empty at
 // the end.
 std::string_view take_word(std::string_view& line) {
@@ -97,7 +96,7 @@ std::string shortest_text(std::string_view word) {
   if (negative || word.starts_with('+')) {
     word.remove_prefix(1);
   }
-  if (word.empty() || !std::all_of(word.begin(), word.end(), is_digit)) {
+  if (!companion::is_number(word)) {
     return "";
   }
   word.remove_prefix(std::min(word.find_first_not_of('0'), word.size() - 1));

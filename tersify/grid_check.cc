@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "companion/digits.h"
 #include "tersify/character_masks.h"
 #include "util/in_quotes.h"
 
@@ -40,8 +41,7 @@ bool is_good_field(std::string_view field) {
   if (field.starts_with('+') || field.starts_with('-')) {
     field.remove_prefix(1);
   }
-  return !field.empty() && std::all_of(field.begin(), field.end(),
-                                       [](char c) { return '0' <= c && c <= '9'; });
+  return companion::is_number(field);
 }
 
 std::optional<std::string> fault_of_line(const LineBuffer::Line& line,

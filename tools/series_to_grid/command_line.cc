@@ -1,11 +1,10 @@
 #include "series_to_grid/command_line.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <optional>
 #include <vector>
 
+#include "companion/digits.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -25,11 +24,7 @@ std::string data_years() {
 // Reads "FIRST-LAST", two years of four digits.
 // Throws UsageError for another form and for years that a grid file cannot hold.
 YearRange parse_years(const std::string& text) {
-  constexpr std::string_view kShape = "dddd-dddd";
-  const auto fits = [](char c, char shape) {
-    return shape == 'd' ? '0' <= c && c <= '9' : c == shape;
-  };
-  if (!std::equal(text.begin(), text.end(), kShape.begin(), kShape.end(), fits)) {
+  if (!companion::has_shape(text, "dddd-dddd")) {
     throw UsageError("--years: " + in_quotes(text) + " is not FIRST-LAST, as in " +
                      data_years());
   }

@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "companion/digits.h"
 #include "series_to_grid/grid_writer.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
@@ -26,8 +27,6 @@ constexpr std::string_view kCoordinateLabels = "lon,lat,";
 // A value has to fit a field of the condensed grid file, and the 16 bits of what is
 // read from there.
 constexpr std::size_t kLongestValue = 5;
-
-bool is_digit(char c) { return '0' <= c && c <= '9'; }
 
 // Cuts the text up to the next comma (or the end) off the front of `rest`.
 std::string_view take_field(std::string_view& rest) {
@@ -82,11 +81,7 @@ class SeriesLines {
 // Returns a month as a count of months since January of the year 0, so that neighbours
 // differ by one; nullopt when the text is not YYYY-MM.
 std::optional<std::int32_t> parse_month(std::string_view text) {
-  constexpr std::string_view kShape = "dddd-dd";
-  const auto fits = [](char c, char shape) {
-    return shape == 'd' ? is_digit(c) : c == shape;
-  };
-  if (!std::equal(text.begin(), text.end(), kShape.begin(), kShape.end(), fits)) {
+  if (!companion::has_shape(text, "dddd-dd")) {
     return std::nullopt;
   }
   std::int32_t year = 0;
@@ -169,7 +164,7 @@ std::optional<std::int32_t> find_band(std::string_view text, double first_centre
 std::int32_t parse_value(const SeriesLines& lines, std::string_view text,
                          std::int32_t month) {
   const std::string_view digits = text.substr(text.substr(0, 1) == "-" ? 1 : 0);
-  if (digits.empty() || !std::all_of(digits.begin(), digits.end(), is_digit)) {
+  if (!companion::is_number(digits)) {
     lines.fail(month_label(month) + ": " + in_quotes(text, kShownOfField) +
                " is not an integer");
   }

@@ -1,0 +1,26 @@
+// Digits in text, the same ones in every locale.
+
+#ifndef VELDMARK_COMPANION_DIGITS_H_
+#define VELDMARK_COMPANION_DIGITS_H_
+
+#include <algorithm>
+#include <string_view>
+
+namespace veldmark::companion {
+
+inline bool is_digit(char c) { return '0' <= c && c <= '9'; }
+
+// Is the text nothing but digits, one at least?
+inline bool is_number(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), is_digit);
+}
+
+// Has the text a digit wherever `shape` has a 'd', and otherwise the same characters?
+inline bool has_shape(std::string_view text, std::string_view shape) {
+  return std::equal(text.begin(), text.end(), shape.begin(), shape.end(),
+                    [](char c, char s) { return s == 'd' ? is_digit(c) : c == s; });
+}
+
+}  // namespace veldmark::companion
+
+#endif  // VELDMARK_COMPANION_DIGITS_H_
