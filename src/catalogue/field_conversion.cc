@@ -84,7 +84,7 @@ constexpr PairTable kSecondPair = pair_table(10, false);
 
 }  // namespace
 
-bool convert_usual_field(const char* field, std::int16_t& value) {
+bool convert_field_by_tables(const char* field, std::int16_t& value) {
   const auto c0 = static_cast<unsigned char>(field[0]);
   const auto c1 = static_cast<unsigned char>(field[1]);
   const auto c2 = static_cast<unsigned char>(field[2]);
@@ -108,7 +108,7 @@ bool convert_usual_field(const char* field, std::int16_t& value) {
 
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values) {
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth), ++values) {
-    if (convert_usual_field(fields.data(), *values)) {
+    if (convert_field_by_tables(fields.data(), *values)) {
       continue;
     }
     const std::optional<std::int32_t> value =
@@ -125,7 +125,7 @@ bool convert_fields(std::string_view fields, std::int16_t* values) {
   static const bool vectors = has_avx2();
   while (!fields.empty()) {
     if (vectors) {
-      const std::size_t converted = convert_usual_fields(fields, values);
+      const std::size_t converted = convert_fields_by_sixes(fields, values);
       fields.remove_prefix(converted * kFieldWidth);
       values += converted;
     }

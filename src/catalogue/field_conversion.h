@@ -27,7 +27,7 @@ bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
 // Converts a field written as usual (blanks, an optional minus, digits up to the right
 // edge) to its value modulo 2^16. Returns false and leaves `value` alone for any other
 // field, which needs parse_integer.
-bool convert_usual_field(const char* field, std::int16_t& value);
+bool convert_field_by_tables(const char* field, std::int16_t& value);
 
 // Returns whether all of the fields are integers, quickly where they hold the missing
 // code. `missing` is at least as long as `fields` and holds that code in every field.

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "catalogue/field_conversion.h"
+#include "grid/grid_layout.h"
 
 #if defined(__x86_64__) && defined(__GNUC__)
 
@@ -38,8 +38,49 @@ bool are_usual(std::uint32_t blanks, std::uint32_t minuses, std::uint32_t digits
   return known && end_in_digit && in_order;
 }
 
-// Converts six usual fields; false, and nothing done, when one of them is anything
-// else. Looks at one character more than the fields have.
+// Returns the values of six fields, 32 bits each, three to a half.
+//
+//   digits   each character's digit, 0 for the others
+//   minus    all bits of a character that is a minus
+VELDMARK_AVX2 inline __m256i signed_values(__m256i digits, __m256i minus) {
+  // The last four characters of each field side by side, in 32 bits, and the first
+  // character alone.
+  const __m256i last_four = in_both_halves(_mm_setr_epi8(
+      1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14, kZero, kZero, kZero, kZero));
+  const __m256i first_one =
+      in_both_halves(_mm_setr_epi8(0, kZero, kZero, kZero, 5, kZero, kZero, kZero, 10,
+                                   kZero, kZero, kZero, kZero, kZero, kZero, kZero));
+
+  const __m256i tens = _mm256_set1_epi16(10 | 1 << 8);
+  const __m256i hundreds = _mm256_set1_epi32(100 | 1 << 16);
+  const __m256i pairs =
+      _mm256_maddubs_epi16(_mm256_shuffle_epi8(digits, last_four), tens);
+  const __m256i below_ten_thousand = _mm256_madd_epi16(pairs, hundreds);
+  const __m256i ten_thousands = _mm256_madd_epi16(
+      _mm256_shuffle_epi8(digits, first_one), _mm256_set1_epi32(10000));
+  const __m256i magnitude = _mm256_add_epi32(below_ten_thousand, ten_thousands);
+
+  const __m256i minus_anywhere = _mm256_or_si256(_mm256_shuffle_epi8(minus, last_four),
+                                                 _mm256_shuffle_epi8(minus, first_one));
+  const __m256i positive = _mm256_cmpeq_epi32(minus_anywhere, _mm256_setzero_si256());
+  const __m256i negative = _mm256_xor_si256(positive, _mm256_set1_epi32(-1));
+  return _mm256_sub_epi32(_mm256_xor_si256(magnitude, negative), negative);
+}
+
+// Stores the low 16 bits of the three values of each half.
+VELDMARK_AVX2 inline void store_six(__m256i value, std::int16_t* values) {
+  const __m256i low_halves =
+      in_both_halves(_mm_setr_epi8(0, 1, 4, 5, 8, 9, kZero, kZero, kZero, kZero, kZero,
+                                   kZero, kZero, kZero, kZero, kZero));
+  const __m256i packed = _mm256_shuffle_epi8(value, low_halves);
+  const std::int64_t first_three = _mm256_extract_epi64(packed, 0);
+  const std::int64_t last_three = _mm256_extract_epi64(packed, 2);
+  std::memcpy(values, &first_three, kThreeValues);
+  std::memcpy(values + 3, &last_three, kThreeValues);
+}
+
+// Converts six usual fields. Returns false and stores nothing when one of them is
+// anything else. Looks at one character more than the fields have.
 VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* values) {
   const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields));
   const __m128i high =
@@ -56,41 +97,8 @@ VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* v
                  static_cast<std::uint32_t>(_mm256_movemask_epi8(is_digit)))) {
     return false;
   }
-
-  // The last four characters of each field side by side, in 32 bits, and the first
-  // character alone.
-  const __m256i last_four = in_both_halves(_mm_setr_epi8(
-      1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14, kZero, kZero, kZero, kZero));
-  const __m256i first_one =
-      in_both_halves(_mm_setr_epi8(0, kZero, kZero, kZero, 5, kZero, kZero, kZero, 10,
-                                   kZero, kZero, kZero, kZero, kZero, kZero, kZero));
-
   const __m256i digits = _mm256_and_si256(digit, is_digit);
-  const __m256i tens = _mm256_set1_epi16(10 | 1 << 8);
-  const __m256i hundreds = _mm256_set1_epi32(100 | 1 << 16);
-  const __m256i pairs =
-      _mm256_maddubs_epi16(_mm256_shuffle_epi8(digits, last_four), tens);
-  const __m256i below_ten_thousand = _mm256_madd_epi16(pairs, hundreds);
-  const __m256i ten_thousands = _mm256_madd_epi16(
-      _mm256_shuffle_epi8(digits, first_one), _mm256_set1_epi32(10000));
-  const __m256i magnitude = _mm256_add_epi32(below_ten_thousand, ten_thousands);
-
-  const __m256i minus_anywhere = _mm256_or_si256(_mm256_shuffle_epi8(minus, last_four),
-                                                 _mm256_shuffle_epi8(minus, first_one));
-  const __m256i positive = _mm256_cmpeq_epi32(minus_anywhere, _mm256_setzero_si256());
-  const __m256i negative = _mm256_xor_si256(positive, _mm256_set1_epi32(-1));
-  const __m256i value =
-      _mm256_sub_epi32(_mm256_xor_si256(magnitude, negative), negative);
-
-  // The low 16 bits of the three values of each half.
-  const __m256i low_halves =
-      in_both_halves(_mm_setr_epi8(0, 1, 4, 5, 8, 9, kZero, kZero, kZero, kZero, kZero,
-                                   kZero, kZero, kZero, kZero, kZero));
-  const __m256i packed = _mm256_shuffle_epi8(value, low_halves);
-  const std::int64_t first_three = _mm256_extract_epi64(packed, 0);
-  const std::int64_t last_three = _mm256_extract_epi64(packed, 2);
-  std::memcpy(values, &first_three, kThreeValues);
-  std::memcpy(values + 3, &last_three, kThreeValues);
+  store_six(signed_values(digits, minus), values);
   return true;
 }
 
@@ -98,8 +106,8 @@ VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* v
 
 bool has_avx2() { return static_cast<bool>(__builtin_cpu_supports("avx2")); }
 
-VELDMARK_AVX2 std::size_t convert_usual_fields(std::string_view fields,
-                                               std::int16_t* values) {
+VELDMARK_AVX2 std::size_t convert_fields_by_sixes(std::string_view fields,
+                                                  std::int16_t* values) {
   const std::size_t count = fields.size() / kFieldWidth;
   std::size_t converted = 0;
   while (count - converted >= kFieldsAtATime) {
@@ -127,8 +135,8 @@ namespace veldmark {
 
 bool has_avx2() { return false; }
 
-std::size_t convert_usual_fields(std::string_view /*fields*/,
-                                 std::int16_t* /*values*/) {
+std::size_t convert_fields_by_sixes(std::string_view /*fields*/,
+                                    std::int16_t* /*values*/) {
   return 0;
 }
 

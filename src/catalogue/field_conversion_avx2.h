@@ -9,7 +9,7 @@
 
 namespace veldmark {
 
-// Returns whether this processor has what `convert_usual_fields` needs.
+// Returns whether this processor has what `convert_fields_by_sixes` needs.
 bool has_avx2();
 
 // How many fields are converted at a time.
@@ -24,7 +24,7 @@ constexpr std::size_t kFieldsAtATime = 6;
 //
 // Returns how many fields were converted; fewer than six fields are never converted.
 // Requires has_avx2().
-std::size_t convert_usual_fields(std::string_view fields, std::int16_t* values);
+std::size_t convert_fields_by_sixes(std::string_view fields, std::int16_t* values);
 
 }  // namespace veldmark
 

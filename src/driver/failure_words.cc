@@ -1,16 +1,14 @@
 #include "driver/failure_words.h"
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "catalogue/variable_catalogue.h"
 #include "util/text_field.h"
 
 namespace veldmark {
 namespace {
-
-constexpr std::size_t kFileNameWidth = 65;
 
 // Kept on purpose: letter-in-a-wanted-field. The words blame what the user entered,
 // although the file is at fault.
@@ -48,8 +46,9 @@ RunEnd end_by(ConsoleDialogue& console, const ReadFault& fault, bool CrossesDate
                                        : " Error Reading Grid Values: R1");
     console.write_lines(kAfterBadField);
   } else {
-    console.write_line(" End Of File Reached Prematurely :" +
-                       text_field(fault.name(), kFileNameWidth));
+    console.write_line(
+        " End Of File Reached Prematurely :" +
+        text_field(fault.name(), decltype(VariableEntry::DataFileName)::width));
     console.write_lines(kAfterEndOfFile);
   }
   return RunEnd::quiet();

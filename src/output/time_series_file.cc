@@ -3,24 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "grid/grid_layout.h"
 #include "util/fixed_field.h"
 
 namespace veldmark {
-namespace {
-
-// A year line: the year, twelve values, the line end.
-constexpr std::size_t kYearTextSize = 5;
-constexpr std::size_t kYearLineSize =
-    kYearTextSize + kMonthsPerYear * ValueText::kWidth + 1;
-
-// All years of a cell fit into what a file reserves at once.
-static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
-                  ValueText::kCopied <=
-              OutputFile::kMostReserved);
-
-}  // namespace
-
 TimeSeriesFile::TimeSeriesFile(OutputFile& file, const VariableEntry& entry,
                                const YearSpan& years)
     : file_(file) {

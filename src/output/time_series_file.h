@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "catalogue/variable_catalogue.h"
+#include "grid/grid_layout.h"
 #include "output/output_file.h"
 #include "output/save_cells.h"
 #include "output/value_text.h"
@@ -30,7 +31,17 @@ class TimeSeriesFile : public CellSink {
 
  private:
   // A blank and the year in four columns.
-  using YearText = std::array<char, 5>;
+  static constexpr std::size_t kYearTextSize = 5;
+  using YearText = std::array<char, kYearTextSize>;
+
+  // A year line: the year, twelve values, the line end.
+  static constexpr std::size_t kYearLineSize =
+      kYearTextSize + kMonthsPerYear * ValueText::kWidth + 1;
+
+  // All years of a cell fit into what a file reserves at once.
+  static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
+                    ValueText::kCopied <=
+                OutputFile::kMostReserved);
 
   void write_years(std::span<const std::int16_t> series);
 

@@ -115,7 +115,7 @@ TEST(ConvertUsualField, TakesUsualFieldsAndNoOthers) {
       rest /= alphabet.size();
     }
     std::int16_t value = 7;
-    ASSERT_EQ(convert_usual_field(field.data(), value), is_usual(field))
+    ASSERT_EQ(convert_field_by_tables(field.data(), value), is_usual(field))
         << '"' << field << '"';
     ASSERT_EQ(value, is_usual(field) ? plainly_converted(field) : 7) << field;
   }
@@ -127,7 +127,7 @@ TEST(ConvertUsualField, TakesAllDigitsAtAllPlaces) {
       std::string field = "11111";
       field[place] = static_cast<char>(byte);
       std::int16_t value = 7;
-      ASSERT_EQ(convert_usual_field(field.data(), value), is_usual(field))
+      ASSERT_EQ(convert_field_by_tables(field.data(), value), is_usual(field))
           << place << ' ' << byte;
     }
   }
@@ -188,7 +188,7 @@ TEST(ConvertUsualFields, TakesUsualFieldsWhateverTheirPlace) {
         expected.push_back(plainly_converted(field).value());
       }
       std::vector<std::int16_t> values(count);
-      const std::size_t converted = convert_usual_fields(fields, values.data());
+      const std::size_t converted = convert_fields_by_sixes(fields, values.data());
       ASSERT_EQ(converted, count < kFieldsAtATime ? 0 : count);
       if (converted > 0) {
         ASSERT_EQ(values, expected);
@@ -208,7 +208,7 @@ TEST(ConvertUsualFields, StopsBeforeSixWithAnUnusualOne) {
       std::string fields = six + six;
       fields.replace((6 + place) * 5, 5, unusual);
       std::array<std::int16_t, 12> values{};
-      EXPECT_EQ(convert_usual_fields(fields, values.data()), 6U) << place << unusual;
+      EXPECT_EQ(convert_fields_by_sixes(fields, values.data()), 6U) << place << unusual;
       EXPECT_EQ(values[5], 6);
       EXPECT_EQ(values[6], 0) << "converted although it is unusual";
     }
@@ -226,7 +226,7 @@ TEST(ConvertUsualFields, KnowsDigitsFromAllOtherBytes) {
       const bool usual = ('0' <= byte && byte <= '9') ||
                          (place % 5 == 0 && (byte == ' ' || byte == '-'));
       std::array<std::int16_t, 6> values{};
-      ASSERT_EQ(convert_usual_fields(fields, values.data()), usual ? 6U : 0U)
+      ASSERT_EQ(convert_fields_by_sixes(fields, values.data()), usual ? 6U : 0U)
           << place << ' ' << byte;
     }
   }

@@ -68,7 +68,7 @@ void check_vectors(std::string_view fields) {
   if (!has_avx2()) return;
   const std::size_t count = fields.size() / kFieldWidth;
   std::vector<std::int16_t> values(count);
-  const std::size_t done = convert_usual_fields(fields, values.data());
+  const std::size_t done = convert_fields_by_sixes(fields, values.data());
   require(done <= count, "no more fields than there are", fields);
   values.resize(done);
   reached("fields converted by vectors", done);

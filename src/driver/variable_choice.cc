@@ -1,0 +1,64 @@
+#include "driver/variable_choice.h"
+
+#include <cstddef>
+#include <string>
+
+#include "catalogue/catalogue_screens.h"
+#include "catalogue/variable_catalogue.h"
+
+namespace veldmark {
+namespace {
+
+constexpr std::size_t kMenuAnswerWidth = 2;
+
+// S4: the citation of the chosen data set, and its missing code. `chosen` is nullptr
+// for an answer that names none.
+// Kept on purpose: menu-minus-3-at-first. A negative answer, which chooses nothing,
+// counts as CRU TS here.
+void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
+                   RunState& state) {
+  if (chosen != nullptr) {
+    show_citation(console, chosen->citation);
+    state.MissingCode = chosen->MissingCode;
+  } else if (state.MenuChoice < 0) {
+    show_citation(console, kCruTsCitation);
+    state.MissingCode = kCruTsMissingCode;
+  }
+}
+
+[[noreturn]] void end_by_menu(ConsoleDialogue& console) {
+  console.write_lines({" ", "Program Terminating"});
+  throw RunEnd::quiet();
+}
+
+// Makes `chosen` the run's data set, whether its file is there or not.
+void set_up(const VariableEntry& chosen, RunState& state) {
+  state.entry = chosen;
+  state.SampleScale = chosen.SampleScale.value_or(state.SampleScale);
+  state.FileExists = data_file_exists(chosen);
+}
+
+}  // namespace
+
+std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& state) {
+  for (;;) {
+    show_menu(console);
+    state.MenuChoice = console.read_fixed_integer(kMenuAnswerWidth);
+    const VariableEntry* const chosen = find_variable(state.MenuChoice);
+    cite_data_set(console, chosen, state);
+    state.LastDataYear = kLastDataYear;
+    if (state.MenuChoice == 0) {
+      end_by_menu(console);
+    }
+    if (chosen == nullptr) {
+      return std::nullopt;
+    }
+    set_up(*chosen, state);
+    if (state.FileExists) {
+      return GridFile(std::string(state.entry.DataFileName.trimmed()));
+    }
+    report_missing_file(console, state.entry);
+  }
+}
+
+}  // namespace veldmark
