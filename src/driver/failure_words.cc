@@ -48,7 +48,7 @@ RunEnd end_by(ConsoleDialogue& console, const ReadFault& fault, bool CrossesDate
   } else {
     console.write_line(
         " End Of File Reached Prematurely :" +
-        text_field(fault.name(), decltype(VariableEntry::DataFileName)::width));
+        text_field(fault.name(), decltype(VariableEntry::DataFileName)::kWidth));
     console.write_lines(kAfterEndOfFile);
   }
   return RunEnd::quiet();

@@ -1,15 +1,22 @@
 #include "output/cell_list_file.h"
 
 namespace veldmark {
+namespace {
+
+// What follows the coordinates on a line.
+std::string rest_of_line(const VariableEntry& entry, bool CrossesDateLine) {
+  std::string rest = "    ";
+  rest += entry.OutputPrefix.view();
+  rest += CrossesDateLine ? "" : "   ";
+  rest += entry.TitleText.view();
+  return rest + "\n";
+}
+
+}  // namespace
 
 CellListFile::CellListFile(OutputFile& file, const OutputName& TsfName,
                            const VariableEntry& entry, bool CrossesDateLine)
-    : file_(file) {
-  rest_of_line_ = "    ";
-  rest_of_line_ += entry.OutputPrefix.view();
-  rest_of_line_ += CrossesDateLine ? "" : "   ";
-  rest_of_line_ += entry.TitleText.view();
-  rest_of_line_ += '\n';
+    : file_(file), rest_of_line_(rest_of_line(entry, CrossesDateLine)) {
   file_.write(" #   Lon.     Lat.      " + std::string(TsfName.view()) + "\n");
 }
 

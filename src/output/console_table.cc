@@ -3,18 +3,26 @@
 #include "util/fixed_field.h"
 
 namespace veldmark {
+namespace {
+
+// What follows the coordinates on a line.
+std::string rest_of_line(const VariableEntry& entry) {
+  std::string rest = "   ";
+  rest += entry.OutputPrefix.view();
+  rest += "   ";
+  rest += entry.TitleText.view();
+  return rest;
+}
+
+}  // namespace
 
 ConsoleTable::ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
                            const YearSpan& years)
-    : console_(console) {
-  rest_of_line_ = "   ";
-  rest_of_line_ += entry.OutputPrefix.view();
-  rest_of_line_ += "   ";
-  rest_of_line_ += entry.TitleText.view();
-  console_.blank_line();
-  console_.write_line("  Saving Cell data : " + fixed_integer(years.FYOD, 4) + " - " +
-                      fixed_integer(years.LYOD, 4));
-  console_.write_line("     #    longitude latitude   dattype       title");
+    : console_(console), rest_of_line_(rest_of_line(entry)) {
+  console_.write_lines({"",
+                        "  Saving Cell data : " + fixed_integer(years.FYOD, 4) + " - " +
+                            fixed_integer(years.LYOD, 4),
+                        "     #    longitude latitude   dattype       title"});
 }
 
 // The coordinates stand in ten columns here, in nine in the files.

@@ -6,14 +6,22 @@
 #include "util/fixed_field.h"
 
 namespace veldmark {
+namespace {
+
+// What follows the coordinates in a cell's heading.
+std::string rest_of_heading(const VariableEntry& entry) {
+  std::string rest = "    ";
+  rest += entry.OutputPrefix.view();
+  rest += entry.TitleText.view();
+  rest += entry.RFMT.view();
+  return rest + "\n";
+}
+
+}  // namespace
+
 TimeSeriesFile::TimeSeriesFile(OutputFile& file, const VariableEntry& entry,
                                const YearSpan& years)
-    : file_(file) {
-  rest_of_heading_ = "    ";
-  rest_of_heading_ += entry.OutputPrefix.view();
-  rest_of_heading_ += entry.TitleText.view();
-  rest_of_heading_ += entry.RFMT.view();
-  rest_of_heading_ += '\n';
+    : file_(file), rest_of_heading_(rest_of_heading(entry)) {
   for (std::int32_t year = years.FYOD; year <= years.LYOD; ++year) {
     const std::string text = " " + fixed_integer(year, 4);
     YearText& year_text = year_texts_.emplace_back();

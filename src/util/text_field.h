@@ -18,10 +18,10 @@ std::string text_field(std::string_view text, std::size_t width);
 std::string_view without_trailing_blanks(std::string_view field);
 
 // A field of `kWidth` characters; a fresh one is blank.
-template <std::size_t kWidth>
+template <std::size_t kCharacters>
 class TextField {
  public:
-  static constexpr std::size_t width = kWidth;
+  static constexpr std::size_t kWidth = kCharacters;
 
   constexpr TextField() { characters_.fill(' '); }
 
