@@ -49,14 +49,21 @@ void expect_plain(std::string_view text, const BlockRequest& request) {
   ASSERT_EQ(by(read_block), expected) << text.size() << " bytes";
 }
 
-BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, std::int32_t FirstRow,
-                        std::int32_t LastRow, std::int32_t FirstCol,
-                        std::int32_t LastCol) {
-  return {.years = {.FYOD = FYOD, .LYOD = LYOD},
-          .ranges = {.FirstRow = FirstRow,
-                     .LastRow = LastRow,
-                     .FirstCol = FirstCol,
-                     .LastCol = LastCol},
+// The first and the last of each.
+struct Search {
+  YearSpan years;
+  struct {
+    std::int32_t first;
+    std::int32_t last;
+  } rows, columns;
+};
+
+BlockRequest request_of(const Search& search) {
+  return {.years = search.years,
+          .ranges = {.FirstRow = search.rows.first,
+                     .LastRow = search.rows.last,
+                     .FirstCol = search.columns.first,
+                     .LastCol = search.columns.last},
           .MissingCode = kMissing};
 }
 
@@ -92,7 +99,8 @@ std::string small_file(const BlockRequest& request, const std::string& wanted,
 
 TEST(BlockSweep, SmallFileCutAtEveryByte) {
   const TemporaryFolder folder;
-  const BlockRequest request = request_of(1901, 1901, 300, 301, 2, 4);
+  const BlockRequest request =
+      request_of({.years = {1901, 1901}, .rows = {300, 301}, .columns = {2, 4}});
   record_cases(expect_plain_wherever_cut(
                    small_file(request, "  -12    1 -999   3", "\n"), 0, request),
                4'777);
@@ -100,7 +108,8 @@ TEST(BlockSweep, SmallFileCutAtEveryByte) {
 
 TEST(BlockSweep, SmallFileWithCarriageReturnsCutAtEveryByteOfItsLastMonths) {
   const TemporaryFolder folder;
-  const BlockRequest request = request_of(1901, 1901, 359, 360, 1, 2);
+  const BlockRequest request =
+      request_of({.years = {1901, 1901}, .rows = {359, 360}, .columns = {1, 2}});
   const std::string text = small_file(request, "  -12    1", "\r\n");
   record_cases(expect_plain_wherever_cut(text, text.size() - 3000, request), 3'001);
 }
@@ -108,7 +117,8 @@ TEST(BlockSweep, SmallFileWithCarriageReturnsCutAtEveryByteOfItsLastMonths) {
 // Only a last line of 3600 characters can do without its line end.
 TEST(BlockSweep, FullLastLineCutAtEveryByte) {
   const TemporaryFolder folder;
-  const BlockRequest request = request_of(1901, 1901, 360, 360, 1, 2);
+  const BlockRequest request =
+      request_of({.years = {1901, 1901}, .rows = {360, 360}, .columns = {1, 2}});
   std::string text = small_file(request, "  -12    1", "\n");
   text.pop_back();
   const std::string longest = text + std::string(3590, ' ') + "\r\n";
@@ -216,8 +226,9 @@ TEST(BlockSweep, RandomIrregularFiles) {
     const std::int32_t row = 1 + below(360);
     const std::int32_t column = below(20) == 0 ? 1 + below(715) : 1 + below(20);
     const BlockRequest request =
-        request_of(FYOD, FYOD + (below(8) == 0 ? 1 : 0), row,
-                   std::min(360, row + below(4)), column, column + below(6));
+        request_of({.years = {FYOD, FYOD + (below(8) == 0 ? 1 : 0)},
+                    .rows = {row, std::min(360, row + below(4))},
+                    .columns = {column, column + below(6)}});
     const std::string text = random_file(random, request);
     write_file("grid", text);
     expect_plain(text, request);
@@ -249,9 +260,10 @@ void damage_regular_file(const std::string& line_end, std::uint32_t seed,
   for (std::size_t i = 0; i < cases; ++i) {
     const auto row = static_cast<std::int32_t>(1 + random() % 355);
     const auto column = static_cast<std::int32_t>(1 + random() % 700);
-    const BlockRequest request =
-        request_of(1901, 1901, row, row + 4, column,
-                   column + static_cast<std::int32_t>(random() % 20));
+    const BlockRequest request = request_of(
+        {.years = {1901, 1901},
+         .rows = {row, row + 4},
+         .columns = {column, column + static_cast<std::int32_t>(random() % 20)}});
     // In a wanted line or its line ends; a line end made or lost elsewhere could not be
     // seen by computation, which is documented.
     const std::size_t line =

@@ -87,34 +87,67 @@ GridText regular_grid() {
   return grid;
 }
 
-BlockRequest request_of(std::int32_t FYOD, std::int32_t LYOD, float minLat,
-                        float maxLat, float minLon, float maxLon,
-                        const GridRanges& previous = {}) {
-  const SearchRegion region{
-      .maxLat = maxLat, .minLat = minLat, .maxLon = maxLon, .minLon = minLon};
-  return {.years = {.FYOD = FYOD, .LYOD = LYOD},
+// Degrees; the lower end first, and for longitudes the western one.
+struct Search {
+  YearSpan years;
+  struct {
+    float from;
+    float to;
+  } latitudes, longitudes;
+};
+
+BlockRequest request_of(const Search& search, const GridRanges& previous = {}) {
+  const SearchRegion region{.maxLat = search.latitudes.to,
+                            .minLat = search.latitudes.from,
+                            .maxLon = search.longitudes.to,
+                            .minLon = search.longitudes.from};
+  return {.years = search.years,
           .ranges = find_ranges(region, RowOrder::kSouthFirst, previous),
           .MissingCode = kMissing};
 }
 
-GridRanges once_across() { return request_of(1901, 1901, -10, 10, 170, -170).ranges; }
+GridRanges once_across() {
+  return request_of(
+             {.years = {1901, 1901}, .latitudes = {-10, 10}, .longitudes = {170, -170}})
+      .ranges;
+}
 
 // Requests of every shape: small, whole, two pieces, overlapping ones, none; 73 rows,
 // which is one more than are read at a time; one row with data.
 std::vector<BlockRequest> requests() {
-  return {request_of(1901, 1901, -40, -30, 0, 20),
-          request_of(1902, 1902, -40, 10, -180, 180),
-          request_of(1901, 1902, -90, 90, -180, 180),
-          request_of(1901, 1902, -39, -2.5F, -180, 180),
-          request_of(1901, 1902, -39, -38.5F, -180, 180),
-          request_of(1901, 1902, -40, 10, 100, -100),
-          request_of(1902, 1902, -40, 10, 0.5F, 0.25F),
-          request_of(1901, 1902, -40, -20, 0, 20, once_across()),
-          request_of(1901, 1901, -40, -20, 180, 180, once_across()),
-          request_of(1901, 1901, -40, -20, 179.8F, 180),
-          request_of(1901, 1901, 89.8F, 90, 0, 20),
-          request_of(1902, 1902, -20, -20, 0, 20),
-          request_of(1901, 1902, 10.25F, 10.25F, 20, 20)};
+  return {
+      request_of(
+          {.years = {1901, 1901}, .latitudes = {-40, -30}, .longitudes = {0, 20}}),
+      request_of(
+          {.years = {1902, 1902}, .latitudes = {-40, 10}, .longitudes = {-180, 180}}),
+      request_of(
+          {.years = {1901, 1902}, .latitudes = {-90, 90}, .longitudes = {-180, 180}}),
+      request_of({.years = {1901, 1902},
+                  .latitudes = {-39, -2.5F},
+                  .longitudes = {-180, 180}}),
+      request_of({.years = {1901, 1902},
+                  .latitudes = {-39, -38.5F},
+                  .longitudes = {-180, 180}}),
+      request_of(
+          {.years = {1901, 1902}, .latitudes = {-40, 10}, .longitudes = {100, -100}}),
+      request_of(
+          {.years = {1902, 1902}, .latitudes = {-40, 10}, .longitudes = {0.5F, 0.25F}}),
+      request_of(
+          {.years = {1901, 1902}, .latitudes = {-40, -20}, .longitudes = {0, 20}},
+          once_across()),
+      request_of(
+          {.years = {1901, 1901}, .latitudes = {-40, -20}, .longitudes = {180, 180}},
+          once_across()),
+      request_of({.years = {1901, 1901},
+                  .latitudes = {-40, -20},
+                  .longitudes = {179.8F, 180}}),
+      request_of(
+          {.years = {1901, 1901}, .latitudes = {89.8F, 90}, .longitudes = {0, 20}}),
+      request_of(
+          {.years = {1902, 1902}, .latitudes = {-20, -20}, .longitudes = {0, 20}}),
+      request_of({.years = {1901, 1902},
+                  .latitudes = {10.25F, 10.25F},
+                  .longitudes = {20, 20}})};
 }
 
 // Both readings agree on every request; gives how many the regular one took.
@@ -204,16 +237,20 @@ TEST(RegularReader, GivesTheValuesAtAllEnds) {
       if (crlf) grid.end_lines_with_crlf();
       if (!last_line_end) grid.cut(1902, 12, 360, 3600);
       write_file("grid", grid.text());
-      expect_ends_of(request_of(1901, 1902, -90, 90, -180, 180));
-      expect_ends_of(request_of(1902, 1902, -90, 90, -180, 180));
-      expect_ends_of(request_of(1901, 1901, -90, 90, -180, 180));
+      expect_ends_of(request_of(
+          {.years = {1901, 1902}, .latitudes = {-90, 90}, .longitudes = {-180, 180}}));
+      expect_ends_of(request_of(
+          {.years = {1902, 1902}, .latitudes = {-90, 90}, .longitudes = {-180, 180}}));
+      expect_ends_of(request_of(
+          {.years = {1901, 1901}, .latitudes = {-90, 90}, .longitudes = {-180, 180}}));
     }
   }
 }
 
 TEST(RegularReader, DeclinesAFileThatIsTooShort) {
   const TemporaryFolder folder;
-  const BlockRequest request = request_of(1901, 1902, -40, -30, 0, 20);
+  const BlockRequest request = request_of(
+      {.years = {1901, 1902}, .latitudes = {-40, -30}, .longitudes = {0, 20}});
   GridText grid = regular_grid();
   for (const std::size_t characters : {0, 1, 3599}) {
     grid.cut(1902, 12, 360, characters);
@@ -233,7 +270,8 @@ void write_sized(const std::string& text, std::size_t size) {
 
 TEST(RegularReader, GoesByTheSizeOfTheFile) {
   const TemporaryFolder folder;
-  const BlockRequest request = request_of(1901, 1901, -40, -30, 0, 20);
+  const BlockRequest request = request_of(
+      {.years = {1901, 1901}, .latitudes = {-40, -30}, .longitudes = {0, 20}});
   for (const bool crlf : {false, true}) {
     GridText grid = regular_grid();
     if (crlf) grid.end_lines_with_crlf();
@@ -264,9 +302,18 @@ TEST(RegularReader, GoesByTheSizeOfTheFile) {
 TEST(RegularReader, NeedsTheLinesOfAllYearsUpToTheLast) {
   const TemporaryFolder folder;
   write_sized(regular_grid().text(), std::size_t{4320} * 3601);
-  EXPECT_TRUE(read_fast(request_of(1901, 1901, -40, -30, 0, 20)).has_value());
-  EXPECT_FALSE(read_fast(request_of(1901, 1902, -40, -30, 0, 20)).has_value());
-  EXPECT_FALSE(read_fast(request_of(1902, 1902, -40, -30, 0, 20)).has_value());
+  EXPECT_TRUE(read_fast(request_of({.years = {1901, 1901},
+                                    .latitudes = {-40, -30},
+                                    .longitudes = {0, 20}}))
+                  .has_value());
+  EXPECT_FALSE(read_fast(request_of({.years = {1901, 1902},
+                                     .latitudes = {-40, -30},
+                                     .longitudes = {0, 20}}))
+                   .has_value());
+  EXPECT_FALSE(read_fast(request_of({.years = {1902, 1902},
+                                     .latitudes = {-40, -30},
+                                     .longitudes = {0, 20}}))
+                   .has_value());
 }
 
 // The first row of the first month has no line before it, and the last one of the file
@@ -274,7 +321,8 @@ TEST(RegularReader, NeedsTheLinesOfAllYearsUpToTheLast) {
 TEST(RegularReader, DeclinesBrokenFramesAtTheEndsOfTheFile) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
-  const BlockRequest all = request_of(1901, 1902, -90, 90, 0, 20);
+  const BlockRequest all = request_of(
+      {.years = {1901, 1902}, .latitudes = {-90, 90}, .longitudes = {0, 20}});
   const auto declined_with = [&](std::size_t place, char byte) {
     std::string broken = text;
     broken[place] = byte;
@@ -290,7 +338,8 @@ TEST(RegularReader, DeclinesBrokenFramesAtTheEndsOfTheFile) {
 
 TEST(RegularReader, DeclinesBrokenFramesWhereNoRowIsWanted) {
   const TemporaryFolder folder;
-  const BlockRequest nothing = request_of(1902, 1902, -20, -20, 0, 20);
+  const BlockRequest nothing = request_of(
+      {.years = {1902, 1902}, .latitudes = {-20, -20}, .longitudes = {0, 20}});
   ASSERT_GT(nothing.ranges.FirstRow, nothing.ranges.LastRow);
   std::string text = regular_grid().text();
   write_file("grid", text);
@@ -305,7 +354,8 @@ TEST(RegularReader, DeclinesCarriageReturnsThatLackTheirLineFeed) {
   GridText grid = regular_grid();
   grid.end_lines_with_crlf();
   const std::string text = grid.text();
-  const BlockRequest request = request_of(1901, 1901, -40, -30, 0, 20);
+  const BlockRequest request = request_of(
+      {.years = {1901, 1901}, .latitudes = {-40, -30}, .longitudes = {0, 20}});
   for (const std::size_t character : {3600U, 3601U}) {
     std::string broken = text;
     broken[GridText::line_index(1901, 5, 110) * 3602 + character] = ' ';
@@ -317,8 +367,9 @@ TEST(RegularReader, DeclinesCarriageReturnsThatLackTheirLineFeed) {
 TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
-  const BlockRequest request =
-      request_of(1902, 1902, -40, -30, 0, 20);  // rows 101..120
+  const BlockRequest request = request_of({.years = {1902, 1902},
+                                           .latitudes = {-40, -30},
+                                           .longitudes = {0, 20}});  // rows 101..120
   const auto declined_with = [&](int month, int row, std::size_t character, char byte) {
     std::string broken = text;
     broken[GridText::line_index(1902, month, row) * 3601 + character] = byte;
@@ -340,7 +391,8 @@ TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
 TEST(RegularReader, DeclinesBrokenFramesOfTheFirstLineOfSkippedMonths) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
-  const BlockRequest request = request_of(1902, 1902, -40, -30, 0, 20);
+  const BlockRequest request = request_of(
+      {.years = {1902, 1902}, .latitudes = {-40, -30}, .longitudes = {0, 20}});
   for (const int month : {1, 7, 12}) {
     for (const std::size_t character : {0U, 1800U, 3600U}) {
       std::string broken = text;
@@ -355,13 +407,16 @@ TEST(RegularReader, DeclinesBrokenFramesOfTheFirstLineOfSkippedMonths) {
 TEST(RegularReader, DeclinesWhatIsNoRegularFile) {
   const TemporaryFolder folder;
   const GridFile device("/dev/null");
-  EXPECT_FALSE(
-      read_regular(device, request_of(1901, 1901, -40, -30, 0, 20)).has_value());
+  EXPECT_FALSE(read_regular(device, request_of({.years = {1901, 1901},
+                                                .latitudes = {-40, -30},
+                                                .longitudes = {0, 20}}))
+                   .has_value());
 }
 
 TEST(RegularReader, DeclinesABadFieldOfALaterMonthInACellWithData) {
   const TemporaryFolder folder;
-  const BlockRequest request = request_of(1902, 1902, -40, -30, 0, 20);
+  const BlockRequest request = request_of(
+      {.years = {1902, 1902}, .latitudes = {-40, -30}, .longitudes = {0, 20}});
   GridText grid = regular_grid();
   grid.set_value(1902, 1, 110, 400, 5);
   grid.set_field(1902, 3, 110, 400, "  x 5");

@@ -105,12 +105,5 @@ TEST(ProgramArguments, WithoutArgumentsTheSessionBegins) {
   EXPECT_TRUE(file_content("screen").ends_with("\nProgram Terminating\n"));
 }
 
-TEST(ProgramArguments, SaysWhenItCannotAnswer) {
-  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
-  const TemporaryFolder folder;
-  EXPECT_EQ(run_with("--version > /dev/full"), 255);
-  EXPECT_EQ(file_content("errors"), "veldmark: standard output cannot be written\n");
-}
-
 }  // namespace
 }  // namespace veldmark::testing

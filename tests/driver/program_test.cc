@@ -72,23 +72,6 @@ TEST(Program, EndsWithoutInput) {
                        "? READ(UNIT=5,...\n"));
 }
 
-TEST(Program, EndsWhenItsScreenCannotBeWritten) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(run_program_with("\n\n0\n", "> /dev/full 2> errors"), 255);
-  EXPECT_TRUE(file_content("errors").ends_with(
-      "Run-time error:\nCannot write file: standard output: No space left on device\n"
-      "? WRITE(UNIT=5,...\n"));
-}
-
-TEST(Program, EndsInOrderWhenItsReaderGoesAway) {
-  const TemporaryFolder folder;
-  // The pipe's reader is gone before the first character is written.
-  EXPECT_EQ(run_program_with("\n\n0\n",
-                             "2> errors | (exec <&-; sleep 0.2); "
-                             "exit $(grep -c 'Broken pipe' errors)"),
-            1);
-}
-
 TEST(Program, SaysThatAFullDiskStoppedTheSaving) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
   const TemporaryFolder folder;

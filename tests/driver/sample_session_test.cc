@@ -99,35 +99,5 @@ TEST(SampleSession, ReadsTheDroughtIndexRowOrderFromNorthToSouth) {
   expect_yukon_block("11", data_file_name("scPDSI"), 1901);
 }
 
-TEST(SampleSession, SavesAcrossTheMeridianAndThenShiftsAnOrdinaryBox) {
-  const TemporaryFolder folder;
-  expand_sample("tmp", "--years 1901-1901", data_file_name("tmp"));
-  Answers answers =
-      one_pass("2", {"61.5", "-10.0", "-138.5", "145.0"}, {"1901", "1901"});
-  answers.back() = "T";
-  answers.emplace_back("T");
-  const Answers second =
-      one_pass("2", {"61.5", "60.0", "-138.5", "-140.0"}, {"1901", "1901"});
-  answers.insert(answers.end(), second.begin(), second.end());
-  const SessionResult result = run_session(answers);
-  EXPECT_EQ(result.status, 0);
-  // Hawaii and Yukon, 11 cells, west of the seam; New Guinea east of it.
-  EXPECT_NE(result.output.find("         12 Grids Selected and Saved\n"),
-            std::string::npos);
-  // The second box is cut into columns 1..83 and 81..720, which overlap by three: every
-  // value stands three columns west of its place, and zeros fill columns 718..720.
-  EXPECT_NE(result.output.find("       2169 Grids Defined\n"), std::string::npos);
-  SeriesByPlace expected;
-  for (const int latitude : {6025, 6075, 6125}) {
-    for (const int longitude : {17875, 17925, 17975}) {
-      expected[{longitude, latitude}] = std::vector<int>(12, 0);
-    }
-  }
-  expected[{-12275, 6125}] =
-      years_of(sample_series("tmp").at({-12125, 6125}), 1901, 1901);
-  EXPECT_EQ(read_time_series(file_content(data_file_name("tmp") + ".TSF"), 1901),
-            expected);
-}
-
 }  // namespace
 }  // namespace veldmark::testing

@@ -245,8 +245,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const std::string text = input.rest();
   reached(veldmark::plain::integer(text) ? "integers" : "texts that are no integer");
-  veldmark::fuzz::require(veldmark::parse_integer(text) == veldmark::plain::integer(text),
-                          "an integer is its digits", text);
+  veldmark::fuzz::require(
+      veldmark::parse_integer(text) == veldmark::plain::integer(text),
+      "an integer is its digits", text);
   check_real(text);
   check_real(veldmark::plain::first_value(text));
   check_texts(text);

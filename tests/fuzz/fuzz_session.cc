@@ -25,16 +25,20 @@
 #include "driver/program_driver.h"
 #include "reached.h"
 #include "require.h"
-#include "scratch_folder.h"
 #include "support/grid_text.h"
 #include "support/plain/fields.h"
+#include "support/scratch_folder.h"
 #include "util/fixed_field.h"
 
 namespace veldmark::fuzz {
 namespace {
 
-using veldmark::testing::data_file_name;
-using veldmark::testing::GridText;
+using testing::data_file_name;
+using testing::file_content;
+using testing::GridText;
+using testing::InFolder;
+using testing::ScratchFolder;
+using testing::write_file;
 
 // --- The data files
 
@@ -303,10 +307,10 @@ void check_saved(const std::string& screen) {
   const std::string name = cells.TsfName.substr(0, cells.TsfName.find(' '));
   require(name.ends_with(".TSF"), "series have their extension", name);
   const std::string stem = name.substr(0, name.size() - 4);
-  check_series(lines_of(read_file(name)), cells);
-  check_cell_list(lines_of(read_file(stem + ".XY")), cells);
+  check_series(lines_of(file_content(name)), cells);
+  check_cell_list(lines_of(file_content(stem + ".XY")), cells);
   if (screen.find("Ftest Comparison of Variance:") != std::string::npos) {
-    check_report(lines_of(read_file(stem + ".ftst")), cells);
+    check_report(lines_of(file_content(stem + ".ftst")), cells);
   } else {
     require(cells.untested == 0, "nothing is tested without a report");
   }

@@ -19,7 +19,7 @@
 #include "fuzz_input.h"
 #include "reached.h"
 #include "require.h"
-#include "scratch_folder.h"
+#include "support/scratch_folder.h"
 #include "tersify/check_file.h"
 #include "tersify/command_line.h"
 #include "tersify/condense_file.h"
@@ -33,6 +33,11 @@
 
 namespace veldmark::fuzz {
 namespace {
+
+using testing::file_content;
+using testing::InFolder;
+using testing::ScratchFolder;
+using testing::write_file;
 
 using companion::kLongestLine;
 using companion::kRoomAroundLine;
@@ -208,7 +213,7 @@ void check_file_round_trip(const std::string& text) {
   try {
     const tersify::Condensed done =
         tersify::condense_file("grid", tersify::system_free_space, screen);
-    check_condensed_file(text, read_file("grid.new"), done);
+    check_condensed_file(text, file_content("grid.new"), done);
     reached("files condensed");
     const GridShape shape{.first_year = 1901, .years = 1, .rows = 1};
     const auto fault = tersify::check_file("grid.new", shape, screen).fault;

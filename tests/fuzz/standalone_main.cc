@@ -20,7 +20,7 @@
 #include <vector>
 
 #include "reached.h"
-#include "scratch_folder.h"
+#include "support/scratch_folder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -45,7 +45,7 @@ std::vector<std::filesystem::path> files_of(const std::filesystem::path& path) {
 void run_input(const std::filesystem::path& file) {
   std::printf("%s\n", file.c_str());
   std::fflush(stdout);
-  const std::string content = veldmark::fuzz::read_file(file);
+  const std::string content = veldmark::testing::file_content(file);
   const std::vector<std::uint8_t> bytes(content.begin(), content.end());
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }

@@ -44,7 +44,7 @@ TEST(Avevar, GivesNanForAnEmptySample) {
   EXPECT_TRUE(std::isnan(got.var));
 }
 
-// "A sample of one value gives var = 0/0."
+// 0/0.
 TEST(Avevar, GivesNanVarianceForOneValue) {
   const Moments got = moments({7.25F});
   EXPECT_EQ(got.ave, 7.25F);

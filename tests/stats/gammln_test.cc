@@ -24,7 +24,7 @@ TEST(Gammln, GivesTheKnownValues) {
 // logarithm, so another library may leave something else that small.
 TEST(Gammln, LeavesARoundingErrorAtTwo) {
 #ifdef __GLIBC__
-  EXPECT_EQ(bits(gammln(2.0F)), 0xA6000000U);
+  EXPECT_EQ(gammln(2.0F), -0x1p-51F);
 #endif
   EXPECT_LT(std::fabs(gammln(2.0F)), 2e-15F);
 }

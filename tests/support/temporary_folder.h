@@ -6,29 +6,20 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <string_view>
+
+#include "support/scratch_folder.h"
 
 namespace veldmark::testing {
 
 // Makes the folder and enters it; leaves and removes it, with all it holds, at the end.
 class TemporaryFolder {
  public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const std::filesystem::path& path() const { return folder_.path(); }
 
  private:
-  std::filesystem::path before_;
-  std::filesystem::path path_;
+  ScratchFolder folder_;
+  InFolder in_folder_{folder_.path()};
 };
-
-// The whole content of a file; fails the test when there is no such file.
-std::string file_content(const std::filesystem::path& path);
-
-void write_file(const std::filesystem::path& path, std::string_view content);
 
 // Every file of the current folder with its content, by name; folders with "".
 std::map<std::string, std::string> folder_content();

@@ -1,29 +1,31 @@
-// A folder for the files of a fuzz target, kept from one input to the next.
+// Folders and files of tests, for the unit tests and the fuzz targets alike. What can't
+// be made or read throws std::runtime_error.
 
-#ifndef VELDMARK_TESTS_FUZZ_SCRATCH_FOLDER_H_
-#define VELDMARK_TESTS_FUZZ_SCRATCH_FOLDER_H_
+#ifndef VELDMARK_TESTS_SUPPORT_SCRATCH_FOLDER_H_
+#define VELDMARK_TESTS_SUPPORT_SCRATCH_FOLDER_H_
 
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
 
-#include "require.h"
 #include "support/stream_content.h"
 
-namespace veldmark::fuzz {
+namespace veldmark::testing {
 
-// Made in the folder for temporary files (TMPDIR), removed with all it holds at the
-// end. A process that dies leaves it behind; `run` clears up after it.
+// A fresh folder in the one for temporary files (TMPDIR), removed with all it holds.
 class ScratchFolder {
  public:
   ScratchFolder() {
     std::string pattern =
-        (std::filesystem::temp_directory_path() / "veldmark-fuzz-XXXXXX").string();
-    require(::mkdtemp(pattern.data()) != nullptr, "a temporary folder can be made");
+        (std::filesystem::temp_directory_path() / "veldmark-test-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) {
+      throw std::runtime_error("no temporary folder: " + pattern);
+    }
     path_ = pattern;
   }
   ~ScratchFolder() {
@@ -39,8 +41,7 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
-// The current folder is another one while this lives: a fuzzer's own file names are
-// relative to the one it was started in.
+// The current folder is another one while this lives.
 class InFolder {
  public:
   explicit InFolder(const std::filesystem::path& path)
@@ -62,15 +63,20 @@ inline void write_file(const std::filesystem::path& path, std::string_view conte
   std::ofstream file(path, std::ios::binary);
   file << content;
   file.close();
-  require(static_cast<bool>(file), "a file of the target can be written");
+  if (!file) {
+    throw std::runtime_error("not written: " + path.string());
+  }
 }
 
-inline std::string read_file(const std::filesystem::path& path) {
+// Returns the whole content of a file.
+inline std::string file_content(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
-  require(file.is_open(), "there is a file of this name", path.native());
-  return testing::stream_content(file);
+  if (!file.is_open()) {
+    throw std::runtime_error("no file to be read: " + path.string());
+  }
+  return stream_content(file);
 }
 
-}  // namespace veldmark::fuzz
+}  // namespace veldmark::testing
 
-#endif  // VELDMARK_TESTS_FUZZ_SCRATCH_FOLDER_H_
+#endif  // VELDMARK_TESTS_SUPPORT_SCRATCH_FOLDER_H_
