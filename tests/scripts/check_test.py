@@ -35,8 +35,8 @@ class Check(ScriptTest):
             PATH=f"{self.folder / 'bin'}:{self.environment['PATH']}",
             CALLS=str(calls), LISTED=str(self.folder / "listed"))
         for name in ("scripts/setup", "scripts/configure", "scripts/check_package",
-                     "tests/fuzz/run", "bin/cmake", "bin/clang-format", "bin/clang-tidy",
-                     "bin/cppcheck"):
+                     "tests/fuzz/run", "tests/figures", "bin/cmake", "bin/clang-format",
+                     "bin/clang-tidy", "bin/cppcheck"):
             self.replace(name, f'echo "{name} $*" >> "$CALLS"\n')
         self.replace("bin/ctest", LISTS_TESTS)
         self.replace("bin/git", "echo src/driver/main.cc\n")
@@ -71,14 +71,14 @@ class Check(ScriptTest):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertNotIn("label", self.calls())
         for call in ("clang-format", "clang-tidy", "cppcheck", "check_package", "fuzz/run",
-                     "configure sanitize", "ctest --preset check", "ctest --preset sanitize"):
+                     "figures --check", "configure sanitize", "ctest --preset check", "ctest --preset sanitize"):
             self.assertIn(call, self.calls())
         self.assertIn("All is well: 5 tests passed, 5 again", result.stdout.splitlines()[-1])
 
     def test_a_failure_is_said_in_the_last_line(self):
         for tool in ("scripts/setup", "scripts/configure", "bin/cmake", "bin/clang-format",
                      "bin/clang-tidy", "bin/cppcheck", "scripts/check_package", "bin/ctest",
-                     "tests/fuzz/run"):
+                     "tests/fuzz/run", "tests/figures"):
             with self.subTest(tool=tool):
                 path = self.folder / tool
                 before = path.read_text()

@@ -39,9 +39,9 @@ TEST_P(SampleRoundTrip, TheCondensedCopyIsTheCondensedFile) {
             "'raw.new': complete\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(AllVariables, SampleRoundTrip,
-                         ::testing::Values("pre", "tmp", "dtr", "tmn", "tmx", "vap",
-                                           "pet", "cld", "frs", "wet"));
+// Without negative values and with them.
+INSTANTIATE_TEST_SUITE_P(TwoVariables, SampleRoundTrip,
+                         ::testing::Values("pre", "tmn"));
 
 TEST(SampleRoundTripOfScpdsi, TouchingMissingCodesAreCondensedToo) {
   const TemporaryFolder folder;
