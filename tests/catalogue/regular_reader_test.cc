@@ -17,57 +17,32 @@
 
 #include "catalogue/line_by_line_reader.h"
 #include "catalogue/read_fault.h"
-#include "support/fault_of.h"
+#include "support/block_of.h"
 #include "support/grid_text.h"
 #include "support/temporary_folder.h"
 
 namespace veldmark {
 namespace {
 
+using testing::block_of;
+using testing::block_of_reading;
 using testing::GridText;
 using testing::TemporaryFolder;
-using testing::text_of;
 using testing::write_file;
 
 constexpr std::int32_t kMissing = -999;
 
-// What a reading comes to: the values with their columns, or the fault that ends it.
-struct Outcome {
-  std::string text;
-  std::vector<std::int16_t> values;
-
-  bool operator==(const Outcome&) const = default;
-};
-
-Outcome outcome_of(const GridValues& values, const GridRanges& ranges) {
-  Outcome outcome;
-  for (std::int32_t row = ranges.FirstRow; row <= ranges.LastRow; ++row) {
-    for (const std::int32_t column : values.data_columns(row)) {
-      outcome.text += std::to_string(row) + "," + std::to_string(column) + " ";
-    }
-    for (std::size_t month = 0;
-         !values.data_columns(row).empty() && month < values.month_count(); ++month) {
-      const auto cells = values.month_of_row(month, row);
-      outcome.values.insert(outcome.values.end(), cells.begin(), cells.end());
-    }
-  }
-  return outcome;
+plain::Block read_plainly(const BlockRequest& request) {
+  return block_of_reading([&] { return read_line_by_line(GridFile("grid"), request); });
 }
 
-Outcome read_plainly(const BlockRequest& request) {
-  try {
-    const GridFile file("grid");
-    return outcome_of(read_line_by_line(file, request), request.ranges);
-  } catch (const ReadFault& fault) {
-    return {text_of(fault), {}};
-  }
-}
-
-std::optional<Outcome> read_fast(const BlockRequest& request) {
+std::optional<plain::Block> read_fast(const BlockRequest& request) {
   const GridFile file("grid");
   const std::optional<GridValues> values = read_regular(file, request);
-  if (!values) return std::nullopt;
-  return outcome_of(*values, request.ranges);
+  if (!values) {
+    return std::nullopt;
+  }
+  return block_of(*values);
 }
 
 // 1901 and 1902, every line full, some cells of data in the rows 100..200.
@@ -154,7 +129,7 @@ std::vector<BlockRequest> requests() {
 int expect_agreement() {
   int taken = 0;
   for (const BlockRequest& request : requests()) {
-    const std::optional<Outcome> fast = read_fast(request);
+    const std::optional<plain::Block> fast = read_fast(request);
     if (fast) {
       ++taken;
       EXPECT_EQ(*fast, read_plainly(request));
@@ -452,7 +427,7 @@ TEST(RegularReader, AgreesOnRandomlyDamagedFiles) {
     char before = 0;
     grid.seekg(place).get(before);
     grid.seekp(place).put(bytes[random() % bytes.size()]).flush();
-    const std::optional<Outcome> fast = read_fast(request);
+    const std::optional<plain::Block> fast = read_fast(request);
     if (fast) {
       ++taken;
       ASSERT_EQ(*fast, read_plainly(request)) << "damage at " << place;

@@ -71,7 +71,8 @@ class Check(ScriptTest):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertNotIn("label", self.calls())
         for call in ("clang-format", "clang-tidy", "cppcheck", "check_package", "fuzz/run",
-                     "figures --check", "configure sanitize", "ctest --preset check", "ctest --preset sanitize"):
+                     "figures --check", "configure sanitize", "ctest --preset check",
+                     "ctest --preset sanitize"):
             self.assertIn(call, self.calls())
         self.assertIn("All is well: 5 tests passed, 5 again", result.stdout.splitlines()[-1])
 
