@@ -1,7 +1,7 @@
 # Installs the users' documents with links that hold where they then are. Run by the
 # installation, with
 #   source_folder      top of the sources
-#   work_folder        where the pages are written before they are installed
+#   work_folder        an empty folder, where pages are written before they are installed
 #   doc_folder         where they are installed
 #   sample_folder      where the sample is installed
 #   developer_pages    pages of docs/ that are left out
@@ -58,7 +58,6 @@ foreach(page IN LISTS developer_pages)
 endforeach()
 set(document_folders docs docs/recipes)
 
-file(REMOVE_RECURSE "${work_folder}")
 foreach(document IN LISTS documents)
   cmake_path(GET document PARENT_PATH folder)
   set(file "${source_folder}/${document}")

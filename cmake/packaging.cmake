@@ -5,6 +5,12 @@ include(GNUInstallDirs)
 install(TARGETS veldmark tersify series_to_grid
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
+# Code of an installation that makes a folder of its own: two may run at once.
+set(own_folder "
+      string(RANDOM LENGTH 16 own_folder)
+      set(own_folder \"${PROJECT_BINARY_DIR}/installing-\${own_folder}\")
+      file(MAKE_DIRECTORY \"\${own_folder}\")")
+
 # install_compressed(FILE FOLDER NAME): as gzip makes it, under the name NAME.gz. Where
 # there is no gzip, as it is.
 find_program(GZIP gzip)
@@ -13,12 +19,16 @@ function(install_compressed file folder name)
     install(FILES ${file} DESTINATION ${folder} RENAME ${name})
     return()
   endif()
-  set(compressed "${PROJECT_BINARY_DIR}/compressed/${name}.gz")
-  file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/compressed")
   install(
-    CODE "execute_process(COMMAND \"${GZIP}\" -9nc INPUT_FILE \"${file}\"
-                          OUTPUT_FILE \"${compressed}\" COMMAND_ERROR_IS_FATAL ANY)")
-  install(FILES ${compressed} DESTINATION ${folder})
+    CODE "
+      ${own_folder}
+      set(compressed \"\${own_folder}/${name}.gz\")
+      execute_process(COMMAND \"${GZIP}\" -9nc INPUT_FILE \"${file}\"
+                      OUTPUT_FILE \"\${compressed}\" COMMAND_ERROR_IS_FATAL ANY)
+      set(destination \"${folder}\")
+      cmake_path(ABSOLUTE_PATH destination BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+      file(INSTALL \"\${compressed}\" DESTINATION \"\${destination}\")
+      file(REMOVE_RECURSE \"\${own_folder}\")")
 endfunction()
 
 foreach(section 1 5)
@@ -32,14 +42,16 @@ endforeach()
 # The documents keep their places relative to each other.
 install(
   CODE "
+    ${own_folder}
     set(source_folder \"${PROJECT_SOURCE_DIR}\")
-    set(work_folder \"${PROJECT_BINARY_DIR}/installed_documents\")
+    set(work_folder \"\${own_folder}\")
     set(doc_folder \"${CMAKE_INSTALL_DOCDIR}\")
     set(sample_folder \"${CMAKE_INSTALL_DATADIR}/veldmark/sample\")
     cmake_path(ABSOLUTE_PATH doc_folder BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
     cmake_path(ABSOLUTE_PATH sample_folder BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
     set(developer_pages performance.md testing.md)
-    include(\"${PROJECT_SOURCE_DIR}/cmake/install_documents.cmake\")")
+    include(\"${PROJECT_SOURCE_DIR}/cmake/install_documents.cmake\")
+    file(REMOVE_RECURSE \"\${own_folder}\")")
 # What Debian looks for.
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install_compressed("${PROJECT_SOURCE_DIR}/packaging/changelog" ${CMAKE_INSTALL_DOCDIR}
