@@ -66,7 +66,8 @@ def gnuplot_texts(name):
     for group in root.iter(SVG + "g"):
         match = re.match(r"translate\(([-0-9.]+),([-0-9.]+)\)", group.get("transform", ""))
         for element in group.findall(SVG + "text") if match else []:
-            found.append(("".join(element.itertext()).strip(), float(match[1]), float(match[2])))
+            text = "".join(element.itertext()).strip()
+            found.append((text, float(match[1]), float(match[2])))
     return found
 
 
