@@ -3,6 +3,7 @@
 // ignored.
 
 #include <csignal>
+#include <initializer_list>
 
 namespace {
 

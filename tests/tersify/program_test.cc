@@ -217,6 +217,14 @@ TEST(TersifyProgram, APipeInPlaceOfThePartDoesNotHoldItUp) {
   EXPECT_EQ(file_content("a.new"), kCondensed);
 }
 
+TEST(TersifyProgram, AClosedStreamsTextLandsInNoFile) {
+  const TemporaryFolder folder;
+  write_file("a", kRaw);
+  EXPECT_EQ(WEXITSTATUS(std::system("'" TERSIFY_PROGRAM "' a <&- >&- 2>&-")), 1);
+  EXPECT_EQ(file_content("a.new"), kCondensed);
+  EXPECT_EQ(file_content("a"), kRaw);
+}
+
 TEST(TersifyProgram, AListMayComeThroughAPipe) {
   const TemporaryFolder folder;
   write_file("a", kRaw);
