@@ -139,15 +139,18 @@ LIMITS = {
 }
 
 
+def limit_to(number: int, value: int) -> Callable[[], None]:
+    return lambda: resource.setrlimit(number, (value, value))
+
+
 def limits(stage: Stage) -> Iterator[str]:
     """Every limit of the system, from too little to enough."""
     for name, (number, values) in LIMITS.items():
         for value in values:
             place = stage.fresh()
-            prepare = lambda n=number, v=value: resource.setrlimit(n, (v, v))
             what = "%s %d" % (name, value)
             try:
-                stage.judge(what, place, *stage.play(place, prepare))
+                stage.judge(what, place, *stage.play(place, limit_to(number, value)))
             except subprocess.SubprocessError:
                 stage.counts["not started"] += 1  # no memory for the new process itself
             yield what
