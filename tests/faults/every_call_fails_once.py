@@ -71,7 +71,7 @@ WRITES = {"write", "writev"}
 LEAST = {
     "veldmark": (1110, 187),
     "veldmark-small": (950, 160),
-    "veldmark-mistyped": (98, 18),
+    "veldmark-mistyped": (98, 15),
     "tersify": (370, 90),
     "tersify-refusal": (160, 40),
     "tersify-check": (70, 16),

@@ -22,8 +22,8 @@
 //             shrink=S    the file is cut to S bytes just before the call
 //             signal=S    signal S arrives just before the call
 //
-// The three standard streams are the files "standard-input", "-output" and "-error"; a
-// call that is about no file has "-".
+// The three standard streams are the files "standard-input", "-output" and "-error", a
+// terminal on another descriptor is "terminal"; a call that is about no file has "-".
 //
 // The shell commands that a program runs are neither seen nor counted, but as one call
 // "system", which can fail, too.
@@ -223,6 +223,8 @@ class Call {
     if (by_descriptor_ && 0 <= arguments_[0] && arguments_[0] <= 2) {
       return kStreams[arguments_[0]];
     }
+    // Which one it is depends on what else runs.
+    if (std::strncmp(path_, "/dev/pts/", 9) == 0) return "terminal";
     const char* last = std::strrchr(path_, '/');
     return last != nullptr && last[1] != '\0' ? last + 1 : path_;
   }

@@ -422,7 +422,7 @@ class PartFiles(Scene):
         program = self.program + ": "
         if is_taken_up(fault):
             return [None]
-        if fault.name == "fcntl" or fault.file.isdigit():  # /dev/pts/0
+        if fault.name == "fcntl" or fault.file == "terminal":
             # Which is looked at again where a program reads it.
             if fault.error() is None:
                 return [None, program + NO_LIST_NAMED]
