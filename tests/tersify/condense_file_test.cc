@@ -262,13 +262,13 @@ TEST(CondenseFile, AFileThatGrowsWhileItIsReadIsReadToItsEnd) {
   write_file("raw", repeated(300, kRaw));
   const Condensed done = condense_while([grown = false]() mutable {
     if (!grown) {
-      std::ofstream("raw", std::ios::app | std::ios::binary) << repeated(7, kRaw);
+      std::ofstream("raw", std::ios::app | std::ios::binary) << repeated(100, kRaw);
     }
     grown = true;
   });
-  EXPECT_EQ(done.lines, 307);
-  EXPECT_EQ(done.size_before, static_cast<std::int64_t>(307 * kRaw.size()));
-  EXPECT_TRUE(folder_content()["raw.new"] == repeated(307, kCondensed));
+  EXPECT_EQ(done.lines, 400);
+  EXPECT_EQ(done.size_before, static_cast<std::int64_t>(400 * kRaw.size()));
+  EXPECT_TRUE(folder_content()["raw.new"] == repeated(400, kCondensed));
 }
 
 TEST(CondenseFile, AFileThatShrinksWhileItIsReadIsAFailure) {
