@@ -1,5 +1,6 @@
 #include "catalogue/catalogue_screens.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -8,12 +9,15 @@ namespace {
 
 constexpr std::string_view kContinue = " Hit RETURN to continue";
 
-constexpr std::string_view kMenuHeading[] = {
-    "", "    Select the Variable you want to extract:",           "",
-    "", "     Variable Type            Name    Units     Length",
-};
+constexpr auto kMenuHeading = std::to_array<std::string_view>({
+    "",
+    "    Select the Variable you want to extract:",
+    "",
+    "",
+    "     Variable Type            Name    Units     Length",
+});
 
-constexpr std::string_view kDroughtFileNotFound[] = {
+constexpr auto kDroughtFileNotFound = std::to_array<std::string_view>({
     "         ** NOT FOUND ** ",
     "",
     " NOTE: the data of van der Schrier et al., 2006",
@@ -24,7 +28,7 @@ constexpr std::string_view kDroughtFileNotFound[] = {
     " using this program to extract PDSI. To learn more open the ",
     " Tallow file that accompanyed this program distribution.",
     "",
-};
+});
 
 }  // namespace
 

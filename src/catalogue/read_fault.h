@@ -36,6 +36,7 @@ struct EndAtSkippedLine {
 
 class ReadFault : public std::exception {
  public:
+  // One of the three.
   using Fact = std::variant<BadField, EndAtRequestedLine, EndAtSkippedLine>;
 
   ReadFault(std::string name, Fact fact) : name_(std::move(name)), fact_(fact) {}

@@ -1,5 +1,6 @@
 #include "driver/failure_words.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -12,17 +13,17 @@ namespace {
 
 // Kept on purpose: letter-in-a-wanted-field. The words blame what the user entered,
 // although the file is at fault.
-constexpr std::string_view kAfterBadField[] = {
+constexpr auto kAfterBadField = std::to_array<std::string_view>({
     " Program Terminating Without Completion",
     " Try re-entering your search criteria again being sure to",
     " enter values as real numbers",
-};
+});
 
-constexpr std::string_view kAfterEndOfFile[] = {
+constexpr auto kAfterEndOfFile = std::to_array<std::string_view>({
     " This should not happen.  Check file for complete content",
     " Program Terminating ",
     "",
-};
+});
 
 Channel channel_of(std::string_view name) {
   if (name.ends_with(".TSF")) {

@@ -1,5 +1,6 @@
 #include "driver/introduction_screens.h"
 
+#include <array>
 #include <string_view>
 
 namespace veldmark {
@@ -7,7 +8,7 @@ namespace {
 
 // Kept on purpose: exit-at-first-menu. The raw names say "ts_4.01" where the condensed
 // ones say "ts4.01".
-constexpr std::string_view kBanner[] = {
+constexpr auto kBanner = std::to_array<std::string_view>({
     "",
     " Program Veldmark_v24 (vmk) 10/2018",
     "",
@@ -32,11 +33,11 @@ constexpr std::string_view kBanner[] = {
     "            cru_ts_4.01.1901.2016.dtr.dat",
     "            cru_ts_4.01.1901.2016.frs.dat",
     "",
-};
+});
 
 // Kept on purpose: exit-at-first-menu. The doubled "of", "proceedure", and the example
 // with its years, version and open parenthesis are the program's own wording.
-constexpr std::string_view kCondensing[] = {
+constexpr auto kCondensing = std::to_array<std::string_view>({
     "",
     " The original uncompressed TS4.01 files from CRU are quite large (2.71GB).",
     " Therefore, to use this server program you must first reduce the original",
@@ -52,9 +53,9 @@ constexpr std::string_view kCondensing[] = {
     " (e.g., cru_ts4.01.1901.2018.vap.dat > cru_ts_3_10.1901.2018.vap.dat.new",
     " This proceedure takes time depending on the number of files being ",
     " reformatted in a single run of the program.",
-};
+});
 
-constexpr std::string_view kExpectedFiles[] = {
+constexpr auto kExpectedFiles = std::to_array<std::string_view>({
     "",
     " This program expects to find one or all of the following file names in the  ",
     " current program directory in order to continue.",
@@ -74,7 +75,7 @@ constexpr std::string_view kExpectedFiles[] = {
     " Good Luck.",
     " VMK-Arnhem, 2011",
     "",
-};
+});
 
 }  // namespace
 

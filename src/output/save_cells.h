@@ -16,6 +16,7 @@ namespace veldmark {
 // A longitude or latitude of cells, degrees, north and east positive. Its text is made
 // once for all cells that share it.
 struct Coordinate {
+  // From degrees.
   explicit Coordinate(float value);
 
   float degrees;
@@ -35,6 +36,7 @@ struct SavedCell {
 // What takes saved cells: a file, a table on the screen.
 class CellSink {
  public:
+  // Takes the next cell; may throw, which ends the walk.
   virtual void add(const SavedCell& cell) = 0;
 
   CellSink() = default;

@@ -1,5 +1,6 @@
 #include "output/variance_dialogue.h"
 
+#include <array>
 #include <string_view>
 
 #include "util/fixed_field.h"
@@ -7,13 +8,13 @@
 namespace veldmark {
 namespace {
 
-constexpr std::string_view kOffer[] = {
+constexpr auto kOffer = std::to_array<std::string_view>({
     "",
     " OK, You may now (finally) opt to test the within grid",
     " variance for equality. To do this you must enter a year",
     " at which you feel the variance in the grid values may change.",
     "",
-};
+});
 
 }  // namespace
 

@@ -37,8 +37,8 @@ std::optional<std::int32_t> pair_around(const CentreTable<kCount>& ascending,
 // on a centre belongs to the pair that ends there, so the northernmost has none.
 std::optional<std::int32_t> pair_around_from_north(float bound) {
   const auto& centres = kNorthFirstLat.all();
-  const auto below = std::partition_point(centres.begin(), centres.end(),
-                                          [&](float lat) { return lat > bound; });
+  const auto* const below = std::partition_point(
+      centres.begin(), centres.end(), [&](float lat) { return lat > bound; });
   if (below == centres.begin() || below == centres.end()) {
     return std::nullopt;
   }

@@ -25,6 +25,7 @@ namespace veldmark {
 template <std::size_t kCount>
 class CentreTable {
  public:
+  // By repeated addition: `first`, `first` + `step`, ...
   constexpr CentreTable(float first, float step) {
     centres_[0] = first;
     for (std::size_t i = 1; i < kCount; ++i) {

@@ -1,5 +1,6 @@
 #include "selection/region_dialogue.h"
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -17,12 +18,12 @@ constexpr std::size_t kCoordinateWidth = 8;
 constexpr float kMaxLatitude = 90.0F;
 constexpr float kMaxLongitude = 180.0F;
 
-constexpr std::string_view kNoDecimalPlace[] = {
+constexpr auto kNoDecimalPlace = std::to_array<std::string_view>({
     "",
     "        Value entered must contain a decimal place.",
     "         Try Again",
     "",
-};
+});
 
 // Asks one coordinate until the answer holds a full stop. Returns degrees, any real.
 // Throws RunEnd for an answer with a full stop that is no number.

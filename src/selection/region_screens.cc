@@ -1,5 +1,6 @@
 #include "selection/region_screens.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -8,7 +9,7 @@
 namespace veldmark {
 namespace {
 
-constexpr std::string_view kIntroduction[] = {
+constexpr auto kIntroduction = std::to_array<std::string_view>({
     "",
     "    Select the Geographical Range of data to extract",
     "",
@@ -18,9 +19,9 @@ constexpr std::string_view kIntroduction[] = {
     "  -180.0W Lon./90.0N Lat. and the bottom right coordinates are",
     "  180.0E Lon./-90.0S Lat.  (see diagram below)",
     "",
-};
+});
 
-constexpr std::string_view kDiagram[] = {
+constexpr auto kDiagram = std::to_array<std::string_view>({
     "   -180.0/90.0                                      180.0/90.0",
     "         :------------------------------------------:",
     "         :                                          :",
@@ -32,9 +33,9 @@ constexpr std::string_view kDiagram[] = {
     "         :                                          :",
     "         :------------------------------------------:",
     "   -180.0/-90.0                                     180.0/-90.0",
-};
+});
 
-constexpr std::string_view kEntryRules[] = {
+constexpr auto kEntryRules = std::to_array<std::string_view>({
     "",
     "  Enter the range of Latitude and Longitude",
     "  from which you would like to extract your data.",
@@ -59,9 +60,9 @@ constexpr std::string_view kEntryRules[] = {
     "  Lon. The actual grid point value given is centered ",
     "  over (89.75,-179.75).",
     "",
-};
+});
 
-constexpr std::string_view kBox[] = {
+constexpr auto kBox = std::to_array<std::string_view>({
     "                  :                              :",
     "                  :                              :",
     "                  :                              :",
@@ -69,7 +70,7 @@ constexpr std::string_view kBox[] = {
     "                  :                              :",
     "                  :                              :",
     "                  :                              :",
-};
+});
 
 constexpr std::string_view kBoxHeading =
     "     Lon.    Lat                                     Lon.     Lat.";

@@ -3,7 +3,6 @@
 #ifndef VELDMARK_UTIL_TEXT_FIELD_H_
 #define VELDMARK_UTIL_TEXT_FIELD_H_
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -30,7 +29,9 @@ class TextField {
   constexpr TextField(const char (&literal)[kSize])  // NOLINT: a text like any other
       : TextField() {
     static_assert(kSize <= kWidth + 1, "the text is longer than its field");
-    std::copy_n(literal, kSize - 1, characters_.begin());
+    for (std::size_t i = 0; i + 1 < kSize; ++i) {
+      characters_[i] = literal[i];
+    }
   }
 
   // Returns the field that holds the first `kWidth` characters of `text`.
