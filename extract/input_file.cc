@@ -1,0 +1,171 @@
+#include "extract/input_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <regex>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "extract/file_kind.h"
+#include "util/failure.h"
+
+namespace veldmark::extract {
+namespace {
+
+constexpr std::int64_t kLineLength = 3600;
+constexpr std::int64_t kLinesPerYear = std::int64_t{12} * 360;
+
+std::string years_text(const Years& years) {
+  return std::to_string(years.first) + "-" + std::to_string(years.last);
+}
+
+// The variable and the file that it stands for, if the input is a short name.
+struct Named {
+  const DataSet* data_set = nullptr;
+  std::string file_name;
+  bool by_short_name = false;
+};
+
+Named name_input(const Options& options) {
+  const DataSet* by_name = find_data_set(options.input);
+  Named named;
+  named.by_short_name = by_name != nullptr;
+  named.file_name = by_name != nullptr ? by_name->file_name : options.input;
+  named.data_set = by_name != nullptr ? by_name : data_set_of_file(options.input);
+  if (options.variable) {
+    named.data_set = find_data_set(*options.variable);
+    if (named.data_set == nullptr) {
+      throw UsageError("--variable '" + *options.variable +
+                       "': the variables are " + short_names());
+    }
+  }
+  return named;
+}
+
+FileDescriptor open_file(const Named& named) {
+  FileDescriptor file(named.file_name, O_RDONLY);
+  if (file.is_open()) {
+    return file;
+  }
+  const std::string reason = std::generic_category().message(errno);
+  if (named.by_short_name && errno == ENOENT) {
+    throw Failure(named.file_name + ", the file of " +
+                  std::string(named.data_set->short_name) +
+                  ", is not in the current folder");
+  }
+  const bool like_a_variable =
+      errno == ENOENT && named.file_name.find_first_of("./") == std::string::npos;
+  throw Failure("cannot open " + named.file_name + ": " + reason +
+                (like_a_variable ? "; the variables are " + short_names() : ""));
+}
+
+std::int64_t size_of(const Named& named, const FileDescriptor& file) {
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) {
+    throw Failure("cannot read " + named.file_name + ": " +
+                  std::generic_category().message(errno));
+  }
+  if (S_ISDIR(status.st_mode)) {
+    throw Failure(named.file_name + " is a folder");
+  }
+  if (!S_ISREG(status.st_mode)) {
+    throw Failure(named.file_name + " is no regular file: its lines can't be addressed");
+  }
+  return status.st_size;
+}
+
+// The size of the line ends; fails when the first line is no condensed one.
+std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
+                          std::int64_t size) {
+  constexpr std::int64_t kHead = 16384;
+  std::string head(static_cast<std::size_t>(std::min(size, kHead)), '\0');
+  if (!file.read_at(0, head.data(), head.size())) {
+    throw Failure("cannot read " + name + ": " + std::generic_category().message(errno));
+  }
+  const std::string_view text(head);
+  const std::size_t line_end = text.find('\n');
+  if (line_end == kLineLength) {
+    return 1;
+  }
+  if (line_end == kLineLength + 1 && text[kLineLength] == '\r') {
+    return 2;
+  }
+  throw Failure(describe_other_file(name, head));
+}
+
+// How many whole years the file holds; fails when it ends inside one.
+std::int64_t count_years(const std::string& name, std::int64_t size,
+                         std::size_t line_end_size) {
+  const auto line_end = static_cast<std::int64_t>(line_end_size);
+  const std::int64_t line_size = kLineLength + line_end;
+  const std::int64_t year_size = kLinesPerYear * line_size;
+  const bool without_last_end = (size + line_end) % year_size == 0;
+  const std::int64_t padded = without_last_end ? size + line_end : size;
+  if (padded % year_size != 0) {
+    throw Failure(name + " is cut or damaged: after " +
+                  std::to_string(size / year_size) + " whole years it has " +
+                  std::to_string(size % year_size) + " bytes more, and a year has " +
+                  std::to_string(year_size) + "; tersify --check tells more");
+  }
+  return padded / year_size;
+}
+
+Years years_of_file(const Options& options, const std::string& name,
+                    std::int64_t year_count) {
+  const auto count = static_cast<std::int32_t>(year_count);
+  if (options.first_year) {
+    return {.first = *options.first_year, .last = *options.first_year + count - 1};
+  }
+  const std::optional<Years> named = years_of_name(name);
+  if (!named) {
+    throw UsageError(name + " does not tell its years in its name: give --first-year");
+  }
+  const Years found{.first = named->first, .last = named->first + count - 1};
+  if (found.last != named->last) {
+    throw Failure(name + ": the name says " + years_text(*named) +
+                  ", but the file holds " + std::to_string(count) +
+                  (count == 1 ? " year" : " years") + "; with --first-year " +
+                  std::to_string(found.first) + " it is taken as " +
+                  years_text(found));
+  }
+  return found;
+}
+
+}  // namespace
+
+std::optional<Years> years_of_name(const std::string& name) {
+  static const std::regex kYears(R"(\.([0-9]{4})\.([0-9]{4})\.)");
+  const std::string base = name.substr(name.rfind('/') + 1);  // npos + 1 is 0
+  std::smatch match;
+  if (!std::regex_search(base, match, kYears)) {
+    return std::nullopt;
+  }
+  const Years years{.first = std::stoi(match[1]), .last = std::stoi(match[2])};
+  return years.first <= years.last ? std::optional(years) : std::nullopt;
+}
+
+InputFile open_input(const Options& options) {
+  const Named named = name_input(options);
+  FileDescriptor file = open_file(named);
+  const std::int64_t size = size_of(named, file);
+  const std::size_t line_end_size = find_line_end(named.file_name, file, size);
+  if (named.data_set == nullptr) {
+    throw UsageError(named.file_name +
+                     " does not tell its variable in its name: give --variable, one of " +
+                     short_names());
+  }
+  const std::int64_t year_count = count_years(named.file_name, size, line_end_size);
+  const Years years = years_of_file(options, named.file_name, year_count);
+  return {.name = named.file_name,
+          .data_set = *named.data_set,
+          .file = std::move(file),
+          .size = size,
+          .line_end_size = line_end_size,
+          .years = years};
+}
+
+}  // namespace veldmark::extract
