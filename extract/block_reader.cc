@@ -69,7 +69,7 @@ class BlockReader {
         progress_(progress),
         line_size_(kLineLength + input.line_end_size),
         first_month_((years.first - input.years.first) * kMonths),
-        missing_(missing_line(input.data_set.MissingCode)),
+        missing_(missing_line(input.entry.MissingCode)),
         buffer_(kPieceSize + line_size_) {
     const std::int32_t year_count = years.last - years.first + 1;
     block_.month_count_ = static_cast<std::size_t>(year_count * kMonths);
@@ -90,7 +90,6 @@ class BlockReader {
  private:
   // Finds the cells that have data in the first month.
   void find_cells() {
-    std::vector<std::int16_t> value(1);
     for_each_line(0, [&](std::size_t index, std::string_view line) {
       expect_sound_line(0, index, line);
       block_.rows_.push_back(cells_.rows()[index]);
@@ -100,9 +99,9 @@ class BlockReader {
           block_.columns_.push_back(column);
         }
       }
-      plans_.push_back(plan_cells(
-          cells_.columns(index),
-          std::span(block_.columns_).subspan(block_.begin_.back())));
+      plans_.push_back(
+          plan_cells(cells_.columns(index),
+                     std::span(block_.columns_).subspan(block_.begin_.back())));
     });
     block_.begin_.push_back(block_.columns_.size());
   }
@@ -116,7 +115,7 @@ class BlockReader {
   }
 
   [[nodiscard]] bool has_data(std::string_view line, std::int32_t column) const {
-    return value_of(line, column) != input_.data_set.MissingCode;
+    return value_of(line, column) != input_.entry.MissingCode;
   }
 
   void read_line(std::size_t month, std::size_t index, std::string_view line) {
@@ -125,7 +124,8 @@ class BlockReader {
     std::int16_t* values = block_.values_.data() +
                            block_.begin_[index] * block_.month_count_ +
                            month * row_cells;
-    bool suspicious = !read_by_plan(line, plan, missing_, values);
+    const bool is_read = read_by_plan(line, plan, missing_, values);
+    bool suspicious = !is_read;
     bool late_cells = false;
     for (const FieldRun& run : plan.runs) {
       if (run.has_data) {
@@ -138,6 +138,9 @@ class BlockReader {
     }
     if (suspicious || late_cells) {
       expect_sound_line(month, index, line);
+    }
+    if (!is_read) {
+      fail(month, index, "it can't be read; tersify --check tells more");
     }
     if (late_cells) {
       keep_late_cells(month, index, line);
@@ -152,8 +155,7 @@ class BlockReader {
         if (!has_data(line, column)) {
           continue;
         }
-        const auto MissingCode =
-            static_cast<std::int16_t>(input_.data_set.MissingCode);
+        const auto MissingCode = static_cast<std::int16_t>(input_.entry.MissingCode);
         std::vector<std::int16_t>& series =
             block_.late_cells_[{.GridY = cells_.rows()[index], .GridX = column}];
         series.resize(block_.month_count_, MissingCode);
@@ -213,9 +215,9 @@ class BlockReader {
     const auto available = static_cast<std::size_t>(input_.size - offset);
     errno = 0;
     if (!input_.file.read_at(offset, buffer_.data(), std::min(size, available))) {
-      throw Failure("cannot read " + input_.name + ": " +
-                    (errno != 0 ? std::generic_category().message(errno)
-                                : "it became shorter"));
+      throw Failure(
+          "cannot read " + input_.name + ": " +
+          (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
     }
     if (size > available) {  // the last line lacks its line end
       const std::string_view end = input_.line_end_size == 1 ? "\n" : "\r\n";
@@ -228,8 +230,8 @@ class BlockReader {
 
   [[noreturn]] void fail(std::size_t month, std::size_t index,
                          const std::string& what) const {
-    throw Failure(input_.name + ": line " + std::to_string(line_index(month, index) + 1) +
-                  ": " + what);
+    throw Failure(input_.name + ": line " +
+                  std::to_string(line_index(month, index) + 1) + ": " + what);
   }
 
   void expect_line_end(std::size_t month, std::size_t index, const char* line) const {

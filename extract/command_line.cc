@@ -65,8 +65,8 @@ void declare_options(CLI::App& app, Arguments& arguments) {
   app.add_flag("--version", arguments.version);
 }
 
-// What is wrong with an option that stands there twice or has no value. The parser's own
-// text begins with the option's name.
+// What is wrong with an option that stands there twice or has no value. The parser's
+// own text begins with the option's name.
 std::string count_fault(const std::string& parser_text) {
   const std::string name = parser_text.substr(0, parser_text.find(':'));
   const bool twice = parser_text.find("At Most") != std::string::npos ||

@@ -58,7 +58,8 @@ class Parser {
   void parse(std::string_view text) {
     const std::size_t parsed = csv_parse(&parser_, text.data(), text.size(), take_field,
                                          take_record, &collected_);
-    check(parsed == text.size(), "a quote stands inside a field that has none around it");
+    check(parsed == text.size(),
+          "a quote stands inside a field that has none around it");
   }
 
   std::vector<CsvRecord> finish() {
@@ -73,8 +74,9 @@ class Parser {
       throw std::bad_alloc();
     }
     if (!good) {
-      throw Failure(name_ + ": record " + std::to_string(collected_.records.size() + 1) +
-                    ": " + std::string(fault));
+      throw Failure(name_ + ": record " +
+                    std::to_string(collected_.records.size() + 1) + ": " +
+                    std::string(fault));
     }
   }
 
@@ -84,8 +86,7 @@ class Parser {
 };
 
 [[noreturn]] void fail_to_read(const std::string& name) {
-  throw Failure("cannot read " + name + ": " +
-                std::generic_category().message(errno));
+  throw Failure("cannot read " + name + ": " + std::generic_category().message(errno));
 }
 
 std::string read_whole_file(const std::string& name) {

@@ -16,7 +16,7 @@
 namespace veldmark::extract {
 namespace {
 
-constexpr std::int64_t kLineLength = 3600;
+constexpr std::int64_t kTextLength = 3600;
 constexpr std::int64_t kLinesPerYear = std::int64_t{12} * 360;
 
 std::string years_text(const Years& years) {
@@ -25,22 +25,23 @@ std::string years_text(const Years& years) {
 
 // The variable and the file that it stands for, if the input is a short name.
 struct Named {
-  const DataSet* data_set = nullptr;
+  const VariableEntry* entry = nullptr;
   std::string file_name;
   bool by_short_name = false;
 };
 
 Named name_input(const Options& options) {
-  const DataSet* by_name = find_data_set(options.input);
+  const VariableEntry* by_name = find_by_short_name(options.input);
   Named named;
   named.by_short_name = by_name != nullptr;
-  named.file_name = by_name != nullptr ? by_name->file_name : options.input;
-  named.data_set = by_name != nullptr ? by_name : data_set_of_file(options.input);
+  named.file_name =
+      by_name != nullptr ? std::string(by_name->DataFileName.trimmed()) : options.input;
+  named.entry = by_name != nullptr ? by_name : find_by_file_name(options.input);
   if (options.variable) {
-    named.data_set = find_data_set(*options.variable);
-    if (named.data_set == nullptr) {
-      throw UsageError("--variable '" + *options.variable +
-                       "': the variables are " + short_names());
+    named.entry = find_by_short_name(*options.variable);
+    if (named.entry == nullptr) {
+      throw UsageError("--variable '" + *options.variable + "': the variables are " +
+                       short_names());
     }
   }
   return named;
@@ -54,7 +55,7 @@ FileDescriptor open_file(const Named& named) {
   const std::string reason = std::generic_category().message(errno);
   if (named.by_short_name && errno == ENOENT) {
     throw Failure(named.file_name + ", the file of " +
-                  std::string(named.data_set->short_name) +
+                  std::string(named.entry->short_name) +
                   ", is not in the current folder");
   }
   const bool like_a_variable =
@@ -73,7 +74,8 @@ std::int64_t size_of(const Named& named, const FileDescriptor& file) {
     throw Failure(named.file_name + " is a folder");
   }
   if (!S_ISREG(status.st_mode)) {
-    throw Failure(named.file_name + " is no regular file: its lines can't be addressed");
+    throw Failure(named.file_name +
+                  " is no regular file: its lines can't be addressed");
   }
   return status.st_size;
 }
@@ -84,14 +86,15 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
   constexpr std::int64_t kHead = 16384;
   std::string head(static_cast<std::size_t>(std::min(size, kHead)), '\0');
   if (!file.read_at(0, head.data(), head.size())) {
-    throw Failure("cannot read " + name + ": " + std::generic_category().message(errno));
+    throw Failure("cannot read " + name + ": " +
+                  std::generic_category().message(errno));
   }
   const std::string_view text(head);
   const std::size_t line_end = text.find('\n');
-  if (line_end == kLineLength) {
+  if (line_end == kTextLength) {
     return 1;
   }
-  if (line_end == kLineLength + 1 && text[kLineLength] == '\r') {
+  if (line_end == kTextLength + 1 && text[kTextLength] == '\r') {
     return 2;
   }
   throw Failure(describe_other_file(name, head));
@@ -101,7 +104,7 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
 std::int64_t count_years(const std::string& name, std::int64_t size,
                          std::size_t line_end_size) {
   const auto line_end = static_cast<std::int64_t>(line_end_size);
-  const std::int64_t line_size = kLineLength + line_end;
+  const std::int64_t line_size = kTextLength + line_end;
   const std::int64_t year_size = kLinesPerYear * line_size;
   const bool without_last_end = (size + line_end) % year_size == 0;
   const std::int64_t padded = without_last_end ? size + line_end : size;
@@ -129,8 +132,7 @@ Years years_of_file(const Options& options, const std::string& name,
     throw Failure(name + ": the name says " + years_text(*named) +
                   ", but the file holds " + std::to_string(count) +
                   (count == 1 ? " year" : " years") + "; with --first-year " +
-                  std::to_string(found.first) + " it is taken as " +
-                  years_text(found));
+                  std::to_string(found.first) + " it is taken as " + years_text(found));
   }
   return found;
 }
@@ -153,15 +155,16 @@ InputFile open_input(const Options& options) {
   FileDescriptor file = open_file(named);
   const std::int64_t size = size_of(named, file);
   const std::size_t line_end_size = find_line_end(named.file_name, file, size);
-  if (named.data_set == nullptr) {
-    throw UsageError(named.file_name +
-                     " does not tell its variable in its name: give --variable, one of " +
-                     short_names());
+  if (named.entry == nullptr) {
+    throw UsageError(
+        named.file_name +
+        " does not tell its variable in its name: give --variable, one of " +
+        short_names());
   }
   const std::int64_t year_count = count_years(named.file_name, size, line_end_size);
   const Years years = years_of_file(options, named.file_name, year_count);
   return {.name = named.file_name,
-          .data_set = *named.data_set,
+          .entry = *named.entry,
           .file = std::move(file),
           .size = size,
           .line_end_size = line_end_size,

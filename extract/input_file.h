@@ -9,7 +9,7 @@
 #include <string>
 
 #include "extract/command_line.h"
-#include "extract/data_set.h"
+#include "extract/variable_name.h"
 #include "util/file_descriptor.h"
 
 namespace veldmark::extract {
@@ -18,15 +18,15 @@ namespace veldmark::extract {
 // years.first.
 struct InputFile {
   std::string name;
-  const DataSet& data_set;
+  const VariableEntry& entry;
   FileDescriptor file;
-  std::int64_t size;           // bytes
-  std::size_t line_end_size;   // 1 for LF, 2 for CR LF
-  Years years;                 // of the file
+  std::int64_t size;          // bytes
+  std::size_t line_end_size;  // 1 for LF, 2 for CR LF
+  Years years;                // of the file
 };
 
-// Returns the first and last year that a file's name tells, as in ".1901.2016."; nothing
-// when it tells none.
+// Returns the first and last year that a file's name tells, as in ".1901.2016.";
+// nothing when it tells none.
 std::optional<Years> years_of_name(const std::string& name);
 
 // Opens the input of `options`: a variable's file in the current folder, or a file.

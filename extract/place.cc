@@ -41,7 +41,9 @@ std::optional<std::pair<double, double>> parse_pair(std::string_view text,
 
 bool is_latitude(double degrees) { return std::abs(degrees) <= kPole; }
 
-bool is_longitude(double degrees) { return -kMeridian <= degrees && degrees <= kCircle; }
+bool is_longitude(double degrees) {
+  return -kMeridian <= degrees && degrees <= kCircle;
+}
 
 std::string range_text(double first, double second) {
   return degrees_text(first) + ":" + degrees_text(second);
@@ -192,7 +194,7 @@ GridRanges ranges_of(const Box& box, RowOrder order) {
 }
 
 Cell cell_of(const Point& point, RowOrder order) {
-  constexpr std::int32_t kEquatorRow = 181;    // the first one north of it
+  constexpr std::int32_t kEquatorRow = 181;       // the first one north of it
   constexpr std::int32_t kGreenwichColumn = 361;  // the first one east of it
   const auto row = static_cast<std::int32_t>(
       std::floor(point.latitude * kCellsPerDegree) + kEquatorRow);
@@ -203,16 +205,18 @@ Cell cell_of(const Point& point, RowOrder order) {
 }
 
 Point centre_of(const Cell& cell, RowOrder order) {
-  return {.latitude = static_cast<double>(cell_latitude(cell.GridY, order)),
-          .longitude = static_cast<double>(cell_longitude(cell.GridX))};
+  return {.latitude = static_cast<double>(CellLat(order)[cell.GridY]),
+          .longitude = static_cast<double>(CellLon[cell.GridX])};
 }
 
 double distance_km(const Point& a, const Point& b) {
   constexpr double kEarthRadius = 6371.0088;  // km, the mean radius
   constexpr double kRadian = std::numbers::pi / kMeridian;
-  // The haversine form: exact for the short distances that a radius is about.
+  // The haversine form, which is good for short distances; the shorter way round, so
+  // that cells either side of the meridian are as far as any others.
+  const double dlon = std::remainder(b.longitude - a.longitude, kCircle);
   const double dy = std::sin((b.latitude - a.latitude) * kRadian / 2);
-  const double dx = std::sin((b.longitude - a.longitude) * kRadian / 2);
+  const double dx = std::sin(dlon * kRadian / 2);
   const double h = dy * dy + std::cos(a.latitude * kRadian) *
                                  std::cos(b.latitude * kRadian) * dx * dx;
   return 2 * kEarthRadius * std::asin(std::min(1.0, std::sqrt(h)));

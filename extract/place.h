@@ -1,7 +1,8 @@
 // Places in degrees, as they are written on a command line or in a table of sites, and
 // the cells of the 0.5 degree grid that belong to them.
 //
-// Longitudes from -180 to 360 are understood, so that 282 and -78 are the same meridian.
+// Longitudes from -180 to 360 are understood, so that 282 and -78 are the same
+// meridian.
 
 #ifndef VELDMARK_EXTRACT_PLACE_H_
 #define VELDMARK_EXTRACT_PLACE_H_
@@ -70,8 +71,8 @@ Point parse_point(std::string_view text);
 GridRanges ranges_of(const Box& box, RowOrder order);
 
 // Returns the cell that holds `point`. A point on an edge belongs to the cell north and
-// east of it; the north pole belongs to the northernmost row, and 180 E, which is 180 W,
-// to the westernmost column.
+// east of it; the north pole belongs to the northernmost row, and 180 E, which is 180
+// W, to the westernmost column.
 Cell cell_of(const Point& point, RowOrder order);
 
 // Returns the centre of a cell.

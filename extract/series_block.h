@@ -1,5 +1,5 @@
-// The monthly series that a run has read: those of the cells that have data in any month
-// of the chosen years.
+// The monthly series that a run has read: those of the cells that have data in any
+// month of the chosen years.
 
 #ifndef VELDMARK_EXTRACT_SERIES_BLOCK_H_
 #define VELDMARK_EXTRACT_SERIES_BLOCK_H_

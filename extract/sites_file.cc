@@ -26,9 +26,8 @@ std::string_view without_blanks_around(std::string_view text) {
 
 std::string lower_case(std::string_view text) {
   std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) {
-    return static_cast<char>(std::tolower(c));
-  });
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return lower;
 }
 
@@ -90,8 +89,7 @@ Point parse_site(const std::string& where, const Columns& columns,
   }
   if (*latitude < -kPole || *latitude > kPole) {
     const bool exchanged = -kPole <= *longitude && *longitude <= kPole;
-    throw Failure(where + ": the latitude " + latitude_text +
-                  " lies beyond the poles" +
+    throw Failure(where + ": the latitude " + latitude_text + " lies beyond the poles" +
                   (exchanged ? "; are latitude and longitude exchanged?" : ""));
   }
   if (*longitude < kWest || *longitude > kEast) {

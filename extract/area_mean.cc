@@ -1,0 +1,44 @@
+#include "extract/area_mean.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <numbers>
+
+namespace veldmark::extract {
+
+AreaMean::AreaMean(std::size_t month_count, std::int32_t MissingCode)
+    : MissingCode_(MissingCode),
+      sums_(month_count),
+      weights_(month_count),
+      cells_(month_count) {}
+
+void AreaMean::add(double latitude, std::span<const std::int16_t> series) {
+  constexpr double kHalfCircle = 180;
+  const double weight = std::cos(latitude * std::numbers::pi / kHalfCircle);
+  for (std::size_t month = 0; month < series.size(); ++month) {
+    if (series[month] != MissingCode_) {
+      sums_[month] += weight * series[month];
+      weights_[month] += weight;
+      ++cells_[month];
+    }
+  }
+}
+
+std::string AreaMean::mean_text(std::size_t month, std::int32_t decimals) const {
+  if (cells_[month] == 0) {
+    return "";
+  }
+  constexpr std::int32_t kMoreDecimals = 2;
+  constexpr std::size_t kLongest = 32;
+  constexpr double kTen = 10;
+  const double mean = sums_[month] / weights_[month] / std::pow(kTen, decimals);
+  std::array<char, kLongest> digits{};
+  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), mean,
+                                    std::chars_format::fixed, decimals + kMoreDecimals);
+  const std::string text(digits.data(), result.ptr);
+  const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
+  return is_zero && text.starts_with('-') ? text.substr(1) : text;
+}
+
+}  // namespace veldmark::extract

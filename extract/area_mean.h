@@ -1,0 +1,38 @@
+// The mean over the cells of an area, month by month.
+
+#ifndef VELDMARK_EXTRACT_AREA_MEAN_H_
+#define VELDMARK_EXTRACT_AREA_MEAN_H_
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace veldmark::extract {
+
+// Weights each cell with the cosine of its latitude, because cells become narrower
+// towards the poles. A month counts the cells that have data in it.
+class AreaMean {
+ public:
+  AreaMean(std::size_t month_count, std::int32_t MissingCode);
+
+  // Adds the series of a cell, stored units, all months.
+  void add(double latitude, std::span<const std::int16_t> series);
+
+  // How many cells have data in a month, counted from 0.
+  [[nodiscard]] std::int32_t cells(std::size_t month) const { return cells_[month]; }
+
+  // Returns the mean of a month divided by 10^decimals, in plain decimals with two more
+  // than the values have, rounded; empty for a month without cells.
+  [[nodiscard]] std::string mean_text(std::size_t month, std::int32_t decimals) const;
+
+ private:
+  std::int32_t MissingCode_;
+  std::vector<double> sums_;
+  std::vector<double> weights_;
+  std::vector<std::int32_t> cells_;
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_AREA_MEAN_H_

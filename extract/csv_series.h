@@ -1,0 +1,50 @@
+// Monthly series as CSV: a line a month, or a line a year with twelve months.
+
+#ifndef VELDMARK_EXTRACT_CSV_SERIES_H_
+#define VELDMARK_EXTRACT_CSV_SERIES_H_
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "extract/command_line.h"
+#include "extract/text_output.h"
+#include "extract/value_texts.h"
+
+namespace veldmark::extract {
+
+// Returns `field` as it stands in a CSV line: in double quotes where it holds a comma,
+// a quote or a line end.
+std::string csv_field(std::string_view field);
+
+// The columns after those of the place: "year,month,value", or "year,jan,...,dec".
+std::string_view csv_series_heading(bool wide);
+
+class CsvSeries {
+ public:
+  // Values are written as `texts` has them; `texts` and `output` must outlive this.
+  CsvSeries(TextOutput& output, const ValueTexts& texts, const Years& years, bool wide);
+
+  // Writes all lines of a series.
+  //
+  //   place    the first columns, the comma behind them included
+  //   series   all months, January of the first year first
+  void write(std::string_view place, std::span<const std::int16_t> series);
+
+ private:
+  void write_long_line(std::string_view place, std::string_view month,
+                       std::int16_t value);
+  void write_wide_line(std::string_view place, std::string_view year,
+                       std::span<const std::int16_t> values);
+
+  TextOutput& output_;
+  const ValueTexts& texts_;
+  bool wide_;
+  std::vector<std::string> times_;  // "1901,1," and on, or "1901" and on
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_CSV_SERIES_H_

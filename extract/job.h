@@ -1,0 +1,45 @@
+// What all kinds of extraction work on, and how they report.
+
+#ifndef VELDMARK_EXTRACT_JOB_H_
+#define VELDMARK_EXTRACT_JOB_H_
+
+#include <cstdint>
+#include <ostream>
+#include <span>
+#include <stdexcept>
+#include <string>
+
+#include "extract/block_reader.h"
+#include "extract/command_line.h"
+#include "extract/input_file.h"
+#include "extract/series_block.h"
+
+namespace veldmark::extract {
+
+// No cell with data was found; status 3.
+struct NothingFound : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// Refers to values that must outlive it.
+struct Job {
+  const Options& options;
+  const InputFile& input;
+  Years years;  // chosen, all of them in the file
+  std::ostream& messages;
+  const Progress& progress;
+};
+
+// Does a series hold data: in any month or, where that rule was chosen or the format
+// has it, in the first month? An empty series holds none.
+bool has_data(const Job& job, std::span<const std::int16_t> series);
+
+// Returns what the output is called in messages.
+std::string output_title(const Options& options);
+
+// Writes a note of the program on its messages.
+void note(const Job& job, const std::string& text);
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_JOB_H_

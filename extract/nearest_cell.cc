@@ -1,0 +1,83 @@
+#include "extract/nearest_cell.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <tuple>
+
+namespace veldmark::extract {
+namespace {
+
+constexpr double kHalfCircle = 180;
+constexpr double kKmPerDegree =
+    111.19;  // of latitude, a little short: a reach too wide
+constexpr double kCellsPerDegree = 2;
+
+// How many columns to the east and to the west may hold centres within the radius of a
+// point, when it is compared with rows up to `reach` degrees of latitude away.
+std::int32_t column_reach(double latitude, double reach) {
+  constexpr double kRadian = std::numbers::pi / kHalfCircle;
+  constexpr double kQuarterCircle = 90;
+  constexpr std::int32_t kHalfTheColumns = kGridColumns / 2;
+  if (std::abs(latitude) + reach >= kQuarterCircle) {
+    return kHalfTheColumns;
+  }
+  const double sine = std::sin(reach * kRadian) / std::cos(latitude * kRadian);
+  if (sine >= 1) {
+    return kHalfTheColumns;
+  }
+  const double degrees = std::asin(sine) / kRadian;
+  return std::min(kHalfTheColumns,
+                  static_cast<std::int32_t>(degrees * kCellsPerDegree) + 2);
+}
+
+// Calls `use` for each cell that may be within the radius, with its distance if it is.
+template <typename Use>
+void for_each_around(const Point& point, double radius_km, RowOrder order, Use use) {
+  constexpr double kMostReach = 180;
+  const double reach = std::min(radius_km / kKmPerDegree, kMostReach);
+  const auto rows = static_cast<std::int32_t>(reach * kCellsPerDegree) + 2;
+  const std::int32_t columns = column_reach(point.latitude, reach);
+  const Cell own = cell_of(point, order);
+  const std::int32_t last_row = std::min(own.GridY + rows, kGridRows);
+  for (std::int32_t row = std::max(own.GridY - rows, 1); row <= last_row; ++row) {
+    const std::int32_t most = std::min(2 * columns, kGridColumns - 1);
+    for (std::int32_t i = 0; i <= most; ++i) {
+      const std::int32_t column =
+          (own.GridX - columns + i - 1 + 2 * kGridColumns) % kGridColumns + 1;
+      const Cell cell{.GridY = row, .GridX = column};
+      const double distance = distance_km(point, centre_of(cell, order));
+      if (distance <= radius_km) {
+        use(cell, distance);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Cell> cells_around(const Point& point, double radius_km, RowOrder order) {
+  std::vector<Cell> cells;
+  for_each_around(point, radius_km, order, [&](const Cell& cell, double /*distance*/) {
+    cells.push_back(cell);
+  });
+  return cells;
+}
+
+std::optional<Cell> nearest_cell(const Point& point, double radius_km, RowOrder order,
+                                 const std::function<bool(const Cell&)>& has_data) {
+  std::optional<Cell> nearest;
+  std::tuple<double, double, double> least;
+  for_each_around(point, radius_km, order, [&](const Cell& cell, double distance) {
+    const Point centre = centre_of(cell, order);
+    const std::tuple rank(distance, centre.latitude, centre.longitude);
+    if ((!nearest || rank < least) && has_data(cell)) {
+      nearest = cell;
+      least = rank;
+    }
+  });
+  return nearest;
+}
+
+}  // namespace veldmark::extract

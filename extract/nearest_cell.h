@@ -1,0 +1,26 @@
+// The cells around a point, for sites whose own cell has no data.
+
+#ifndef VELDMARK_EXTRACT_NEAREST_CELL_H_
+#define VELDMARK_EXTRACT_NEAREST_CELL_H_
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "extract/place.h"
+
+namespace veldmark::extract {
+
+// Returns the cells whose centres are at most `radius_km` away from `point`, in no
+// particular order.
+std::vector<Cell> cells_around(const Point& point, double radius_km, RowOrder order);
+
+// Returns the cell nearest to `point`, by the distance of its centre, among those for
+// which `has_data` holds; nothing when there is none within `radius_km`. Of equally far
+// cells the southernmost is taken, then the westernmost.
+std::optional<Cell> nearest_cell(const Point& point, double radius_km, RowOrder order,
+                                 const std::function<bool(const Cell&)>& has_data);
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_NEAREST_CELL_H_

@@ -1,0 +1,157 @@
+#include "extract/run.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <exception>
+#include <optional>
+
+#include "extract/box_job.h"
+#include "extract/citation.h"
+#include "extract/command_line.h"
+#include "extract/input_file.h"
+#include "extract/job.h"
+#include "extract/sites_job.h"
+#include "extract/variable_name.h"
+#include "util/failure.h"
+
+namespace veldmark::extract {
+namespace {
+
+constexpr int kAllIsWell = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+constexpr int kNothingFound = 3;
+
+using Moment = std::chrono::steady_clock::time_point;
+
+std::string seconds_since(Moment start) {
+  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+  constexpr std::size_t kLongest = 32;
+  std::array<char, kLongest> digits{};
+  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                    time.count(), std::chars_format::fixed, 2);
+  return {digits.data(), result.ptr};
+}
+
+std::string years_text(const Years& years) {
+  return std::to_string(years.first) + "-" + std::to_string(years.last);
+}
+
+Years choose_years(const Options& options, const InputFile& input) {
+  const Years years = options.years.value_or(input.years);
+  if (years.first < input.years.first || years.last > input.years.last) {
+    throw UsageError("--years " + std::to_string(years.first) + ":" +
+                     std::to_string(years.last) + ": " + input.name + " holds " +
+                     years_text(input.years));
+  }
+  const std::optional<std::int32_t> test = options.variance_test;
+  if (test && (*test <= years.first || *test > years.last)) {
+    throw UsageError("--variance-test " + std::to_string(*test) +
+                     ": the second period begins with this year, so it lies after " +
+                     std::to_string(years.first) + " and not after " +
+                     std::to_string(years.last));
+  }
+  return years;
+}
+
+// An existing output is replaced on request only, and never one that is being read.
+void check_output(const Options& options, const InputFile& input) {
+  struct stat output {};
+  if (!options.output || ::stat(options.output->c_str(), &output) != 0) {
+    return;
+  }
+  const auto is_output = [&](const std::string& name) {
+    struct stat read {};
+    return ::stat(name.c_str(), &read) == 0 && read.st_dev == output.st_dev &&
+           read.st_ino == output.st_ino;
+  };
+  if (is_output(input.name) || (options.sites && is_output(*options.sites))) {
+    throw Failure(*options.output + " is read; it can't be the output as well");
+  }
+  if (!options.overwrite) {
+    throw Failure(*options.output + " exists; --overwrite replaces it");
+  }
+}
+
+int extract(const Options& options, const Surroundings& around) {
+  const Moment start = std::chrono::steady_clock::now();
+  const InputFile input = open_input(options);
+  check_output(options, input);
+  const Progress progress;
+  const Job job{.options = options,
+                .input = input,
+                .years = choose_years(options, input),
+                .messages = around.messages,
+                .progress = progress};
+  if (!options.quiet && !options.longitude_note.empty()) {
+    note(job, options.longitude_note);
+  }
+  const std::string summary = options.sites ? extract_sites(job) : extract_box(job);
+  if (!options.quiet) {
+    note(job, std::string(input.entry.short_name) + " " + years_text(job.years) + ": " +
+                  summary + " to " + output_title(options) + ", " +
+                  seconds_since(start) + " s");
+  }
+  return kAllIsWell;
+}
+
+// The citation of the input's data set; of all without an input.
+int cite(const Options& options, const Surroundings& around) {
+  if (options.input.empty()) {
+    around.output << "CRU TS: " << citation_text(VariableCatalogue.front()) << "\n\n"
+                  << "scPDSI: " << citation_text(VariableCatalogue.back()) << "\n";
+    return kAllIsWell;
+  }
+  const VariableEntry* entry = find_by_short_name(options.input);
+  if (entry == nullptr) {
+    entry = find_by_file_name(options.input);
+  }
+  if (entry == nullptr) {
+    throw UsageError("'" + options.input + "': the variables are " + short_names());
+  }
+  around.output << citation_text(*entry) << "\n";
+  return kAllIsWell;
+}
+
+int carry_out(const Options& options, const Surroundings& around) {
+  switch (options.task) {
+    case Task::kShowHelp:
+      around.output << help_text();
+      return kAllIsWell;
+    case Task::kShowVersion:
+      around.output << version_text();
+      return kAllIsWell;
+    case Task::kCite:
+      return cite(options, around);
+    case Task::kExtract:
+      break;
+  }
+  return extract(options, around);
+}
+
+}  // namespace
+
+int run_extract(std::span<const std::string> arguments, const Surroundings& around) {
+  const auto complain = [&](const std::exception& error) -> std::ostream& {
+    return around.messages << "veldmark-extract: " << reason_of(error) << "\n";
+  };
+  try {
+    const int status = carry_out(parse_command_line(arguments), around);
+    around.output.flush();
+    return around.output ? status : kFailed;
+  } catch (const UsageError& error) {
+    complain(error) << "Try 'veldmark-extract --help'.\n";
+    return kWrongUsage;
+  } catch (const NothingFound& error) {
+    complain(error);
+    return kNothingFound;
+  } catch (const std::exception& error) {
+    complain(error);
+    return kFailed;
+  }
+}
+
+}  // namespace veldmark::extract

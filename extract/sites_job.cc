@@ -1,0 +1,192 @@
+#include "extract/sites_job.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "extract/csv_series.h"
+#include "extract/nearest_cell.h"
+#include "extract/sites_file.h"
+#include "extract/text_output.h"
+#include "extract/value_texts.h"
+#include "extract/variable_name.h"
+#include "extract/variance_columns.h"
+
+namespace veldmark::extract {
+namespace {
+
+constexpr std::int32_t kMonths = 12;
+
+// A site and the cell that stands for it.
+struct SiteSeries {
+  std::size_t site;  // index into the table
+  Cell cell;
+  std::span<const std::int16_t> series;
+};
+
+// The series of all sites, and the blocks that hold them.
+struct Found {
+  SeriesBlock own;     // the cells that hold the sites
+  SeriesBlock around;  // those around sites without data of their own
+  std::vector<SiteSeries> sites;
+  std::vector<std::size_t> left_out;
+  std::size_t moved = 0;  // sites that got another cell than their own
+};
+
+class SiteSearch {
+ public:
+  SiteSearch(const Job& job, const SiteTable& table)
+      : job_(job), table_(table), order_(job.input.entry.row_order) {}
+
+  Found find() {
+    std::vector<Cell> own_cells;
+    for (const Site& site : table_.sites) {
+      own_cells.push_back(cell_of(site.point, order_));
+    }
+    found_.own = read(own_cells);
+    read_around(own_cells);
+    for (std::size_t i = 0; i < own_cells.size(); ++i) {
+      add_site(i, own_cells[i]);
+    }
+    return std::move(found_);
+  }
+
+ private:
+  [[nodiscard]] SeriesBlock read(const std::vector<Cell>& cells) const {
+    return read_cells(job_.input, CellSet(cells), job_.years, job_.progress);
+  }
+
+  // Reads what lies within the radius of the sites whose own cells have no data.
+  void read_around(const std::vector<Cell>& own_cells) {
+    if (!job_.options.radius_km) {
+      return;
+    }
+    std::vector<Cell> cells;
+    for (std::size_t i = 0; i < own_cells.size(); ++i) {
+      if (!has_data(job_, found_.own.series(own_cells[i]))) {
+        const std::vector<Cell> around =
+            cells_around(table_.sites[i].point, *job_.options.radius_km, order_);
+        cells.insert(cells.end(), around.begin(), around.end());
+      }
+    }
+    if (!cells.empty()) {
+      found_.around = read(cells);
+    }
+  }
+
+  void add_site(std::size_t index, const Cell& own_cell) {
+    const std::span<const std::int16_t> series = found_.own.series(own_cell);
+    if (has_data(job_, series)) {
+      found_.sites.push_back({index, own_cell, series});
+      return;
+    }
+    std::optional<Cell> nearest;
+    if (job_.options.radius_km) {
+      nearest = nearest_cell(
+          table_.sites[index].point, *job_.options.radius_km, order_,
+          [&](const Cell& cell) { return has_data(job_, found_.around.series(cell)); });
+    }
+    if (nearest) {
+      found_.sites.push_back({index, *nearest, found_.around.series(*nearest)});
+      ++found_.moved;
+    } else {
+      found_.left_out.push_back(index);
+    }
+  }
+
+  const Job& job_;
+  const SiteTable& table_;
+  RowOrder order_;
+  Found found_;
+};
+
+std::string kilometres_text(double distance) {
+  constexpr std::size_t kLongest = 32;
+  std::array<char, kLongest> digits{};
+  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                    distance, std::chars_format::fixed, 1);
+  return {digits.data(), result.ptr};
+}
+
+// The site's own columns, then cell_lat, cell_lon and distance_km.
+std::string place_columns(const Site& site, const Cell& cell, RowOrder order) {
+  std::string columns;
+  for (const std::string& field : site.fields) {
+    columns += csv_field(field) + ",";
+  }
+  const Point centre = centre_of(cell, order);
+  return columns + degrees_text(centre.latitude) + "," +
+         degrees_text(centre.longitude) + "," +
+         kilometres_text(distance_km(site.point, centre)) + ",";
+}
+
+void write_heading(const Job& job, const SiteTable& table, TextOutput& output) {
+  for (const std::string& title : table.header) {
+    output.write(csv_field(title) + ",");
+  }
+  output.write("cell_lat,cell_lon,distance_km,");
+  output.write(job.options.variance_test ? kVarianceHeading
+                                         : csv_series_heading(job.options.wide));
+  output.write("\n");
+}
+
+void write_csv(const Job& job, const SiteTable& table, const Found& found) {
+  const VariableEntry& entry = job.input.entry;
+  TextOutput output(job.options.output);
+  write_heading(job, table, output);
+  const ValueTexts texts(job.options.stored ? 0 : decimals_of(entry),
+                         entry.MissingCode);
+  CsvSeries csv(output, texts, job.years, job.options.wide);
+  for (const SiteSeries& site : found.sites) {
+    const std::string place =
+        place_columns(table.sites[site.site], site.cell, entry.row_order);
+    if (job.options.variance_test) {
+      const auto second_period = static_cast<std::size_t>(
+          (*job.options.variance_test - job.years.first) * kMonths);
+      output.write(place);
+      output.write(variance_columns(site.series, second_period, entry));
+      output.write("\n");
+    } else {
+      csv.write(place, site.series);
+    }
+  }
+  output.complete();
+}
+
+void name_left_out(const Job& job, const SiteTable& table, const Found& found) {
+  for (const std::size_t index : found.left_out) {
+    const Point& point = table.sites[index].point;
+    note(job, site_title(table, index) + " (" + degrees_text(point.latitude) + ", " +
+                  degrees_text(point.longitude) + ") is left out: " +
+                  (job.options.radius_km
+                       ? "no cell with data within " +
+                             degrees_text(*job.options.radius_km) + " km"
+                       : "its cell has no data; --radius allows the nearest that has"));
+  }
+}
+
+std::string count_of(std::size_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+std::string extract_sites(const Job& job) {
+  const SiteTable table = read_sites(*job.options.sites);
+  const Found found = SiteSearch(job, table).find();
+  name_left_out(job, table, found);
+  if (found.sites.empty()) {
+    throw NothingFound("no site has data");
+  }
+  write_csv(job, table, found);
+  return count_of(table.sites.size(), "site") + ", " +
+         std::to_string(found.left_out.size()) + " left out, " +
+         std::to_string(found.moved) + " with the nearest cell, " +
+         std::to_string(found.sites.size()) + " saved";
+}
+
+}  // namespace veldmark::extract

@@ -1,0 +1,68 @@
+#include "extract/text_output.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "util/failure.h"
+
+namespace veldmark::extract {
+namespace {
+
+constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+
+void write_to_standard_output(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
+    if (count >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      throw Failure("cannot write to standard output: " +
+                    std::generic_category().message(errno));
+    }
+  }
+}
+
+}  // namespace
+
+TextOutput::TextOutput(const std::optional<std::string>& name) : buffer_(kBufferSize) {
+  if (name) {
+    file_.emplace(*name);
+  }
+}
+
+void TextOutput::write(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view piece = text.substr(0, kMostReserved);
+    piece.copy(reserve(piece.size()), piece.size());
+    commit(piece.size());
+    text.remove_prefix(piece.size());
+  }
+}
+
+char* TextOutput::reserve(std::size_t size) {
+  if (used_ + size > buffer_.size()) {
+    write_out();
+  }
+  return buffer_.data() + used_;
+}
+
+void TextOutput::complete() {
+  write_out();
+  if (file_) {
+    file_->complete();
+  }
+}
+
+void TextOutput::write_out() {
+  const std::string_view text(buffer_.data(), used_);
+  used_ = 0;
+  if (file_) {
+    file_->write(text);
+  } else {
+    write_to_standard_output(text);
+  }
+}
+
+}  // namespace veldmark::extract

@@ -1,0 +1,45 @@
+// A text that is written to a file, which appears only when it is complete, or to
+// standard output.
+
+#ifndef VELDMARK_EXTRACT_TEXT_OUTPUT_H_
+#define VELDMARK_EXTRACT_TEXT_OUTPUT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "util/part_file.h"
+
+namespace veldmark::extract {
+
+// Throws Failure when something can't be written.
+class TextOutput {
+ public:
+  // Begins the file `name`; standard output without a name.
+  explicit TextOutput(const std::optional<std::string>& name);
+
+  void write(std::string_view text);
+
+  // The same without a copy: reserve returns room for `size` characters, at most
+  // kMostReserved; commit says how many of them were filled in.
+  static constexpr std::size_t kMostReserved = std::size_t{64} * 1024;
+  char* reserve(std::size_t size);
+  void commit(std::size_t size) { used_ += size; }
+
+  // Writes what is left; the file gets its name.
+  void complete();
+
+ private:
+  void write_out();
+
+  std::optional<PartFile> file_;
+  std::vector<char> buffer_;
+  std::size_t used_ = 0;
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_TEXT_OUTPUT_H_

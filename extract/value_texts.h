@@ -1,0 +1,45 @@
+// Values as decimal text, exact because it is made from the stored integers.
+
+#ifndef VELDMARK_EXTRACT_VALUE_TEXTS_H_
+#define VELDMARK_EXTRACT_VALUE_TEXTS_H_
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace veldmark::extract {
+
+// Returns `value` divided by 10^decimals: with 1 decimal 253 is "25.3" and -5 is
+// "-0.5"; with none it is the integer. 0 <= decimals <= 2.
+std::string exact_decimal(std::int32_t value, std::int32_t decimals);
+
+// The texts of all 16-bit values, ready-made for the hot loop. The missing code has an
+// empty text.
+class ValueTexts {
+ public:
+  ValueTexts(std::int32_t decimals, std::int32_t MissingCode);
+
+  // A text has at most kLongest characters, but is copied as kCopied.
+  static constexpr std::size_t kLongest = 7;
+  static constexpr std::size_t kCopied = 8;
+
+  // Writes `value` at `out`, where kCopied characters may be overwritten; returns the
+  // place behind the text.
+  char* write(std::int16_t value, char* out) const {
+    const Text& text = texts_[static_cast<std::uint16_t>(value)];
+    std::memcpy(out, text.data(), kCopied);
+    return out + text.back();
+  }
+
+ private:
+  using Text = std::array<char, kCopied>;  // characters, and their number at the end
+
+  std::vector<Text> texts_;  // by the value modulo 2^16
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_VALUE_TEXTS_H_
