@@ -70,7 +70,7 @@ class BlockReader {
         line_size_(kLineLength + input.line_end_size),
         first_month_((years.first - input.years.first) * kMonths),
         missing_(missing_line(input.entry.MissingCode)),
-        buffer_(kPieceSize + line_size_) {
+        buffer_(1 + kPieceSize + line_size_) {
     const std::int32_t year_count = years.last - years.first + 1;
     block_.month_count_ = static_cast<std::size_t>(year_count * kMonths);
   }
@@ -195,8 +195,8 @@ class BlockReader {
       }
       read_piece(month, begin, end - begin);
       for (std::size_t index = begin; index < end; ++index) {
-        const char* line = buffer_.data() + (index - begin) * line_size_;
-        expect_line_end(month, index, line);
+        const char* line = buffer_.data() + 1 + (index - begin) * line_size_;
+        expect_frame(month, index, line);
         use_line(index, std::string_view(line, kLineLength));
       }
       begin = end;
@@ -208,23 +208,33 @@ class BlockReader {
            cells_.rows()[index] - 1;
   }
 
+  // Puts lines into the buffer, behind the last character of the line before them.
   void read_piece(std::size_t month, std::size_t index, std::size_t count) {
     const std::int64_t offset =
         line_index(month, index) * static_cast<std::int64_t>(line_size_);
     const std::size_t size = count * line_size_;
     const auto available = static_cast<std::size_t>(input_.size - offset);
-    errno = 0;
-    if (!input_.file.read_at(offset, buffer_.data(), std::min(size, available))) {
-      throw Failure(
-          "cannot read " + input_.name + ": " +
-          (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
+    if (offset == 0) {
+      buffer_[0] = '\n';
+      read_bytes(0, buffer_.data() + 1, std::min(size, available));
+    } else {
+      read_bytes(offset - 1, buffer_.data(), 1 + std::min(size, available));
     }
     if (size > available) {  // the last line lacks its line end
       const std::string_view end = input_.line_end_size == 1 ? "\n" : "\r\n";
-      end.copy(buffer_.data() + available, end.size());
+      end.copy(buffer_.data() + 1 + available, end.size());
     }
     if (progress_) {
       progress_(static_cast<std::int64_t>(size));
+    }
+  }
+
+  void read_bytes(std::int64_t offset, char* buffer, std::size_t size) const {
+    errno = 0;
+    if (!input_.file.read_at(offset, buffer, size)) {
+      throw Failure(
+          "cannot read " + input_.name + ": " +
+          (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
     }
   }
 
@@ -234,8 +244,12 @@ class BlockReader {
                   std::to_string(line_index(month, index) + 1) + ": " + what);
   }
 
-  void expect_line_end(std::size_t month, std::size_t index, const char* line) const {
+  // A line has a line end before it and one at its end.
+  void expect_frame(std::size_t month, std::size_t index, const char* line) const {
     const std::string_view expected = input_.line_end_size == 1 ? "\n" : "\r\n";
+    if (line[-1] != '\n') {
+      fail(month, index, "it does not begin in its place; tersify --check tells more");
+    }
     if (std::string_view(line + kLineLength, expected.size()) != expected) {
       fail(month, index,
            "it does not end after 3600 characters; tersify --check tells more");

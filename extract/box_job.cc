@@ -128,8 +128,10 @@ std::size_t expect_data(const Job& job, const std::vector<Cell>& cells,
     return count;
   }
   if (job.options.cell) {
+    const Point centre = centre_of(cells.front(), job.input.entry.row_order);
     throw NothingFound(
-        "the cell " + place_columns(cells.front(), job.input.entry.row_order) +
+        "the cell at " + degrees_text(centre.latitude) + ", " +
+        degrees_text(centre.longitude) +
         " has no data; --sites with --radius finds the nearest that has");
   }
   throw NothingFound("no cell with data: " + std::to_string(cells.size()) +
