@@ -6,6 +6,7 @@
 #include "extract/area_mean.h"
 #include "extract/csv_series.h"
 #include "extract/text_output.h"
+#include "extract/tsf_output.h"
 #include "extract/value_texts.h"
 #include "extract/variable_name.h"
 #include "extract/variance_columns.h"
@@ -182,7 +183,11 @@ std::string extract_box(const Job& job) {
   const SeriesBlock block =
       read_cells(job.input, CellSet(cells), job.years, job.progress);
   const std::size_t saved = expect_data(job, cells, block);
-  write_csv(job, cells, block);
+  if (job.options.format == Format::kTsf) {
+    write_tsf(job, box, block);
+  } else {
+    write_csv(job, cells, block);
+  }
   return summary_of(job, box, cells.size(), saved);
 }
 

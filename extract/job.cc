@@ -9,10 +9,6 @@ bool has_data(const Job& job, std::span<const std::int16_t> series) {
          !(first_month_counts && series.front() == job.input.entry.MissingCode);
 }
 
-std::string output_title(const Options& options) {
-  return options.output.value_or("standard output");
-}
-
 void note(const Job& job, const std::string& text) {
   job.messages << "veldmark-extract: " << text << "\n";
 }

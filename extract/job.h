@@ -34,9 +34,6 @@ struct Job {
 // has it, in the first month? An empty series holds none.
 bool has_data(const Job& job, std::span<const std::int16_t> series);
 
-// Returns what the output is called in messages.
-std::string output_title(const Options& options);
-
 // Writes a note of the program on its messages.
 void note(const Job& job, const std::string& text);
 

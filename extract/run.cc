@@ -1,21 +1,23 @@
 #include "extract/run.h"
 
-#include <sys/stat.h>
-
 #include <array>
 #include <charconv>
 #include <chrono>
 #include <exception>
 #include <optional>
+#include <system_error>
+#include <vector>
 
 #include "extract/box_job.h"
 #include "extract/citation.h"
 #include "extract/command_line.h"
 #include "extract/input_file.h"
 #include "extract/job.h"
+#include "extract/output_names.h"
 #include "extract/sites_job.h"
 #include "extract/variable_name.h"
 #include "util/failure.h"
+#include "util/file_fault.h"
 
 namespace veldmark::extract {
 namespace {
@@ -57,29 +59,14 @@ Years choose_years(const Options& options, const InputFile& input) {
   return years;
 }
 
-// An existing output is replaced on request only, and never one that is being read.
-void check_output(const Options& options, const InputFile& input) {
-  struct stat output {};
-  if (!options.output || ::stat(options.output->c_str(), &output) != 0) {
-    return;
-  }
-  const auto is_output = [&](const std::string& name) {
-    struct stat read {};
-    return ::stat(name.c_str(), &read) == 0 && read.st_dev == output.st_dev &&
-           read.st_ino == output.st_ino;
-  };
-  if (is_output(input.name) || (options.sites && is_output(*options.sites))) {
-    throw Failure(*options.output + " is read; it can't be the output as well");
-  }
-  if (!options.overwrite) {
-    throw Failure(*options.output + " exists; --overwrite replaces it");
-  }
-}
-
 int extract(const Options& options, const Surroundings& around) {
   const Moment start = std::chrono::steady_clock::now();
   const InputFile input = open_input(options);
-  check_output(options, input);
+  std::vector<std::string> inputs{input.name};
+  if (options.sites) {
+    inputs.push_back(*options.sites);
+  }
+  check_outputs(options, inputs);
   const Progress progress;
   const Job job{.options = options,
                 .input = input,
@@ -116,6 +103,15 @@ int cite(const Options& options, const Surroundings& around) {
   return kAllIsWell;
 }
 
+// The core's faults in words.
+std::string fault_text(const FileFault& fault) {
+  const bool read = fault.kind() == FileFault::Kind::kNotRead;
+  const bool busy = fault.kind() == FileFault::Kind::kWrittenByAnotherRun;
+  return std::string("cannot ") + (read ? "read " : "write ") + fault.name() + ": " +
+         (busy ? "another run is writing it"
+               : std::generic_category().message(fault.error_number()));
+}
+
 int carry_out(const Options& options, const Surroundings& around) {
   switch (options.task) {
     case Task::kShowHelp:
@@ -135,21 +131,24 @@ int carry_out(const Options& options, const Surroundings& around) {
 }  // namespace
 
 int run_extract(std::span<const std::string> arguments, const Surroundings& around) {
-  const auto complain = [&](const std::exception& error) -> std::ostream& {
-    return around.messages << "veldmark-extract: " << reason_of(error) << "\n";
+  const auto complain = [&](const std::string& sentence) -> std::ostream& {
+    return around.messages << "veldmark-extract: " << sentence << "\n";
   };
   try {
     const int status = carry_out(parse_command_line(arguments), around);
     around.output.flush();
     return around.output ? status : kFailed;
   } catch (const UsageError& error) {
-    complain(error) << "Try 'veldmark-extract --help'.\n";
+    complain(error.what()) << "Try 'veldmark-extract --help'.\n";
     return kWrongUsage;
   } catch (const NothingFound& error) {
-    complain(error);
+    complain(error.what());
     return kNothingFound;
+  } catch (const FileFault& fault) {
+    complain(fault_text(fault));
+    return kFailed;
   } catch (const std::exception& error) {
-    complain(error);
+    complain(reason_of(error));
     return kFailed;
   }
 }

@@ -1,0 +1,26 @@
+// The files that a run writes.
+
+#ifndef VELDMARK_EXTRACT_OUTPUT_NAMES_H_
+#define VELDMARK_EXTRACT_OUTPUT_NAMES_H_
+
+#include <string>
+#include <vector>
+
+#include "extract/command_line.h"
+
+namespace veldmark::extract {
+
+// Returns the files that the options name as output: NAME.TSF and NAME.XY, or the one
+// file, or none for standard output.
+std::vector<std::string> output_names(const Options& options);
+
+// Returns what the output is called in messages.
+std::string output_title(const Options& options);
+
+// Throws Failure when an output exists and may not be replaced, or is one of `inputs`,
+// which are being read.
+void check_outputs(const Options& options, const std::vector<std::string>& inputs);
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_OUTPUT_NAMES_H_

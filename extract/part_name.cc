@@ -1,0 +1,38 @@
+#include "extract/part_name.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+#include "util/failure.h"
+
+namespace veldmark::extract {
+
+PartName::PartName(std::string name)
+    : name_(std::move(name)), part_name_(name_ + ".part") {
+  struct stat found {};
+  if (::stat(name_.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
+    throw Failure("cannot write " + name_ + ": it exists and is not a regular file");
+  }
+  ::unlink(part_name_.c_str());
+}
+
+PartName::~PartName() {
+  if (!complete_) {
+    ::unlink(part_name_.c_str());
+  }
+}
+
+void PartName::complete() {
+  if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
+    throw Failure("cannot write " + name_ + ": " +
+                  std::generic_category().message(errno));
+  }
+  complete_ = true;
+}
+
+}  // namespace veldmark::extract

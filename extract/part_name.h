@@ -1,0 +1,39 @@
+// The name under which a library writes a file that must appear only when it is
+// complete.
+
+#ifndef VELDMARK_EXTRACT_PART_NAME_H_
+#define VELDMARK_EXTRACT_PART_NAME_H_
+
+#include <string>
+
+namespace veldmark::extract {
+
+// For what can't be written through a PartFile: NAME.part is written and closed by
+// somebody else, and gets its name here. Unless that has happened, the destructor
+// removes it.
+class PartName {
+ public:
+  // Removes an older NAME.part, so that nothing is written through a link in its place.
+  // Throws Failure when `name` is something other than a regular file, because the
+  // renaming would put a file in the place of a device.
+  explicit PartName(std::string name);
+  ~PartName();
+  PartName(const PartName&) = delete;
+  PartName& operator=(const PartName&) = delete;
+  PartName(PartName&&) = delete;
+  PartName& operator=(PartName&&) = delete;
+
+  [[nodiscard]] const std::string& text() const { return part_name_; }
+
+  // Gives the closed file its name. Throws Failure.
+  void complete();
+
+ private:
+  std::string name_;
+  std::string part_name_;
+  bool complete_ = false;
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_PART_NAME_H_

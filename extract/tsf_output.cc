@@ -1,0 +1,71 @@
+#include "extract/tsf_output.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "extract/output_names.h"
+#include "extract/part_name.h"
+#include "output/cell_list_file.h"
+#include "output/output_file.h"
+#include "output/time_series_file.h"
+#include "util/failure.h"
+
+namespace veldmark::extract {
+namespace {
+
+// A year line has 78 characters, and all of a cell's are reserved at once.
+constexpr std::int32_t kMostYears = 800;
+static_assert((kMostYears + 1) * 78 <= OutputFile::kMostReserved);
+
+std::string without_folders(const std::string& name) {
+  return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
+}
+
+void write_cells(const Job& job, const BoxCells& box, const SeriesBlock& block,
+                 const std::array<CellSink*, 2>& sinks) {
+  const RowOrder order = job.input.entry.row_order;
+  std::vector<Coordinate> longitudes;
+  for (const std::int32_t column : box.lattice.columns) {
+    longitudes.emplace_back(CellLon[column]);
+  }
+  std::int32_t number = 0;
+  for (const std::int32_t row : box.lattice.rows) {
+    const Coordinate latitude(CellLat(order)[row]);
+    for (std::size_t i = 0; i < longitudes.size(); ++i) {
+      const Cell cell{.GridY = row, .GridX = box.lattice.columns[i]};
+      const std::span<const std::int16_t> series = block.series(cell);
+      if (!has_data(job, series)) {
+        continue;
+      }
+      ++number;
+      for (CellSink* sink : sinks) {
+        sink->add({number, cell.GridX, cell.GridY, longitudes[i], latitude, series});
+      }
+    }
+  }
+}
+
+}  // namespace
+
+void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
+  if (job.years.last - job.years.first >= kMostYears) {
+    throw Failure("tsf holds at most 800 years; choose them with --years");
+  }
+  const std::vector<std::string> names = output_names(job.options);
+  PartName series_name(names.front());
+  PartName list_name(names.back());
+  OutputFile series_file(series_name.text());
+  OutputFile list_file(list_name.text());
+  const YearSpan years{.FYOD = job.years.first, .LYOD = job.years.last};
+  TimeSeriesFile series(series_file, job.input.entry, years);
+  CellListFile list(list_file, OutputName::cut(without_folders(names.front())),
+                    job.input.entry, box.ranges.CrossesDateLine);
+  write_cells(job, box, block, {&list, &series});
+  series_file.close();
+  list_file.close();
+  series_name.complete();
+  list_name.complete();
+}
+
+}  // namespace veldmark::extract

@@ -1,0 +1,19 @@
+// The two text files that a dialogue writes: the series (.TSF) and the cell list (.XY).
+
+#ifndef VELDMARK_EXTRACT_TSF_OUTPUT_H_
+#define VELDMARK_EXTRACT_TSF_OUTPUT_H_
+
+#include "extract/box_job.h"
+#include "extract/job.h"
+
+namespace veldmark::extract {
+
+// Writes NAME.TSF and NAME.XY with the cells of `box` that have data, in the order of
+// the file, as a fresh dialogue writes them for the same cells; both appear when both
+// are complete. The cell list shows the name of the series without folders.
+// Throws Failure or FileFault when something can't be written.
+void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block);
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_TSF_OUTPUT_H_
