@@ -5,6 +5,7 @@
 
 #include "extract/area_mean.h"
 #include "extract/csv_series.h"
+#include "extract/netcdf_output.h"
 #include "extract/text_output.h"
 #include "extract/tsf_output.h"
 #include "extract/value_texts.h"
@@ -185,6 +186,8 @@ std::string extract_box(const Job& job) {
   const std::size_t saved = expect_data(job, cells, block);
   if (job.options.format == Format::kTsf) {
     write_tsf(job, box, block);
+  } else if (job.options.format == Format::kNetcdf) {
+    write_netcdf_grid(job, box, block);
   } else {
     write_csv(job, cells, block);
   }

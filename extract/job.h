@@ -25,7 +25,8 @@ struct NothingFound : std::runtime_error {
 struct Job {
   const Options& options;
   const InputFile& input;
-  Years years;  // chosen, all of them in the file
+  Years years;               // chosen, all of them in the file
+  std::string command_line;  // the arguments, each after a blank
   std::ostream& messages;
   const Progress& progress;
 };

@@ -13,6 +13,7 @@
 #include "extract/command_line.h"
 #include "extract/input_file.h"
 #include "extract/job.h"
+#include "extract/netcdf_output.h"
 #include "extract/output_names.h"
 #include "extract/sites_job.h"
 #include "extract/variable_name.h"
@@ -59,7 +60,22 @@ Years choose_years(const Options& options, const InputFile& input) {
   return years;
 }
 
-int extract(const Options& options, const Surroundings& around) {
+// The arguments as a shell would take them, but for quotes inside them.
+std::string command_line(std::span<const std::string> arguments) {
+  std::string text;
+  for (const std::string& argument : arguments) {
+    const bool plain =
+        !argument.empty() && argument.find_first_of(" \t\n*?$&;") == std::string::npos;
+    text += plain ? " " + argument : " '" + argument + "'";
+  }
+  return text;
+}
+
+int extract(const Options& options, std::span<const std::string> arguments,
+            const Surroundings& around) {
+  if (options.format == Format::kNetcdf && !has_netcdf()) {
+    throw Failure("this program was built without netCDF; csv and tsf can be written");
+  }
   const Moment start = std::chrono::steady_clock::now();
   const InputFile input = open_input(options);
   std::vector<std::string> inputs{input.name};
@@ -71,6 +87,7 @@ int extract(const Options& options, const Surroundings& around) {
   const Job job{.options = options,
                 .input = input,
                 .years = choose_years(options, input),
+                .command_line = command_line(arguments),
                 .messages = around.messages,
                 .progress = progress};
   if (!options.quiet && !options.longitude_note.empty()) {
@@ -112,7 +129,8 @@ std::string fault_text(const FileFault& fault) {
                : std::generic_category().message(fault.error_number()));
 }
 
-int carry_out(const Options& options, const Surroundings& around) {
+int carry_out(std::span<const std::string> arguments, const Surroundings& around) {
+  const Options options = parse_command_line(arguments);
   switch (options.task) {
     case Task::kShowHelp:
       around.output << help_text();
@@ -125,7 +143,7 @@ int carry_out(const Options& options, const Surroundings& around) {
     case Task::kExtract:
       break;
   }
-  return extract(options, around);
+  return extract(options, arguments, around);
 }
 
 }  // namespace
@@ -135,7 +153,7 @@ int run_extract(std::span<const std::string> arguments, const Surroundings& arou
     return around.messages << "veldmark-extract: " << sentence << "\n";
   };
   try {
-    const int status = carry_out(parse_command_line(arguments), around);
+    const int status = carry_out(arguments, around);
     around.output.flush();
     return around.output ? status : kFailed;
   } catch (const UsageError& error) {

@@ -10,6 +10,7 @@
 
 #include "extract/csv_series.h"
 #include "extract/nearest_cell.h"
+#include "extract/netcdf_output.h"
 #include "extract/sites_file.h"
 #include "extract/text_output.h"
 #include "extract/value_texts.h"
@@ -20,13 +21,6 @@ namespace veldmark::extract {
 namespace {
 
 constexpr std::int32_t kMonths = 12;
-
-// A site and the cell that stands for it.
-struct SiteSeries {
-  std::size_t site;  // index into the table
-  Cell cell;
-  std::span<const std::int16_t> series;
-};
 
 // The series of all sites, and the blocks that hold them.
 struct Found {
@@ -182,7 +176,11 @@ std::string extract_sites(const Job& job) {
   if (found.sites.empty()) {
     throw NothingFound("no site has data");
   }
-  write_csv(job, table, found);
+  if (job.options.format == Format::kNetcdf) {
+    write_netcdf_sites(job, table, found.sites);
+  } else {
+    write_csv(job, table, found);
+  }
   return count_of(table.sites.size(), "site") + ", " +
          std::to_string(found.left_out.size()) + " left out, " +
          std::to_string(found.moved) + " with the nearest cell, " +

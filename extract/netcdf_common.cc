@@ -1,0 +1,112 @@
+#include "extract/netcdf_common.h"
+
+#include <array>
+#include <chrono>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "extract/cf_attributes.h"
+#include "extract/citation.h"
+
+namespace veldmark::extract {
+namespace {
+
+constexpr std::int32_t kMonths = 12;
+
+std::string now_in_utc() {
+  const std::time_t now =
+      std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  std::tm utc{};
+  ::gmtime_r(&now, &utc);
+  constexpr std::size_t kLongest = 32;
+  std::array<char, kLongest> text{};
+  const std::size_t size =
+      std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &utc);
+  return {text.data(), size};
+}
+
+std::string without_folders(const std::string& name) {
+  return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
+}
+
+}  // namespace
+
+NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
+    : years_(years) {
+  const std::int32_t year_count = years.last - years.first + 1;
+  dimension_ =
+      file.add_dimension("time", static_cast<std::size_t>(year_count) * kMonths);
+  middles_ =
+      file.add_variable("time", NetcdfFile::Type::kDouble, std::array{dimension_});
+  file.add_text(middles_, "standard_name", "time");
+  file.add_text(middles_, "long_name", "time");
+  file.add_text(middles_, "units", "days since 1900-01-01");
+  file.add_text(middles_, "calendar", "standard");
+  file.add_text(middles_, "axis", "T");
+  file.add_text(middles_, "bounds", "time_bnds");
+  ends_ = file.add_variable("time_bnds", NetcdfFile::Type::kDouble,
+                            std::array{dimension_, bounds});
+}
+
+void NetcdfTime::put(NetcdfFile& file) const {
+  std::vector<double> middles;
+  std::vector<double> ends;
+  const std::int32_t month_count = (years_.last - years_.first + 1) * kMonths;
+  for (std::int32_t month = 0; month < month_count; ++month) {
+    const MonthTime time = month_time(years_.first, month);
+    middles.push_back(time.middle);
+    ends.insert(ends.end(), {time.begin, time.end});
+  }
+  file.put(middles_, middles);
+  file.put(ends_, ends);
+}
+
+int add_degrees(NetcdfFile& file, std::string_view name,
+                std::span<const int> dimensions) {
+  const bool is_latitude = name.ends_with("lat");
+  const int variable = file.add_variable(name, NetcdfFile::Type::kDouble, dimensions);
+  if (name == "lat" || name == "lon") {
+    file.add_text(variable, "standard_name", is_latitude ? "latitude" : "longitude");
+  }
+  file.add_text(variable, "long_name", is_latitude ? "latitude" : "longitude");
+  file.add_text(variable, "units", is_latitude ? "degrees_north" : "degrees_east");
+  return variable;
+}
+
+int add_values(NetcdfFile& file, const Job& job, std::span<const int> dimensions,
+               std::span<const std::size_t> chunks) {
+  const VariableEntry& entry = job.input.entry;
+  const CfAttributes attributes = cf_attributes(entry);
+  const int variable =
+      file.add_variable(entry.short_name, NetcdfFile::Type::kShort, dimensions);
+  file.set_storage(variable, static_cast<std::int16_t>(entry.MissingCode), chunks,
+                   job.options.deflate);
+  file.add_text(variable, "standard_name", attributes.standard_name);
+  file.add_text(variable, "long_name", entry.long_name);
+  file.add_text(variable, "units", attributes.units);
+  file.add_text(variable, "cell_methods", attributes.cell_methods);
+  file.add_number(variable, "scale_factor", 1.0 / entry.stored_per_unit);
+  return variable;
+}
+
+void describe_file(NetcdfFile& file, const Job& job) {
+  constexpr int kAll = NetcdfFile::kGlobal;
+  const VariableEntry& entry = job.input.entry;
+  const std::string source = without_folders(job.input.name);
+  file.add_text(kAll, "Conventions", "CF-1.8");
+  file.add_text(kAll, "title",
+                std::string(entry.long_name) + ", " + std::to_string(job.years.first) +
+                    "-" + std::to_string(job.years.last) + ", from " + source);
+  if (entry.is_in_cru_ts_distribution) {
+    file.add_text(kAll, "institution",
+                  "University of East Anglia Climatic Research Unit");
+  }
+  file.add_text(kAll, "source", source);
+  if (source == entry.DataFileName.trimmed()) {  // another release is cited otherwise
+    file.add_text(kAll, "references", citation_text(entry));
+  }
+  file.add_text(kAll, "history", now_in_utc() + " veldmark-extract" + job.command_line);
+}
+
+}  // namespace veldmark::extract

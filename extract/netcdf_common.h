@@ -1,0 +1,47 @@
+// What grids and series of sites have in common as netCDF: the time, the variable, the
+// description of the file.
+
+#ifndef VELDMARK_EXTRACT_NETCDF_COMMON_H_
+#define VELDMARK_EXTRACT_NETCDF_COMMON_H_
+
+#include <cstdint>
+#include <span>
+
+#include "extract/job.h"
+#include "extract/netcdf_file.h"
+
+namespace veldmark::extract {
+
+// The months of a job as a dimension with its coordinate and bounds.
+class NetcdfTime {
+ public:
+  // Defines them. `bounds` is the dimension of the two ends of an interval.
+  NetcdfTime(NetcdfFile& file, const Years& years, int bounds);
+
+  [[nodiscard]] int dimension() const { return dimension_; }
+
+  // Writes their values, after the definitions.
+  void put(NetcdfFile& file) const;
+
+ private:
+  Years years_;
+  int dimension_;
+  int middles_;
+  int ends_;
+};
+
+// Defines a coordinate in degrees, "lat" or "lon". Returns its number.
+int add_degrees(NetcdfFile& file, std::string_view name,
+                std::span<const int> dimensions);
+
+// Defines the variable of the job, in stored integers with the factor to physical
+// units. Returns its number.
+int add_values(NetcdfFile& file, const Job& job, std::span<const int> dimensions,
+               std::span<const std::size_t> chunks);
+
+// Describes the whole file.
+void describe_file(NetcdfFile& file, const Job& job);
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_NETCDF_COMMON_H_

@@ -1,0 +1,69 @@
+// A netCDF-4 file that is written, through the netCDF C library.
+
+#ifndef VELDMARK_EXTRACT_NETCDF_FILE_H_
+#define VELDMARK_EXTRACT_NETCDF_FILE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "extract/part_name.h"
+
+namespace veldmark::extract {
+
+// The file appears under its name only when it is complete. Every member throws Failure
+// "cannot write NAME: reason". Dimensions and variables are known by their numbers.
+class NetcdfFile {
+ public:
+  explicit NetcdfFile(const std::string& name);
+  ~NetcdfFile();
+  NetcdfFile(const NetcdfFile&) = delete;
+  NetcdfFile& operator=(const NetcdfFile&) = delete;
+  NetcdfFile(NetcdfFile&&) = delete;
+  NetcdfFile& operator=(NetcdfFile&&) = delete;
+
+  int add_dimension(std::string_view name, std::size_t size);
+
+  enum class Type { kShort, kInt, kDouble, kString };
+  int add_variable(std::string_view name, Type type, std::span<const int> dimensions);
+
+  // Empty texts are left out. kGlobal stands for the whole file.
+  static constexpr int kGlobal = -1;
+  void add_text(int variable, std::string_view attribute, std::string_view text);
+  void add_number(int variable, std::string_view attribute, double number);
+
+  // How a variable of 16-bit integers is stored: its missing code, the sizes of its
+  // chunks, and the level of compression, 0 for none.
+  void set_storage(int variable, std::int16_t MissingCode,
+                   std::span<const std::size_t> chunks, std::int32_t deflate);
+
+  // Ends the definitions; what follows is values.
+  void end_definitions();
+
+  // A whole variable.
+  void put(int variable, std::span<const double> values);
+  void put(int variable, std::span<const std::int32_t> values);
+  void put(int variable, std::span<const std::string> values);
+
+  // A part of a variable: `counts` values from `starts` on, along each dimension.
+  void put(int variable, std::span<const std::size_t> starts,
+           std::span<const std::size_t> counts, std::span<const std::int16_t> values);
+
+  // Closes the file and gives it its name.
+  void complete();
+
+ private:
+  void check(int status) const;
+
+  std::string name_;
+  PartName part_;
+  int file_ = -1;
+  bool open_ = false;
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_NETCDF_FILE_H_

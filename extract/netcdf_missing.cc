@@ -1,0 +1,29 @@
+// Stands for netcdf_output.cc where the netCDF library is not there.
+
+#include "extract/netcdf_output.h"
+#include "util/failure.h"
+
+namespace veldmark::extract {
+namespace {
+
+[[noreturn]] void fail() {
+  throw Failure(
+      "this program was built without netCDF: install libnetcdf-dev and build it "
+      "again");
+}
+
+}  // namespace
+
+bool has_netcdf() { return false; }
+
+void write_netcdf_grid(const Job& /*job*/, const BoxCells& /*box*/,
+                       const SeriesBlock& /*block*/) {
+  fail();
+}
+
+void write_netcdf_sites(const Job& /*job*/, const SiteTable& /*table*/,
+                        std::span<const SiteSeries> /*sites*/) {
+  fail();
+}
+
+}  // namespace veldmark::extract
