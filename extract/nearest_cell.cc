@@ -14,6 +14,10 @@ constexpr double kKmPerDegree =
     111.19;  // of latitude, a little short: a reach too wide
 constexpr double kCellsPerDegree = 2;
 
+// Distances are compared to the millimetre: cells that are equally far, as all around a
+// pole, then are so in spite of rounding.
+constexpr double kMillimetresPerKm = 1e6;
+
 // How many columns to the east and to the west may hold centres within the radius of a
 // point, when it is compared with rows up to `reach` degrees of latitude away.
 std::int32_t column_reach(double latitude, double reach) {
@@ -71,7 +75,8 @@ std::optional<Cell> nearest_cell(const Point& point, double radius_km, RowOrder 
   std::tuple<double, double, double> least;
   for_each_around(point, radius_km, order, [&](const Cell& cell, double distance) {
     const Point centre = centre_of(cell, order);
-    const std::tuple rank(distance, centre.latitude, centre.longitude);
+    const std::tuple rank(std::round(distance * kMillimetresPerKm), centre.latitude,
+                          centre.longitude);
     if ((!nearest || rank < least) && has_data(cell)) {
       nearest = cell;
       least = rank;

@@ -17,7 +17,7 @@ std::vector<Cell> cells_around(const Point& point, double radius_km, RowOrder or
 
 // Returns the cell nearest to `point`, by the distance of its centre, among those for
 // which `has_data` holds; nothing when there is none within `radius_km`. Of equally far
-// cells the southernmost is taken, then the westernmost.
+// cells, to the millimetre, the southernmost is taken, then the westernmost.
 std::optional<Cell> nearest_cell(const Point& point, double radius_km, RowOrder order,
                                  const std::function<bool(const Cell&)>& has_data);
 

@@ -71,7 +71,8 @@ TEST(NearestCell, IsThatOfAPlainSearch) {
           *std::min_element(cells.begin(), cells.end(), [&](Cell a, Cell b) {
             const auto rank = [&](const Cell& cell) {
               return std::tuple(
-                  distance_km(point, centre_of(cell, RowOrder::kSouthFirst)),
+                  std::round(
+                      distance_km(point, centre_of(cell, RowOrder::kSouthFirst)) * 1e6),
                   cell.GridY, cell.GridX);
             };
             return rank(a) < rank(b);
