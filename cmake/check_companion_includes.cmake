@@ -6,10 +6,11 @@ cmake_minimum_required(VERSION 3.25)
 # Each folder may include the folders named here, and nothing else of ours.
 set(companion_may_include companion util)
 set(tersify_may_include tersify companion grid util)
+set(extract_may_include extract companion catalogue grid output selection stats util)
 set(series_to_grid_may_include series_to_grid companion grid util)
 
 set(faults "")
-foreach(folder IN ITEMS companion tersify tools/series_to_grid)
+foreach(folder IN ITEMS companion extract tersify tools/series_to_grid)
   get_filename_component(name "${folder}" NAME)
   file(GLOB files RELATIVE "${PROJECT_FOLDER}" "${PROJECT_FOLDER}/${folder}/*.h"
        "${PROJECT_FOLDER}/${folder}/*.cc")

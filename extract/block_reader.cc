@@ -13,6 +13,7 @@
 #include "extract/line_fault.h"
 #include "util/failure.h"
 #include "util/fixed_field.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -233,14 +234,14 @@ class BlockReader {
     errno = 0;
     if (!input_.file.read_at(offset, buffer, size)) {
       throw Failure(
-          "cannot read " + input_.name + ": " +
+          "cannot read " + in_quotes(input_.name) + ": " +
           (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
     }
   }
 
   [[noreturn]] void fail(std::size_t month, std::size_t index,
                          const std::string& what) const {
-    throw Failure(input_.name + ": line " +
+    throw Failure(in_quotes(input_.name) + ": line " +
                   std::to_string(line_index(month, index) + 1) + ": " + what);
   }
 

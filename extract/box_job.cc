@@ -181,8 +181,7 @@ std::string extract_box(const Job& job) {
         "no cell has its centre in the box: centres lie at .25 and .75 degrees; --cell "
         "takes the cell that holds a point");
   }
-  const SeriesBlock block =
-      read_cells(job.input, CellSet(cells), job.years, job.progress);
+  const SeriesBlock block = read_cells_of(job, CellSet(cells));
   const std::size_t saved = expect_data(job, cells, block);
   if (job.options.format == Format::kTsf) {
     write_tsf(job, box, block);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -78,10 +79,10 @@ std::string count_fault(const std::string& parser_text) {
 std::string unknown_fault(const CLI::App& app) {
   for (const std::string& rest : app.remaining()) {
     if (rest.starts_with('-')) {
-      return "unknown option '" + rest + "'";
+      return "unknown option " + in_quotes(rest);
     }
   }
-  return "unexpected argument '" + app.remaining().front() + "'";
+  return "unexpected argument " + in_quotes(app.remaining().front());
 }
 
 Arguments read_arguments(std::span<const std::string> words) {
@@ -120,8 +121,8 @@ std::int32_t whole_number(std::string_view option, std::string_view text,
                           std::int32_t least, std::int32_t most) {
   const std::optional<std::int32_t> value = parse_whole(text);
   if (!value || *value < least || *value > most) {
-    throw UsageError(std::string(option) + " '" + std::string(text) +
-                     "': give a whole number from " + std::to_string(least) + " to " +
+    throw UsageError(std::string(option) + " " + in_quotes(text) +
+                     ": give a whole number from " + std::to_string(least) + " to " +
                      std::to_string(most));
   }
   return *value;
@@ -132,8 +133,8 @@ constexpr std::int32_t kMostYear = 9999;
 std::int32_t year_of(std::string_view option, std::string_view text) {
   const std::optional<std::int32_t> year = parse_whole(text);
   if (!year || *year < 1 || *year > kMostYear) {
-    throw UsageError(std::string(option) + " '" + std::string(text) +
-                     "': give a year, as in " + std::string(option) + " 1961");
+    throw UsageError(std::string(option) + " " + in_quotes(text) +
+                     ": give a year, as in " + std::string(option) + " 1961");
   }
   return *year;
 }
@@ -144,8 +145,8 @@ Years parse_years(std::string_view text) {
   const std::optional<std::int32_t> last =
       middle == std::string_view::npos ? first : parse_whole(text.substr(middle + 1));
   if (!first || !last) {
-    throw UsageError("--years '" + std::string(text) +
-                     "': give first and last year, as in --years 1961:1990");
+    throw UsageError("--years " + in_quotes(text) +
+                     ": give first and last year, as in --years 1961:1990");
   }
   if (*first > *last) {
     throw UsageError("--years " + std::string(text) +
@@ -158,8 +159,8 @@ Years parse_years(std::string_view text) {
 double radius_of(std::string_view text) {
   const std::optional<double> radius = parse_degrees(text);  // a plain number
   if (!radius || *radius <= 0) {
-    throw UsageError("--radius '" + std::string(text) +
-                     "': give a distance in kilometres, as in --radius 50");
+    throw UsageError("--radius " + in_quotes(text) +
+                     ": give a distance in kilometres, as in --radius 50");
   }
   return *radius;
 }
@@ -178,7 +179,8 @@ Format format_of(const Arguments& arguments) {
   if (name.empty()) {
     return Format::kCsv;
   }
-  throw UsageError("--format '" + name + "': the formats are csv, tsf and netcdf");
+  throw UsageError("--format " + in_quotes(name) +
+                   ": the formats are csv, tsf and netcdf");
 }
 
 void set_place(const Arguments& arguments, Options& options) {

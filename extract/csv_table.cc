@@ -9,6 +9,7 @@
 
 #include "util/failure.h"
 #include "util/file_descriptor.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -74,7 +75,7 @@ class Parser {
       throw std::bad_alloc();
     }
     if (!good) {
-      throw Failure(name_ + ": record " +
+      throw Failure(in_quotes(name_) + ": record " +
                     std::to_string(collected_.records.size() + 1) + ": " +
                     std::string(fault));
     }
@@ -86,7 +87,8 @@ class Parser {
 };
 
 [[noreturn]] void fail_to_read(const std::string& name) {
-  throw Failure("cannot read " + name + ": " + std::generic_category().message(errno));
+  throw Failure("cannot read " + in_quotes(name) + ": " +
+                std::generic_category().message(errno));
 }
 
 std::string read_whole_file(const std::string& name) {

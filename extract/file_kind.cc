@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 
+#include "util/in_quotes.h"
+
 namespace veldmark::extract {
 namespace {
 
@@ -44,24 +46,25 @@ std::size_t count_words(std::string_view line) {
 
 std::string describe_other_file(const std::string& name, std::string_view head) {
   if (head.empty()) {
-    return name + " is empty";
+    return in_quotes(name) + " is empty";
   }
   for (const Signature& signature : kSignatures) {
     if (head.starts_with(signature.bytes)) {
-      return name + " " + std::string(signature.what);
+      return in_quotes(name) + " " + std::string(signature.what);
     }
   }
   if (head.find('\0') != std::string_view::npos) {
-    return name + " is a binary file, no condensed grid file";
+    return in_quotes(name) + " is a binary file, no condensed grid file";
   }
   std::string_view line = head.substr(0, head.find('\n'));
   if (line.ends_with('\r')) {
     line.remove_suffix(1);
   }
   if (line.size() != kLineLength && count_words(line) == kColumns) {
-    return name + " is in the published form: condense it with tersify " + name;
+    return in_quotes(name) + " is in the published form: condense it with tersify " +
+           name;
   }
-  return name + " is no condensed grid file: its first line has " +
+  return in_quotes(name) + " is no condensed grid file: its first line has " +
          (line.size() == head.size() ? "at least " : "") + std::to_string(line.size()) +
          " characters, not 3600";
 }

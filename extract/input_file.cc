@@ -12,6 +12,7 @@
 
 #include "extract/file_kind.h"
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -54,27 +55,27 @@ FileDescriptor open_file(const Named& named) {
   }
   const std::string reason = std::generic_category().message(errno);
   if (named.by_short_name && errno == ENOENT) {
-    throw Failure(named.file_name + ", the file of " +
+    throw Failure(in_quotes(named.file_name) + ", the file of " +
                   std::string(named.entry->short_name) +
                   ", is not in the current folder");
   }
   const bool like_a_variable =
       errno == ENOENT && named.file_name.find_first_of("./") == std::string::npos;
-  throw Failure("cannot open " + named.file_name + ": " + reason +
+  throw Failure("cannot open " + in_quotes(named.file_name) + ": " + reason +
                 (like_a_variable ? "; the variables are " + short_names() : ""));
 }
 
 std::int64_t size_of(const Named& named, const FileDescriptor& file) {
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) {
-    throw Failure("cannot read " + named.file_name + ": " +
+    throw Failure("cannot read " + in_quotes(named.file_name) + ": " +
                   std::generic_category().message(errno));
   }
   if (S_ISDIR(status.st_mode)) {
-    throw Failure(named.file_name + " is a folder");
+    throw Failure(in_quotes(named.file_name) + " is a folder");
   }
   if (!S_ISREG(status.st_mode)) {
-    throw Failure(named.file_name +
+    throw Failure(in_quotes(named.file_name) +
                   " is no regular file: its lines can't be addressed");
   }
   return status.st_size;
@@ -86,7 +87,7 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
   constexpr std::int64_t kHead = 16384;
   std::string head(static_cast<std::size_t>(std::min(size, kHead)), '\0');
   if (!file.read_at(0, head.data(), head.size())) {
-    throw Failure("cannot read " + name + ": " +
+    throw Failure("cannot read " + in_quotes(name) + ": " +
                   std::generic_category().message(errno));
   }
   const std::string_view text(head);
@@ -109,7 +110,7 @@ std::int64_t count_years(const std::string& name, std::int64_t size,
   const bool without_last_end = (size + line_end) % year_size == 0;
   const std::int64_t padded = without_last_end ? size + line_end : size;
   if (padded % year_size != 0) {
-    throw Failure(name + " is cut or damaged: after " +
+    throw Failure(in_quotes(name) + " is cut or damaged: after " +
                   std::to_string(size / year_size) + " whole years it has " +
                   std::to_string(size % year_size) + " bytes more, and a year has " +
                   std::to_string(year_size) + "; tersify --check tells more");
@@ -125,11 +126,12 @@ Years years_of_file(const Options& options, const std::string& name,
   }
   const std::optional<Years> named = years_of_name(name);
   if (!named) {
-    throw UsageError(name + " does not tell its years in its name: give --first-year");
+    throw UsageError(in_quotes(name) +
+                     " does not tell its years in its name: give --first-year");
   }
   const Years found{.first = named->first, .last = named->first + count - 1};
   if (found.last != named->last) {
-    throw Failure(name + ": the name says " + years_text(*named) +
+    throw Failure(in_quotes(name) + ": the name says " + years_text(*named) +
                   ", but the file holds " + std::to_string(count) +
                   (count == 1 ? " year" : " years") + "; with --first-year " +
                   std::to_string(found.first) + " it is taken as " + years_text(found));
@@ -157,7 +159,7 @@ InputFile open_input(const Options& options) {
   const std::size_t line_end_size = find_line_end(named.file_name, file, size);
   if (named.entry == nullptr) {
     throw UsageError(
-        named.file_name +
+        in_quotes(named.file_name) +
         " does not tell its variable in its name: give --variable, one of " +
         short_names());
   }

@@ -1,6 +1,49 @@
 #include "extract/job.h"
 
+#include "companion/progress_line.h"
+#include "extract/block_reader.h"
+#include "util/interrupt_watch.h"
+
 namespace veldmark::extract {
+namespace {
+
+// Shows nothing of work that is done in half a second.
+class LateProgress {
+ public:
+  LateProgress(const companion::ProgressLine::Screen& screen, std::int64_t all)
+      : screen_(screen),
+        line_(screen, "reading", all),
+        begin_(screen.shown ? screen.clock() + kSecondsBefore : 0) {}
+
+  void add(std::int64_t count) {
+    InterruptWatch::obey();
+    if (!screen_.shown) {
+      return;
+    }
+    waiting_ += count;
+    if (screen_.clock() >= begin_) {
+      line_.add(waiting_);
+      waiting_ = 0;
+    }
+  }
+
+ private:
+  static constexpr double kSecondsBefore = 0.5;
+
+  const companion::ProgressLine::Screen& screen_;
+  companion::ProgressLine line_;
+  double begin_;
+  std::int64_t waiting_ = 0;
+};
+
+}  // namespace
+
+SeriesBlock read_cells_of(const Job& job, const CellSet& cells) {
+  LateProgress progress(job.around.messages,
+                        bytes_to_read(job.input, cells, job.years));
+  return read_cells(job.input, cells, job.years,
+                    [&](std::int64_t count) { progress.add(count); });
+}
 
 bool has_data(const Job& job, std::span<const std::int16_t> series) {
   const bool first_month_counts =
@@ -10,7 +53,7 @@ bool has_data(const Job& job, std::span<const std::int16_t> series) {
 }
 
 void note(const Job& job, const std::string& text) {
-  job.messages << "veldmark-extract: " << text << "\n";
+  companion::complain(job.around, kProgram) << text << "\n";
 }
 
 }  // namespace veldmark::extract

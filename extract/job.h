@@ -4,17 +4,20 @@
 #define VELDMARK_EXTRACT_JOB_H_
 
 #include <cstdint>
-#include <ostream>
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
-#include "extract/block_reader.h"
+#include "companion/run.h"
+#include "extract/cell_set.h"
 #include "extract/command_line.h"
 #include "extract/input_file.h"
 #include "extract/series_block.h"
 
 namespace veldmark::extract {
+
+constexpr std::string_view kProgram = "veldmark-extract";
 
 // No cell with data was found; status 3.
 struct NothingFound : std::runtime_error {
@@ -27,9 +30,12 @@ struct Job {
   const InputFile& input;
   Years years;               // chosen, all of them in the file
   std::string command_line;  // the arguments, each after a blank
-  std::ostream& messages;
-  const Progress& progress;
+  const companion::Surroundings& around;
 };
+
+// Reads the series of `cells` in the years of the job, and shows on a terminal how far
+// that has come. Throws what read_cells throws, and Interrupted.
+SeriesBlock read_cells_of(const Job& job, const CellSet& cells);
 
 // Does a series hold data: in any month or, where that rule was chosen or the format
 // has it, in the first month? An empty series holds none.

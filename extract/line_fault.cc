@@ -1,25 +1,13 @@
 #include "extract/line_fault.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <limits>
 
 #include "catalogue/field_conversion.h"
 #include "util/fixed_field.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
-namespace {
-
-// The field in quotes, with a question mark for what could upset a terminal.
-std::string quoted_field(std::string_view field) {
-  std::string shown(field);
-  std::replace_if(
-      shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-  return "'" + shown + "'";
-}
-
-}  // namespace
-
 std::optional<std::string> find_line_fault(std::string_view line,
                                            std::span<const std::int32_t> columns) {
   if (line.find('\n') != std::string_view::npos) {
@@ -31,7 +19,7 @@ std::optional<std::string> find_line_fault(std::string_view line,
     const std::optional<std::int32_t> value = parse_integer(field);
     const std::string where = "characters " + std::to_string(begin + 1) + "-" +
                               std::to_string(begin + kFieldWidth) + " (column " +
-                              std::to_string(column) + "): " + quoted_field(field);
+                              std::to_string(column) + "): " + in_quotes(field);
     if (!value) {
       return where + " is no integer";
     }

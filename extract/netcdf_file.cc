@@ -3,6 +3,7 @@
 #include <netcdf.h>
 
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -106,7 +107,7 @@ void NetcdfFile::complete() {
 
 void NetcdfFile::check(int status) const {
   if (status != NC_NOERR) {
-    throw Failure("cannot write " + name_ + ": " + nc_strerror(status));
+    throw Failure("cannot write " + in_quotes(name_) + ": " + nc_strerror(status));
   }
 }
 

@@ -3,18 +3,9 @@
 #include <sys/stat.h>
 
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
-namespace {
-
-bool is_same_file(const struct stat& file, const std::string& name) {
-  struct stat other {};
-  return ::stat(name.c_str(), &other) == 0 && file.st_dev == other.st_dev &&
-         file.st_ino == other.st_ino;
-}
-
-}  // namespace
-
 std::vector<std::string> output_names(const Options& options) {
   if (!options.output) {
     return {};
@@ -28,24 +19,17 @@ std::vector<std::string> output_names(const Options& options) {
 std::string output_title(const Options& options) {
   std::string title;
   for (const std::string& name : output_names(options)) {
-    title += (title.empty() ? "" : " and ") + name;
+    title += (title.empty() ? "" : " and ") + in_quotes(name);
   }
   return title.empty() ? "standard output" : title;
 }
 
-void check_outputs(const Options& options, const std::vector<std::string>& inputs) {
+void check_outputs(const Options& options, const companion::Inputs& inputs) {
   for (const std::string& name : output_names(options)) {
+    inputs.expect_apart_from(name);
     struct stat output {};
-    if (::stat(name.c_str(), &output) != 0) {
-      continue;
-    }
-    for (const std::string& input : inputs) {
-      if (is_same_file(output, input)) {
-        throw Failure(name + " is read; it can't be the output as well");
-      }
-    }
-    if (!options.overwrite) {
-      throw Failure(name + " exists; --overwrite replaces it");
+    if (!options.overwrite && ::stat(name.c_str(), &output) == 0) {
+      throw Failure(in_quotes(name) + " exists; --overwrite replaces it");
     }
   }
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "companion/inputs.h"
 #include "extract/command_line.h"
 
 namespace veldmark::extract {
@@ -17,9 +18,9 @@ std::vector<std::string> output_names(const Options& options);
 // Returns what the output is called in messages.
 std::string output_title(const Options& options);
 
-// Throws Failure when an output exists and may not be replaced, or is one of `inputs`,
-// which are being read.
-void check_outputs(const Options& options, const std::vector<std::string>& inputs);
+// Throws Failure when an output is one of `inputs`, which are being read, or exists and
+// may not be replaced.
+void check_outputs(const Options& options, const companion::Inputs& inputs);
 
 }  // namespace veldmark::extract
 

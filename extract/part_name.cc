@@ -1,5 +1,6 @@
 #include "extract/part_name.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +10,8 @@
 #include <utility>
 
 #include "util/failure.h"
+#include "util/file_descriptor.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 
@@ -16,7 +19,8 @@ PartName::PartName(std::string name)
     : name_(std::move(name)), part_name_(name_ + ".part") {
   struct stat found {};
   if (::stat(name_.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
-    throw Failure("cannot write " + name_ + ": it exists and is not a regular file");
+    throw Failure("cannot write " + in_quotes(name_) +
+                  ": it exists and is not a regular file");
   }
   ::unlink(part_name_.c_str());
 }
@@ -28,8 +32,10 @@ PartName::~PartName() {
 }
 
 void PartName::complete() {
-  if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
-    throw Failure("cannot write " + name_ + ": " +
+  const FileDescriptor part(part_name_, O_RDONLY);
+  if (!part.is_open() || ::fsync(part.get()) != 0 ||
+      std::rename(part_name_.c_str(), name_.c_str()) != 0) {
+    throw Failure("cannot write " + in_quotes(name_) + ": " +
                   std::generic_category().message(errno));
   }
   complete_ = true;

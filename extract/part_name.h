@@ -25,7 +25,7 @@ class PartName {
 
   [[nodiscard]] const std::string& text() const { return part_name_; }
 
-  // Gives the closed file its name. Throws Failure.
+  // Waits until the closed file is on the disk and gives it its name. Throws Failure.
   void complete();
 
  private:

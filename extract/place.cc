@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -21,8 +22,6 @@ constexpr double kCellsPerDegree = 2;
 
 constexpr double kSouthernmost = -89.75;
 constexpr double kWesternmost = -179.75;
-
-std::string in_quotes(std::string_view text) { return "'" + std::string(text) + "'"; }
 
 // Splits "A:B" or "A,B" into two numbers; nothing for any other text.
 std::optional<std::pair<double, double>> parse_pair(std::string_view text,

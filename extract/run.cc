@@ -8,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include "companion/inputs.h"
 #include "extract/box_job.h"
 #include "extract/citation.h"
 #include "extract/command_line.h"
@@ -19,13 +20,16 @@
 #include "extract/variable_name.h"
 #include "util/failure.h"
 #include "util/file_fault.h"
+#include "util/file_identity.h"
+#include "util/in_quotes.h"
+#include "util/interrupt_watch.h"
 
 namespace veldmark::extract {
 namespace {
 
-constexpr int kAllIsWell = 0;
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
+using companion::kAllIsWell;
+using companion::Surroundings;
+
 constexpr int kNothingFound = 3;
 
 using Moment = std::chrono::steady_clock::time_point;
@@ -43,12 +47,18 @@ std::string years_text(const Years& years) {
   return std::to_string(years.first) + "-" + std::to_string(years.last);
 }
 
+// The standard calendar of netCDF is another one before.
+constexpr std::int32_t kFirstGregorianYear = 1583;
+
 Years choose_years(const Options& options, const InputFile& input) {
   const Years years = options.years.value_or(input.years);
   if (years.first < input.years.first || years.last > input.years.last) {
     throw UsageError("--years " + std::to_string(years.first) + ":" +
-                     std::to_string(years.last) + ": " + input.name + " holds " +
-                     years_text(input.years));
+                     std::to_string(years.last) + ": " + in_quotes(input.name) +
+                     " holds " + years_text(input.years));
+  }
+  if (options.format == Format::kNetcdf && years.first < kFirstGregorianYear) {
+    throw UsageError("netcdf is written for years from 1583 on");
   }
   const std::optional<std::int32_t> test = options.variance_test;
   if (test && (*test <= years.first || *test > years.last)) {
@@ -76,20 +86,20 @@ int extract(const Options& options, std::span<const std::string> arguments,
   if (options.format == Format::kNetcdf && !has_netcdf()) {
     throw Failure("this program was built without netCDF; csv and tsf can be written");
   }
+  const InterruptWatch watch;
   const Moment start = std::chrono::steady_clock::now();
   const InputFile input = open_input(options);
-  std::vector<std::string> inputs{input.name};
+  companion::Inputs inputs;
+  inputs.add(in_quotes(input.name), regular_file(input.name));
   if (options.sites) {
-    inputs.push_back(*options.sites);
+    inputs.add(in_quotes(*options.sites), regular_file(*options.sites));
   }
   check_outputs(options, inputs);
-  const Progress progress;
   const Job job{.options = options,
                 .input = input,
                 .years = choose_years(options, input),
                 .command_line = command_line(arguments),
-                .messages = around.messages,
-                .progress = progress};
+                .around = around};
   if (!options.quiet && !options.longitude_note.empty()) {
     note(job, options.longitude_note);
   }
@@ -114,7 +124,7 @@ int cite(const Options& options, const Surroundings& around) {
     entry = find_by_file_name(options.input);
   }
   if (entry == nullptr) {
-    throw UsageError("'" + options.input + "': the variables are " + short_names());
+    throw UsageError(in_quotes(options.input) + ": the variables are " + short_names());
   }
   around.output << citation_text(*entry) << "\n";
   return kAllIsWell;
@@ -124,7 +134,8 @@ int cite(const Options& options, const Surroundings& around) {
 std::string fault_text(const FileFault& fault) {
   const bool read = fault.kind() == FileFault::Kind::kNotRead;
   const bool busy = fault.kind() == FileFault::Kind::kWrittenByAnotherRun;
-  return std::string("cannot ") + (read ? "read " : "write ") + fault.name() + ": " +
+  return std::string("cannot ") + (read ? "read " : "write ") +
+         in_quotes(fault.name()) + ": " +
          (busy ? "another run is writing it"
                : std::generic_category().message(fault.error_number()));
 }
@@ -148,27 +159,17 @@ int carry_out(std::span<const std::string> arguments, const Surroundings& around
 
 }  // namespace
 
-int run_extract(std::span<const std::string> arguments, const Surroundings& around) {
-  const auto complain = [&](const std::string& sentence) -> std::ostream& {
-    return around.messages << "veldmark-extract: " << sentence << "\n";
-  };
-  try {
-    const int status = carry_out(arguments, around);
-    around.output.flush();
-    return around.output ? status : kFailed;
-  } catch (const UsageError& error) {
-    complain(error.what()) << "Try 'veldmark-extract --help'.\n";
-    return kWrongUsage;
-  } catch (const NothingFound& error) {
-    complain(error.what());
-    return kNothingFound;
-  } catch (const FileFault& fault) {
-    complain(fault_text(fault));
-    return kFailed;
-  } catch (const std::exception& error) {
-    complain(reason_of(error));
-    return kFailed;
-  }
+int run_extract(companion::Arguments arguments, const Surroundings& around) {
+  return companion::run_reported(around, kProgram, [&] {
+    try {
+      return carry_out(arguments, around);
+    } catch (const NothingFound& error) {
+      companion::complain(around, kProgram) << error.what() << "\n";
+      return kNothingFound;
+    } catch (const FileFault& fault) {
+      throw Failure(fault_text(fault));
+    }
+  });
 }
 
 }  // namespace veldmark::extract

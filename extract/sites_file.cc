@@ -9,6 +9,7 @@
 
 #include "extract/csv_table.h"
 #include "util/failure.h"
+#include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
@@ -55,17 +56,20 @@ Columns find_columns(const std::string& file, const SiteTable& table) {
       .longitude = find_column(table.header, {"lon", "long", "lng", "longitude"})};
   const std::string& first = table.header.front();
   if (table.header.size() == 1 && first.find(';') != std::string::npos) {
-    throw Failure(file + ": semicolons stand between the columns; commas are needed" +
+    throw Failure(in_quotes(file) +
+                  ": semicolons stand between the columns; commas are needed" +
                   ", and decimal points in the numbers");
   }
   if (table.header.size() == 1 && first.find('\t') != std::string::npos) {
-    throw Failure(file + ": tabs stand between the columns; commas are needed");
+    throw Failure(in_quotes(file) +
+                  ": tabs stand between the columns; commas are needed");
   }
   if (columns.latitude == SiteTable::kNoColumn) {
-    throw Failure(file + ": no column is headed lat or latitude");
+    throw Failure(in_quotes(file) + ": no column is headed lat or latitude");
   }
   if (columns.longitude == SiteTable::kNoColumn) {
-    throw Failure(file + ": no column is headed lon, long, lng or longitude");
+    throw Failure(in_quotes(file) +
+                  ": no column is headed lon, long, lng or longitude");
   }
   return columns;
 }
@@ -82,10 +86,12 @@ Point parse_site(const std::string& where, const Columns& columns,
   const std::optional<double> longitude =
       parse_degrees(without_blanks_around(longitude_text));
   if (!latitude) {
-    throw Failure(where + ": the latitude '" + latitude_text + "' is no number");
+    throw Failure(where + ": the latitude " + in_quotes(latitude_text) +
+                  " is no number");
   }
   if (!longitude) {
-    throw Failure(where + ": the longitude '" + longitude_text + "' is no number");
+    throw Failure(where + ": the longitude " + in_quotes(longitude_text) +
+                  " is no number");
   }
   if (*latitude < -kPole || *latitude > kPole) {
     const bool exchanged = -kPole <= *longitude && *longitude <= kPole;
@@ -114,7 +120,8 @@ std::string site_title(const SiteTable& table, std::size_t index) {
 SiteTable read_sites(const std::string& name) {
   std::vector<CsvRecord> records = read_csv(name);
   if (records.empty()) {
-    throw Failure(name + ": the file is empty; a header with lat and lon is needed");
+    throw Failure(in_quotes(name) +
+                  ": the file is empty; a header with lat and lon is needed");
   }
   SiteTable table;
   table.header = std::move(records.front().fields);
@@ -122,11 +129,12 @@ SiteTable read_sites(const std::string& name) {
   const Columns columns = find_columns(name, table);
   records.erase(records.begin());
   if (records.empty()) {
-    throw Failure(name + ": no sites follow the header");
+    throw Failure(in_quotes(name) + ": no sites follow the header");
   }
   table.sites.reserve(records.size());
   for (CsvRecord& record : records) {
-    const std::string where = name + ": record " + std::to_string(record.number);
+    const std::string where =
+        in_quotes(name) + ": record " + std::to_string(record.number);
     if (record.fields.size() != table.header.size()) {
       throw Failure(where + " has " + std::to_string(record.fields.size()) +
                     " fields, the header has " + std::to_string(table.header.size()));

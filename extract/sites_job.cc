@@ -51,7 +51,7 @@ class SiteSearch {
 
  private:
   [[nodiscard]] SeriesBlock read(const std::vector<Cell>& cells) const {
-    return read_cells(job_.input, CellSet(cells), job_.years, job_.progress);
+    return read_cells_of(job_, CellSet(cells));
   }
 
   // Reads what lies within the radius of the sites whose own cells have no data.

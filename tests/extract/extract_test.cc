@@ -19,6 +19,8 @@ using veldmark::testing::GridText;
 using veldmark::testing::TemporaryFolder;
 using veldmark::testing::write_file;
 
+std::string quoted(const std::string& name) { return "'" + name + "'"; }
+
 struct Outcome {
   int status = -1;
   std::string messages;
@@ -27,7 +29,8 @@ struct Outcome {
 Outcome run(const std::vector<std::string>& arguments) {
   std::ostringstream output;
   std::ostringstream messages;
-  const int status = run_extract(arguments, {.output = output, .messages = messages});
+  const int status = run_extract(
+      arguments, {.input = -1, .output = output, .messages = {.stream = messages}});
   return {status, messages.str()};
 }
 
@@ -48,7 +51,9 @@ void expect_failure(const std::vector<std::string>& arguments, int status,
   EXPECT_EQ(outcome.status, status);
   EXPECT_EQ(outcome.messages,
             "veldmark-extract: " + message + "\n" +
-                (status == 2 ? "Try 'veldmark-extract --help'.\n" : ""));
+                (status == 2 ? "Try 'veldmark-extract --help' for more "
+                               "information.\n"
+                             : ""));
   EXPECT_FALSE(std::filesystem::exists("none.csv"));
   EXPECT_FALSE(std::filesystem::exists("none.csv.part"));
 }
@@ -172,7 +177,7 @@ TEST_F(Extract, SaysWhatItDidUnlessQuiet) {
   const std::string start =
       "veldmark-extract: --lon 220:222 taken as -140:-138\n"
       "veldmark-extract: tmp 1901-1902: 8 cells in the box, 2 kept by --every 2, "
-      "1 without data passed over, 1 saved to x.csv, ";
+      "1 without data passed over, 1 saved to 'x.csv', ";
   EXPECT_EQ(outcome.messages.substr(0, start.size()), start);
 }
 
@@ -182,11 +187,12 @@ TEST_F(Extract, ReplacesAnOutputOnRequestOnlyAndNeverAnInput) {
   const Outcome refused = run({kName, "-o", "x.csv"});
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(refused.messages,
-            "veldmark-extract: x.csv exists; --overwrite replaces it\n");
+            "veldmark-extract: 'x.csv' exists; --overwrite replaces it\n");
   EXPECT_EQ(file_content("x.csv"), "mine");
   const Outcome input = run({kName, "-o", kName, "--overwrite"});
-  EXPECT_EQ(input.messages, std::string("veldmark-extract: ") + kName +
-                                " is read; it can't be the output as well\n");
+  EXPECT_EQ(input.messages, "veldmark-extract: " + quoted(kName) +
+                                " is the same file as " + quoted(kName) +
+                                "; nothing was written\n");
   write_file("s.csv", "lat,lon\n60.3,-139.7\n");
   const Outcome sites =
       run({kName, "--sites", "s.csv", "-o", "./s.csv", "--overwrite"});
@@ -207,7 +213,7 @@ TEST_F(Extract, AnEmptyAnswerIsAStatusOfItsOwn) {
 TEST_F(Extract, ChecksTheYears) {
   write_grid();
   expect_failure({kName, "--years", "1901:1990"}, 2,
-                 std::string("--years 1901:1990: ") + kName + " holds 1901-1902");
+                 "--years 1901:1990: " + quoted(kName) + " holds 1901-1902");
   expect_failure({kName, "--variance-test", "1901"}, 2,
                  "--variance-test 1901: the second period begins with this year, so it "
                  "lies after 1901 and not after 1902");
@@ -217,7 +223,7 @@ TEST_F(Extract, ABadFieldIsNamed) {
   grid_.set_field(1902, 3, kRow, 81, " 5x0 ");
   write_grid();
   expect_failure({kName, "--cell", "60.25,-139.75"}, 1,
-                 std::string(kName) +
+                 quoted(kName) +
                      ": line 5341: characters 401-405 (column 81): ' 5x0 ' is no "
                      "integer");
   // A cell that isn't asked for is not looked at.
@@ -231,7 +237,7 @@ TEST_F(Extract, ABadFieldAtSeaIsNamed) {
   grid_.set_field(1902, 3, kRow, 90, "-99x9");
   write_grid();
   expect_failure({kName}, 1,
-                 std::string(kName) +
+                 quoted(kName) +
                      ": line 5341: characters 446-450 (column 90): '-99x9' is no "
                      "integer");
 }
@@ -241,7 +247,7 @@ TEST_F(Extract, AValueThatNeedsMoreThan16BitsIsNamed) {
   write_grid();
   expect_failure(
       {kName}, 1,
-      std::string(kName) +
+      quoted(kName) +
           ": line 5341: characters 401-405 (column 81): '64537' is too large "
           "for a value");
 }
@@ -263,22 +269,23 @@ TEST_F(Extract, TellsAFileOfOtherSizeWhatItIs) {
   write_file("cru.1901.1902.tmp.cut", text.substr(0, kYear + 5000));
   expect_failure(
       {"cru.1901.1902.tmp.cut"}, 1,
-      "cru.1901.1902.tmp.cut is cut or damaged: after 1 whole years it has "
+      "'cru.1901.1902.tmp.cut' is cut or damaged: after 1 whole years it has "
       "5000 bytes more, and a year has 15556320; tersify --check tells more");
   write_file("cru.1901.2024.tmp.x", text);
   expect_failure({"cru.1901.2024.tmp.x"}, 1,
-                 "cru.1901.2024.tmp.x: the name says 1901-2024, but the file holds 2 "
+                 "'cru.1901.2024.tmp.x': the name says 1901-2024, but the file holds 2 "
                  "years; with --first-year 1901 it is taken as 1901-1902");
   write_file("cru.1901.1901.tmp.x", text);
   expect_failure({"cru.1901.1901.tmp.x"}, 1,
-                 "cru.1901.1901.tmp.x: the name says 1901-1901, but the file holds 2 "
+                 "'cru.1901.1901.tmp.x': the name says 1901-1901, but the file holds 2 "
                  "years; with --first-year 1901 it is taken as 1901-1902");
   write_file("europe.dat", text);
-  expect_failure({"europe.dat"}, 2,
-                 "europe.dat does not tell its variable in its name: give --variable, "
-                 "one of pre tmp dtr tmn tmx vap pet cld frs wet scPDSI");
+  expect_failure(
+      {"europe.dat"}, 2,
+      "'europe.dat' does not tell its variable in its name: give --variable, "
+      "one of pre tmp dtr tmn tmx vap pet cld frs wet scPDSI");
   expect_failure({"europe.dat", "--variable", "tmp"}, 2,
-                 "europe.dat does not tell its years in its name: give --first-year");
+                 "'europe.dat' does not tell its years in its name: give --first-year");
   EXPECT_EQ(csv_of({"europe.dat", "--variable", "frs", "--first-year", "2023", "--cell",
                     "60.25,-139.75", "--wide", "--years", "2024"}),
             "lat,lon,year,jan,feb,mar,apr,may,jun,jul,aug,sep,oct,nov,dec\n"
@@ -302,20 +309,19 @@ TEST_F(Extract, ALineOutOfItsPlaceIsNamed) {
   grid_.set_line(1902, 3, kRow + 1, std::string(3601, ' '));
   write_grid();
   expect_failure({kName, "--cell", "60.25,-139.75"}, 1,
-                 std::string(kName) +
+                 quoted(kName) +
                      ": line 5341: it does not end after 3600 characters; tersify "
                      "--check tells more");
   grid_.set_line(1902, 3, kRow, std::string(1000, ' ') + "\n" + std::string(2599, ' '));
   grid_.set_line(1902, 3, kRow + 1, std::string(3600, ' '));
   write_grid();
-  expect_failure(
-      {kName, "--cell", "60.25,-139.75"}, 1,
-      std::string(kName) + ": line 5341: it ends early, after 1000 characters");
+  expect_failure({kName, "--cell", "60.25,-139.75"}, 1,
+                 quoted(kName) + ": line 5341: it ends early, after 1000 characters");
   grid_.set_line(1902, 3, kRow, std::string(3602, ' '));
   grid_.set_line(1902, 3, kRow - 1, std::string(3598, ' '));
   write_grid();
   expect_failure({kName, "--cell", "60.25,-139.75"}, 1,
-                 std::string(kName) +
+                 quoted(kName) +
                      ": line 5341: it does not begin in its place; tersify --check "
                      "tells more");
 }
@@ -338,31 +344,31 @@ TEST_F(Extract, TheDroughtIndexsRowsRunFromTheNorth) {
 TEST(ExtractInput, IsToldWhatItIs) {
   const TemporaryFolder folder;
   expect_failure({"tmp"}, 1,
-                 "cru_ts4.01.1901.2016.tmp.dat.new, the file of tmp, is not in the "
+                 "'cru_ts4.01.1901.2016.tmp.dat.new', the file of tmp, is not in the "
                  "current folder");
   expect_failure(
       {"temp"}, 1,
-      "cannot open temp: No such file or directory; the variables are pre tmp "
+      "cannot open 'temp': No such file or directory; the variables are pre tmp "
       "dtr tmn tmx vap pet cld frs wet scPDSI");
-  expect_failure({"x.tmp.gz"}, 1, "cannot open x.tmp.gz: No such file or directory");
+  expect_failure({"x.tmp.gz"}, 1, "cannot open 'x.tmp.gz': No such file or directory");
   std::filesystem::create_directory("d.tmp");
-  expect_failure({"d.tmp"}, 1, "d.tmp is a folder");
+  expect_failure({"d.tmp"}, 1, "'d.tmp' is a folder");
   write_file("e", "");
-  expect_failure({"e"}, 1, "e is empty");
+  expect_failure({"e"}, 1, "'e' is empty");
   write_file("z", "\x1f\x8b rest");
-  expect_failure({"z"}, 1, "z is compressed: decompress it with gzip -d");
+  expect_failure({"z"}, 1, "'z' is compressed: decompress it with gzip -d");
   write_file("n", "CDF\x01");
-  expect_failure({"n"}, 1, "n is a netCDF file, no condensed grid file");
+  expect_failure({"n"}, 1, "'n' is a netCDF file, no condensed grid file");
   std::string published;
   for (int i = 0; i < 720; ++i) {
     published += "  -999";
   }
   write_file("p", published + "\n");
-  expect_failure({"p"}, 1, "p is in the published form: condense it with tersify p");
+  expect_failure({"p"}, 1, "'p' is in the published form: condense it with tersify p");
   write_file("t", "some text\nmore\n");
   expect_failure(
       {"t"}, 1,
-      "t is no condensed grid file: its first line has 9 characters, not 3600");
+      "'t' is no condensed grid file: its first line has 9 characters, not 3600");
   expect_failure(
       {"t", "--variable", "x"}, 2,
       "--variable 'x': the variables are pre tmp dtr tmn tmx vap pet cld frs "

@@ -71,36 +71,37 @@ TEST(SitesFile, CallsASiteByItsNameOrItsNumber) {
 
 TEST(SitesFile, SaysWhatIsWrong) {
   EXPECT_EQ(fault_of(""),
-            "sites.csv: the file is empty; a header with lat and lon is needed");
-  EXPECT_EQ(fault_of("lat,lon\n"), "sites.csv: no sites follow the header");
+            "'sites.csv': the file is empty; a header with lat and lon is needed");
+  EXPECT_EQ(fault_of("lat,lon\n"), "'sites.csv': no sites follow the header");
   EXPECT_EQ(fault_of("lat;lon\n1;2\n"),
-            "sites.csv: semicolons stand between the columns; commas are needed, and "
+            "'sites.csv': semicolons stand between the columns; commas are needed, and "
             "decimal points in the numbers");
   EXPECT_EQ(fault_of("lat\tlon\n1\t2\n"),
-            "sites.csv: tabs stand between the columns; commas are needed");
-  EXPECT_EQ(fault_of("x,lon\n1,2\n"), "sites.csv: no column is headed lat or latitude");
+            "'sites.csv': tabs stand between the columns; commas are needed");
+  EXPECT_EQ(fault_of("x,lon\n1,2\n"),
+            "'sites.csv': no column is headed lat or latitude");
   EXPECT_EQ(fault_of("lat,x\n1,2\n"),
-            "sites.csv: no column is headed lon, long, lng or longitude");
+            "'sites.csv': no column is headed lon, long, lng or longitude");
   EXPECT_EQ(fault_of("lat,lon\n1,2\n3\n"),
-            "sites.csv: record 3 has 1 fields, the header has 2");
+            "'sites.csv': record 3 has 1 fields, the header has 2");
   EXPECT_EQ(fault_of("lat,lon\n1,2\n3,4,5\n"),
-            "sites.csv: record 3 has 3 fields, the header has 2");
+            "'sites.csv': record 3 has 3 fields, the header has 2");
   EXPECT_EQ(fault_of("lat,lon\n1N,2\n"),
-            "sites.csv: record 2: the latitude '1N' is no number");
+            "'sites.csv': record 2: the latitude '1N' is no number");
   EXPECT_EQ(fault_of("lat,lon\n1,\n"),
-            "sites.csv: record 2: the longitude '' is no number");
+            "'sites.csv': record 2: the longitude '' is no number");
   EXPECT_EQ(fault_of("lat,lon\n120.5,45\n"),
-            "sites.csv: record 2: the latitude 120.5 lies beyond the poles; are "
+            "'sites.csv': record 2: the latitude 120.5 lies beyond the poles; are "
             "latitude and longitude exchanged?");
   EXPECT_EQ(fault_of("lat,lon\n120.5,145\n"),
-            "sites.csv: record 2: the latitude 120.5 lies beyond the poles");
+            "'sites.csv': record 2: the latitude 120.5 lies beyond the poles");
   EXPECT_EQ(fault_of("lat,lon\n12,400\n"),
-            "sites.csv: record 2: the longitude 400 lies outside -180 to 360");
+            "'sites.csv': record 2: the longitude 400 lies outside -180 to 360");
   EXPECT_EQ(fault_of("lat,lon\n1,\"2\n"),
-            "sites.csv: record 2: a quote is never closed");
+            "'sites.csv': record 2: a quote is never closed");
   EXPECT_EQ(
       fault_of("lat,lon\n1,2\"3\n"),
-      "sites.csv: record 2: a quote stands inside a field that has none around it");
+      "'sites.csv': record 2: a quote stands inside a field that has none around it");
 }
 
 TEST(SitesFile, SaysWhyItCantBeRead) {
@@ -111,7 +112,7 @@ TEST(SitesFile, SaysWhyItCantBeRead) {
           read_sites("none.csv");
         } catch (const Failure& failure) {
           EXPECT_STREQ(failure.what(),
-                       "cannot read none.csv: No such file or directory");
+                       "cannot read 'none.csv': No such file or directory");
           throw;
         }
       },
