@@ -25,6 +25,8 @@ class Page:
     folder: str | None = "demo-run"
     # How commands begin that end with status 1, as what they say tells.
     failing: tuple = ()
+    # The program that its examples need, where a build may lack that.
+    program: str | None = None
 
 
 PAGES = {
@@ -37,6 +39,7 @@ PAGES = {
     "docs/Tallow": Page(USERS, texts=None),  # plain text, see tallow_test.py
     "docs/before-you-trust-a-number.md": Page(USERS, examples=5),
     "docs/cell-list-file.md": Page(USERS, examples=4, positions=11),
+    "docs/extract.md": Page(USERS, examples=13, program="veldmark-extract"),
     "docs/grid-file.md": Page(USERS, examples=3),
     "docs/performance.md": Page(DEVELOPERS, texts=None),
     "docs/recipes/README.md": Page(USERS, texts=None),  # see recipes_page_test.py
@@ -47,6 +50,9 @@ PAGES = {
     "docs/man/series_to_grid.1": Page(USERS, examples=3, folder=None),
     "docs/man/tersify.1": Page(
         USERS, examples=4, texts=1, folder=None, failing=("tersify --check",)
+    ),
+    "docs/man/veldmark-extract.1": Page(
+        USERS, examples=8, texts=0, folder=None, program="veldmark-extract"
     ),
     "docs/man/veldmark-formats.5": Page(USERS, examples=14, folder=None),
     "docs/man/veldmark.1": Page(USERS, examples=6, texts=1, folder=None),

@@ -29,6 +29,11 @@ class Built:
         cls.folder = Path(folder).resolve()
         cls.demo = DemoFolders(cls.folder)
 
+    @classmethod
+    def has(cls, program):
+        """Was this program built? One of them needs libraries that may be missing."""
+        return (cls.folder / program).exists()
+
 
 def page(name):
     return (TOP / name).read_text(encoding="utf-8")
