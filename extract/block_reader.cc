@@ -11,15 +11,13 @@
 
 #include "catalogue/row_plan.h"
 #include "extract/line_fault.h"
+#include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/fixed_field.h"
 #include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::int32_t kMonths = 12;
-constexpr std::int32_t kRows = 360;
 
 // Large enough that a system call costs little by comparison, and small enough for the
 // second-level cache.
@@ -69,11 +67,11 @@ class BlockReader {
         cells_(cells),
         progress_(progress),
         line_size_(kLineLength + input.line_end_size),
-        first_month_((years.first - input.years.first) * kMonths),
+        first_month_((years.first - input.years.first) * kMonthsPerYear),
         missing_(missing_line(input.entry.MissingCode)),
         buffer_(1 + kPieceSize + line_size_) {
-    const std::int32_t year_count = years.last - years.first + 1;
-    block_.month_count_ = static_cast<std::size_t>(year_count * kMonths);
+    const auto year_count = static_cast<std::size_t>(years.last - years.first + 1);
+    block_.month_count_ = year_count * kMonthsPerYear;
   }
 
   SeriesBlock read() {
@@ -205,7 +203,7 @@ class BlockReader {
   }
 
   [[nodiscard]] std::int64_t line_index(std::size_t month, std::size_t index) const {
-    return (std::int64_t{first_month_} + static_cast<std::int64_t>(month)) * kRows +
+    return (std::int64_t{first_month_} + static_cast<std::int64_t>(month)) * kGridRows +
            cells_.rows()[index] - 1;
   }
 
@@ -282,7 +280,8 @@ SeriesBlock read_cells(const InputFile& input, const CellSet& cells, const Years
 
 std::int64_t bytes_to_read(const InputFile& input, const CellSet& cells,
                            const Years& years) {
-  const std::int64_t months = std::int64_t{years.last - years.first + 1} * kMonths;
+  const std::int64_t months =
+      std::int64_t{years.last - years.first + 1} * kMonthsPerYear;
   const auto lines = static_cast<std::int64_t>(cells.rows().size()) * (months + 1);
   return lines * static_cast<std::int64_t>(kLineLength + input.line_end_size);
 }

@@ -11,11 +11,10 @@
 #include "extract/value_texts.h"
 #include "extract/variable_name.h"
 #include "extract/variance_columns.h"
+#include "grid/grid_layout.h"
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::int32_t kMonths = 12;
 
 GridRanges chosen_ranges(const Options& options, RowOrder order) {
   if (options.cell) {
@@ -75,15 +74,13 @@ void write_series(const Job& job, const std::vector<Cell>& cells,
 void write_tests(const Job& job, const std::vector<Cell>& cells,
                  const SeriesBlock& block, TextOutput& output) {
   const VariableEntry& entry = job.input.entry;
-  const auto second_period = static_cast<std::size_t>(
-      (*job.options.variance_test - job.years.first) * kMonths);
   output.write("lat,lon,");
   output.write(kVarianceHeading);
   output.write("\n");
   for_each_series(job, cells, block,
                   [&](const Cell& cell, std::span<const std::int16_t> series) {
                     output.write(place_columns(cell, entry.row_order));
-                    output.write(variance_columns(series, second_period, entry));
+                    output.write(variance_columns(series, second_period(job), entry));
                     output.write("\n");
                   });
 }
@@ -99,8 +96,8 @@ void write_area_mean(const Job& job, const std::vector<Cell>& cells,
   output.write("year,month,value,cells\n");
   for (std::size_t month = 0; month < block.month_count(); ++month) {
     const auto number = static_cast<std::int32_t>(month);
-    output.write(std::to_string(job.years.first + number / kMonths) + "," +
-                 std::to_string(number % kMonths + 1) + "," +
+    output.write(std::to_string(job.years.first + number / kMonthsPerYear) + "," +
+                 std::to_string(number % kMonthsPerYear + 1) + "," +
                  mean.mean_text(month, decimals_of(entry)) + "," +
                  std::to_string(mean.cells(month)) + "\n");
   }

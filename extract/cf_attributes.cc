@@ -1,4 +1,5 @@
 #include "extract/cf_attributes.h"
+#include "grid/grid_layout.h"
 
 #include <algorithm>
 #include <array>
@@ -49,10 +50,11 @@ CfAttributes cf_attributes(const VariableEntry& entry) {
 }
 
 MonthTime month_time(std::int32_t first_year, std::int32_t month) {
-  constexpr std::int32_t kMonths = 12;
-  const double begin = days_until(first_year + month / kMonths, month % kMonths);
+  const double begin =
+      days_until(first_year + month / kMonthsPerYear, month % kMonthsPerYear);
   const std::int32_t next = month + 1;
-  const double end = days_until(first_year + next / kMonths, next % kMonths);
+  const double end =
+      days_until(first_year + next / kMonthsPerYear, next % kMonthsPerYear);
   const auto half = static_cast<std::int32_t>(end - begin) / 2;
   return {.begin = begin, .middle = begin + half, .end = end};
 }

@@ -1,11 +1,10 @@
 #include "extract/csv_series.h"
+#include "grid/grid_layout.h"
 
 #include <cstring>
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::int32_t kMonths = 12;
 
 char* append(char* out, std::string_view text) {
   std::memcpy(out, text.data(), text.size());
@@ -41,7 +40,7 @@ CsvSeries::CsvSeries(TextOutput& output, const ValueTexts& texts, const Years& y
       times_.push_back(std::to_string(year));
       continue;
     }
-    for (std::int32_t month = 1; month <= kMonths; ++month) {
+    for (std::int32_t month = 1; month <= kMonthsPerYear; ++month) {
       times_.push_back(std::to_string(year) + "," + std::to_string(month) + ",");
     }
   }
@@ -50,7 +49,8 @@ CsvSeries::CsvSeries(TextOutput& output, const ValueTexts& texts, const Years& y
 void CsvSeries::write(std::string_view place, std::span<const std::int16_t> series) {
   for (std::size_t i = 0; i < times_.size(); ++i) {
     if (wide_) {
-      write_wide_line(place, times_[i], series.subspan(i * kMonths, kMonths));
+      write_wide_line(place, times_[i],
+                      series.subspan(i * kMonthsPerYear, kMonthsPerYear));
     } else {
       write_long_line(place, times_[i], series[i]);
     }

@@ -3,13 +3,11 @@
 #include <array>
 #include <cstddef>
 
+#include "grid/grid_layout.h"
 #include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::size_t kColumns = 720;
-constexpr std::size_t kLineLength = 3600;
 
 struct Signature {
   std::string_view bytes;
@@ -60,7 +58,7 @@ std::string describe_other_file(const std::string& name, std::string_view head) 
   if (line.ends_with('\r')) {
     line.remove_suffix(1);
   }
-  if (line.size() != kLineLength && count_words(line) == kColumns) {
+  if (line.size() != kLineLength && count_words(line) == kGridColumns) {
     return in_quotes(name) + " is in the published form: condense it with tersify " +
            name;
   }

@@ -11,14 +11,12 @@
 #include <utility>
 
 #include "extract/file_kind.h"
+#include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::int64_t kTextLength = 3600;
-constexpr std::int64_t kLinesPerYear = std::int64_t{12} * 360;
 
 std::string years_text(const Years& years) {
   return std::to_string(years.first) + "-" + std::to_string(years.last);
@@ -92,10 +90,10 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
   }
   const std::string_view text(head);
   const std::size_t line_end = text.find('\n');
-  if (line_end == kTextLength) {
+  if (line_end == kLineLength) {
     return 1;
   }
-  if (line_end == kTextLength + 1 && text[kTextLength] == '\r') {
+  if (line_end == kLineLength + 1 && text[kLineLength] == '\r') {
     return 2;
   }
   throw Failure(describe_other_file(name, head));
@@ -105,7 +103,7 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
 std::int64_t count_years(const std::string& name, std::int64_t size,
                          std::size_t line_end_size) {
   const auto line_end = static_cast<std::int64_t>(line_end_size);
-  const std::int64_t line_size = kTextLength + line_end;
+  const std::int64_t line_size = static_cast<std::int64_t>(kLineLength) + line_end;
   const std::int64_t year_size = kLinesPerYear * line_size;
   const bool without_last_end = (size + line_end) % year_size == 0;
   const std::int64_t padded = without_last_end ? size + line_end : size;

@@ -2,6 +2,7 @@
 
 #include "companion/progress_line.h"
 #include "extract/block_reader.h"
+#include "grid/grid_layout.h"
 #include "util/interrupt_watch.h"
 
 namespace veldmark::extract {
@@ -50,6 +51,11 @@ bool has_data(const Job& job, std::span<const std::int16_t> series) {
       job.options.tsf_rule || job.options.format == Format::kTsf;
   return !series.empty() &&
          !(first_month_counts && series.front() == job.input.entry.MissingCode);
+}
+
+std::size_t second_period(const Job& job) {
+  const std::int32_t years = *job.options.variance_test - job.years.first;
+  return static_cast<std::size_t>(years) * kMonthsPerYear;
 }
 
 void note(const Job& job, const std::string& text) {

@@ -3,6 +3,7 @@
 #ifndef VELDMARK_EXTRACT_JOB_H_
 #define VELDMARK_EXTRACT_JOB_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <stdexcept>
@@ -40,6 +41,10 @@ SeriesBlock read_cells_of(const Job& job, const CellSet& cells);
 // Does a series hold data: in any month or, where that rule was chosen or the format
 // has it, in the first month? An empty series holds none.
 bool has_data(const Job& job, std::span<const std::int16_t> series);
+
+// Returns the first month of the variance test's second period, counted from 0.
+// Requires that the test is asked for.
+std::size_t second_period(const Job& job);
 
 // Writes a note of the program on its messages.
 void note(const Job& job, const std::string& text);

@@ -8,11 +8,10 @@
 
 #include "extract/cf_attributes.h"
 #include "extract/citation.h"
+#include "grid/grid_layout.h"
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::int32_t kMonths = 12;
 
 std::string now_in_utc() {
   const std::time_t now =
@@ -36,7 +35,7 @@ NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
     : years_(years) {
   const std::int32_t year_count = years.last - years.first + 1;
   dimension_ =
-      file.add_dimension("time", static_cast<std::size_t>(year_count) * kMonths);
+      file.add_dimension("time", static_cast<std::size_t>(year_count) * kMonthsPerYear);
   middles_ =
       file.add_variable("time", NetcdfFile::Type::kDouble, std::array{dimension_});
   file.add_text(middles_, "standard_name", "time");
@@ -52,7 +51,7 @@ NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
 void NetcdfTime::put(NetcdfFile& file) const {
   std::vector<double> middles;
   std::vector<double> ends;
-  const std::int32_t month_count = (years_.last - years_.first + 1) * kMonths;
+  const std::int32_t month_count = (years_.last - years_.first + 1) * kMonthsPerYear;
   for (std::int32_t month = 0; month < month_count; ++month) {
     const MonthTime time = month_time(years_.first, month);
     middles.push_back(time.middle);

@@ -7,6 +7,7 @@
 #include <numbers>
 #include <utility>
 
+#include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -16,8 +17,6 @@ namespace {
 constexpr double kPole = 90;
 constexpr double kMeridian = 180;
 constexpr double kCircle = 360;
-constexpr std::int32_t kRows = 360;
-constexpr std::int32_t kColumns = 720;
 constexpr double kCellsPerDegree = 2;
 
 constexpr double kSouthernmost = -89.75;
@@ -61,25 +60,26 @@ std::int32_t last_at_or_below(double bound, double first_centre, std::int32_t co
 }
 
 std::int32_t row_in_order(std::int32_t row_from_south, RowOrder order) {
-  return order == RowOrder::kSouthFirst ? row_from_south : kRows + 1 - row_from_south;
+  return order == RowOrder::kSouthFirst ? row_from_south
+                                        : kGridRows + 1 - row_from_south;
 }
 
 void set_columns(const Box& box, GridRanges& ranges) {
-  const std::int32_t west = first_at_or_above(box.west, kWesternmost, kColumns);
-  const std::int32_t east = last_at_or_below(box.east, kWesternmost, kColumns);
+  const std::int32_t west = first_at_or_above(box.west, kWesternmost, kGridColumns);
+  const std::int32_t east = last_at_or_below(box.east, kWesternmost, kGridColumns);
   if (box.west <= box.east) {
     ranges.FirstCol = west;
     ranges.LastCol = east;
   } else if (east == 0) {  // centres in the eastern hemisphere only
     ranges.FirstCol = west;
-    ranges.LastCol = kColumns;
+    ranges.LastCol = kGridColumns;
   } else {
     ranges.FirstCol = 1;
     ranges.LastCol = east;
-    if (west <= kColumns) {
+    if (west <= kGridColumns) {
       ranges.CrossesDateLine = true;
       ranges.EastFirstCol = west;
-      ranges.EastLastCol = kColumns;
+      ranges.EastLastCol = kGridColumns;
     }
   }
 }
@@ -183,8 +183,8 @@ Point parse_point(std::string_view text) {
 
 GridRanges ranges_of(const Box& box, RowOrder order) {
   GridRanges ranges;
-  const std::int32_t south = first_at_or_above(box.south, kSouthernmost, kRows);
-  const std::int32_t north = last_at_or_below(box.north, kSouthernmost, kRows);
+  const std::int32_t south = first_at_or_above(box.south, kSouthernmost, kGridRows);
+  const std::int32_t north = last_at_or_below(box.north, kSouthernmost, kGridRows);
   const bool south_first = order == RowOrder::kSouthFirst;
   ranges.FirstRow = row_in_order(south_first ? south : north, order);
   ranges.LastRow = row_in_order(south_first ? north : south, order);
@@ -199,8 +199,8 @@ Cell cell_of(const Point& point, RowOrder order) {
       std::floor(point.latitude * kCellsPerDegree) + kEquatorRow);
   const auto column = static_cast<std::int32_t>(
       std::floor(point.longitude * kCellsPerDegree) + kGreenwichColumn);
-  return {.GridY = row_in_order(std::min(row, kRows), order),
-          .GridX = column > kColumns ? 1 : column};
+  return {.GridY = row_in_order(std::min(row, kGridRows), order),
+          .GridX = column > kGridColumns ? 1 : column};
 }
 
 Point centre_of(const Cell& cell, RowOrder order) {

@@ -20,8 +20,6 @@
 namespace veldmark::extract {
 namespace {
 
-constexpr std::int32_t kMonths = 12;
-
 // The series of all sites, and the blocks that hold them.
 struct Found {
   SeriesBlock own;     // the cells that hold the sites
@@ -139,10 +137,8 @@ void write_csv(const Job& job, const SiteTable& table, const Found& found) {
     const std::string place =
         place_columns(table.sites[site.site], site.cell, entry.row_order);
     if (job.options.variance_test) {
-      const auto second_period = static_cast<std::size_t>(
-          (*job.options.variance_test - job.years.first) * kMonths);
       output.write(place);
-      output.write(variance_columns(site.series, second_period, entry));
+      output.write(variance_columns(site.series, second_period(job), entry));
       output.write("\n");
     } else {
       csv.write(place, site.series);
