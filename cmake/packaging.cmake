@@ -11,6 +11,12 @@ set(own_folder "
       set(own_folder \"${PROJECT_BINARY_DIR}/installing-\${own_folder}\")
       file(MAKE_DIRECTORY \"\${own_folder}\")")
 
+if(TARGET veldmark-extract)
+  install(TARGETS veldmark-extract RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES packaging/completions/veldmark-extract
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+endif()
+
 # install_compressed(FILE FOLDER NAME): as gzip makes it, under the name NAME.gz. Where
 # there is no gzip, as it is.
 find_program(GZIP gzip)
@@ -35,6 +41,9 @@ foreach(section 1 5)
   file(GLOB pages CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/man/*.${section}")
   foreach(page IN LISTS pages)
     cmake_path(GET page FILENAME name)
+    if(name STREQUAL "veldmark-extract.1" AND NOT TARGET veldmark-extract)
+      continue()
+    endif()
     install_compressed(${page} ${CMAKE_INSTALL_MANDIR}/man${section} ${name})
   endforeach()
 endforeach()
