@@ -4,16 +4,13 @@
 #define VELDMARK_EXTRACT_BLOCK_READER_H_
 
 #include <cstdint>
-#include <functional>
 
 #include "extract/cell_set.h"
+#include "extract/framed_lines.h"
 #include "extract/input_file.h"
 #include "extract/series_block.h"
 
 namespace veldmark::extract {
-
-// Takes the number of bytes that were read since the last call.
-using Progress = std::function<void(std::int64_t)>;
 
 // Reads the series of `cells` in `years`, which the file holds. Only the lines of rows
 // with cells are read.

@@ -1,113 +1,17 @@
 #include "extract/command_line.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <vector>
 
+#include "extract/arguments.h"
+#include "extract/option_rules.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
 namespace veldmark::extract {
 namespace {
-
-// The options as they were written, before their values are looked at.
-struct Arguments {
-  std::string input;
-  std::string variable;
-  std::string first_year;
-  std::string lat;
-  std::string lon;
-  std::string cell;
-  std::string sites;
-  std::string radius;
-  std::string years;
-  std::string every;
-  std::string variance_test;
-  std::string output;
-  std::string format;
-  std::string deflate;
-  bool area_mean = false;
-  bool wide = false;
-  bool stored = false;
-  bool tsf_rule = false;
-  bool overwrite = false;
-  bool quiet = false;
-  bool cite = false;
-  bool help = false;
-  bool version = false;
-};
-
-void declare_options(CLI::App& app, Arguments& arguments) {
-  app.set_help_flag();  // --help is one of ours
-  app.add_option("INPUT", arguments.input);
-  app.add_option("--variable", arguments.variable);
-  app.add_option("--first-year", arguments.first_year);
-  app.add_option("--lat", arguments.lat);
-  app.add_option("--lon", arguments.lon);
-  app.add_option("--cell", arguments.cell);
-  app.add_option("--sites", arguments.sites);
-  app.add_option("--radius", arguments.radius);
-  app.add_option("--years", arguments.years);
-  app.add_option("--every", arguments.every);
-  app.add_option("--variance-test", arguments.variance_test);
-  app.add_option("-o,--output", arguments.output);
-  app.add_option("--format", arguments.format);
-  app.add_option("--deflate", arguments.deflate);
-  app.add_flag("--area-mean", arguments.area_mean);
-  app.add_flag("--wide", arguments.wide);
-  app.add_flag("--stored", arguments.stored);
-  app.add_flag("--tsf-rule", arguments.tsf_rule);
-  app.add_flag("--overwrite", arguments.overwrite);
-  app.add_flag("--quiet", arguments.quiet);
-  app.add_flag("--cite", arguments.cite);
-  app.add_flag("--help", arguments.help);
-  app.add_flag("--version", arguments.version);
-}
-
-// What is wrong with an option that stands there twice or has no value. The parser's
-// own text begins with the option's name.
-std::string count_fault(const std::string& parser_text) {
-  const std::string name = parser_text.substr(0, parser_text.find(':'));
-  const bool twice = parser_text.find("At Most") != std::string::npos ||
-                     parser_text.find("at most") != std::string::npos;
-  return name + (twice ? " stands there more than once" : " needs a value");
-}
-
-// The arguments that the parser took for none of the options.
-std::string unknown_fault(const CLI::App& app) {
-  for (const std::string& rest : app.remaining()) {
-    if (rest.starts_with('-')) {
-      return "unknown option " + in_quotes(rest);
-    }
-  }
-  return "unexpected argument " + in_quotes(app.remaining().front());
-}
-
-Arguments read_arguments(std::span<const std::string> words) {
-  Arguments arguments;
-  CLI::App app;
-  declare_options(app, arguments);
-  app.allow_extras();
-  std::vector<std::string> reversed(words.rbegin(), words.rend());  // what it takes
-  try {
-    app.parse(reversed);
-  } catch (const CLI::ArgumentMismatch& error) {
-    throw UsageError(count_fault(error.what()));
-  } catch (const CLI::ParseError& error) {
-    throw UsageError(error.what());
-  }
-  if (!app.remaining().empty()) {
-    throw UsageError(unknown_fault(app));
-  }
-  for (const CLI::Option* option : app.get_options()) {
-    if (option->count() > 0 && option->results().front().empty()) {
-      throw UsageError(option->get_name() + " needs a value");
-    }
-  }
-  return arguments;
-}
 
 std::optional<std::int32_t> parse_whole(std::string_view text) {
   std::int32_t value{};
@@ -230,49 +134,6 @@ void set_values(const Arguments& arguments, Options& options) {
   }
 }
 
-void refuse(bool wrong, const std::string& sentence) {
-  if (wrong) {
-    throw UsageError(sentence);
-  }
-}
-
-void check_place(const Options& options) {
-  refuse(options.box && options.cell, "--lat and --lon exclude --cell");
-  refuse(options.box && options.sites, "--lat and --lon exclude --sites");
-  refuse(options.cell && options.sites, "--cell excludes --sites");
-  refuse(options.radius_km && !options.sites, "--radius goes with --sites");
-  refuse(options.every > 1 && (options.cell || options.sites),
-         "--every thins a box or the globe, not " +
-             std::string(options.cell ? "--cell" : "--sites"));
-  refuse(options.area_mean && options.sites,
-         "--area-mean is the mean of a box; sites have series of their own");
-}
-
-void check_what_and_how(const Options& options, bool deflate_given) {
-  const bool csv = options.format == Format::kCsv;
-  refuse(options.area_mean && options.variance_test,
-         "--area-mean excludes --variance-test");
-  refuse(options.area_mean && !csv, "--area-mean is written as csv only");
-  refuse(options.variance_test && !csv, "--variance-test is written as csv only");
-  refuse(options.wide && !csv, "--wide goes with csv only");
-  refuse(options.wide && options.area_mean,
-         "--wide excludes --area-mean: each month has a count of cells beside it");
-  refuse(options.wide && options.variance_test,
-         "--wide excludes --variance-test: there is one line a cell");
-  refuse(options.stored && !csv,
-         "--stored goes with csv only: tsf and netcdf always hold the stored integers");
-  refuse(options.stored && options.area_mean,
-         "--stored excludes --area-mean: a mean is no stored integer");
-  refuse(options.stored && options.variance_test,
-         "--stored excludes --variance-test: the test is made in physical units");
-  refuse(deflate_given && options.format != Format::kNetcdf,
-         "--deflate goes with netcdf only");
-  refuse(options.format != Format::kCsv && !options.output,
-         "--output is needed: only csv is written to standard output");
-  refuse(options.format == Format::kTsf && options.sites.has_value(),
-         "--sites is written as csv or netcdf: tsf has no room for the sites");
-}
-
 }  // namespace
 
 Options parse_command_line(std::span<const std::string> arguments) {
@@ -285,7 +146,9 @@ Options parse_command_line(std::span<const std::string> arguments) {
   options.task = given.cite ? Task::kCite : Task::kExtract;
   options.input = given.input;
   if (options.task == Task::kExtract) {
-    refuse(options.input.empty(), "the input file or the variable's name is missing");
+    if (options.input.empty()) {
+      throw UsageError("the input file or the variable's name is missing");
+    }
   }
   set_place(given, options);
   set_values(given, options);
@@ -296,8 +159,7 @@ Options parse_command_line(std::span<const std::string> arguments) {
   options.tsf_rule = given.tsf_rule;
   options.overwrite = given.overwrite;
   options.quiet = given.quiet;
-  check_place(options);
-  check_what_and_how(options, !given.deflate.empty());
+  check_combinations(options, !given.deflate.empty());
   return options;
 }
 

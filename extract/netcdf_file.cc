@@ -26,15 +26,19 @@ static_assert(NetcdfFile::kGlobal == NC_GLOBAL);
 
 }  // namespace
 
-NetcdfFile::NetcdfFile(const std::string& name) : name_(name), part_(name) {
-  check(nc_create(part_.text().c_str(), NC_NETCDF4 | NC_NOCLOBBER, &file_));
-  open_ = true;
-}
+NetcdfFile::NetcdfFile(const std::string& name)
+    : name_(name), part_(name), file_(create()), open_(true) {}
 
 NetcdfFile::~NetcdfFile() {
   if (open_) {
     nc_abort(file_);
   }
+}
+
+int NetcdfFile::create() const {
+  int file{};
+  check(nc_create(part_.text().c_str(), NC_NETCDF4 | NC_NOCLOBBER, &file));
+  return file;
 }
 
 int NetcdfFile::add_dimension(std::string_view name, std::size_t size) {

@@ -56,12 +56,13 @@ class NetcdfFile {
   void complete();
 
  private:
+  [[nodiscard]] int create() const;
   void check(int status) const;
 
   std::string name_;
   PartName part_;
-  int file_ = -1;
-  bool open_ = false;
+  int file_;
+  bool open_;
 };
 
 }  // namespace veldmark::extract

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string>
 #include <vector>
 
@@ -80,39 +79,53 @@ class GridValuesWriter {
       : file_(file), variable_(variable), job_(job), box_(box), block_(block) {}
 
   void write() {
-    const std::size_t rows = box_.rows_from_south.size();
-    for (std::size_t row = 0; row < rows; row += kChunkCells) {
-      const std::size_t row_count = std::min(kChunkCells, rows - row);
-      for (std::size_t month = 0; month < block_.month_count(); month += kChunkMonths) {
-        write_part(row, row_count, month,
-                   std::min(kChunkMonths, block_.month_count() - month));
+    const std::size_t row_count = box_.rows_from_south.size();
+    for (Part rows = first_part(row_count, kChunkCells); rows.count > 0;
+         rows = next_part(rows, row_count, kChunkCells)) {
+      for (Part months = first_part(block_.month_count(), kChunkMonths);
+           months.count > 0;
+           months = next_part(months, block_.month_count(), kChunkMonths)) {
+        write_part(rows, months);
       }
     }
   }
 
  private:
+  // `count` rows or months from `first` on, counted from 0.
+  struct Part {
+    std::size_t first;
+    std::size_t count;
+  };
+
+  static Part first_part(std::size_t all, std::size_t most) {
+    return {0, std::min(all, most)};
+  }
+  static Part next_part(const Part& part, std::size_t all, std::size_t most) {
+    const std::size_t first = part.first + part.count;
+    return {first, std::min(all - first, most)};
+  }
+
   // All columns of some rows and months.
-  void write_part(std::size_t first_row, std::size_t rows, std::size_t first_month,
-                  std::size_t months) {
+  void write_part(const Part& rows, const Part& months) {
     const std::size_t columns = box_.columns_from_west.size();
-    values_.assign(months * rows * columns,
+    values_.assign(months.count * rows.count * columns,
                    static_cast<std::int16_t>(job_.input.entry.MissingCode));
-    for (std::size_t row = 0; row < rows; ++row) {
+    for (std::size_t row = 0; row < rows.count; ++row) {
       for (std::size_t column = 0; column < columns; ++column) {
         const std::span<const std::int16_t> series =
-            block_.series({.GridY = box_.rows_from_south[first_row + row],
+            block_.series({.GridY = box_.rows_from_south[rows.first + row],
                            .GridX = box_.columns_from_west[column]});
         if (!has_data(job_, series)) {
           continue;
         }
-        for (std::size_t month = 0; month < months; ++month) {
-          values_[(month * rows + row) * columns + column] =
-              series[first_month + month];
+        for (std::size_t month = 0; month < months.count; ++month) {
+          values_[(month * rows.count + row) * columns + column] =
+              series[months.first + month];
         }
       }
     }
-    file_.put(variable_, std::array<std::size_t, 3>{first_month, first_row, 0},
-              std::array{months, rows, columns}, values_);
+    file_.put(variable_, std::array<std::size_t, 3>{months.first, rows.first, 0},
+              std::array{months.count, rows.count, columns}, values_);
   }
 
   NetcdfFile& file_;
@@ -121,91 +134,6 @@ class GridValuesWriter {
   const BoxCells& box_;
   const SeriesBlock& block_;
   std::vector<std::int16_t> values_;
-};
-
-// A name for a variable that holds a column of the table of sites.
-std::string column_name(std::string_view title, std::size_t index) {
-  std::string name = "site_";
-  for (const char c : title) {
-    const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0;
-    name += plain ? c : '_';
-  }
-  return name + "_" + std::to_string(index + 1);
-}
-
-// The columns of the table of sites as texts.
-class SiteColumns {
- public:
-  SiteColumns(NetcdfFile& file, const SiteTable& table, int sites) : table_(table) {
-    for (std::size_t i = 0; i < table.header.size(); ++i) {
-      const bool is_name = i == table.name_column;
-      variables_.push_back(
-          file.add_variable(is_name ? "site_name" : column_name(table.header[i], i),
-                            NetcdfFile::Type::kString, std::array{sites}));
-      file.add_text(variables_.back(), "long_name", table.header[i]);
-    }
-  }
-
-  void put(NetcdfFile& file, std::span<const SiteSeries> sites) const {
-    for (std::size_t i = 0; i < variables_.size(); ++i) {
-      std::vector<std::string> texts;
-      for (const SiteSeries& site : sites) {
-        texts.push_back(table_.sites[site.site].fields[i]);
-      }
-      file.put(variables_[i], texts);
-    }
-  }
-
- private:
-  const SiteTable& table_;
-  std::vector<int> variables_;
-};
-
-// Where the sites and their cells are.
-class SitePlaces {
- public:
-  SitePlaces(NetcdfFile& file, int sites) {
-    const std::array dimensions{sites};
-    number_ = file.add_variable("site", NetcdfFile::Type::kInt, dimensions);
-    file.add_text(number_, "cf_role", "timeseries_id");
-    file.add_text(number_, "long_name", "number of the site in its table");
-    lat_ = add_degrees(file, "lat", dimensions);
-    lon_ = add_degrees(file, "lon", dimensions);
-    cell_lat_ = add_degrees(file, "cell_lat", dimensions);
-    cell_lon_ = add_degrees(file, "cell_lon", dimensions);
-    distance_ = file.add_variable("distance", NetcdfFile::Type::kDouble, dimensions);
-    file.add_text(distance_, "long_name", "distance of the cell's centre");
-    file.add_text(distance_, "units", "km");
-  }
-
-  void put(NetcdfFile& file, const Job& job, const SiteTable& table,
-           std::span<const SiteSeries> sites) const {
-    std::vector<std::int32_t> numbers;
-    std::array<std::vector<double>, 5> values;
-    for (const SiteSeries& site : sites) {
-      const Point& point = table.sites[site.site].point;
-      const Point centre = centre_of(site.cell, job.input.entry.row_order);
-      numbers.push_back(static_cast<std::int32_t>(site.site) + 1);
-      values[0].push_back(point.latitude);
-      values[1].push_back(point.longitude);
-      values[2].push_back(centre.latitude);
-      values[3].push_back(centre.longitude);
-      values[4].push_back(distance_km(point, centre));
-    }
-    file.put(number_, numbers);
-    const std::array variables{lat_, lon_, cell_lat_, cell_lon_, distance_};
-    for (std::size_t i = 0; i < variables.size(); ++i) {
-      file.put(variables[i], values[i]);
-    }
-  }
-
- private:
-  int number_ = 0;
-  int lat_ = 0;
-  int lon_ = 0;
-  int cell_lat_ = 0;
-  int cell_lon_ = 0;
-  int distance_ = 0;
 };
 
 }  // namespace
@@ -229,31 +157,6 @@ void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& b
   lat.put(file);
   lon.put(file);
   GridValuesWriter(file, values, job, box, block).write();
-  file.complete();
-}
-
-void write_netcdf_sites(const Job& job, const SiteTable& table,
-                        std::span<const SiteSeries> sites) {
-  NetcdfFile file(*job.options.output);
-  const int bounds = file.add_dimension("bnds", 2);
-  const NetcdfTime time(file, job.years, bounds);
-  const int site = file.add_dimension("site", sites.size());
-  const SitePlaces places(file, site);
-  const SiteColumns columns(file, table, site);
-  const std::size_t months = sites.front().series.size();
-  const int values = add_values(file, job, std::array{site, time.dimension()},
-                                std::array{std::size_t{1}, months});
-  file.add_text(values, "coordinates", "lat lon site");
-  file.add_text(NetcdfFile::kGlobal, "featureType", "timeSeries");
-  describe_file(file, job);
-  file.end_definitions();
-  time.put(file);
-  places.put(file, job, table, sites);
-  columns.put(file, sites);
-  for (std::size_t i = 0; i < sites.size(); ++i) {
-    file.put(values, std::array{i, std::size_t{0}}, std::array{std::size_t{1}, months},
-             sites[i].series);
-  }
   file.complete();
 }
 

@@ -242,6 +242,16 @@ TEST_F(Extract, ABadFieldAtSeaIsNamed) {
                      "integer");
 }
 
+TEST_F(Extract, ABadFieldOfACellThatBeganLateIsNamed) {
+  grid_.set_field(1902, 3, kRow, 82, "99999");
+  write_grid();
+  expect_failure(
+      {kName, "--cell", "60.25,-139.25"}, 1,
+      quoted(kName) +
+          ": line 5341: characters 406-410 (column 82): '99999' is too large "
+          "for a value");
+}
+
 TEST_F(Extract, AValueThatNeedsMoreThan16BitsIsNamed) {
   grid_.set_field(1902, 3, kRow, 81, "64537");
   write_grid();
