@@ -37,7 +37,7 @@ NetcdfFile::~NetcdfFile() {
 
 int NetcdfFile::create() const {
   int file{};
-  check(nc_create(part_.text().c_str(), NC_NETCDF4 | NC_NOCLOBBER, &file));
+  check(nc_create(part_.text().c_str(), NC_NETCDF4, &file));
   return file;
 }
 

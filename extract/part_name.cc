@@ -23,6 +23,10 @@ PartName::PartName(std::string name)
                   ": it exists and is not a regular file");
   }
   ::unlink(part_name_.c_str());
+  if (!FileDescriptor(part_name_, O_WRONLY | O_CREAT | O_EXCL).is_open()) {
+    throw Failure("cannot write " + in_quotes(part_name_) + ": " +
+                  std::generic_category().message(errno));
+  }
 }
 
 PartName::~PartName() {

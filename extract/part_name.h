@@ -13,9 +13,10 @@ namespace veldmark::extract {
 // removes it.
 class PartName {
  public:
-  // Removes an older NAME.part, so that nothing is written through a link in its place.
-  // Throws Failure when `name` is something other than a regular file, because the
-  // renaming would put a file in the place of a device.
+  // Makes an empty NAME.part; what stood there is removed, so that nothing is written
+  // through a link in its place. Throws Failure when that fails, and when `name` is
+  // something other than a regular file, because the renaming would put a file in the
+  // place of a device.
   explicit PartName(std::string name);
   ~PartName();
   PartName(const PartName&) = delete;

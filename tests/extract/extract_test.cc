@@ -200,6 +200,45 @@ TEST_F(Extract, ReplacesAnOutputOnRequestOnlyAndNeverAnInput) {
   EXPECT_EQ(file_content("s.csv"), "lat,lon\n60.3,-139.7\n");
 }
 
+TEST_F(Extract, SaysWhyAnOutputCantBeWritten) {
+  write_grid();
+  std::filesystem::create_directory("folder.csv");
+  const auto messages_of = [&](const std::vector<std::string>& output) {
+    std::vector<std::string> words{kName, "--cell", "60.25,-139.75", "--overwrite"};
+    words.insert(words.end(), output.begin(), output.end());
+    const Outcome outcome = run(words);
+    EXPECT_EQ(outcome.status, 1);
+    return outcome.messages;
+  };
+  EXPECT_EQ(messages_of({"-o", "none/x.csv"}),
+            "veldmark-extract: cannot write 'none/x.csv.part': No such file or "
+            "directory\n");
+  EXPECT_EQ(messages_of({"-o", "none/x", "--format", "tsf"}),
+            "veldmark-extract: cannot write 'none/x.TSF.part': No such file or "
+            "directory\n");
+  EXPECT_EQ(
+      messages_of({"-o", "folder.csv"}),
+      "veldmark-extract: cannot write 'folder.csv': it exists and is not a regular "
+      "file\n");
+}
+
+TEST_F(Extract, TheTwoFilesOfTsfStandUnderTheirNamesAlone) {
+  write_grid();
+  std::filesystem::create_directory("out");
+  const Outcome outcome = run(
+      {kName, "--cell", "60.25,-139.75", "--format", "tsf", "-o", "out/x", "--quiet"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.messages, "");
+  EXPECT_EQ(file_content("out/x.XY").substr(0, 30), " #   Lon.     Lat.      x.TSF ");
+  const std::string series = file_content("out/x.TSF");
+  EXPECT_EQ(series.size(), 129U + 2 * 78);
+  EXPECT_FALSE(std::filesystem::exists("out/x.TSF.part"));
+  EXPECT_FALSE(std::filesystem::exists("out/x.XY.part"));
+  expect_failure({kName, "--cell", "60.25,-139.25", "--tsf-rule"}, 3,
+                 "the cell at 60.25, -139.25 has no data; --sites with --radius finds "
+                 "the nearest that has");
+}
+
 TEST_F(Extract, AnEmptyAnswerIsAStatusOfItsOwn) {
   write_grid();
   expect_failure({kName, "--lat", "-60:-50"}, 3,
