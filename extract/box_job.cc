@@ -133,14 +133,13 @@ std::size_t expect_data(const Job& job, const std::vector<Cell>& cells,
         degrees_text(centre.longitude) +
         " has no data; --sites with --radius finds the nearest that has");
   }
-  throw NothingFound("no cell with data: " + std::to_string(cells.size()) +
-                     (cells.size() == 1 ? " cell" : " cells") +
+  throw NothingFound("no cell with data: " + count_of(std::ssize(cells), "cell") +
                      " looked at, all without");
 }
 
 std::string summary_of(const Job& job, const BoxCells& box, std::size_t looked_at,
                        std::size_t saved) {
-  std::string text = std::to_string(box.ranges.CellCount()) + " cells in the box, ";
+  std::string text = count_of(box.ranges.CellCount(), "cell") + " in the box, ";
   if (job.options.every > 1) {
     text += std::to_string(looked_at) + " kept by --every " +
             std::to_string(job.options.every) + ", ";

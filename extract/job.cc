@@ -58,6 +58,10 @@ std::size_t second_period(const Job& job) {
   return static_cast<std::size_t>(years) * kMonthsPerYear;
 }
 
+std::string count_of(std::int64_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 void note(const Job& job, const std::string& text) {
   companion::complain(job.around, kProgram) << text << "\n";
 }

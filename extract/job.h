@@ -46,6 +46,9 @@ bool has_data(const Job& job, std::span<const std::int16_t> series);
 // Requires that the test is asked for.
 std::size_t second_period(const Job& job);
 
+// Returns "1 cell", "2 cells".
+std::string count_of(std::int64_t count, const std::string& what);
+
 // Writes a note of the program on its messages.
 void note(const Job& job, const std::string& text);
 

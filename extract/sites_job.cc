@@ -159,10 +159,6 @@ void name_left_out(const Job& job, const SiteTable& table, const Found& found) {
   }
 }
 
-std::string count_of(std::size_t count, const std::string& what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 }  // namespace
 
 std::string extract_sites(const Job& job) {
@@ -177,7 +173,7 @@ std::string extract_sites(const Job& job) {
   } else {
     write_csv(job, table, found);
   }
-  return count_of(table.sites.size(), "site") + ", " +
+  return count_of(std::ssize(table.sites), "site") + ", " +
          std::to_string(found.left_out.size()) + " left out, " +
          std::to_string(found.moved) + " with the nearest cell, " +
          std::to_string(found.sites.size()) + " saved";
