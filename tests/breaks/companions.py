@@ -1,0 +1,156 @@
+"""Breaks of tersify and series_to_grid, and of what they share."""
+
+from catchers import companion, faults, tersify, tools
+from definition import Break
+from edits import Change
+
+GRID_WRITER = "tools/series_to_grid/grid_writer.cc"
+CONDENSE = "tersify/condense_file.cc"
+TERSIFY = "tersify/tersify.cc"
+
+TERSIFY_BREAKS = [
+    Break(
+        "a value of six characters is taken",
+        tersify("CondenseLine.*"),
+        Change("tersify/condense_line.cc", "zero_too_many | sixes) != 0",
+               "zero_too_many | (sixes & leading_zeros)) != 0"),
+    ),
+    Break(
+        "tersify --check a b: the status is that of b",
+        tersify("Tersify.*"),
+        Change(TERSIFY, "      if (verdict.fault) {\n        status = kFailed;\n      }\n",
+               "      status = verdict.fault ? kFailed : kAllIsWell;\n"),
+    ),
+    Break(
+        "tersify shows progress where there is no terminal",
+        tersify("Progress.*"),
+        Change(TERSIFY,
+               "      const Condensed done =\n"
+               "          condense_file(name, settings_.free_space, around_.messages, inputs_);\n",
+               "      const companion::ProgressLine::Screen screen{around_.messages.stream, true};\n"
+               "      const Condensed done =\n"
+               "          condense_file(name, settings_.free_space, screen, inputs_);\n"),
+    ),
+    Break(
+        "tersify never shows progress",
+        tersify("Progress.*"),
+        Change(CONDENSE, "    progress.add(static_cast<std::int64_t>(count));\n",
+               "    progress.add(0 * static_cast<std::int64_t>(count));\n"),
+    ),
+    Break(
+        "a file that grows is condensed up to its first size",
+        tersify("CondenseFile.*"),
+        Change(CONDENSE, "    const std::size_t count = input.read(buffer, size);\n",
+               "    const auto left = static_cast<std::size_t>(input.size() - done.size_before);\n"
+               "    const std::size_t count = input.read(buffer, left < size ? left : size);\n"),
+    ),
+    Break(
+        "the copy is made in the current folder, wherever the file is",
+        tersify("CondenseFile.*:Tersify.*:DiskRoom.*"),
+        Change(CONDENSE, 'return name + ".new"; }',
+               'return name.substr(name.rfind(\'/\') + 1) + ".new"; }'),
+    ),
+    Break(
+        "room on the disk without the abandoned part",
+        tersify("DiskRoom.*"),
+        Change("tersify/disk_room.cc", "*unused + std::min(abandoned, kMostBytes - *unused)",
+               "*unused + std::min<std::int64_t>(abandoned, 0)"),
+    ),
+    Break(
+        "tersify --help: exit statuses exchanged",
+        tersify("TersifyCommandLine.*"),
+        Change("tersify/command_line.cc", "1 when a file failed, 2 for a wrong command line,",
+               "2 when a file failed, 1 for a wrong command line,"),
+    ),
+    Break(
+        "the second of two list names is read with the marks of the first",
+        tersify("NameList.*"),
+        Change("tersify/name_list.cc", "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
+               "    std::string name = trimmed_name(",
+               "  std::string name;\n"
+               "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
+               "    name += trimmed_name("),
+    ),
+]
+
+SHARED = [
+    Break(
+        "what is written of a file stays after a failure",
+        companion("PartFile.*"),
+        Change("src/util/part_file.cc", "  if (!complete_ && stands_for(part_name_, file_)) {",
+               "  if (complete_ && stands_for(part_name_, file_)) {"),
+    ),
+    Break(
+        "SIGHUP is not watched",
+        companion("InterruptWatch.*"),
+        Change("src/util/interrupt_watch.h", "SIGINT,  SIGTERM, SIGHUP,",
+               "SIGINT,  SIGTERM, SIGUSR1,"),
+    ),
+    Break(
+        "a part is renamed before it is on the disk",
+        faults("EveryCallOfTersifyFailsOnce"),
+        Change("src/util/part_file.cc",
+               "  if (!is_on_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
+               "  InterruptWatch::obey();\n",
+               "  InterruptWatch::obey();\n"),
+        Change("src/util/part_file.cc",
+               "    fail_with_errno(name_);\n  }\n  complete_ = true;\n",
+               "    fail_with_errno(name_);\n  }\n  complete_ = true;\n"
+               "  if (!is_on_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"),
+    ),
+    Break(
+        "a complaint overtakes what was shown before it",
+        tersify("TersifyProgram.*:Tersify.*"),
+        Change("companion/run.cc",
+               "  around.output << std::flush;  // a terminal shows both in their order\n", ""),
+    ),
+]
+
+SERIES_TO_GRID = [
+    Break(
+        "rows are reversed in both orders",
+        tools("MonthText.*"),
+        Change(GRID_WRITER, "form_.north_first ? kGridRows + 1 - south_row : south_row;",
+               "kGridRows + 1 - south_row;"),
+    ),
+    Break(
+        "years before the first one asked are filled",
+        tools("MakeGrid.*"),
+        Change(GRID_WRITER, "count_grid_months(std::max(years.first, series.first_year) - 1);",
+               "count_grid_months(std::max(kFirstDataYear, series.first_year) - 1);"),
+    ),
+    Break(
+        "missing months of scPDSI cells keep the code of the series",
+        tools("MakeGrid.*"),
+        Change(GRID_WRITER, "value == kSeriesMissing ? MissingCode : value;",
+               "value == kSeriesMissing ? std::max(MissingCode, kSeriesMissing) : value;"),
+    ),
+    Break(
+        "longitudes count from 0 to 360 degrees",
+        tools("ReadSeries.*"),
+        Change("tools/series_to_grid/series_file.cc", "  cell.GridX = *column;\n",
+               "  cell.GridX = (*column + 359) % kGridColumns + 1;\n"),
+    ),
+    Break(
+        "series_to_grid shows progress in a file",
+        tools("SeriesToGridProgram.*"),
+        Change("tools/series_to_grid/main.cc",
+               "        return series_to_grid::run_series_to_grid(arguments, around);\n",
+               "        return series_to_grid::run_series_to_grid(\n"
+               "            arguments, {around.input, around.output, {around.messages.stream, true}});\n"),
+    ),
+    Break(
+        "series_to_grid never shows progress",
+        tersify("Progress.*"),
+        Change("tools/series_to_grid/series_to_grid.cc",
+               "    progress.add(static_cast<std::int64_t>(month.size()));\n",
+               "    progress.add(0 * static_cast<std::int64_t>(month.size()));\n"),
+    ),
+    Break(
+        "series_to_grid --help: 51.6 MB a year",
+        tools("CommandLine.*"),
+        Change("tools/series_to_grid/command_line.cc", "(15.6 MB a year)", "(51.6 MB a year)"),
+    ),
+]
+
+BREAKS = TERSIFY_BREAKS + SHARED + SERIES_TO_GRID
