@@ -125,7 +125,7 @@ READING = [
     ),
     Break(
         "row plan of the first row for all rows from year 4 on",
-        unit("*WholeFile.*"),
+        program("SampleSession.*"),
         Change(REGULAR, "plans_[static_cast<std::size_t>(GridY - first_row_)];",
                "plans_[month < 36 ? static_cast<std::size_t>(GridY - first_row_) : 0];"),
     ),

@@ -65,6 +65,16 @@ TEST(Program, WritesTheScreenBeforeTheReport) {
                        "? READ(UNIT=5,...\n"));
 }
 
+// No answer is read between the citation and the report, so nothing else flushes it.
+TEST(Program, LosesNothingOfTheScreenBeforeTheReport) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory("cru_ts4.01.1901.2016.pre.dat.new");
+  EXPECT_EQ(run_program_with("\n\n1\n", "> both 2>&1"), 255);
+  EXPECT_TRUE(in_order(file_content("both"),
+                       " doi:10.5285/58a8802721c94c66ae45c3baa4d814d0\n",
+                       "? OPEN(UNIT=13,...\n"));
+}
+
 TEST(Program, EndsWithoutInput) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_program_with("", "> screen 2> errors <&-"), 255);
