@@ -27,7 +27,8 @@ TERSIFY_BREAKS = [
         Change(TERSIFY,
                "      const Condensed done =\n"
                "          condense_file(name, settings_.free_space, around_.messages, inputs_);\n",
-               "      const companion::ProgressLine::Screen screen{around_.messages.stream, true};\n"
+               "      const companion::ProgressLine::Screen screen{\n"
+               "          around_.messages.stream, true};\n"
                "      const Condensed done =\n"
                "          condense_file(name, settings_.free_space, screen, inputs_);\n"),
     ),
@@ -65,7 +66,8 @@ TERSIFY_BREAKS = [
     Break(
         "the second of two list names is read with the marks of the first",
         tersify("NameList.*"),
-        Change("tersify/name_list.cc", "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
+        Change("tersify/name_list.cc",
+               "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
                "    std::string name = trimmed_name(",
                "  std::string name;\n"
                "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
@@ -137,7 +139,8 @@ SERIES_TO_GRID = [
         Change("tools/series_to_grid/main.cc",
                "        return series_to_grid::run_series_to_grid(arguments, around);\n",
                "        return series_to_grid::run_series_to_grid(\n"
-               "            arguments, {around.input, around.output, {around.messages.stream, true}});\n"),
+               "            arguments,\n"
+               "            {around.input, around.output, {around.messages.stream, true}});\n"),
     ),
     Break(
         "series_to_grid never shows progress",

@@ -7,7 +7,8 @@ from edits import Add, Change, Empty, Remove
 CASE = "tests/sessions/cases/exit-at-first-menu.txt"
 SWEEP = "tests/stats/statistics_sweep_test.cc"
 MAKER = "tests/second_program/session_maker.py"
-MENU_ANSWERED = Change(MAKER, '        return text.encode("latin-1")\n', '        return b"\\n\\n0\\n"\n')
+MENU_ANSWERED = Change(MAKER,
+                       '        return text.encode("latin-1")\n', '        return b"\\n\\n0\\n"\n')
 NO_SESSIONS = Change("tests/CMakeLists.txt", "set(random_sessions 150)", "set(random_sessions 0)")
 BESIDE_SECOND = ctest("SecondProgram.AgreesOnRandomSessions", "veldmark")
 INVARIANTS = ctest("RandomSessions.KeepTheirInvariants", "veldmark")

@@ -146,17 +146,16 @@ READING = [
     Break(
         "first year 2000 or later: all values are a year early",
         unit("*WholeFile.*"),
-        Change(REGULAR, "    const std::int32_t first_month = request_.years.SkipLines() / kGridRows;\n",
-               "    const std::int32_t first_month = request_.years.SkipLines() / kGridRows -\n"
+        Change(REGULAR, "first_month = request_.years.SkipLines() / kGridRows;\n",
+               "first_month = request_.years.SkipLines() / kGridRows -\n"
                "                                     (request_.years.FYOD < 2000 ? 0 : 12);\n"),
     ),
     Break(
         "offsets wrap at 1 GB: 1970 reads 1901",
         unit("*WholeFile.*"),
         Change(REGULAR,
-               "    const auto begin = lines_before * static_cast<std::int64_t>(frame_.line_size());\n",
-               "    const std::int64_t before_1970 = std::int64_t{69} * kLinesPerYear;\n"
-               "    const auto begin = lines_before % before_1970 *\n"
+               "begin = lines_before * static_cast<std::int64_t>(frame_.line_size());\n",
+               "begin = lines_before % (std::int64_t{69} * kLinesPerYear) *\n"
                "                       static_cast<std::int64_t>(frame_.line_size());\n"),
     ),
     Break(
@@ -267,13 +266,14 @@ TESTING_VARIANCE = [
         "statistics with fused multiplications and additions",
         unit("Avevar.*:Ftest*.*"),
         Append("src/CMakeLists.txt",
-               "\nset_source_files_properties(stats/avevar.cc stats/ftest.cc PROPERTIES COMPILE_OPTIONS\n"
-               '                            "-ffp-contract=fast;-mfma")\n'),
+               "\nset_source_files_properties(stats/avevar.cc stats/ftest.cc PROPERTIES\n"
+               '                            COMPILE_OPTIONS "-ffp-contract=fast;-mfma")\n'),
     ),
     Break(
         "first sample takes the cutoff year",
         transcripts("variance-cutoff-in-the-middle"),
-        Change(REPORT, "{.first = 1, .last = CutoffOffset}", "{.first = 1, .last = CutoffOffset + 1}"),
+        Change(REPORT, "{.first = 1, .last = CutoffOffset}",
+               "{.first = 1, .last = CutoffOffset + 1}"),
     ),
     Break(
         "second sample holds that of the cell before, too",

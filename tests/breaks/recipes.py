@@ -31,8 +31,9 @@ BREAKS = [
     Break(
         "Python: minimum temperature in hundredths",
         recipes("Python"),
-        Change("docs/recipes/read_tsf.py", '"CRUts4.01tmn.": ("Minimum temperature",       "°C",           10,',
-               '"CRUts4.01tmn.": ("Minimum temperature",       "°C",           100,'),
+        Change("docs/recipes/read_tsf.py",
+               '"Minimum temperature",       "°C",           10,',
+               '"Minimum temperature",       "°C",           100,'),
     ),
     Break(
         "Python: a report of another search is drawn",
