@@ -64,14 +64,12 @@ TERSIFY_BREAKS = [
                "2 when a file failed, 1 for a wrong command line,"),
     ),
     Break(
-        "the second of two list names is read with the marks of the first",
+        "an empty line ends the list of names",
         tersify("NameList.*"),
         Change("tersify/name_list.cc",
-               "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
-               "    std::string name = trimmed_name(",
-               "  std::string name;\n"
-               "  for (std::size_t number = 1; const auto line = lines.next(); ++number) {\n"
-               "    name += trimmed_name("),
+               "    if (!name.empty()) {\n      names.push_back(std::move(name));\n    }\n",
+               "    if (name.empty()) {\n      break;\n    }\n"
+               "    names.push_back(std::move(name));\n"),
     ),
 ]
 

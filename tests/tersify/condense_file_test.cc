@@ -29,6 +29,7 @@ using testing::numbers;
 using testing::raw_line;
 using testing::raw_line_with;
 using testing::repeated;
+using veldmark::testing::file_content;
 using veldmark::testing::folder_content;
 using veldmark::testing::TemporaryFolder;
 using veldmark::testing::write_file;
@@ -79,6 +80,15 @@ TEST(CondenseFile, MakesACopyBesideTheFile) {
   EXPECT_EQ(done.size_before, static_cast<std::int64_t>(300 * kRaw.size()));
   EXPECT_EQ(done.size_after, 300 * 3601);
   EXPECT_TRUE(done.last_line_ended);
+}
+
+TEST(CondenseFile, TheCopyOfAFileInAnotherFolderIsMadeThere) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory("data");
+  write_file("data/raw", kRaw);
+  condense("data/raw");
+  EXPECT_EQ(file_content("data/raw.new"), kCondensed);
+  EXPECT_FALSE(std::filesystem::exists("raw.new"));
 }
 
 TEST(CondenseFile, ReplacesAnEarlierCopyAndTheRestOfAKilledRun) {
