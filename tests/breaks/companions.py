@@ -133,7 +133,7 @@ SERIES_TO_GRID = [
     ),
     Break(
         "series_to_grid shows progress in a file",
-        tools("SeriesToGridProgram.*"),
+        tersify("Progress.*"),
         Change("tools/series_to_grid/main.cc",
                "        return series_to_grid::run_series_to_grid(arguments, around);\n",
                "        return series_to_grid::run_series_to_grid(\n"

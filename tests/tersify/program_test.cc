@@ -59,6 +59,18 @@ TEST(TersifyProgram, EndsWithStatusOneWhenAFileFailed) {
   EXPECT_EQ(run_program("--check a"), 1);
 }
 
+// Where both streams lead to the same place, the lines keep their order.
+TEST(TersifyProgram, AComplaintComesAfterWhatWasShownBefore) {
+  const TemporaryFolder folder;
+  write_file("a", kRaw);
+  write_file("b", "x");
+  EXPECT_NE(std::system("'" TERSIFY_PROGRAM "' a b > both 2>&1"), 0);
+  EXPECT_TRUE(
+      file_content("both").ends_with("condensed 1 of 2 files\n"
+                                     "tersify: not condensed: 'b'\n"))
+      << file_content("both");
+}
+
 TEST(TersifyProgram, EndsWithStatusTwoAfterWrongUsage) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_program("--wrong"), 2);
