@@ -285,6 +285,22 @@ def restore_signals() -> None:
             signal.signal(number, signal.SIG_DFL)
 
 
+# A device with a mount of its own can be neither removed nor replaced.
+KEEP_DEVICES = (
+    'for device in /dev/null /dev/full; do mount --bind "$device" "$device" || exit; done; '
+    'DEVICES_ARE_KEPT=1 exec "$@"'
+)
+
+
+def keep_devices() -> None:
+    """Begins this program again where no mutant can remove /dev/null or /dev/full; only
+    with root's rights one could."""
+    if os.geteuid() != 0 or "DEVICES_ARE_KEPT" in os.environ:
+        return
+    call = ["unshare", "--mount", "sh", "-c", KEEP_DEVICES, "sh", sys.executable, *sys.argv]
+    os.execvp(call[0], call)
+
+
 def main() -> int:
     """Runs what the command line asks for; gives the exit status."""
     arguments = parsed_arguments()
@@ -297,6 +313,8 @@ def main() -> int:
         for mutant in mutants:
             print(mutant.name)
         return 0
+    if not arguments.report:
+        keep_devices()
     begin = time.monotonic()
     listed = read_survivors(os.path.join(HERE, "survivors"))
     campaign = Campaign(sums, arguments)

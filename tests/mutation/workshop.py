@@ -29,14 +29,18 @@ _SCRIPTS: Dict[str, Tuple[str, ...]] = {
     "situations": ("tests/faults/situations_test.py", "{programs}"),
     "failing calls": (
         "tests/faults/every_call_fails_once.py", "{build}/tests/faults/failing_calls.so",
-        "{programs}", "veldmark", "tersify",
+        "{programs}", "veldmark", "tersify", "series_to_grid",
     ),
     "refused memory": (
         "tests/faults/every_allocation_fails_once.py",
-        "{build}/tests/faults/failing_memory.so", "{programs}", "veldmark-small",
+        "{build}/tests/faults/failing_memory.so", "{programs}", "veldmark-small", "tersify",
     ),
     "random sessions": (
         "tests/second_program/random_sessions.py", "--program", "{programs}/veldmark",
+        "--count", "150", "--seed", "1",
+    ),
+    "invariants": (
+        "tests/random_sessions/session_invariants.py", "--program", "{programs}/veldmark",
         "--count", "150", "--seed", "1",
     ),
 }
@@ -46,7 +50,8 @@ _HELPERS = ("failing_calls", "failing_memory")  # what the scripts need besides 
 _SLOW_TESTS = "_sweep_test.cc"
 
 _MOST_MEMORY_KB = 4 * 1024 * 1024
-_MOST_FILE_BLOCKS = 2 * 1024 * 1024  # of 512 bytes
+_MOST_FILE_BLOCKS = 8 * 1024 * 1024  # of 512 bytes; whole data files have 2.2 GB, and holes
+_MOST_SHOWN = 4000  # characters of what a test program says, its last ones
 _TIMES_USUAL = 10  # a run that takes longer than this many times the usual has failed
 _SECONDS_MORE = 2.0
 
@@ -366,7 +371,6 @@ class Workshop:
         options = first + self.overlay(unit, tree) + rest
         return [command] + options + ["-O0", "-c", source, "-o", built]
 
-
     def overlay(self, unit: Unit, tree: str) -> List[str]:
         """The options with which a unit's headers are first looked for in `tree`."""
         if not os.path.isdir(tree):
@@ -513,7 +517,8 @@ class Bench:
         for suite in dict.fromkeys(suites):
             run = self._run_suite(suite, None)
             if not run.ended_well:
-                raise RuntimeError("unchanged, %s fails:\n%s" % (suite, run.output))
+                shown = run.output[-_MOST_SHOWN:]
+                raise RuntimeError("unchanged, %s fails:\n%s" % (suite.program, shown))
             self._shop.usual_seconds[suite] = run.seconds
 
     def _run_suite(self, suite: Suite, usual: Optional[float]) -> Run:
