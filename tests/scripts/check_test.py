@@ -13,8 +13,9 @@ TESTS = """  Test   #1: Sessions/TranscriptCase
   Test   #3: RandomSessions.Keep
   Test   #4: Documents.Show
   Test   #5: Faults.Every
+  Test   #6: Extract.Series
 
-Total Tests: 5
+Total Tests: 6
 """
 
 LISTS_TESTS = """
@@ -54,7 +55,7 @@ class Check(ScriptTest):
         result = self.check()
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertRegex(result.stdout.splitlines()[-1],
-                         r"^All is well: 5 tests passed in \d+ min \d+ s\.$")
+                         r"^All is well: 6 tests passed in \d+ min \d+ s\.$")
 
     def test_the_quick_check_needs_no_analysers_and_runs_no_long_test(self):
         self.check()
@@ -74,7 +75,7 @@ class Check(ScriptTest):
                      "figures --check", "configure sanitize", "ctest --preset check",
                      "ctest --preset sanitize"):
             self.assertIn(call, self.calls())
-        self.assertIn("All is well: 5 tests passed, 5 again", result.stdout.splitlines()[-1])
+        self.assertIn("All is well: 6 tests passed, 6 again", result.stdout.splitlines()[-1])
 
     def test_a_failure_is_said_in_the_last_line(self):
         for tool in ("scripts/setup", "scripts/configure", "bin/cmake", "bin/clang-format",
@@ -104,6 +105,12 @@ class Check(ScriptTest):
             result = self.check()
             self.assertNotEqual(result.returncode, 0)
             self.assertIn(f"the tests hold no {kind}", result.stderr)
+
+    def test_an_extraction_that_is_left_out_fails_the_whole_check(self):
+        (self.folder / "listed").write_text(TESTS.replace("Extract", "Other"))
+        result = self.check("--all")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("veldmark-extract is not built", result.stderr)
 
     def test_what_was_not_run_is_named_and_fails_only_in_ci(self):
         self.replace("scripts/check_package", "exit 77\n")
