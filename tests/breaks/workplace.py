@@ -72,8 +72,9 @@ class Workplace:
         """Builds targets. Throws NotBuilt."""
         if not (self.build / "build.ninja").is_file():
             self._must("scripts/configure", PRESET, "-DVELDMARK_BENCH=OFF")
-        self._must("cmake", "--build", str(self.build), "--parallel", str(self._jobs),
-                   "--target", *targets)
+        if targets:
+            self._must("cmake", "--build", str(self.build), "--parallel", str(self._jobs),
+                       "--target", *targets)
 
     def _must(self, *words: str) -> None:
         done = subprocess.run(words, cwd=self.tree, env=self._environment, text=True,
