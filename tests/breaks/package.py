@@ -43,7 +43,9 @@ BREAKS = [
     Break(
         "links of the installed README lead nowhere",
         INSTALLED,
-        Change(DOCUMENTS, '    mend_links("${text}" "${folder}" text)\n', ""),
+        Change(DOCUMENTS,
+               '    string(REGEX REPLACE "\\n## For developers\\n.*" "" text "${text}")\n'
+               '    mend_links("${text}" "${folder}" text)\n', ""),
     ),
     Break(
         "copyright and changelog are exchanged",
