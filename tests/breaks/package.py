@@ -55,12 +55,6 @@ BREAKS = [
                "RENAME copyright)"),
     ),
     Break(
-        "two installations at once share a folder",
-        INSTALLED,
-        Change(PACKAGING, '      file(REMOVE_RECURSE \\"\\${own_folder}\\")")\nendfunction()',
-               '      file(REMOVE_RECURSE \\"\\${destination}\\")")\nendfunction()'),
-    ),
-    Break(
         "the package has no maintainer",
         PACKAGE,
         Change(PACKAGING,
