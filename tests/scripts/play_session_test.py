@@ -104,6 +104,8 @@ class PlaySession(ScriptTest):
     def test_an_interrupt_ends_the_program_too(self):
         self.stand_in(self.folder / "program", "echo $$; printf ' Name ==> '; exec sleep 60")
         (self.folder / "answers").write_text("Ada\n")
+        # Started in the background, the test itself may have to ignore interrupts.
+        signal.signal(signal.SIGINT, signal.default_int_handler)
         process = subprocess.Popen([PLAY, "./program", "answers"], cwd=self.folder,
                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         process.stdout.readline()
