@@ -40,6 +40,7 @@ class LineBuffer {
     End end = End::kLineEnd;
   };
 
+  //   longest    characters that a line may have, without its line end
   explicit LineBuffer(ReadMore read_more, std::size_t longest = kLongestLine);
 
   // Returns the next line, nullopt at the end of the file. A carriage return before its

@@ -14,6 +14,7 @@ namespace veldmark::companion {
 // Seconds from any moment on; never runs backwards.
 using Clock = std::function<double()>;
 
+// Returns a clock of the system that no change of the time of day disturbs.
 Clock system_clock_of_progress();
 
 // "37 % done, 812 MB/s, 2 s left". MB are millions of bytes. Speed and time left are

@@ -19,6 +19,7 @@ constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 constexpr int kEndedBySignal = 128;  // and the signal's number
 
+// What stands after the program's name on its command line.
 using Arguments = std::span<const std::string>;
 
 // What a program is connected to.

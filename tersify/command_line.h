@@ -10,6 +10,7 @@
 
 namespace veldmark::tersify {
 
+// What a run is asked to do.
 enum class Task {
   kAskForList,  // ask for the name of a list file, then as kCondenseList
   kCondense,

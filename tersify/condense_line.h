@@ -20,6 +20,7 @@
 
 namespace veldmark::tersify {
 
+// Characters of a condensed line, without its line end.
 constexpr std::size_t kCondensedLine = kFieldWidth * kGridColumns;
 
 // Room that the functions below need for a condensed line: a piece of 64 characters can

@@ -17,6 +17,7 @@ namespace veldmark::tersify {
 // when the system can't tell.
 using FreeSpace = std::function<std::optional<std::int64_t>(const std::string& folder)>;
 
+// Asks the system; a FreeSpace.
 std::optional<std::int64_t> system_free_space(const std::string& folder);
 
 // The same for what the system tells of a file system. One that tells no size at all

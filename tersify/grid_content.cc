@@ -19,8 +19,8 @@ bool is_field(const char* field, const char* text) {
 }
 
 // Is it a row of a whole grid that lies south of 60 degrees south?
-bool is_polar(std::int32_t row, std::string_view missing) {
-  return missing == kMissing ? row <= kPolarRows : row > kGridRows - kPolarRows;
+bool is_polar(std::int32_t GridY, std::string_view missing) {
+  return missing == kMissing ? GridY <= kPolarRows : GridY > kGridRows - kPolarRows;
 }
 
 }  // namespace

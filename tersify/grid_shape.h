@@ -19,6 +19,7 @@ struct GridShape {
   std::int32_t rows = kGridRows;
   std::int32_t columns = kGridColumns;
 
+  // Lines of the whole file.
   [[nodiscard]] std::int64_t line_count() const {
     return std::int64_t{years} * kMonthsPerYear * rows;
   }

@@ -54,6 +54,7 @@ struct VariableEntry {
   std::string_view long_name{};
 };
 
+// Menu numbers go from 1 to this.
 constexpr std::size_t kVariableCount = 11;
 
 // All data sets, in the order of their menu numbers.

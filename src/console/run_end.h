@@ -19,8 +19,10 @@ enum class Channel {
   kVarianceReport = 16,
 };
 
+// What could not be done, as error reports name it.
 enum class Operation { kOpen, kRead, kWrite };
 
+// Messages of error reports that several places give.
 constexpr const char* kIllegalCharacter = "Illegal character in numeric input";
 constexpr const char* kPastEndOfFile = "Attempt to read past end of file";
 

@@ -8,6 +8,7 @@
 
 namespace veldmark {
 
+// The pause after a screen of the introduction.
 constexpr const char* kHitReturnToContinue = " Hit RETURN to CONTINUE";
 
 // Shows the introduction, with one pause between its two screens.

@@ -13,10 +13,17 @@
 
 namespace veldmark {
 
+// Columns are numbered by GridX and rows by GridY, both from 1.
 constexpr std::int32_t kGridColumns = 720;
 constexpr std::int32_t kGridRows = 360;
 constexpr std::int32_t kMonthsPerYear = 12;
 constexpr std::int32_t kLinesPerYear = kMonthsPerYear * kGridRows;
+
+// Centres of the westernmost column and of the southernmost row, and how far the next
+// one is, in degrees. All centres are exact in binary.
+constexpr float kWesternmostCentre = -179.75F;
+constexpr float kSouthernmostCentre = -89.75F;
+constexpr float kCellSize = 0.5F;
 
 constexpr std::size_t kFieldWidth = 5;                           // characters
 constexpr std::size_t kLineLength = kFieldWidth * kGridColumns;  // without line end

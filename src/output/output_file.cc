@@ -1,7 +1,6 @@
 #include "output/output_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "util/file_fault.h"
+#include "util/file_lock.h"
 
 namespace veldmark {
 namespace {
@@ -23,16 +23,6 @@ FileFault not_opened(const std::string& name, int error_number) {
 bool is_pipe(const std::string& name) {
   struct stat status {};
   return ::stat(name.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
-}
-
-// Is another run writing the file? It stays locked for this one until it is closed.
-// File systems without locks say nothing of other runs.
-bool is_locked_by_another(const FileDescriptor& file) {
-  int result = 0;
-  do {
-    result = ::flock(file.get(), LOCK_EX | LOCK_NB);
-  } while (result != 0 && errno == EINTR);
-  return result != 0 && errno == EWOULDBLOCK;
 }
 
 bool empty(const FileDescriptor& file) {

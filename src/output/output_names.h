@@ -10,6 +10,7 @@
 
 namespace veldmark {
 
+// A file name as the summary shows it, padded with blanks.
 using OutputName = TextField<65>;
 
 // Returns the first 40 characters of the data file's name and `extension` (".TSF",

@@ -10,6 +10,7 @@
 
 namespace veldmark {
 
+// Both outputs of a search, opened and empty.
 struct SearchOutputs {
   OutputFile time_series;
   OutputFile cell_list;

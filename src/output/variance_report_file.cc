@@ -58,7 +58,8 @@ void VarianceReportFile::add(const SavedCell& cell) {
   float f{};
   float prob{};
   ftest(before_, count1, after_, count2, f, prob, notices_.bad_argument);
-  if (std::isnan(f)) {
+  const bool FtestNan = std::isnan(f);
+  if (FtestNan) {
     notices_.not_a_number();
     return;
   }

@@ -6,8 +6,8 @@
 namespace veldmark {
 namespace {
 
-constexpr CentreTable<kGridRows> kSouthFirstLat(-89.75F, 0.5F);
-constexpr CentreTable<kGridRows> kNorthFirstLat(89.75F, -0.5F);
+constexpr CentreTable<kGridRows> kSouthFirstLat(kSouthernmostCentre, kCellSize);
+constexpr CentreTable<kGridRows> kNorthFirstLat(-kSouthernmostCentre, -kCellSize);
 
 static_assert(CellLon[kGridColumns] == 179.75F);
 static_assert(kSouthFirstLat[kGridRows] == 89.75F);

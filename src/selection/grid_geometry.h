@@ -48,7 +48,7 @@ class CentreTable {
 };
 
 // Centre longitude of each column (GridX), degrees east.
-inline constexpr CentreTable<kGridColumns> CellLon(-179.75F, 0.5F);
+inline constexpr CentreTable<kGridColumns> CellLon(kWesternmostCentre, kCellSize);
 
 // Centre latitude of each row (GridY) of a file in `order`, degrees north.
 const CentreTable<kGridRows>& CellLat(RowOrder order);

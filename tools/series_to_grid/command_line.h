@@ -11,6 +11,7 @@
 
 namespace veldmark::series_to_grid {
 
+// What a run is asked to do.
 enum class Task { kExpand, kShowHelp, kShowVersion };
 
 // What to do.

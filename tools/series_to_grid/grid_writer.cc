@@ -27,15 +27,15 @@ MonthText::MonthText(const GridForm& form)
     : form_(form),
       line_length_(static_cast<std::size_t>(kGridColumns * form.field_width + 1)),
       text_(line_length_ * kGridRows, '\n') {
-  for (std::int32_t row = 1; row <= kGridRows; ++row) {
-    for (std::int32_t column = 1; column <= kGridColumns; ++column) {
-      set(row, column, form.MissingCode);
+  for (std::int32_t south_row = 1; south_row <= kGridRows; ++south_row) {
+    for (std::int32_t GridX = 1; GridX <= kGridColumns; ++GridX) {
+      set(south_row, GridX, form.MissingCode);
     }
   }
 }
 
 void MonthText::set(std::int32_t south_row, std::int32_t GridX, std::int32_t value) {
-  const std::int32_t row = form_.north_first ? kGridRows + 1 - south_row : south_row;
+  const std::int32_t GridY = form_.north_first ? kGridRows + 1 - south_row : south_row;
   const auto width = static_cast<std::size_t>(form_.field_width);
   std::array<char, kPublishedField> digits{};
   const char* const end =
@@ -44,7 +44,7 @@ void MonthText::set(std::int32_t south_row, std::int32_t GridX, std::int32_t val
 
   const auto field =
       text_.begin() +
-      static_cast<std::ptrdiff_t>(static_cast<std::size_t>(row - 1) * line_length_ +
+      static_cast<std::ptrdiff_t>(static_cast<std::size_t>(GridY - 1) * line_length_ +
                                   static_cast<std::size_t>(GridX - 1) * width);
   const auto number =
       std::fill_n(field, static_cast<std::ptrdiff_t>(width - length), ' ');

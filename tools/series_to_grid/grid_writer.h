@@ -22,10 +22,6 @@
 
 namespace veldmark::series_to_grid {
 
-// Centres of the westernmost column and of the southernmost row, in degrees.
-constexpr double kFirstLongitude = -179.75;
-constexpr double kFirstLatitude = -89.75;
-
 // Characters of one field: five without a separator in the condensed layout; a blank
 // and five in the published one, so that no number touches its neighbour.
 constexpr std::int32_t kCondensedField = kFieldWidth;
@@ -48,9 +44,10 @@ struct YearRange {
   std::int32_t last = kLastDataYear;
 };
 
-// The text of one month: 360 lines, all fields missing until they are set.
+// The text of one month: 360 lines.
 class MonthText {
  public:
+  // Makes a month without values: every field holds the missing code of `form`.
   explicit MonthText(const GridForm& form);
 
   // Puts `value` into a cell.

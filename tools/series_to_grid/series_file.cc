@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "companion/digits.h"
-#include "series_to_grid/grid_writer.h"
+#include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -144,8 +144,9 @@ void read_header(SeriesLines& lines, Series& series) {
 }
 
 // Returns the band 1..count whose centre `text` names exactly; band 1 is centred at
-// `first_centre` degrees and the next ones follow at 0.5 degree. All centres are exact
-// in binary, so that equality is the right test. Returns nullopt for any other text.
+// `first_centre` degrees and the next ones follow at the cell size. All centres are
+// exact in binary, so that equality is the right test. Returns nullopt for any other
+// text.
 std::optional<std::int32_t> find_band(std::string_view text, double first_centre,
                                       std::int32_t count) {
   double degrees = 0;
@@ -154,7 +155,7 @@ std::optional<std::int32_t> find_band(std::string_view text, double first_centre
   if (error != std::errc() || end != text.data() + text.size()) {
     return std::nullopt;
   }
-  const double steps = (degrees - first_centre) * 2;
+  const double steps = (degrees - first_centre) / kCellSize;
   if (!(0 <= steps && steps < count) || steps != std::floor(steps)) {
     return std::nullopt;
   }
@@ -194,13 +195,14 @@ CellSeries read_cell(const SeriesLines& lines, std::int32_t first_month,
   CellSeries cell;
   const std::string_view lon = take_field(rest);
   const std::optional<std::int32_t> column =
-      find_band(lon, kFirstLongitude, kGridColumns);
+      find_band(lon, kWesternmostCentre, kGridColumns);
   if (!column) {
     lines.fail(in_quotes(lon, kShownOfField) +
                " is not the longitude of a cell's centre");
   }
   const std::string_view lat = take_field(rest);
-  const std::optional<std::int32_t> row = find_band(lat, kFirstLatitude, kGridRows);
+  const std::optional<std::int32_t> row =
+      find_band(lat, kSouthernmostCentre, kGridRows);
   if (!row) {
     lines.fail(in_quotes(lat, kShownOfField) +
                " is not the latitude of a cell's centre");
