@@ -20,8 +20,8 @@ class BlockReader {
         lines_(input, cells.rows(), years, progress),
         MissingCode_(static_cast<std::int16_t>(input.entry.MissingCode)),
         missing_(missing_line(input.entry.MissingCode)) {
-    const auto year_count = static_cast<std::size_t>(years.last - years.first + 1);
-    block_.month_count_ = year_count * kMonthsPerYear;
+    const std::int64_t year_count = std::int64_t{years.last} - years.first + 1;
+    block_.month_count_ = static_cast<std::size_t>(year_count) * kMonthsPerYear;
   }
 
   SeriesBlock read() {

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <regex>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -140,13 +139,18 @@ Years years_of_file(const Options& options, const std::string& name,
 }  // namespace
 
 std::optional<Years> years_of_name(const std::string& name) {
-  static const std::regex kYears(R"(\.([0-9]{4})\.([0-9]{4})\.)");
+  constexpr std::string_view kPattern = ".0000.0000.";        // 0 for any digit
   const std::string base = name.substr(name.rfind('/') + 1);  // npos + 1 is 0
-  std::smatch match;
-  if (!std::regex_search(base, match, kYears)) {
+  std::string shape = base;
+  std::replace_if(
+      shape.begin(), shape.end(), [](char c) { return '0' <= c && c <= '9'; }, '0');
+  const std::size_t place = shape.find(kPattern);
+  if (place == std::string::npos) {
     return std::nullopt;
   }
-  const Years years{.first = std::stoi(match[1]), .last = std::stoi(match[2])};
+  constexpr std::size_t kDigits = 4;
+  const Years years{.first = std::stoi(base.substr(place + 1, kDigits)),
+                    .last = std::stoi(base.substr(place + kDigits + 2, kDigits))};
   return years.first <= years.last ? std::optional(years) : std::nullopt;
 }
 
