@@ -130,9 +130,9 @@ PartFile::PartFile(std::string name)
       file_(make_part(name_, part_name_)) {}
 
 // The part is removed while it is still locked. What stands in its place by now is not
-// this run's to remove.
+// this run's to remove; once the part has its name, nothing does.
 PartFile::~PartFile() {
-  if (!complete_ && stands_for(part_name_, file_)) {
+  if (stands_for(part_name_, file_)) {
     ::unlink(part_name_.c_str());
   }
 }
@@ -157,7 +157,6 @@ void PartFile::complete() {
   if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
     fail_with_errno(name_);
   }
-  complete_ = true;
   put_folder_on_disk(name_);
   file_.close();
 }

@@ -51,7 +51,6 @@ class PartFile {
   std::string part_name_;
   FileDescriptor file_;
   std::int64_t size_ = 0;
-  bool complete_ = false;
 };
 
 }  // namespace veldmark

@@ -43,6 +43,14 @@ _SCRIPTS: Dict[str, Tuple[str, ...]] = {
         "tests/random_sessions/session_invariants.py", "--program", "{programs}/veldmark",
         "--count", "150", "--seed", "1",
     ),
+    "same as the dialogue": (
+        "tests/extract/same_as_dialogue.py", "--veldmark", "{programs}/veldmark",
+        "--extract", "{programs}/veldmark-extract", "--count", "40",
+    ),
+    "sites": (
+        "tests/extract/sites_search.py", "--extract", "{programs}/veldmark-extract",
+    ),
+    "values of the sample": ("tests/extract/sample_values.py", "--tools", "{programs}"),
 }
 
 _HELPERS = ("failing_calls", "failing_memory")  # what the scripts need besides the programs
@@ -104,6 +112,7 @@ class Executable(NamedTuple):
     name: str
     place: str  # in the folder of the build
     libraries: Tuple[str, ...]  # the project's own, as targets
+    foreign: Tuple[str, ...]  # other libraries, as files
 
 
 def _executables(build: str) -> List[Executable]:
@@ -113,12 +122,15 @@ def _executables(build: str) -> List[Executable]:
     targets = subprocess.check_output(ninja + ["targets", "all"], text=True)
     found: List[Executable] = []
     for place, name in re.findall(
-        r"^([^/\[\]\n][^\[\]\n]*): CXX_EXECUTABLE_LINKER__(\w+)_Release$", targets, re.M
+        r"^([^/\[\]\n][^\[\]\n]*): CXX_EXECUTABLE_LINKER__([\w-]+)_Release$", targets, re.M
     ):
         if not place.startswith(("tests/fuzz/", "bench/")):
             inputs = subprocess.check_output(ninja + ["query", place], text=True)
             libraries = re.findall(r"^    \| (?!/)(?:.*/)?lib(\w+)\.a$", inputs, re.M)
-            found.append(Executable(name, place, tuple(dict.fromkeys(libraries))))
+            foreign = re.findall(r"^    \| (/.*\.(?:a|so))$", inputs, re.M)
+            found.append(
+                Executable(name, place, tuple(dict.fromkeys(libraries)), tuple(foreign))
+            )
     return found
 
 
@@ -169,6 +181,7 @@ class Workshop:
         _must_run([
             "cmake", "-S", self.tree, "-B", self.build, "-G", "Ninja",
             "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1",
+            "-DVELDMARK_WERROR=ON",
             "-DVELDMARK_SANITIZE=" + ("ON" if self.sanitized else "OFF"),
             "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON",  # it makes its own
         ])
@@ -463,7 +476,7 @@ class Bench:
                 return None
             objects.append(built)
         compiler = self._shop.units[0].arguments[0]
-        libraries = ["-lgtest", "-lgtest_main", "-lpthread"] if "tests" in program else []
+        libraries = list(self._shop.executables[program].foreign) + ["-lpthread"]
         if os.path.exists(place):
             os.remove(place)
         flags = _linker()
@@ -548,6 +561,8 @@ class Bench:
         self._changed = {}
 
     def _try(self, mutant: Mutant) -> Tuple[str, str]:
+        if not any(self._is_changed(unit, mutant) for unit in self._shop.units):
+            return NO_PROGRAM, "the file is not built"
         self._put(mutant)
         for suite in self._shop.suites_for(mutant.file):
             for program in self._shop.suites[suite.program] + (suite.program,):
