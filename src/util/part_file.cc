@@ -130,9 +130,9 @@ PartFile::PartFile(std::string name)
       file_(make_part(name_, part_name_)) {}
 
 // The part is removed while it is still locked. What stands in its place by now is not
-// this run's to remove; once the part has its name, nothing does.
+// this run's to remove.
 PartFile::~PartFile() {
-  if (stands_for(part_name_, file_)) {
+  if (file_.is_open() && stands_for(part_name_, file_)) {
     ::unlink(part_name_.c_str());
   }
 }

@@ -232,8 +232,7 @@ def report(
         stale += ["%s (no such mutant)" % s.name for s in listed if s not in found]
 
     print_figures(counts)
-    if complete:
-        note_figures("mutants", counts["all"])
+    note_figures("mutants" if complete else "sample_of_mutants", counts["all"])
     for mutant in unlisted:
         print("survives and is not listed: %s\n    | %s" % (mutant.name, mutant.line_text))
     for name in stale:
