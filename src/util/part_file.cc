@@ -53,16 +53,34 @@ FileDescriptor open_for_locking(const std::string& part_name) {
   return {part_name, O_RDONLY | kAsItIs};
 }
 
-// Removes what stands at `part_name`; throws Failure when another run is writing it.
-// Only who holds its lock may remove a part: by the time this one has the lock, another
-// run may have removed the part and made its own, which must stay.
+// The part that stands at `part_name` can't be opened. Is it an abandoned one of this
+// user's, who has protected it? Throws Failure where it may be a part that another
+// user's run is writing. False when it is gone by now.
+bool is_own_protected(const std::string& part_name, const struct stat& found) {
+  if (errno == ENOENT || errno == ELOOP) {
+    return false;
+  }
+  if (errno != EACCES || found.st_uid != ::geteuid()) {
+    fail_with_errno(part_name);
+  }
+  return true;
+}
+
+// Removes what stands at `part_name`; throws Failure when another run is writing it, or
+// when that can't be seen. Only who holds its lock may remove a part: by the time this
+// one has the lock, another run may have removed the part and made its own, which must
+// stay.
 void remove_abandoned(const std::string& name, const std::string& part_name) {
   struct stat found {};
   if (::lstat(part_name.c_str(), &found) != 0) {
     return;
   }
+  const bool is_file = S_ISREG(found.st_mode);
   const FileDescriptor part =
-      S_ISREG(found.st_mode) ? open_for_locking(part_name) : FileDescriptor(-1);
+      is_file ? open_for_locking(part_name) : FileDescriptor(-1);
+  if (is_file && !part.is_open() && !is_own_protected(part_name, found)) {
+    return;
+  }
   if (part.is_open() && is_locked_by_another(part)) {
     fail_busy(name);
   }

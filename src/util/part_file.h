@@ -25,7 +25,8 @@ class PartFile {
  public:
   // Refused are a NAME that is something other than a regular file, because the
   // renaming would put a file in the place of a device; a NAME.part that another run is
-  // writing; and a folder in its place.
+  // writing, or may be writing where another user's can't be opened; and a folder in
+  // its place.
   explicit PartFile(std::string name);
   ~PartFile();
   PartFile(const PartFile&) = delete;

@@ -198,6 +198,33 @@ TEST(PartFile, AProtectedPartDoesNotBlockAllLaterRuns) {
   EXPECT_EQ(file_content("grid"), "new");
 }
 
+TEST(PartFile, AnOwnPartThatCannotBeOpenedDoesNotBlockThemEither) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::chmod(".", 0777), 0);
+  EXPECT_EQ(failure_as_nobody([] {
+              write_file("grid.part", "left");
+              ::chmod("grid.part", 0);
+              make("grid", "new");
+            }),
+            "");
+  EXPECT_EQ(file_content("grid"), "new");
+}
+
+TEST(PartFile, APartThatAnotherUserMayBeWritingStays) {
+  if (::geteuid() != 0) {
+    GTEST_SKIP() << "needs two users";
+  }
+  const TemporaryFolder folder;
+  ASSERT_EQ(::chmod(".", 0777), 0);
+  PartFile file("grid");
+  file.write("of the first run");
+  ASSERT_EQ(::chmod("grid.part", 0600), 0);
+  EXPECT_EQ(failure_as_nobody([] { make("grid", "of the second run"); }),
+            "cannot write 'grid.part': Permission denied");
+  file.complete();
+  EXPECT_EQ(file_content("grid"), "of the first run");
+}
+
 TEST(PartFile, AFolderInPlaceOfThePartStays) {
   const TemporaryFolder folder;
   std::filesystem::create_directory("grid.part");
