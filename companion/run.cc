@@ -1,6 +1,5 @@
 #include "companion/run.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,25 +9,11 @@
 #include <vector>
 
 #include "companion/standard_stream.h"
+#include "util/closed_streams.h"
 #include "util/failure.h"
 #include "util/interrupt_watch.h"
 
 namespace veldmark::companion {
-namespace {
-
-// A file that is opened gets the lowest number that is free: that of a closed standard
-// stream, whose text would then land in the file. So closed ones are taken up, opened
-// the wrong way round: what uses them fails as before.
-void take_up_closed_streams() {
-  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (::fcntl(stream, F_GETFD) < 0) {
-      ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-    }
-  }
-}
-
-}  // namespace
-
 std::ostream& complain(const Surroundings& around, std::string_view program) {
   around.output << std::flush;  // a terminal shows both in their order
   return around.messages.stream << program << ": ";

@@ -18,6 +18,7 @@
 #include "console/standard_stream.h"
 #include "driver/command_line.h"
 #include "driver/program_driver.h"
+#include "util/closed_streams.h"
 
 namespace {
 
@@ -33,6 +34,7 @@ int main(int argc, char** argv) try {
   // which close the files in order.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+  veldmark::take_up_closed_streams();
   veldmark::StandardStream standard_input(STDIN_FILENO);
   veldmark::StandardStream standard_output(STDOUT_FILENO);
   veldmark::StandardStream standard_error(STDERR_FILENO);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -70,6 +71,18 @@ TEST(Program, EndsWithoutInput) {
   EXPECT_EQ(run_program_with("", "> screen 2> errors <&-"), 255);
   EXPECT_TRUE(in_order(file_content("errors"), "Attempt to read past end of file\n",
                        "? READ(UNIT=5,...\n"));
+}
+
+// The number of a closed stream must not be an output's: a late report would land in
+// it.
+TEST(Program, OpensNoFileInPlaceOfAClosedStream) {
+  const TemporaryFolder folder;
+  write_file("cru_ts4.01.1901.2016.pre.dat.new", std::string(4320, '\n'));
+  RunningProgram program([] { ::close(STDERR_FILENO); });
+  program.type("\n\n1\n\n\n");
+  program.wait_for("[TOP]   ==> ");
+  EXPECT_EQ(program.file_of(STDERR_FILENO), "/dev/null");
+  EXPECT_EQ(program.end(), 255);
 }
 
 TEST(Program, SaysThatAFullDiskStoppedTheSaving) {

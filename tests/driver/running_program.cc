@@ -160,6 +160,11 @@ void RunningProgram::wait_for_unread(int size) const {
   });
 }
 
+std::string RunningProgram::file_of(int descriptor) const {
+  return std::filesystem::read_symlink("/proc/" + std::to_string(process_) + "/fd/" +
+                                       std::to_string(descriptor));
+}
+
 int RunningProgram::end() {
   ::close(std::exchange(input_, -1));
   while (read_screen()) {

@@ -38,6 +38,9 @@ class RunningProgram {
   // Waits until at least `size` bytes of the screen wait to be read.
   void wait_for_unread(int size) const;
 
+  // Returns the name of the file that a descriptor of the program leads to.
+  [[nodiscard]] std::string file_of(int descriptor) const;
+
   // Ends the input and waits for the end. Result: the exit status, -N after signal N.
   int end();
 

@@ -1,0 +1,19 @@
+#include "util/closed_streams.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <initializer_list>
+
+namespace veldmark {
+
+// They are opened the wrong way round: what uses them fails.
+void take_up_closed_streams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) < 0) {
+      ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+  }
+}
+
+}  // namespace veldmark
