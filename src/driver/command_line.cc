@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "util/in_quotes.h"
+
 namespace veldmark {
 namespace {
 
@@ -49,7 +51,7 @@ std::optional<int> answer_command_line(std::span<const std::string> arguments,
   }
   const auto unknown = std::find_if_not(arguments.begin(), arguments.end(), is_known);
   if (unknown != arguments.end()) {
-    errors << "veldmark: unexpected argument '" << *unknown << "'\n" << kUsage;
+    errors << "veldmark: unexpected argument " << in_quotes(*unknown) << "\n" << kUsage;
     return kWrongUsage;
   }
   if (arguments.front() == "--help") {

@@ -98,6 +98,10 @@ TEST(ProgramArguments, RefusesAnyOtherArgument) {
   expect_refused("--help tmp", "tmp");
 }
 
+TEST(ProgramArguments, ShowsNoControlCharacterOfThem) {
+  expect_refused("\"$(printf '\\033[2Jx')\"", "?[2Jx");
+}
+
 TEST(ProgramArguments, WithoutArgumentsTheSessionBegins) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_with(""), 0);
