@@ -35,9 +35,11 @@ NetcdfFile::~NetcdfFile() {
   }
 }
 
-int NetcdfFile::create() const {
+// The library opens the part by its name, and locks it itself.
+int NetcdfFile::create() {
+  part_.hand_over();
   int file{};
-  check(nc_create(part_.text().c_str(), NC_NETCDF4, &file));
+  check(nc_create(PartFile::part_name(name_).c_str(), NC_NETCDF4, &file));
   return file;
 }
 

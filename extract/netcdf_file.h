@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "extract/part_name.h"
+#include "util/part_file.h"
 
 namespace veldmark::extract {
 
@@ -56,11 +56,11 @@ class NetcdfFile {
   void complete();
 
  private:
-  [[nodiscard]] int create() const;
+  [[nodiscard]] int create();
   void check(int status) const;
 
   std::string name_;
-  PartName part_;
+  PartFile part_;
   int file_;
   bool open_;
 };

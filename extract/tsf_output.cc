@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "extract/output_names.h"
-#include "extract/part_name.h"
 #include "output/cell_list_file.h"
 #include "output/output_file.h"
 #include "output/time_series_file.h"
 #include "util/failure.h"
+#include "util/part_file.h"
 
 namespace veldmark::extract {
 namespace {
@@ -21,6 +21,12 @@ static_assert((kMostYears + 1) * kYearLine <= OutputFile::kMostReserved);
 
 std::string without_folders(const std::string& name) {
   return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
+}
+
+// Opens the part of the file `name` as the dialogue opens its outputs.
+OutputFile output_into(PartFile& part, const std::string& name) {
+  part.hand_over();
+  return OutputFile(PartFile::part_name(name));
 }
 
 void write_cells(const Job& job, const BoxCells& box, const SeriesBlock& block,
@@ -54,10 +60,10 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
     throw Failure("tsf holds at most 800 years; choose them with --years");
   }
   const std::vector<std::string> names = output_names(job.options);
-  PartName series_name(names.front());
-  PartName list_name(names.back());
-  OutputFile series_file(series_name.text());
-  OutputFile list_file(list_name.text());
+  PartFile series_part(names.front());
+  PartFile list_part(names.back());
+  OutputFile series_file = output_into(series_part, names.front());
+  OutputFile list_file = output_into(list_part, names.back());
   const YearSpan years{.FYOD = job.years.first, .LYOD = job.years.last};
   TimeSeriesFile series(series_file, job.input.entry, years);
   CellListFile list(list_file, OutputName::cut(without_folders(names.front())),
@@ -65,8 +71,8 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
   write_cells(job, box, block, {&list, &series});
   series_file.close();
   list_file.close();
-  series_name.complete();
-  list_name.complete();
+  series_part.complete();
+  list_part.complete();
 }
 
 }  // namespace veldmark::extract

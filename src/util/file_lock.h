@@ -21,6 +21,9 @@ inline bool is_locked_by_another(const FileDescriptor& file) {
   return result != 0 && errno == EWOULDBLOCK;
 }
 
+// Gives the lock up before that.
+inline void unlock(const FileDescriptor& file) { ::flock(file.get(), LOCK_UN); }
+
 }  // namespace veldmark
 
 #endif  // VELDMARK_UTIL_FILE_LOCK_H_

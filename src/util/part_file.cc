@@ -155,6 +155,9 @@ PartFile::~PartFile() {
   }
 }
 
+// The descriptor stays open, so that no other file can get this one's identity.
+void PartFile::hand_over() { unlock(file_); }
+
 void PartFile::write(std::string_view text) {
   if (!file_.write_all(text)) {
     fail_with_errno(part_name_);

@@ -37,6 +37,10 @@ class PartFile {
   // Returns what the part of an output is called.
   [[nodiscard]] static std::string part_name(const std::string& name);
 
+  // Lets go of the lock, and leaves it to somebody who opens the part by its name to
+  // lock it, write it and close it before `complete`.
+  void hand_over();
+
   // Appends the whole text.
   void write(std::string_view text);
 

@@ -1,6 +1,8 @@
 // The whole program in the test's own process, on made grid files.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
 #include <filesystem>
 #include <sstream>
@@ -10,6 +12,7 @@
 #include "extract/run.h"
 #include "support/grid_text.h"
 #include "support/temporary_folder.h"
+#include "util/file_descriptor.h"
 
 namespace veldmark::extract {
 namespace {
@@ -237,6 +240,27 @@ TEST_F(Extract, TheTwoFilesOfTsfStandUnderTheirNamesAlone) {
   expect_failure({kName, "--cell", "60.25,-139.25", "--tsf-rule"}, 3,
                  "the cell at 60.25, -139.25 has no data; --sites with --radius finds "
                  "the nearest that has");
+}
+
+TEST_F(Extract, ASecondRunOnOneOutputEndsAndHarmsNothing) {
+  write_grid();
+  for (const char* format : {"csv", "tsf", "netcdf"}) {
+    const bool is_tsf = std::string(format) == "tsf";
+    const std::string output = is_tsf ? "x.XY" : "x";
+    const FileDescriptor first(output + ".part", O_RDWR | O_CREAT);
+    ASSERT_EQ(::flock(first.get(), LOCK_EX), 0);
+    ASSERT_TRUE(first.write_all("of the first run"));
+    const Outcome second =
+        run({kName, "--cell", "60.3,-139.6", "--format", format, "-o", "x"});
+    if (second.messages.find("built without netCDF") != std::string::npos) {
+      continue;
+    }
+    EXPECT_EQ(second.status, 1) << format;
+    EXPECT_EQ(second.messages, "veldmark-extract: cannot write " + quoted(output) +
+                                   ": another run is writing it\n");
+    EXPECT_EQ(file_content(output + ".part"), "of the first run") << format;
+    EXPECT_FALSE(std::filesystem::exists("x.TSF.part")) << format;
+  }
 }
 
 TEST_F(Extract, AnEmptyAnswerIsAStatusOfItsOwn) {

@@ -18,6 +18,8 @@
 
 #include "support/temporary_folder.h"
 #include "util/failure.h"
+#include "util/file_descriptor.h"
+#include "util/file_lock.h"
 #include "util/interrupt_watch.h"
 
 namespace veldmark {
@@ -309,6 +311,18 @@ TEST(TwoRuns, OnOtherOutputsGoOnSideBySide) {
   EXPECT_EQ(first.end(), 0);
   EXPECT_EQ(folder_content(),
             (Files{{"grid", "of the first run"}, {"other", "of the second run"}}));
+}
+
+TEST(PartFile, SomebodyElseMayLockAndWriteIt) {
+  const TemporaryFolder folder;
+  PartFile file("grid");
+  file.hand_over();
+  FileDescriptor other("grid.part", O_WRONLY);
+  EXPECT_FALSE(is_locked_by_another(other));
+  EXPECT_TRUE(other.write_all("of a library"));
+  EXPECT_TRUE(other.close());
+  file.complete();
+  EXPECT_EQ(folder_content(), (Files{{"grid", "of a library"}}));
 }
 
 TEST(PartFile, APartThatWasExchangedIsNotCalledComplete) {
