@@ -1,5 +1,6 @@
 #include "extract/text_output.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,11 +13,15 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 
+// Another program may have left the standard output in a state where nothing waits.
 void write_to_standard_output(std::string_view text) {
   while (!text.empty()) {
     const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
     if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno == EAGAIN) {
+      pollfd until_writable{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+      ::poll(&until_writable, 1, -1);
     } else if (errno != EINTR) {
       throw Failure("cannot write to standard output: " +
                     std::generic_category().message(errno));
