@@ -38,8 +38,8 @@ Named name_input(const Options& options) {
   if (options.variable) {
     named.entry = find_by_short_name(*options.variable);
     if (named.entry == nullptr) {
-      throw UsageError("--variable '" + *options.variable + "': the variables are " +
-                       short_names());
+      throw UsageError("--variable " + in_quotes(*options.variable) +
+                       ": the variables are " + short_names());
     }
   }
   return named;
