@@ -90,10 +90,10 @@ CONVERSATION = [
                "  } catch (const RunEnd& output_failure) {"),
     ),
     Break(
-        "failed read of the grid file loses the screen so far",
+        "failed write of the series loses the screen so far",
         faults("EveryCallOfASessionFailsOnce"),
         Change(DRIVER, "    console.flush();\n  } catch (const RunEnd& output_failure) {",
-               '    if (end.report().find("Cannot read file") == std::string::npos) {\n'
+               '    if (end.report().find(".TSF: ") == std::string::npos) {\n'
                "      console.flush();\n    }\n"
                "  } catch (const RunEnd& output_failure) {"),
     ),
