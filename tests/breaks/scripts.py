@@ -56,10 +56,12 @@ BREAKS = [
     Break(
         "a moved checkout builds in the old place",
         script("configure_test"),
-        Change("scripts/configure", "  $(cached CMAKE_HOME_DIRECTORY) -ef . && ", "  "),
+        Change("scripts/configure",
+               "== Ninja &&\n  $(cached CMAKE_HOME_DIRECTORY) -ef . && "
+               "$(cached CMAKE_CACHEFILE_DIR) -ef $folder ]]", "== Ninja ]]"),
     ),
     Break(
-        "setup installs one package after another failed to be found",
+        "setup forgets all missing packages but the last",
         script("setup_test"),
         Change("scripts/setup", '  command -v "$1" > /dev/null || missing+=("$2")',
                '  command -v "$1" > /dev/null || missing=("$2")'),
