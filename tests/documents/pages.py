@@ -30,7 +30,7 @@ class Page:
 
 
 PAGES = {
-    "README.md": Page(USERS, examples=7, texts=3, folder="."),
+    "README.md": Page(USERS, examples=7, texts=4, folder="."),
     "CHANGELOG.md": Page(USERS),
     "ARCHITECTURE.md": Page(DEVELOPERS, texts=1),
     "CONTRIBUTING.md": Page(DEVELOPERS),
