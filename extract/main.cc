@@ -1,6 +1,7 @@
 // veldmark-extract: extracts series from a condensed grid file, without questions.
 
 #include <csignal>
+#include <cstdlib>
 
 #include "companion/run.h"
 #include "extract/job.h"
@@ -10,5 +11,11 @@ int main(int argc, char** argv) {
   using namespace veldmark;  // NOLINT
   // The netCDF library writes once more at the exit, even after a failed write.
   std::signal(SIGXFSZ, SIG_IGN);
-  return companion::run_main(argc, argv, extract::kProgram, extract::run_extract);
+  const int status =
+      companion::run_main(argc, argv, extract::kProgram, extract::run_extract);
+  if (status != companion::kAllIsWell) {
+    // After a failed write the library crashes when it closes its files at the exit.
+    std::quick_exit(status);
+  }
+  return status;
 }

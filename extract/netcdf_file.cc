@@ -27,13 +27,7 @@ static_assert(NetcdfFile::kGlobal == NC_GLOBAL);
 }  // namespace
 
 NetcdfFile::NetcdfFile(const std::string& name)
-    : name_(name), part_(name), file_(create()), open_(true) {}
-
-NetcdfFile::~NetcdfFile() {
-  if (open_) {
-    nc_abort(file_);
-  }
-}
+    : name_(name), part_(name), file_(create()) {}
 
 // The library opens the part by its name, and locks it itself.
 int NetcdfFile::create() {
@@ -106,7 +100,6 @@ void NetcdfFile::put(int variable, std::span<const std::size_t> starts,
 }
 
 void NetcdfFile::complete() {
-  open_ = false;
   check(nc_close(file_));
   part_.complete();
 }

@@ -18,8 +18,10 @@ namespace veldmark::extract {
 // "cannot write NAME: reason". Dimensions and variables are known by their numbers.
 class NetcdfFile {
  public:
+  // A file that is left unfinished stays open in the library: giving it up crashes
+  // there where a write has failed before, on a full disk for example.
   explicit NetcdfFile(const std::string& name);
-  ~NetcdfFile();
+  ~NetcdfFile() = default;
   NetcdfFile(const NetcdfFile&) = delete;
   NetcdfFile& operator=(const NetcdfFile&) = delete;
   NetcdfFile(NetcdfFile&&) = delete;
@@ -62,7 +64,6 @@ class NetcdfFile {
   std::string name_;
   PartFile part_;
   int file_;
-  bool open_;
 };
 
 }  // namespace veldmark::extract

@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/wait.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -260,6 +262,24 @@ TEST_F(Extract, ASecondRunOnOneOutputEndsAndHarmsNothing) {
                                    ": another run is writing it\n");
     EXPECT_EQ(file_content(output + ".part"), "of the first run") << format;
     EXPECT_FALSE(std::filesystem::exists("x.TSF.part")) << format;
+  }
+}
+
+// Where the disk is full the netCDF library fails again whenever it is called.
+TEST_F(Extract, ALimitOnTheSizeOfFilesEndsNoFormatByASignal) {
+  write_grid();
+  for (const std::string format : {"csv", "tsf", "netcdf"}) {
+    for (const int blocks : {0, 1, 2, 4, 8, 16, 24, 32}) {  // of 512 bytes
+      const std::string command =
+          "ulimit -f " + std::to_string(blocks) + "; '" VELDMARK_EXTRACT "' " + kName +
+          " --lat 59:61 --lon -141:-138 --format " + format + " -o x 2> messages";
+      const int status = std::system(command.c_str());
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) <= 1) << command << status;
+      EXPECT_FALSE(std::filesystem::exists("x.part")) << command;
+      for (const char* output : {"x", "x.TSF", "x.XY"}) {
+        std::filesystem::remove(output);
+      }
+    }
   }
 }
 
