@@ -2,8 +2,9 @@
 
 namespace veldmark::extract {
 
-std::string_view help_text() {
-  return R"(Usage: veldmark-extract INPUT [OPTION]...
+namespace {
+
+constexpr std::string_view kHelp = R"(Usage: veldmark-extract INPUT [OPTION]...
 
 Extracts monthly series from a condensed grid file, without questions. INPUT is the
 file, or the short name of a variable (pre tmp dtr tmn tmx vap pet cld frs wet scpdsi),
@@ -53,7 +54,10 @@ How
 Exit status: 0 when all is well, 1 after a failure, 2 for a wrong command line, 3 when
 no cell with data was found.
 )";
-}
+
+}  // namespace
+
+std::string_view help_text() { return kHelp; }
 
 std::string_view version_text() {
   return "veldmark-extract (veldmark) " VELDMARK_VERSION "\n";
