@@ -40,14 +40,33 @@ TEST(VariableCatalogue, OfTheDroughtIndexDiffersFromTheOthers) {
 TEST(VariableCatalogue, TellsWhatToDivideStoredValuesBy) {
   std::string hundredths;
   for (const VariableEntry& entry : VariableCatalogue) {
-    EXPECT_FALSE(entry.long_name.empty());
-    EXPECT_FALSE(entry.physical_unit.empty());
     if (entry.stored_per_unit != 10) {
       EXPECT_EQ(entry.stored_per_unit, 100);
       hundredths += std::string(entry.short_name) + " ";
     }
   }
   EXPECT_EQ(hundredths, "frs wet scPDSI ");
+}
+
+// The words that stand in the heads of CSV and netCDF files.
+TEST(VariableCatalogue, NamesQuantitiesAndTheirUnits) {
+  std::string quantities;
+  for (const VariableEntry& entry : VariableCatalogue) {
+    quantities +=
+        std::string(entry.long_name) + " in " + std::string(entry.physical_unit) + "\n";
+  }
+  EXPECT_EQ(quantities,
+            "precipitation in mm/month\n"
+            "mean temperature in degC\n"
+            "diurnal temperature range in degC\n"
+            "mean daily minimum temperature in degC\n"
+            "mean daily maximum temperature in degC\n"
+            "vapour pressure in hPa\n"
+            "potential evapotranspiration in mm/day\n"
+            "cloud cover in percent\n"
+            "frost days in days/month\n"
+            "wet days in days/month\n"
+            "self-calibrating Palmer drought severity index in 1\n");
 }
 
 TEST(VariableCatalogue, NamesItsFilesByTheShortNames) {

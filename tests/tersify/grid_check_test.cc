@@ -58,6 +58,20 @@ TEST(GridShape, APlaceIsYearMonthAndRow) {
   EXPECT_EQ(place_of_line(501120, {}), "year 2016, December, row 360");
 }
 
+TEST(GridShape, APlaceHasTheNameOfItsMonth) {
+  std::string places;
+  for (std::int64_t month = 0; month < 12; ++month) {
+    places += place_of_line(month * 360 + 1, {}) + "\n";
+  }
+  EXPECT_EQ(places,
+            "year 1901, January, row 1\nyear 1901, February, row 1\n"
+            "year 1901, March, row 1\nyear 1901, April, row 1\n"
+            "year 1901, May, row 1\nyear 1901, June, row 1\n"
+            "year 1901, July, row 1\nyear 1901, August, row 1\n"
+            "year 1901, September, row 1\nyear 1901, October, row 1\n"
+            "year 1901, November, row 1\nyear 1901, December, row 1\n");
+}
+
 TEST(GridCheck, JustTheLinesAndFieldsOfTheShapeAreComplete) {
   EXPECT_EQ(verdict(repeated(kSmallLines, " -999   50\n")), "complete");
 }

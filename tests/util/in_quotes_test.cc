@@ -27,6 +27,16 @@ TEST(InQuotes, LettersOfOtherLanguagesStay) {
             "'Z\u00fcrich \u0141\u00f3d\u017a \u4e1c\u4eac \U0001F30D'");
 }
 
+// The bytes of a sequence may have other values at the ends of each of these ranges.
+TEST(InQuotes, CharactersAtTheEndsOfTheirRangesStay) {
+  for (const std::string_view pair :
+       {" ~", "\u00a0\u00bf", "\u00c0\u07ff", "\u0800\u0fff", "\u1000\ucfff",
+        "\ud000\ud7ff", "\ue000\uffff", "\U00010000\U0003ffff", "\U00040000\U000fffff",
+        "\U00100000\U0010ffff"}) {
+    EXPECT_EQ(in_quotes(pair), "'" + std::string(pair) + "'");
+  }
+}
+
 TEST(InQuotes, ControlCharactersBeyondAsciiAreNotShown) {
   EXPECT_EQ(in_quotes("\u0080\u009b31m\u009f\u00a0"), "'????31m??\u00a0'");
 }
