@@ -257,6 +257,22 @@ Condensed condense_while(const std::function<void()>& action) {
   return condense_file("raw", system_free_space, screen);
 }
 
+// Not only when the whole file is condensed, which may take minutes.
+TEST(CondenseFile, AStopSignalIsObeyedBeforeMoreIsRead) {
+  const TemporaryFolder folder;
+  write_file("raw", repeated(300, kRaw));
+  int steps_after = 0;
+  const InterruptWatch watch;
+  EXPECT_THROW(condense_while([&] {
+                 if (InterruptWatch::signal_caught() != 0) {
+                   ++steps_after;
+                 }
+                 std::raise(SIGTERM);
+               }),
+               Interrupted);
+  EXPECT_EQ(steps_after, 0);
+}
+
 TEST(CondenseFile, AStopSignalLeavesNothing) {
   const TemporaryFolder folder;
   write_file("raw", repeated(300, kRaw));
