@@ -179,8 +179,9 @@ constexpr std::array<VariableEntry, kVariableCount> kRows{
 // Does `text` hold the first and the last year of the data, `separator` between them?
 constexpr bool holds_years(string_view text, char separator, const YearSpan& years) {
   constexpr std::size_t kYearWidth = 4;
+  constexpr std::size_t kSpanWidth = 9;  // two years and the separator
   constexpr std::int32_t kTen = 10;
-  std::array<char, 2 * kYearWidth + 1> span{};
+  std::array<char, kSpanWidth> span{};
   span[kYearWidth] = separator;
   std::int32_t first = years.FYOD;
   std::int32_t last = years.LYOD;

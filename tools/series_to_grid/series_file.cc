@@ -49,17 +49,17 @@ class SeriesLines {
   // Reads the next line; false at the end of the input.
   bool next() {
     ++number_;
-    const std::optional<LineBuffer::Line> line = lines_.next();
-    if (!line) {
+    const std::optional<LineBuffer::Line> read = lines_.next();
+    if (!read) {
       return false;
     }
-    if (line->end == LineBuffer::End::kTooLong) {
+    if (read->end == LineBuffer::End::kTooLong) {
       fail("it is longer than " + std::to_string(kLongestSeriesLine) + " characters");
     }
-    if (line->end == LineBuffer::End::kFileEnd) {
+    if (read->end == LineBuffer::End::kFileEnd) {
       fail("the line end is missing; the series may be cut short");
     }
-    line_ = line->text;
+    line_ = read->text;
     return true;
   }
 
