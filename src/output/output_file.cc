@@ -25,7 +25,16 @@ bool is_pipe(const std::string& name) {
   return ::stat(name.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-bool empty(const FileDescriptor& file) {
+// A new file is left alone: some file systems flush a truncated file when it is closed,
+// which would make every new output wait for the disk.
+bool make_empty(const FileDescriptor& file) {
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) {
+    return false;
+  }
+  if (status.st_size == 0) {
+    return true;
+  }
   int result = 0;
   do {
     result = ::ftruncate(file.get(), 0);
@@ -70,7 +79,7 @@ void OutputFile::take(const FilesInUse& in_use) {
   }
   // In place rather than by a new file: owner, group, access lists and attributes stay,
   // and so does the old content where the new file couldn't be made.
-  if (!empty(file_)) {
+  if (!make_empty(file_)) {
     throw not_opened(name_, errno);
   }
 }
