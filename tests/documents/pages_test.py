@@ -72,6 +72,8 @@ class Examples(DocumentTest):
             Built.demo.copy_to(top)
             folder = top / entry.folder
         examples = examples_of(name)[0]
+        if entry.optional and self.lacks(entry.optional):
+            examples = [one for one in examples if entry.optional not in one.command]
         commands = [
             example.command.replace(INSTALLED_SAMPLE, str(SAMPLE)) for example in examples
         ]

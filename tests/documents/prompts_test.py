@@ -1,10 +1,10 @@
-"""The prompts and their answers, as README and veldmark(1) tell them."""
+"""The prompts and their answers, as veldmark(1) tells them, and the README's session."""
 
 import re
 import subprocess
 
 from demo_folder import program_environment
-from examples import entries_of_manual, rows_of_tables
+from examples import entries_of_manual, examples_of_markdown
 from support import (
     PAUSE,
     SAMPLE,
@@ -49,17 +49,6 @@ class PromptTest(DocumentTest):
 
 
 class Prompts(PromptTest):
-    def test_of_the_readme_are_shown(self):
-        (rows,) = rows_of_tables(page("README.md"), "Prompt")
-        screen = self.whole_screen()
-        for cells in rows:
-            for prompt in re.findall(r"`([^`]*)`", cells[0]):
-                self.assertIn(prompt, screen)
-        for prompt in ("Perform another search?", "Change search parameters?"):
-            self.assertIn(f"`{prompt}`", rows[-1][1])
-            self.assertIn(prompt, screen)
-        self.assertEqual(len(rows), 9)
-
     def test_of_the_manual_page_are_shown_in_their_order(self):
         screen = self.whole_screen()
         labels = [label for label, _ in entries_of_manual(page(MANUAL), "PROMPTS")]
@@ -90,28 +79,35 @@ class Prompts(PromptTest):
         self.assertIn("1 Grids Selected and Saved", screen)
 
     def test_years_are_as_told(self):
-        for name, text in (
-            ("README.md", page("README.md").split("`FYOD ==>`")[1].splitlines()[0]),
-            (MANUAL, manual_entry("FYOD")),
-        ):
-            first, last = map(int, self.find(r"(\d{4}) to (\d{4})", text, name))
-            for year, taken in ((first - 1, 0), (first, 1), (last, 1), (last + 1, 0)):
-                with self.subTest(page=name, year=year):
-                    screen = self.play("2", PAUSE, PAUSE, *BOX, "T", str(year)).stdout
-                    self.assertEqual(screen.count("LYOD ==>"), taken)
-                    self.assertEqual(screen.count("WARNING"), 1 - taken)
+        years = self.find(r"(\d{4}) to (\d{4})", manual_entry("FYOD"), MANUAL)
+        first, last = map(int, years)
+        for year, taken in ((first - 1, 0), (first, 1), (last, 1), (last + 1, 0)):
+            with self.subTest(year=year):
+                screen = self.play("2", PAUSE, PAUSE, *BOX, "T", str(year)).stdout
+                self.assertEqual(screen.count("LYOD ==>"), taken)
+                self.assertEqual(screen.count("WARNING"), 1 - taken)
+
+
+class Session(DocumentTest):
+    def test_of_the_readme_is_the_demos(self):
+        lines = examples_of_markdown(page("README.md"))[1][0].splitlines()
+        self.assertEqual(len(lines), 12)
+        Built.demo.copy_to(self.folder)
+        command = ["../scripts/play_session", "../build/veldmark", "answers"]
+        screen = run(command, self.folder / "demo-run").stdout.splitlines()
+        places = [screen.index(line) for line in lines]
+        self.assertEqual(places, sorted(places))
 
 
 class Answers(PromptTest):
     def test_return_alone_at_the_menu_ends_the_program(self):
-        self.assertIn("RETURN alone", page("README.md"))
         self.assertIn("RETURN alone", manual_entry("Enter a value from 0"))
         result = self.play("")
         self.assertEqual(result.returncode, 0)
         self.assertTrue(result.stdout.endswith("Program Terminating\n"), result.stdout)
 
     def test_yes_starts_the_region_again(self):
-        self.assertIn("`yes` too", page("README.md"))
+        self.assertIn("yes too", manual_entry("Is this ok?"))
         screen = self.play("2", PAUSE, PAUSE, *BOX, "yes").stdout
         self.assertEqual(screen.count("Select the Geographical Range"), 2)
 
@@ -184,10 +180,10 @@ class Searches(PromptTest):
         )
 
     def test_a_second_search_goes_as_told(self):
-        text = one_line(page("README.md"))
         self.assertIn(
-            "keeps region and years: a pause, the menu, the citation, and on with the thinning",
-            text,
+            "keeps region and years: a pause, the menu and the citation come next, "
+            "then the question for thinning",
+            manual_entry("Perform another search?"),
         )
         screen = self.whole_screen().split("Change search parameters?")[1]
         steps = (" Hit RETURN to CONTINUE", "Select the Variable", "citation", "theoretically")

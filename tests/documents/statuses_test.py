@@ -1,4 +1,4 @@
-"""Exit statuses, units and messages of the manual pages and the README."""
+"""Exit statuses, units and messages of the manual pages."""
 
 import re
 
@@ -71,17 +71,6 @@ class VeldmarkStatus(DocumentTest):
             self.assertNotIn("TERMINATING NORMALLY", result.stdout)
             self.assertEqual((self.folder / f"{TMP}.TSF").stat().st_size, 0)
             self.assertEqual((self.folder / f"{TMP}.XY").stat().st_size, 0)
-
-    def test_of_the_readme_is_the_manual_pages(self):
-        text = one_line(page("README.md"))
-        statuses = self.find(
-            r"ends with (\d+) as well, .* (\d+) is a wrong command line, "
-            r"(\d+) a run-time error",
-            text,
-            "statuses",
-        )
-        told = dict(entries_of_manual(page(self.MANUAL), "EXIT STATUS"))
-        self.assertEqual(list(statuses), list(told))
 
     def test_of_the_other_pages_is_the_manual_pages(self):
         text = one_line(page("docs/before-you-trust-a-number.md"))

@@ -206,7 +206,7 @@ class Citation(DocumentTest):
             screen = run(["veldmark"], self.folder, answers).stdout
             (first, *_) = re.findall(r"doi:(\S+)", screen)
             self.assertEqual(page("CITATION.cff").count(f"doi: {first}\n"), count)
-        doi = re.search(r"doi:(\S+)", page("README.md")).group(1).rstrip(".:")
+        doi = re.search(r"doi:(\S+)", page("README.md")).group(1).rstrip(".,:")
         self.assertIn(f"doi: {doi}\n", page("CITATION.cff"))
         self.assertIn(doi, page("data/sample/README.md"))
 
