@@ -1,7 +1,10 @@
-// The least that any program has to do for an extraction: reads the bytes of the wanted
-// rows once and writes as many bytes as the outputs have once, looking at none of them.
+// The least that any program has to do for an extraction: reads the bytes of the
+// requested rows once and writes as many bytes as the outputs have once, looking at
+// none of them.
 //
-//   limit GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...
+//   limit [--commands] GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...
+//
+// With --commands it first runs the three shell commands that a session has to run.
 //
 // Rows 1..360 and years 1..116 (1 is 1901), both ends included. Makes one file in
 // FOLDER for each SIZE, named 1, 2, ...; a file that is there is emptied in place, as
@@ -40,10 +43,10 @@ struct Stretch {
   throw std::system_error(errno, std::generic_category(), what);
 }
 
-// The wanted lines: a stretch for each month, or a single one where whole months are
-// wanted.
-std::vector<Stretch> wanted_stretches(std::int64_t first_row, std::int64_t last_row,
-                                      std::int64_t first_year, std::int64_t last_year) {
+// The requested lines: a stretch for each month, or a single one for whole months.
+std::vector<Stretch> requested_stretches(std::int64_t first_row, std::int64_t last_row,
+                                         std::int64_t first_year,
+                                         std::int64_t last_year) {
   const std::int64_t first_month = (first_year - 1) * kMonthsPerYear;
   const std::int64_t end_month = last_year * kMonthsPerYear;
   if (first_row == 1 && last_row == kRows) {
@@ -92,10 +95,25 @@ void write_file(const std::string& name, std::size_t size,
   }
 }
 
-void run(const std::vector<std::string>& arguments) {
+// A session ignores what becomes of them, too.
+void run_commands() {
+  for (const char* command : {"clear", "clear", "ls *.dat.new"}) {
+    [[maybe_unused]] const int status = std::system(command);
+  }
+}
+
+void run(std::vector<std::string> arguments) {
+  const bool commands = !arguments.empty() && arguments[0] == "--commands";
+  if (commands) {
+    arguments.erase(arguments.begin());
+  }
   if (arguments.size() < 6) {
     throw std::runtime_error(
-        "usage: limit GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...");
+        "usage: limit [--commands] GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER "
+        "SIZE...");
+  }
+  if (commands) {
+    run_commands();
   }
   const int grid = ::open(arguments[0].c_str(), O_RDONLY | O_CLOEXEC);
   if (grid < 0) {
@@ -103,8 +121,8 @@ void run(const std::vector<std::string>& arguments) {
   }
   std::vector<char> piece(kPieceSize, ' ');
   for (const Stretch& stretch :
-       wanted_stretches(std::stoll(arguments[1]), std::stoll(arguments[2]),
-                        std::stoll(arguments[3]), std::stoll(arguments[4]))) {
+       requested_stretches(std::stoll(arguments[1]), std::stoll(arguments[2]),
+                           std::stoll(arguments[3]), std::stoll(arguments[4]))) {
     read_stretch(grid, stretch, piece);
   }
   ::close(grid);

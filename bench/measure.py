@@ -7,8 +7,11 @@ of plain_extract; a difference ends everything with status 1.
 """
 
 import argparse
+import contextlib
 import dataclasses
+import io
 import pathlib
+import re
 import statistics
 import subprocess
 import sys
@@ -18,6 +21,8 @@ from searches import LEAVE_AT_THE_MENU, Search, answers
 from stage import Stage, tell
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
+PAGE = TOP / "docs" / "performance.md"
+RESULTS = re.compile(r"(<!-- bench/run -->\n).*?(<!-- end of bench/run -->\n)", re.DOTALL)
 
 GLOBE = Search(90, -90, 180, -180)
 EUROPE = Search(72, 35, 40, -10)
@@ -25,7 +30,7 @@ EUROPE = Search(72, 35, 40, -10)
 
 @dataclasses.dataclass(frozen=True)
 class Job:
-    """A search with what is wanted of it: ratios to the limit, and memory in MiB."""
+    """A search and its goals: ratios to the limit, and memory in MiB."""
 
     search: Search
     rounds: int
@@ -94,7 +99,7 @@ def limit_and_session(stage, search, rounds):
     typed = answers("pre", search)
     limit, session = take_turns(
         rounds,
-        lambda: stage.run_limit("pre", search),
+        lambda: stage.run_limit("pre", search, commands=True),
         lambda: new_outputs(stage, "pre", typed),
     )
     return limit, session, cells
@@ -127,23 +132,24 @@ def measure_start(stage, rounds):
 
 
 def measure_job(stage, name, rounds):
-    """The two rows of a job: outputs new, and outputs of the last session replaced."""
+    """The runs of a job: limit and session with outputs new, then with outputs replaced."""
     job = JOBS[name]
     tell(f"job {name}: what its outputs must be")
     stage.expect("pre", job.search)
     typed = answers("pre", job.search)
     tell(f"job {name}: measuring")
-    new_limit, new, limit_replaced, replaced = take_turns(
+    return take_turns(
         rounds or job.rounds,
-        lambda: stage.run_limit("pre", job.search),
+        lambda: stage.run_limit("pre", job.search, commands=True),
         lambda: new_outputs(stage, "pre", typed),
-        lambda: stage.run_limit("pre", job.search, replace=True),
+        lambda: stage.run_limit("pre", job.search, replace=True, commands=True),
         lambda: replaced_outputs(stage, "pre", typed),
     )
-    for outputs, limit, runs in (
-        ("new", new_limit, new),
-        ("replaced", limit_replaced, replaced),
-    ):
+
+
+def rows_of_job(name, taken):
+    job = JOBS[name]
+    for outputs, limit, runs in (("new", *taken[:2]), ("replaced", *taken[2:])):
         ratio = runs.median / limit.median
         memory = "goal" if runs.peak <= job.memory_goal else "missed"
         yield [
@@ -154,11 +160,39 @@ def measure_job(stage, name, rounds):
         ]
 
 
+def measure_cold(stage, name, rounds):
+    """Sessions of a job that find nothing of the grid file in the page cache."""
+    search = JOBS[name].search
+    stage.expect("pre", search)
+    typed = answers("pre", search)
+
+    def cold_session():
+        stage.cool("pre")
+        return new_outputs(stage, "pre", typed)
+
+    tell(f"job {name}: from a cold disk")
+    (runs,) = take_turns(rounds or 5, cold_session)
+    return runs
+
+
+def tell_users(stage, taken, rounds):
+    """What a search costs, in four plain lines."""
+    region, globe = taken["S"][1], taken["L"][1]
+    cold = {name: measure_cold(stage, name, rounds) for name in ("S", "L")}
+    stage.warm("pre")
+    print(f"- A region, 10 by 10 degrees over 30 years: {region.median:.2f} seconds.")
+    print(f"- The globe, all 116 years, 0.6 GB of text: {globe.median:.1f} seconds.")
+    print(f"- Memory: {region.peak:.0f} MiB for the region, {globe.peak:.0f} for the globe.")
+    print("- From a cold disk, when nothing of the grid file is in memory:", end=" ")
+    print(f"{cold['S'].median:.2f} and {cold['L'].median:.1f} seconds.\n")
+
+
 def measure_jobs(stage, only, rounds):
     stage.prepare("pre")
-    print("## The jobs\n")
-    measure_start(stage, rounds)
-    rows = [row for name in only for row in measure_job(stage, name, rounds)]
+    taken = {name: measure_job(stage, name, rounds) for name in only}
+    if {"S", "L"} <= set(only):
+        tell_users(stage, taken, rounds)
+    rows = [row for name in only for row in rows_of_job(name, taken[name])]
     heading = ["Job", "Limit s", "Veldmark s", "Ratio", "Goal", "Must", "Reached"]
     heading += ["Peak MiB", "Goal MiB", "Reached"]
     print_table(heading, rows)
@@ -208,33 +242,34 @@ def grow_with_thinning(stage, rounds):
     print_table(heading, rows)
 
 
-def grow_with_passes(stage, rounds):
-    """Further passes of a run make the same search again and replace the outputs."""
+def grow_with_searches(stage, rounds):
+    """Further searches of a run are the same again and replace the outputs."""
     rows = []
     for name in ("M", "L"):
         search = JOBS[name].search
         stage.expect("pre", search)
         counts = (1, 2, 4)
-        sessions = [answers("pre", search, passes=count) for count in counts]
+        sessions = [answers("pre", search, searches=count) for count in counts]
         actions = [
             lambda typed=typed: new_outputs(stage, "pre", typed) for typed in sessions
         ]
         for count, runs in zip(counts, take_turns(rounds or 5, *actions)):
             each = f"{runs.median / count:.4f}"
             rows.append([name, count, runs.seconds(), each, f"{runs.peak:.1f}"])
-    print("Passes in one run, the same search each time:\n")
-    print_table(["Job", "Passes", "Seconds", "Seconds a pass", "Peak MiB"], rows)
+    print("Searches in one run, the same each time:\n")
+    print_table(["Job", "Searches", "Seconds", "Seconds a search", "Peak MiB"], rows)
 
 
 def measure_growth(stage, only, rounds):
     del only
     stage.prepare("pre")
     print("## How cost grows\n")
+    measure_start(stage, rounds)
     for grow in (
         grow_with_first_year,
         grow_with_cells,
         grow_with_thinning,
-        grow_with_passes,
+        grow_with_searches,
     ):
         tell(grow.__name__.replace("_", " "))
         grow(stage, rounds)
@@ -309,6 +344,9 @@ def parse_arguments():
     )
     parser.add_argument("--only", metavar="JOBS", help="of the jobs only these: S,M")
     parser.add_argument("--rounds", type=int, help="rounds of every measurement")
+    parser.add_argument(
+        "--page", action="store_true", help="put the jobs' results into docs/performance.md"
+    )
     arguments = parser.parse_args()
     if "all" in arguments.what:
         arguments.what = list(WHAT)
@@ -320,15 +358,31 @@ def parse_arguments():
                 parser.error(f"{name}: not one of {', '.join(known)}")
     if arguments.rounds is not None and arguments.rounds < 1:
         parser.error("--rounds: at least 1")
+    if arguments.page and (arguments.what != ["jobs"] or arguments.only != list(JOBS)):
+        parser.error("--page: for all jobs, and for nothing else")
     return arguments
+
+
+def write_page(results):
+    page = PAGE.read_text(encoding="utf-8")
+    page, count = RESULTS.subn(lambda marks: marks[1] + results + marks[2], page)
+    if count != 1:
+        sys.exit(f"{PAGE} has no place for the results")
+    PAGE.write_text(page, encoding="utf-8")
 
 
 def main():
     arguments = parse_arguments()
     stage = Stage(arguments.programs, arguments.folder)
-    print(machine.describe(arguments.programs, arguments.folder))
-    for name in arguments.what:
-        WHAT[name](stage, arguments.only, arguments.rounds)
+    # Described now, because measuring is load as well; shown last.
+    described = machine.describe(arguments.programs, arguments.folder)
+    results = io.StringIO()
+    with contextlib.redirect_stdout(results) if arguments.page else contextlib.nullcontext():
+        for name in arguments.what:
+            WHAT[name](stage, arguments.only, arguments.rounds)
+        print(described, end="")
+    if arguments.page:
+        write_page(results.getvalue())
     stage.clear()
 
 

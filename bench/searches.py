@@ -40,21 +40,21 @@ class Search:
         return (last - first + 1) * columns
 
 
-def answers(variable, search, cutoff=None, passes=1):
-    """The answers of a session that makes `search` `passes` times, one a line.
+def answers(variable, search, cutoff=None, searches=1):
+    """The answers of a session that makes `search` `searches` times, one a line.
 
     cutoff   cutoff year of the variance test; None leaves the test out
     """
     region = [search.max_lat, search.min_lat, search.max_lon, search.min_lon]
     lines = [RETURN]
-    for number in range(passes):
+    for number in range(searches):
         lines += [RETURN, MENU_CHOICES[variable], RETURN]
         if number == 0:
             lines += [RETURN, *map(float, region), "T"]
             lines += [search.first_year, search.last_year, "T"]
         lines += [search.factor, "y"]
         lines += ["F"] if cutoff is None else ["T", cutoff]
-        last = number == passes - 1
+        last = number == searches - 1
         lines += ["F"] if last else ["T", "F"]
     return "".join(f"{line}\n" for line in lines)
 

@@ -76,9 +76,19 @@ class Stage:
             subprocess.run(command, input=mask, check=True)
             part.rename(grid)
         self.data_file(variable).symlink_to(grid)
-        with grid.open("rb", buffering=0) as file:
+        self.warm(variable)
+
+    def warm(self, variable):
+        """Reads the grid file of `variable` into the page cache."""
+        with self.data_file(variable).open("rb", buffering=0) as file:
             while file.read(MIB):
                 pass
+
+    def cool(self, variable):
+        """Drops the grid file of `variable` from the page cache."""
+        os.sync()
+        with self.data_file(variable).open("rb", buffering=0) as file:
+            os.posix_fadvise(file.fileno(), 0, 0, os.POSIX_FADV_DONTNEED)
 
     def outputs(self, variable):
         """The time series and the cell list of a session."""
@@ -118,10 +128,11 @@ class Stage:
     def run_veldmark(self, typed):
         return self.run(self.programs / "veldmark", typed=typed)
 
-    def run_limit(self, variable, search, replace=False):
+    def run_limit(self, variable, search, replace=False, commands=False):
         """Reads and writes what `search` needs at least; expect() comes before.
 
         replace    write over the outputs of the limit before
+        commands   run the three shell commands of a session first
         """
         if not replace:
             empty_folder(self.limit_outputs)
@@ -130,6 +141,7 @@ class Stage:
         grid, folder = self.data_file(variable), self.limit_outputs
         return self.run(
             self.bench_program("limit"),
+            *(["--commands"] if commands else []),
             *(grid, first_row, last_row, *years, folder, *self.expected_sizes()),
         )
 
