@@ -18,9 +18,6 @@ TOP = pathlib.Path(__file__).resolve().parents[2]
 EXPLAINED = pathlib.Path(__file__).with_name("uncovered.txt")
 PROGRAMS = ["src/", "companion/", "tersify/", "tools/", "extract/"]
 
-sys.path.append(str(TOP / "tests" / "support"))
-from figures import note_figures  # noqa: E402
-
 
 def gcovr(build: pathlib.Path, *options: str) -> str:
     """What gcovr writes to standard output about the programs' sources."""
@@ -67,9 +64,6 @@ def main() -> None:
     # The whole report, by file, goes beside the build's other results.
     print(gcovr(build, "--txt", str(build / "lines.txt"), "--print-summary"), end="")
     gcovr(build, "--branches", "--txt", str(build / "branches.txt"))
-    summary = json.loads(gcovr(build, "--json-summary"))
-    counts = {name: count for name, count in summary.items() if isinstance(count, int)}
-    note_figures("coverage", counts)
     print(f"by file: {build}/lines.txt and branches.txt")
     never, listed = lines_never_run(build), explained_lines()
     print(f"{len(never)} lines never run, {len(never & listed)} of them explained")

@@ -40,8 +40,6 @@ from workshop import (
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROJECT = os.path.dirname(os.path.dirname(HERE))
-sys.path.append(os.path.join(PROJECT, "tests", "support"))
-from figures import note_figures  # noqa: E402
 
 MOST_PER_CENT = 1.6
 
@@ -232,7 +230,6 @@ def report(
         stale += ["%s (no such mutant)" % s.name for s in listed if s not in found]
 
     print_figures(counts)
-    note_figures("mutants" if complete else "sample_of_mutants", counts["all"])
     for mutant in unlisted:
         print("survives and is not listed: %s\n    | %s" % (mutant.name, mutant.line_text))
     for name in stale:

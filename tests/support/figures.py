@@ -1,7 +1,7 @@
-"""Notes what a run of tests came to, for the tables of docs/testing.md.
+"""Notes what a run of tests came to, for the table of docs/testing.md.
 
 With VELDMARK_FIGURES in the environment, a test leaves a file NAME.json in that folder;
-tests/figures makes the tables of all of them.
+tests/figures makes the table of all of them.
 """
 
 import json

@@ -22,7 +22,7 @@ constexpr int kSweepStep = 16;
 constexpr int kSweepStep = 1;
 #endif
 
-// Notes how many inputs a test has compared, for the tables of docs/testing.md (see
+// Notes how many inputs a test has compared, for the table of docs/testing.md (see
 // figures.py), and fails unless they are `expected`: a sweep that has lost its inputs
 // finds nothing.
 inline void record_cases(std::size_t count, std::size_t expected) {
