@@ -8,6 +8,8 @@
 #include "companion/input_file.h"
 #include "companion/line_buffer.h"
 #include "tersify/condense_line.h"
+#include "tersify/condense_netcdf.h"
+#include "tersify/condensed_output.h"
 #include "tersify/first_line.h"
 #include "tersify/text_file.h"
 #include "util/failure.h"
@@ -20,9 +22,6 @@ namespace {
 
 using companion::InputFile;
 using companion::LineBuffer;
-
-constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
-constexpr std::size_t kBytesPerLine = kCondensedLine + 1;  // and LF
 
 [[noreturn]] void fail(const std::string& name, std::int64_t line,
                        const LineBuffer::Line& text, const LineFault& fault) {
@@ -59,36 +58,6 @@ void expect_published(const std::string& name, const FirstLine& first) {
   condense_or_fail(name, 1, first.line(), output.data());
 }
 
-// Collects condensed lines and writes them many at a time.
-class CondensedOutput {
- public:
-  explicit CondensedOutput(PartFile& file) : file_(file), buffer_(kBufferSize) {}
-
-  // Returns where the next line goes; room for kCondensedRoom characters.
-  [[nodiscard]] char* next_line() { return buffer_.data() + size_; }
-
-  // The next line is there; ends it.
-  void end_line() {
-    buffer_[size_ + kCondensedLine] = '\n';
-    size_ += kBytesPerLine;
-    if (size_ >= kWrittenAtATime) {
-      flush();
-    }
-  }
-
-  void flush() {
-    file_.write(std::string_view(buffer_.data(), size_));
-    size_ = 0;
-  }
-
- private:
-  static constexpr std::size_t kBufferSize =
-      kWrittenAtATime + kBytesPerLine + kCondensedRoom;
-  PartFile& file_;
-  std::vector<char> buffer_;
-  std::size_t size_ = 0;
-};
-
 // Condenses all lines of `name`.
 void condense_lines(const std::string& name, LineBuffer& lines, CondensedOutput& output,
                     Condensed& done) {
@@ -102,34 +71,29 @@ void condense_lines(const std::string& name, LineBuffer& lines, CondensedOutput&
 }
 
 // Throws Failure when there is no use in beginning.
-void expect_prospects(const std::string& name, const InputFile& input,
-                      const FreeSpace& free_space, const companion::Inputs& others) {
-  const std::string output = condensed_name(name);
+void expect_prospects(const CondenseJob& job, const InputFile& input,
+                      const std::string& output) {
   companion::Inputs own;
   own.add(input.shown_name(), input.identity());
   own.expect_apart_from(output);
-  others.expect_apart_from(output);
+  job.inputs.expect_apart_from(output);
   if (input.size() == 0) {
-    throw Failure(in_quotes(name) + ": the file is empty");
+    throw Failure(in_quotes(job.name) + ": the file is empty");
   }
   const FirstLine first(input);
-  expect_published(name, first);
-  expect_room(output, expected_size(first.beginning(), input.size()), free_space);
+  expect_published(job.name, first);
+  expect_room(output, expected_size(first.beginning(), input.size()), job.free_space);
 }
 
-}  // namespace
-
-std::string condensed_name(const std::string& name) { return name + ".new"; }
-
-Condensed condense_file(const std::string& name, const FreeSpace& free_space,
-                        const companion::ProgressLine::Screen& screen,
-                        const companion::Inputs& inputs) {
-  const InputFile input = open_text_file(name, InputFile::Kind::kRegular);
-  expect_prospects(name, input, free_space, inputs);
-
-  PartFile file(condensed_name(name));
-  companion::ProgressLine progress(screen, in_quotes(name), input.size());
+// Condenses a file of text.
+Condensed condense_text(const CondenseJob& job) {
+  const InputFile input = open_text_file(job.name, InputFile::Kind::kRegular);
   Condensed done;
+  done.output = job.output.value_or(condensed_name(job.name));
+  expect_prospects(job, input, done.output);
+
+  PartFile file(done.output);
+  companion::ProgressLine progress(job.screen, in_quotes(job.name), input.size());
   LineBuffer lines([&](char* buffer, std::size_t size) {
     InterruptWatch::obey();
     const std::size_t count = input.read(buffer, size);
@@ -138,13 +102,30 @@ Condensed condense_file(const std::string& name, const FreeSpace& free_space,
     return count;
   });
   CondensedOutput output(file);
-  condense_lines(name, lines, output, done);
+  condense_lines(job.name, lines, output, done);
   if (done.size_before < input.size()) {
     input.fail_shorter();
   }
   file.complete();
   done.size_after = file.size();
   return done;
+}
+
+// Is it netCDF, in the classic format or on HDF5?
+bool is_netcdf(std::string_view first_bytes) {
+  return first_bytes.starts_with("CDF") || first_bytes.starts_with("\x89HDF");
+}
+
+}  // namespace
+
+Condensed condense_file(const CondenseJob& job) {
+  constexpr std::size_t kLongestMark = 4;
+  const std::string first_bytes =
+      InputFile(job.name, InputFile::Kind::kRegular).beginning(kLongestMark);
+  if (is_netcdf(first_bytes)) {
+    return condense_netcdf(job.name, job);
+  }
+  return condense_text(job);
 }
 
 }  // namespace veldmark::tersify

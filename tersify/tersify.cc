@@ -104,14 +104,21 @@ class Condensing {
   }
 
  private:
+  [[nodiscard]] CondenseJob job_for(const std::string& name) const {
+    return {.name = name,
+            .output = std::nullopt,
+            .free_space = settings_.free_space,
+            .screen = around_.messages,
+            .inputs = inputs_};
+  }
+
   // Condenses one file and says so, or says why not.
   void condense(const std::string& name) {
     try {
-      const Condensed done =
-          condense_file(name, settings_.free_space, around_.messages, inputs_);
-      around_.output << "wrote " << in_quotes(condensed_name(name)) << ": "
-                     << done.lines << " lines, " << done.size_before
-                     << " bytes before, " << done.size_after << " after\n";
+      const Condensed done = condense_file(job_for(name));
+      around_.output << "wrote " << in_quotes(done.output) << ": " << done.lines
+                     << " lines, " << done.size_before << " bytes before, "
+                     << done.size_after << " after\n";
       note_oddities(name, done);
       around_.output << std::flush;
     } catch (const Failure& error) {

@@ -24,13 +24,12 @@ TERSIFY_BREAKS = [
     Break(
         "tersify shows progress where there is no terminal",
         tersify("Progress.*"),
-        Change(TERSIFY,
-               "      const Condensed done =\n"
-               "          condense_file(name, settings_.free_space, around_.messages, inputs_);\n",
-               "      const companion::ProgressLine::Screen screen{\n"
-               "          around_.messages.stream, true};\n"
-               "      const Condensed done =\n"
-               "          condense_file(name, settings_.free_space, screen, inputs_);\n"),
+        Change(TERSIFY, "    return {.name = name,\n",
+               "    static const companion::ProgressLine::Screen screen{\n"
+               "        around_.messages.stream, true};\n"
+               "    return {.name = name,\n"),
+        Change(TERSIFY, "            .screen = around_.messages,\n",
+               "            .screen = screen,\n"),
     ),
     Break(
         "tersify never shows progress",
@@ -48,8 +47,9 @@ TERSIFY_BREAKS = [
     Break(
         "the copy is made in the current folder, wherever the file is",
         tersify("CondenseFile.*:Tersify.*:DiskRoom.*"),
-        Change(CONDENSE, 'return name + ".new"; }',
-               'return name.substr(name.rfind(\'/\') + 1) + ".new"; }'),
+        Change("tersify/condense_job.cc", 'std::string_view stem = name;',
+               'std::string_view stem = name;\n'
+               '  stem.remove_prefix(stem.rfind(\'/\') + 1);'),
     ),
     Break(
         "room on the disk without the abandoned part",

@@ -211,8 +211,8 @@ void check_file_round_trip(const std::string& text) {
   const companion::ProgressLine::Screen screen{.stream = screen_text};
   write_file("grid", text);
   try {
-    const tersify::Condensed done =
-        tersify::condense_file("grid", tersify::system_free_space, screen);
+    const tersify::Condensed done = tersify::condense_file(
+        {"grid", std::nullopt, tersify::system_free_space, screen});
     check_condensed_file(text, file_content("grid.new"), done);
     reached("files condensed");
     const GridShape shape{.first_year = 1901, .years = 1, .rows = 1};

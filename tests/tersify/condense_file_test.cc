@@ -45,7 +45,7 @@ Condensed condense(const std::string& name,
                    const FreeSpace& free_space = system_free_space) {
   std::ostringstream nobody;
   const ProgressLine::Screen screen{.stream = nobody};
-  return condense_file(name, free_space, screen);
+  return condense_file({name, std::nullopt, free_space, screen});
 }
 
 // Condensing "raw" fails with `message` and leaves the folder as it was.
@@ -254,7 +254,7 @@ Condensed condense_while(const std::function<void()>& action) {
                                       action();
                                       return 0.0;
                                     }};
-  return condense_file("raw", system_free_space, screen);
+  return condense_file({"raw", std::nullopt, system_free_space, screen});
 }
 
 // Not only when the whole file is condensed, which may take minutes.
@@ -338,7 +338,7 @@ TEST(CondenseFile, AnotherInputOfTheRunIsNotReplaced) {
   std::ostringstream nobody;
   const ProgressLine::Screen screen{.stream = nobody};
   try {
-    condense_file("raw", system_free_space, screen, inputs);
+    condense_file({"raw", std::nullopt, system_free_space, screen, inputs});
     ADD_FAILURE() << "condensed";
   } catch (const Failure& error) {
     EXPECT_STREQ(error.what(),

@@ -1,0 +1,52 @@
+// The lines of a condensed copy, on their way to its file.
+
+#ifndef VELDMARK_TERSIFY_CONDENSED_OUTPUT_H_
+#define VELDMARK_TERSIFY_CONDENSED_OUTPUT_H_
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "tersify/condense_line.h"
+#include "util/part_file.h"
+
+namespace veldmark::tersify {
+
+// Bytes of a condensed line with its line end.
+constexpr std::size_t kCondensedBytesPerLine = kCondensedLine + 1;
+
+// Collects condensed lines and writes them many at a time. Throws what PartFile throws.
+class CondensedOutput {
+ public:
+  explicit CondensedOutput(PartFile& file) : file_(file), buffer_(kBufferSize) {}
+
+  // Returns where the next line goes; room for kCondensedRoom characters.
+  [[nodiscard]] char* next_line() { return buffer_.data() + size_; }
+
+  // The next line is there; ends it.
+  void end_line() {
+    buffer_[size_ + kCondensedLine] = '\n';
+    size_ += kCondensedBytesPerLine;
+    if (size_ >= kWrittenAtATime) {
+      flush();
+    }
+  }
+
+  // Writes what is left; to be called after the last line.
+  void flush() {
+    file_.write(std::string_view(buffer_.data(), size_));
+    size_ = 0;
+  }
+
+ private:
+  static constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
+  static constexpr std::size_t kBufferSize =
+      kWrittenAtATime + kCondensedBytesPerLine + kCondensedRoom;
+  PartFile& file_;
+  std::vector<char> buffer_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace veldmark::tersify
+
+#endif  // VELDMARK_TERSIFY_CONDENSED_OUTPUT_H_
