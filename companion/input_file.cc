@@ -44,9 +44,18 @@ void InputFile::look_at(Kind kind) {
 }
 
 std::string InputFile::beginning(std::size_t longest) const {
-  std::string bytes(std::min(longest, static_cast<std::size_t>(size_)), '\0');
+  return bytes_at(0, std::min(longest, static_cast<std::size_t>(size_)));
+}
+
+std::string InputFile::ending(std::size_t longest) const {
+  const std::size_t count = std::min(longest, static_cast<std::size_t>(size_));
+  return bytes_at(size_ - static_cast<std::int64_t>(count), count);
+}
+
+std::string InputFile::bytes_at(std::int64_t offset, std::size_t count) const {
+  std::string bytes(count, '\0');
   errno = 0;  // stays so where the file ends before
-  if (!file_.read_at(0, bytes.data(), bytes.size())) {
+  if (!file_.read_at(offset, bytes.data(), bytes.size())) {
     if (errno != 0) {
       fail_with_errno();
     }

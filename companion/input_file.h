@@ -40,6 +40,9 @@ class InputFile {
   // Requires a regular file.
   [[nodiscard]] std::string beginning(std::size_t longest) const;
 
+  // The same from the end of the file.
+  [[nodiscard]] std::string ending(std::size_t longest) const;
+
   // Reads up to `size` bytes; 0 at the end of the file.
   std::size_t read(char* buffer, std::size_t size) const;
 
@@ -48,6 +51,7 @@ class InputFile {
 
  private:
   void look_at(Kind kind);
+  [[nodiscard]] std::string bytes_at(std::int64_t offset, std::size_t count) const;
   [[noreturn]] void fail(const std::string& reason) const;
   [[noreturn]] void fail_with_errno() const;
 

@@ -9,8 +9,7 @@
 namespace veldmark::tersify {
 namespace {
 
-static_assert(GridShape{}.years == 116 && GridShape{}.rows == 360,
-              "the help text names what a whole file holds");
+static_assert(GridShape{}.rows == 360, "the help text names what a whole file holds");
 
 std::optional<Task> task_of(std::string_view option) {
   if (option == "--help") {
@@ -28,7 +27,7 @@ std::optional<Task> task_of(std::string_view option) {
   return std::nullopt;
 }
 
-// Throws UsageError when the task and the number of names do not fit.
+// Throws UsageError when there are no names, or more of them than the task takes.
 void expect_names(const Command& command) {
   if (command.task == Task::kCondense && command.names.empty()) {
     throw UsageError("the names of the files are missing");
@@ -47,29 +46,114 @@ void expect_names(const Command& command) {
   }
 }
 
+// Throws UsageError where an output is named and isn't that of one file to condense.
+void expect_one_output(const Command& command) {
+  if (!command.output) {
+    return;
+  }
+  if (command.output->empty()) {
+    throw UsageError("--output: the name is empty");
+  }
+  if (command.task != Task::kCondense || command.names.size() != 1) {
+    throw UsageError("--output is for one file to condense");
+  }
+}
+
+class Parser {
+ public:
+  explicit Parser(std::span<const std::string> arguments) : rest_(arguments) {}
+
+  Command command() {
+    const bool has_arguments = !rest_.empty();
+    while (!rest_.empty() && !is_told_) {
+      take_argument(take());
+    }
+    if (is_told_) return {*task_, {}};
+    command_.task = task_.value_or(has_arguments ? Task::kCondense : Task::kAskForList);
+    expect_names(command_);
+    expect_one_output(command_);
+    return command_;
+  }
+
+ private:
+  const std::string& take() {
+    const std::string& first = rest_.front();
+    rest_ = rest_.subspan(1);
+    return first;
+  }
+
+  void take_argument(const std::string& argument) {
+    if (only_names_ || argument.size() < 2 || argument.front() != '-') {
+      command_.names.push_back(argument);
+    } else if (argument == "--") {
+      only_names_ = true;
+    } else if (argument == "--output") {
+      take_output();
+    } else {
+      take_task(argument);
+    }
+  }
+
+  void take_output() {
+    if (rest_.empty()) {
+      throw UsageError("--output: the name is missing");
+    }
+    if (command_.output) {
+      throw UsageError("--output is given twice");
+    }
+    command_.output = take();
+  }
+
+  void take_task(const std::string& option) {
+    const std::optional<Task> found = task_of(option);
+    if (!found) {
+      throw UsageError("unknown option " + in_quotes(option));
+    }
+    is_told_ = found == Task::kShowHelp || found == Task::kShowVersion;
+    if (!is_told_ && task_ && task_ != found) {
+      throw UsageError("--list and --check exclude each other");
+    }
+    task_ = found;
+  }
+
+  std::span<const std::string> rest_;
+  Command command_;
+  std::optional<Task> task_;
+  bool only_names_ = false;
+  bool is_told_ = false;  // --help or --version: nothing else counts
+};
+
 }  // namespace
 
 std::string_view help_text() {
   return R"(Usage: tersify [FILE]...
+       tersify --output NAME FILE
        tersify --list LISTFILE
        tersify --check FILE.new...
 
-Makes condensed copies of published CRU TS grid files for veldmark: FILE.new beside
-FILE. A published line holds 720 integers with blanks or tabs between them; a condensed
-one holds them right-aligned in five columns each. The values stay what they are.
+Makes condensed copies of published CRU TS grid files for veldmark, whatever years they
+hold. What a file is, it tells itself:
+
+  text (.dat)             720 integers a line, with blanks or tabs between them
+  compressed (.dat.gz)    the same, read as it was downloaded; gzip alone
+  netCDF (.nc, .nc.gz)    floating-point values, made tenths or hundredths again
+
+The copy of FILE is FILE.new beside it, without the .nc and .gz of its name. It holds
+the numbers right-aligned in five columns each. The values stay what they are.
 
 Without arguments tersify asks for the name of a list file: the names of the files to
 condense, one a line.
 
+  --output NAME    make the copy of the one FILE under another name
   --list LISTFILE  condense the files that LISTFILE names
-  --check          read condensed files and tell whether each is complete (116 years of
-                   12 months of 360 lines), or where its first fault is
+  --check          read condensed files and tell whether each is complete (12 months of
+                   360 lines for each year) and its years, or where its first fault is
   --help           show this text
   --version        show the version
 
 A file at fault is named with line and field; its copy is not made, an earlier copy
-stays, and the other files are condensed all the same. Compressed files must be
-decompressed first. A whole copy takes 1.8 GB.
+stays, and the other files are condensed all the same. A copy takes 15.6 MB for each
+year, 1.8 GB for 1901-2016; a compressed netCDF file is decompressed beside it first.
 
 Exit status: 0 when all is well, 1 when a file failed, 2 for a wrong command line, 128
 and the signal's number when interrupted.
@@ -79,32 +163,7 @@ and the signal's number when interrupted.
 std::string_view version_text() { return "tersify (veldmark) " VELDMARK_VERSION "\n"; }
 
 Command parse_command_line(std::span<const std::string> arguments) {
-  Command command;
-  std::optional<Task> task;
-  bool only_names = false;
-  for (const std::string& argument : arguments) {
-    if (only_names || argument.size() < 2 || argument.front() != '-') {
-      command.names.push_back(argument);
-    } else if (argument == "--") {
-      only_names = true;
-    } else {
-      const std::optional<Task> found = task_of(argument);
-      if (!found) {
-        throw UsageError("unknown option " + in_quotes(argument));
-      }
-      if (found == Task::kShowHelp || found == Task::kShowVersion) return {*found, {}};
-      if (task && task != found) {
-        throw UsageError("--list and --check exclude each other");
-      }
-      task = found;
-    }
-  }
-  if (!task && !arguments.empty()) {
-    task = Task::kCondense;
-  }
-  command.task = task.value_or(Task::kAskForList);
-  expect_names(command);
-  return command;
+  return Parser(arguments).command();
 }
 
 }  // namespace veldmark::tersify

@@ -3,6 +3,7 @@
 #ifndef VELDMARK_TERSIFY_COMMAND_LINE_H_
 #define VELDMARK_TERSIFY_COMMAND_LINE_H_
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,10 +23,13 @@ enum class Task {
 
 // What to do.
 //
-//   names    the files to condense or check, or the list file alone
+//   names     the files to condense or check, or the list file alone
+//   output    the name of the copy of the one file to condense; nullopt for the usual
+//   one
 struct Command {
   Task task = Task::kAskForList;
   std::vector<std::string> names;
+  std::optional<std::string> output{};
 };
 
 // Returns the text that --help shows.

@@ -23,10 +23,8 @@ LineBuffer::ReadMore reader_of(std::string_view text) {
 
 }  // namespace
 
-FirstLine::FirstLine(const companion::InputFile& file)
-    : beginning_(file.beginning(companion::kLongestLine)),
-      lines_(reader_of(beginning_)),
-      line_(lines_.next().value_or(LineBuffer::Line{})) {}
+FirstLine::FirstLine(std::string_view beginning)
+    : lines_(reader_of(beginning)), line_(lines_.next().value_or(LineBuffer::Line{})) {}
 
 bool is_condensed(const LineBuffer::Line& line) {
   return line.text.size() == kCondensedLine &&

@@ -3,27 +3,22 @@
 #ifndef VELDMARK_TERSIFY_FIRST_LINE_H_
 #define VELDMARK_TERSIFY_FIRST_LINE_H_
 
-#include <string>
 #include <string_view>
 
-#include "companion/input_file.h"
 #include "companion/line_buffer.h"
 
 namespace veldmark::tersify {
 
 class FirstLine {
  public:
-  // Reads it; the position of the file stays. Requires a regular file that isn't empty.
-  explicit FirstLine(const companion::InputFile& file);
+  //   beginning    of the file, kLongestLine bytes or the whole of a shorter one; not
+  //                empty. Must outlive this.
+  explicit FirstLine(std::string_view beginning);
 
   // Returns the line as a LineBuffer reads it.
   [[nodiscard]] const companion::LineBuffer::Line& line() const { return line_; }
 
-  // Returns the beginning of the file that was read for it: 256 KiB, or the whole file.
-  [[nodiscard]] std::string_view beginning() const { return beginning_; }
-
  private:
-  std::string beginning_;
   companion::LineBuffer lines_;
   companion::LineBuffer::Line line_;
 };

@@ -69,6 +69,33 @@ std::optional<std::string> fault_of_line(const LineBuffer::Line& line,
          needed;
 }
 
+// A file that ends less than a year after what is expected has lines too many; one that
+// goes on for longer holds more years.
+bool is_just_beyond(std::int64_t line, const GridShape& shape) {
+  const std::int64_t beyond = line - shape.line_count();
+  return 0 < beyond && beyond <= shape.lines_per_year();
+}
+
+std::string fault_of_too_many(const GridShape& shape) {
+  const std::int64_t last = shape.line_count();
+  return "line " + std::to_string(last + 1) +
+         ": the file goes on after its last row, " + name_of_line(last, shape);
+}
+
+// All lines are good: are there as many as there should be?
+std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& shape) {
+  const std::int64_t year = shape.lines_per_year();
+  if (lines > 0 && lines % year == 0) {
+    return std::nullopt;
+  }
+  if (is_just_beyond(lines, shape)) {
+    return fault_of_too_many(shape);
+  }
+  const std::int64_t all = std::max(shape.line_count(), (lines / year + 1) * year);
+  return "the file ends after " + std::to_string(lines) + " of " + std::to_string(all) +
+         " lines; the next is " + name_of_line(lines + 1, shape);
+}
+
 }  // namespace
 
 std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
@@ -76,24 +103,15 @@ std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
   std::int64_t number = 0;
   while (const std::optional<LineBuffer::Line> line = lines.next()) {
     ++number;
-    if (number > shape.line_count()) {
-      return "line " + std::to_string(number) +
-             ": the file goes on after its last row, " +
-             name_of_line(shape.line_count(), shape);
-    }
     if (const auto fault = fault_of_line(*line, shape)) {
-      return name_of_line(number, shape) + *fault;
+      return is_just_beyond(number, shape) ? fault_of_too_many(shape)
+                                           : name_of_line(number, shape) + *fault;
     }
     if (see) {
       see(number, line->text);
     }
   }
-  if (number == shape.line_count()) {
-    return std::nullopt;
-  }
-  return "the file ends after " + std::to_string(number) + " of " +
-         std::to_string(shape.line_count()) + " lines; the next is " +
-         name_of_line(number + 1, shape);
+  return fault_of_end(number, shape);
 }
 
 std::int32_t count_good_fields(std::string_view line) {

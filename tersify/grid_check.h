@@ -18,13 +18,16 @@ namespace veldmark::tersify {
 // Is handed a line of a grid file that is not at fault, with its number from 1.
 using SeeLine = std::function<void(std::int64_t line, std::string_view text)>;
 
-// Checks all lines. A grid file is complete when it has just the lines of `shape`, and
-// each line just its fields of five characters: blanks, an optional sign, and digits up
-// to the field's right edge. A blank field and a number with a blank in it or after it
-// are faults, although veldmark's own reader accepts them: no producer writes them.
-// CR LF is a line end, too, and the last line may lack its line end.
+// Checks all lines. A grid file is complete when it has the lines of whole years, one
+// at least, and each line just its fields of five characters: blanks, an optional sign,
+// and digits up to the field's right edge. A blank field and a number with a blank in
+// it or after it are faults, although veldmark's own reader accepts them: no producer
+// writes them. CR LF is a line end, too, and the last line may lack its line end.
 //
-//   see    is handed every line that is not at fault
+//   shape    its number of years is what is expected: a file that isn't of whole years
+//   is
+//            told by how much it differs from that
+//   see      is handed every line that is not at fault
 //
 // Returns the first fault, with its line, year, month, row and column; nullopt when the
 // file is complete.

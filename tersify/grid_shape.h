@@ -19,10 +19,12 @@ struct GridShape {
   std::int32_t rows = kGridRows;
   std::int32_t columns = kGridColumns;
 
-  // Lines of the whole file.
-  [[nodiscard]] std::int64_t line_count() const {
-    return std::int64_t{years} * kMonthsPerYear * rows;
+  [[nodiscard]] std::int64_t lines_per_year() const {
+    return std::int64_t{kMonthsPerYear} * rows;
   }
+
+  // Lines of the whole file.
+  [[nodiscard]] std::int64_t line_count() const { return years * lines_per_year(); }
 
   // Characters of a line, without its line end.
   [[nodiscard]] std::size_t line_length() const {

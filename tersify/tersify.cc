@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <new>
 #include <optional>
 #include <string>
@@ -16,6 +17,7 @@
 #include "tersify/command_line.h"
 #include "tersify/condense_file.h"
 #include "tersify/name_list.h"
+#include "tersify/release_years.h"
 #include "util/failure.h"
 #include "util/file_identity.h"
 #include "util/in_quotes.h"
@@ -73,12 +75,14 @@ std::string quoted_names(const Names& names) {
 // A run over some files.
 class Condensing {
  public:
+  //   output    the copy's name where there is one file; nullopt for the usual names
   Condensing(const Surroundings& around, const Settings& settings, Names names,
-             Inputs inputs)
+             Inputs inputs, std::optional<std::string> output = std::nullopt)
       : around_(around),
         settings_(settings),
         names_(std::move(names)),
-        inputs_(std::move(inputs)) {
+        inputs_(std::move(inputs)),
+        output_(std::move(output)) {
     for (const std::string& name : names_) {
       inputs_.add(in_quotes(name), regular_file(name));
     }
@@ -106,7 +110,7 @@ class Condensing {
  private:
   [[nodiscard]] CondenseJob job_for(const std::string& name) const {
     return {.name = name,
-            .output = std::nullopt,
+            .output = output_,
             .free_space = settings_.free_space,
             .screen = around_.messages,
             .inputs = inputs_};
@@ -115,7 +119,9 @@ class Condensing {
   // Condenses one file and says so, or says why not.
   void condense(const std::string& name) {
     try {
+      expect_copy_of_its_own(name);
       const Condensed done = condense_file(job_for(name));
+      sources_[done.output] = name;
       around_.output << "wrote " << in_quotes(done.output) << ": " << done.lines
                      << " lines, " << done.size_before << " bytes before, "
                      << done.size_after << " after\n";
@@ -130,16 +136,40 @@ class Condensing {
     }
   }
 
+  // "a.dat" and "a.dat.gz" would make the same copy. A file that is named twice only
+  // takes time.
+  void expect_copy_of_its_own(const std::string& name) const {
+    const auto made = sources_.find(output_.value_or(condensed_name(name)));
+    if (made != sources_.end() && made->second != name) {
+      throw Failure(in_quotes(made->first) + " was made of " + in_quotes(made->second) +
+                    " in this run");
+    }
+  }
+
   // What a user should know about a copy that has been made.
   void note_oddities(const std::string& name, const Condensed& done) const {
-    const std::int64_t whole = settings_.shape.line_count();
-    if (done.lines != whole) {
-      around_.output << "note: " << in_quotes(name) << " holds " << done.lines
-                     << " lines; a whole file holds " << whole << "\n";
+    for (const std::string& warning : done.warnings) {
+      complain(around_) << warning << "\n";
     }
+    note_years(name, done.lines);
     if (!done.last_line_ended) {
       around_.output << "note: the last line of " << in_quotes(name)
                      << " has no line end; its last value may be cut\n";
+    }
+  }
+
+  // A release of other years is as good as the usual one.
+  void note_years(const std::string& name, std::int64_t lines) const {
+    const GridShape shape = shape_by_name(name, settings_.shape);
+    const std::optional<std::int32_t> years = whole_years(lines, shape);
+    if (!years) {
+      around_.output << "note: " << in_quotes(name) << " holds " << lines
+                     << " lines; a whole file holds " << shape.line_count() << "\n";
+    } else if (const auto warning = other_years_warning(name, *years)) {
+      around_.output << "warning: " << in_quotes(name) << ": " << *warning << "\n";
+    } else if (*years != shape.years) {
+      around_.output << "note: " << in_quotes(name) << " holds "
+                     << years_text(shape.first_year, *years) << "\n";
     }
   }
 
@@ -158,6 +188,8 @@ class Condensing {
   const Settings& settings_;
   Names names_;
   Inputs inputs_;
+  std::optional<std::string> output_;
+  std::map<std::string, std::string> sources_;  // of each copy made, the file
   Names not_done_;
 };
 
@@ -174,8 +206,8 @@ int check_all(const Names& names, const Surroundings& around, const GridShape& s
   for (const std::string& name : names) {
     try {
       const Verdict verdict = check_file(name, shape, around.messages);
-      around.output << in_quotes(name) << ": " << verdict.fault.value_or("complete")
-                    << "\n";
+      around.output << in_quotes(name) << ": "
+                    << verdict.fault.value_or("complete: " + verdict.years) << "\n";
       for (const std::string& warning : verdict.warnings) {
         around.output << "warning: " << in_quotes(name) << ": " << warning << "\n";
       }
@@ -212,7 +244,7 @@ int carry_out(const Command& command, const Surroundings& around,
     case Task::kCondense:
       break;
   }
-  return Condensing(around, settings, command.names, inputs).run();
+  return Condensing(around, settings, command.names, inputs, command.output).run();
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "tersify/gzip_format.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -15,7 +16,7 @@ struct Compression {
   std::string_view name;
 };
 
-constexpr std::array<Compression, 5> kCompressions{{{"\x1f\x8b", "gzip"},
+constexpr std::array<Compression, 5> kCompressions{{{kGzipMark, "gzip"},
                                                     {"PK\x03\x04", "zip"},
                                                     {"PK\x05\x06", "zip"},
                                                     {"BZh", "bzip2"},
@@ -24,24 +25,23 @@ constexpr std::array<Compression, 5> kCompressions{{{"\x1f\x8b", "gzip"},
                                                      "xz"}}};
 constexpr std::size_t kLongestMark = 5;
 
-// gunzip takes no other endings.
-std::string command_for(const std::string& name) {
-  return name.ends_with(".gz") ? ": gunzip -k " + in_quotes(name) : "";
-}
-
 }  // namespace
 
-companion::InputFile open_text_file(const std::string& name,
-                                    companion::InputFile::Kind kind) {
-  companion::InputFile file(name, kind);
-  const std::string first_bytes =
-      file.identity() ? file.beginning(kLongestMark) : std::string();
+void refuse_compressed(const std::string& name, std::string_view first_bytes) {
   for (const Compression& compression : kCompressions) {
     if (first_bytes.starts_with(compression.first_bytes)) {
       throw Failure(in_quotes(name) + " is compressed (" +
                     std::string(compression.name) + "); decompress it first" +
-                    command_for(name));
+                    how_to_decompress(name));
     }
+  }
+}
+
+companion::InputFile open_text_file(const std::string& name,
+                                    companion::InputFile::Kind kind) {
+  companion::InputFile file(name, kind);
+  if (file.identity()) {
+    refuse_compressed(name, file.beginning(kLongestMark));
   }
   return file;
 }

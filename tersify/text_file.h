@@ -4,10 +4,15 @@
 #define VELDMARK_TERSIFY_TEXT_FILE_H_
 
 #include <string>
+#include <string_view>
 
 #include "companion/input_file.h"
 
 namespace veldmark::tersify {
+
+// Throws Failure "'NAME' is compressed (xz); decompress it first" when the first bytes
+// of a file are those of a compressed one or of an archive.
+void refuse_compressed(const std::string& name, std::string_view first_bytes);
 
 // Opens a file. Throws Failure "cannot read 'NAME': reason", and "'NAME' is compressed
 // (gzip); decompress it first" for a regular file with the first bytes of such a one.

@@ -217,7 +217,7 @@ void check_file_round_trip(const std::string& text) {
     reached("files condensed");
     const GridShape shape{.first_year = 1901, .years = 1, .rows = 1};
     const auto fault = tersify::check_file("grid.new", shape, screen).fault;
-    require(fault.has_value() == (done.lines != kLines),
+    require(fault.has_value() == (done.lines % kLines != 0),
             "what was condensed passes the check", fault.value_or("complete"));
     std::filesystem::remove("grid.new");
   } catch (const Failure& failure) {
@@ -225,7 +225,9 @@ void check_file_round_trip(const std::string& text) {
     require(std::string_view(failure.what()).find("grid") != std::string::npos,
             "a failure names the file", failure.what());
     const std::string_view what = failure.what();
-    const bool compressed = what.find(" is compressed ") != std::string_view::npos;
+    const bool compressed = what.find(" is compressed ") != std::string_view::npos ||
+                            what.starts_with("the compressed file ") ||
+                            what.find(" is netCDF") != std::string_view::npos;
     const bool condensed = what.ends_with(" is condensed already");
     require(!condensed || plain_fault(text, {.years = 1, .rows = 1}) != 1,
             "a file called condensed begins with a condensed line", what);

@@ -92,18 +92,24 @@ inline std::vector<std::string> plain_lines(std::string_view text) {
 }
 
 // The number of the first line at fault; one more than there are when lines are
-// missing; nothing for a complete file.
+// missing; nothing for a complete file, which has whole years. Lines for less than a
+// year after the expected ones are at fault from the first of them on.
 inline std::optional<std::int64_t> plain_fault(std::string_view text,
                                                const GridShape& shape) {
+  const std::int64_t year = std::int64_t{12} * shape.rows;
+  const std::int64_t expected = year * shape.years;
+  const auto first_fault = [&](std::int64_t number) {
+    const bool too_many = expected < number && number <= expected + year;
+    return too_many ? expected + 1 : number;
+  };
   std::int64_t number = 0;
   for (const std::string& line : plain_lines(text)) {
     ++number;
-    if (number > shape.line_count() || !is_plainly_good_line(line, shape)) {
-      return number;
-    }
+    if (!is_plainly_good_line(line, shape)) return first_fault(number);
   }
-  if (number < shape.line_count()) return number + 1;
-  return std::nullopt;
+  if (number > 0 && number % year == 0) return std::nullopt;
+  return number > expected ? first_fault(number) + (number > expected + year ? 1 : 0)
+                           : number + 1;
 }
 
 }  // namespace veldmark::fuzz

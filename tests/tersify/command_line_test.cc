@@ -57,28 +57,53 @@ TEST(TersifyCommandLine, WrongUsageIsNamed) {
                      "--list and --check exclude each other");
 }
 
+TEST(TersifyCommandLine, AnOutputIsForOneFile) {
+  const Command command =
+      parse_command_line(std::vector<std::string>{"a", "--output", "--b"});
+  EXPECT_EQ(command.task, Task::kCondense);
+  EXPECT_EQ(command.names, Names{"a"});
+  EXPECT_EQ(command.output, "--b");
+  EXPECT_EQ(parse_command_line(Names{"a"}).output, std::nullopt);
+  const std::string refusal = "--output is for one file to condense";
+  expect_usage_error({"--output", "b", "a", "c"}, refusal);
+  expect_usage_error({"--output", "b", "--check", "a"}, refusal);
+  expect_usage_error({"--output", "b", "--list", "a"}, refusal);
+  expect_usage_error({"--output", "b"}, "the names of the files are missing");
+  expect_usage_error({"a", "--output"}, "--output: the name is missing");
+  expect_usage_error({"a", "--output", ""}, "--output: the name is empty");
+  expect_usage_error({"a", "--output", "b", "--output", "b"}, "--output is given twice");
+}
+
 TEST(TersifyCommandLine, TheHelpIsThisText) {
   EXPECT_EQ(help_text(),
             R"(Usage: tersify [FILE]...
+       tersify --output NAME FILE
        tersify --list LISTFILE
        tersify --check FILE.new...
 
-Makes condensed copies of published CRU TS grid files for veldmark: FILE.new beside
-FILE. A published line holds 720 integers with blanks or tabs between them; a condensed
-one holds them right-aligned in five columns each. The values stay what they are.
+Makes condensed copies of published CRU TS grid files for veldmark, whatever years they
+hold. What a file is, it tells itself:
+
+  text (.dat)             720 integers a line, with blanks or tabs between them
+  compressed (.dat.gz)    the same, read as it was downloaded; gzip alone
+  netCDF (.nc, .nc.gz)    floating-point values, made tenths or hundredths again
+
+The copy of FILE is FILE.new beside it, without the .nc and .gz of its name. It holds
+the numbers right-aligned in five columns each. The values stay what they are.
 
 Without arguments tersify asks for the name of a list file: the names of the files to
 condense, one a line.
 
+  --output NAME    make the copy of the one FILE under another name
   --list LISTFILE  condense the files that LISTFILE names
-  --check          read condensed files and tell whether each is complete (116 years of
-                   12 months of 360 lines), or where its first fault is
+  --check          read condensed files and tell whether each is complete (12 months of
+                   360 lines for each year) and its years, or where its first fault is
   --help           show this text
   --version        show the version
 
 A file at fault is named with line and field; its copy is not made, an earlier copy
-stays, and the other files are condensed all the same. Compressed files must be
-decompressed first. A whole copy takes 1.8 GB.
+stays, and the other files are condensed all the same. A copy takes 15.6 MB for each
+year, 1.8 GB for 1901-2016; a compressed netCDF file is decompressed beside it first.
 
 Exit status: 0 when all is well, 1 when a file failed, 2 for a wrong command line, 128
 and the signal's number when interrupted.

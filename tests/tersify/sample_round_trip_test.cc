@@ -36,7 +36,7 @@ TEST_P(SampleRoundTrip, TheCondensedCopyIsTheCondensedFile) {
   EXPECT_EQ(direct.size(), 12U * 360 * 3601);
   EXPECT_TRUE(file_content("raw.new") == direct);
   EXPECT_EQ(testing::run({"--check", "raw.new"}, "", {.shape = {.years = 1}}).output,
-            "'raw.new': complete\n");
+            "'raw.new': complete: 1 year, 1901\n");
 }
 
 // Without negative values and with them.

@@ -223,7 +223,7 @@ TEST(Tersify, CheckTellsOfEachFileWhatItIs) {
   Outcome result = run_small({"--check", "a", "b", "c", "d"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.output,
-            "'a': complete\n"
+            "'a': complete: 1 year, 1901\n"
             "'b': the file ends after 11 of 12 lines; the next is line 12 (year 1901, "
             "December, row 1)\n"
             "'c': line 4 (year 1901, April, row 1), column 1: the line ends after 0 of "
@@ -248,7 +248,7 @@ TEST(Tersify, AWarningIsNoFailure) {
   const Outcome result = run_small({"--check", "a"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output,
-            "'a': complete\n"
+            "'a': complete: 1 year, 1901\n"
             "warning: 'a': line 12 (year 1901, December, row 1), column 720: a value, "
             "and the first month has none there\n");
 }
@@ -257,7 +257,7 @@ TEST(Tersify, WhatItMakesPassesItsOwnCheck) {
   const TemporaryFolder folder;
   write_file("a", kTwelve);
   run_small({"a"});
-  EXPECT_EQ(run_small({"--check", "a.new"}).output, "'a.new': complete\n");
+  EXPECT_EQ(run_small({"--check", "a.new"}).output, "'a.new': complete: 1 year, 1901\n");
 }
 
 }  // namespace

@@ -1,0 +1,112 @@
+#include "tersify/condense_gzip.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "companion/line_buffer.h"
+#include "tersify/condense_netcdf.h"
+#include "tersify/condense_text.h"
+#include "tersify/file_bytes.h"
+#include "tersify/gzip_format.h"
+#include "tersify/gzip_reader.h"
+#include "tersify/netcdf_format.h"
+#include "tersify/text_file.h"
+#include "util/failure.h"
+#include "util/in_quotes.h"
+#include "util/part_file.h"
+
+namespace veldmark::tersify {
+namespace {
+
+constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
+
+// Returns the next `size` bytes, or what is left.
+std::string take(GzipReader& reader, std::size_t size) {
+  std::string bytes(size, '\0');
+  bytes.resize(reader.read(bytes.data(), bytes.size()));
+  return bytes;
+}
+
+// Hands out `beginning` and then what the reader has after it.
+companion::LineBuffer::ReadMore reader_after(std::string_view beginning,
+                                             GzipReader& reader) {
+  return [rest = beginning, &reader](char* buffer, std::size_t size) mutable {
+    if (rest.empty()) {
+      return reader.read(buffer, size);
+    }
+    const std::size_t count = rest.copy(buffer, size);
+    rest.remove_prefix(count);
+    return count;
+  };
+}
+
+// A damaged file may make sense to gzip for a while; its checksum tells at the end.
+Condensed condense_text_of(const CondenseJob& job, const std::string& beginning,
+                           std::optional<std::int64_t> size, GzipReader& reader) {
+  try {
+    return condense_text(job, {.beginning = beginning,
+                               .size = size,
+                               .read_more = reader_after(beginning, reader)});
+  } catch (const TextFault&) {
+    reader.read_to_end();
+    throw;
+  }
+}
+
+// Decompresses the whole to a file that goes when the copy is there, or when it fails.
+Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginning,
+                             std::optional<std::int64_t> size, GzipReader& reader) {
+  const std::string name = job.output.value_or(condensed_name(job.name)) + ".nc";
+  job.inputs.expect_apart_from(name);
+  expect_room(name, size, job.free_space);
+  PartFile decompressed(name);
+  decompressed.write(beginning);
+  std::vector<char> buffer(kWrittenAtATime);
+  while (const std::size_t count = reader.read(buffer.data(), buffer.size())) {
+    decompressed.write(std::string_view(buffer.data(), count));
+  }
+  // The library locks HDF5 files itself. All others stay locked, so that no other run
+  // takes this one's file for abandoned.
+  if (is_hdf5(beginning)) {
+    decompressed.hand_over();
+  }
+  return condense_netcdf(PartFile::part_name(name), job);
+}
+
+// What gzip would warn of, and that several files were read as one.
+std::vector<std::string> oddities(const std::string& name, const GzipReader& reader) {
+  std::vector<std::string> found;
+  if (reader.members() > 1) {
+    found.push_back(in_quotes(name) + " has " + std::to_string(reader.members()) +
+                    " compressed members; they were read one after the other");
+  }
+  if (reader.has_trailing_garbage()) {
+    found.push_back(in_quotes(name) + ": trailing garbage ignored");
+  }
+  return found;
+}
+
+}  // namespace
+
+Condensed condense_gzip(const CondenseJob& job, const companion::InputFile& input) {
+  FileBytes bytes(input, job.screen);
+  GzipReader reader(job.name, [&](char* buffer, std::size_t size) {
+    return bytes.read(buffer, size);
+  });
+  const std::string beginning = take(reader, companion::kLongestLine);
+  refuse_compressed(job.name, beginning);
+  const std::optional<std::int64_t> size = least_decompressed_size(input);
+  Condensed done = is_netcdf(beginning)
+                       ? condense_netcdf_of(job, beginning, size, reader)
+                       : condense_text_of(job, beginning, size, reader);
+  done.size_before = bytes.count();
+  for (std::string& oddity : oddities(job.name, reader)) {
+    done.warnings.push_back(std::move(oddity));
+  }
+  return done;
+}
+
+}  // namespace veldmark::tersify

@@ -1,0 +1,18 @@
+#include "tersify/file_bytes.h"
+
+#include "util/interrupt_watch.h"
+
+namespace veldmark::tersify {
+
+std::size_t FileBytes::read(char* buffer, std::size_t size) {
+  InterruptWatch::obey();
+  const std::size_t count = file_.read(buffer, size);
+  count_ += static_cast<std::int64_t>(count);
+  if (count == 0 && count_ < file_.size()) {
+    file_.fail_shorter();
+  }
+  progress_.add(static_cast<std::int64_t>(count));
+  return count;
+}
+
+}  // namespace veldmark::tersify

@@ -1,0 +1,146 @@
+#include "tersify/gzip_reader.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "tersify/gzip_format.h"
+#include "util/failure.h"
+#include "util/in_quotes.h"
+
+namespace veldmark::tersify {
+namespace {
+
+constexpr std::size_t kReadAtATime = std::size_t{256} * 1024;
+constexpr int kGzipWindow =
+    15 + 16;  // the largest window, and gzip's header and trailer
+
+Bytef* bytes_of(char* text) { return reinterpret_cast<Bytef*>(text); }
+
+}  // namespace
+
+struct GzipReader::State {
+  State(std::string file_name, companion::LineBuffer::ReadMore read_compressed)
+      : name(std::move(file_name)), compressed(std::move(read_compressed)) {
+    stream.next_in = bytes_of(input.data());
+    if (inflateInit2(&stream, kGzipWindow) != Z_OK) {
+      throw std::bad_alloc();
+    }
+  }
+  ~State() { inflateEnd(&stream); }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  State(State&&) = delete;
+  State& operator=(State&&) = delete;
+
+  // Sees to it that `count` compressed bytes are there to look at; false where the file
+  // ends before.
+  bool has(std::size_t count) {
+    if (stream.avail_in < count) {
+      std::memmove(input.data(), stream.next_in, stream.avail_in);
+      stream.next_in = bytes_of(input.data());
+    }
+    while (stream.avail_in < count) {
+      const std::size_t more =
+          compressed(input.data() + stream.avail_in, input.size() - stream.avail_in);
+      if (more == 0) {
+        return false;
+      }
+      stream.avail_in += static_cast<uInt>(more);
+    }
+    return true;
+  }
+
+  void skip_byte() {
+    ++stream.next_in;
+    --stream.avail_in;
+  }
+
+  // At the end of a member: is there another one? A single byte is the beginning of one
+  // that is cut, as gzip sees it.
+  bool is_member_next() {
+    if (!has(1)) {
+      return false;
+    }
+    if (*stream.next_in == 0) {
+      while (has(1) && *stream.next_in == 0) {
+        skip_byte();
+      }
+      garbage = has(1);
+      return false;
+    }
+    if (!has(kGzipMark.size())) {
+      fail_cut();
+    }
+    garbage = std::memcmp(stream.next_in, kGzipMark.data(), kGzipMark.size()) != 0;
+    return !garbage;
+  }
+
+  // Decompresses until the buffer of the stream is full or there is no more.
+  void fill() {
+    while (!ended && stream.avail_out > 0) {
+      if (!has(1)) {
+        fail_cut();
+      }
+      const int result = inflate(&stream, Z_NO_FLUSH);
+      if (result == Z_STREAM_END) {
+        ended = !is_member_next();
+        if (!ended) {
+          inflateReset(&stream);
+          ++members;
+        }
+      } else if (result == Z_MEM_ERROR) {
+        throw std::bad_alloc();
+      } else if (result != Z_OK) {
+        fail(std::string("is damaged: ") +
+             (stream.msg != nullptr ? stream.msg : "its data make no sense"));
+      }
+    }
+  }
+
+  [[noreturn]] void fail_cut() const { fail("is cut: it ends before its data do"); }
+
+  [[noreturn]] void fail(const std::string& what) const {
+    throw Failure("the compressed file " + in_quotes(name) + " " + what);
+  }
+
+  std::string name;
+  companion::LineBuffer::ReadMore compressed;
+  std::vector<char> input = std::vector<char>(kReadAtATime);
+  z_stream stream{};
+  bool ended = false;
+  bool garbage = false;
+  std::int64_t members = 1;
+};
+
+GzipReader::GzipReader(std::string name, companion::LineBuffer::ReadMore compressed)
+    : state_(std::make_unique<State>(std::move(name), std::move(compressed))) {}
+
+GzipReader::~GzipReader() = default;
+
+std::size_t GzipReader::read(char* buffer, std::size_t size) {
+  const std::size_t most =
+      std::min<std::size_t>(size, std::numeric_limits<uInt>::max());
+  z_stream& stream = state_->stream;
+  stream.next_out = bytes_of(buffer);
+  stream.avail_out = static_cast<uInt>(most);
+  state_->fill();
+  return most - stream.avail_out;
+}
+
+void GzipReader::read_to_end() {
+  std::vector<char> nobody(kReadAtATime);
+  while (read(nobody.data(), nobody.size()) > 0) {
+  }
+}
+
+std::int64_t GzipReader::members() const { return state_->members; }
+
+bool GzipReader::has_trailing_garbage() const { return state_->garbage; }
+
+}  // namespace veldmark::tersify
