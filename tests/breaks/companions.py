@@ -5,7 +5,7 @@ from definition import Break
 from edits import Change
 
 GRID_WRITER = "tools/series_to_grid/grid_writer.cc"
-CONDENSE = "tersify/condense_file.cc"
+BYTES = "tersify/file_bytes.cc"
 TERSIFY = "tersify/tersify.cc"
 
 TERSIFY_BREAKS = [
@@ -34,15 +34,15 @@ TERSIFY_BREAKS = [
     Break(
         "tersify never shows progress",
         tersify("Progress.*"),
-        Change(CONDENSE, "    progress.add(static_cast<std::int64_t>(count));\n",
-               "    progress.add(0 * static_cast<std::int64_t>(count));\n"),
+        Change(BYTES, "  progress_.add(static_cast<std::int64_t>(count));\n",
+               "  progress_.add(0 * static_cast<std::int64_t>(count));\n"),
     ),
     Break(
         "a file that grows is condensed up to its first size",
         tersify("CondenseFile.*"),
-        Change(CONDENSE, "    const std::size_t count = input.read(buffer, size);\n",
-               "    const auto left = static_cast<std::size_t>(input.size() - done.size_before);\n"
-               "    const std::size_t count = input.read(buffer, left < size ? left : size);\n"),
+        Change(BYTES, "  const std::size_t count = file_.read(buffer, size);\n",
+               "  const auto left = static_cast<std::size_t>(file_.size() - count_);\n"
+               "  const std::size_t count = file_.read(buffer, left < size ? left : size);\n"),
     ),
     Break(
         "the copy is made in the current folder, wherever the file is",

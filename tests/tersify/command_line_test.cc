@@ -71,7 +71,8 @@ TEST(TersifyCommandLine, AnOutputIsForOneFile) {
   expect_usage_error({"--output", "b"}, "the names of the files are missing");
   expect_usage_error({"a", "--output"}, "--output: the name is missing");
   expect_usage_error({"a", "--output", ""}, "--output: the name is empty");
-  expect_usage_error({"a", "--output", "b", "--output", "b"}, "--output is given twice");
+  expect_usage_error({"a", "--output", "b", "--output", "b"},
+                     "--output is given twice");
 }
 
 TEST(TersifyCommandLine, TheHelpIsThisText) {

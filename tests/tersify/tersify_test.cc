@@ -257,7 +257,8 @@ TEST(Tersify, WhatItMakesPassesItsOwnCheck) {
   const TemporaryFolder folder;
   write_file("a", kTwelve);
   run_small({"a"});
-  EXPECT_EQ(run_small({"--check", "a.new"}).output, "'a.new': complete: 1 year, 1901\n");
+  EXPECT_EQ(run_small({"--check", "a.new"}).output,
+            "'a.new': complete: 1 year, 1901\n");
 }
 
 }  // namespace
