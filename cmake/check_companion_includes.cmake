@@ -5,7 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 
 # Each folder may include the folders named here, and nothing else of ours.
 set(companion_may_include companion util)
-set(tersify_may_include tersify companion grid util)
+set(tersify_may_include tersify companion catalogue grid util)
 set(extract_may_include extract companion catalogue grid output selection stats util)
 set(series_to_grid_may_include series_to_grid companion grid util)
 

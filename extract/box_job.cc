@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "catalogue/variable_name.h"
 #include "extract/area_mean.h"
 #include "extract/csv_series.h"
 #include "extract/netcdf_output.h"
 #include "extract/text_output.h"
 #include "extract/tsf_output.h"
 #include "extract/value_texts.h"
-#include "extract/variable_name.h"
 #include "extract/variance_columns.h"
 #include "grid/grid_layout.h"
 

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "catalogue/variable_name.h"
 #include "extract/command_line.h"
-#include "extract/variable_name.h"
 #include "util/file_descriptor.h"
 
 namespace veldmark::extract {

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include "catalogue/variable_name.h"
 #include "companion/inputs.h"
 #include "extract/box_job.h"
 #include "extract/citation.h"
@@ -17,7 +18,6 @@
 #include "extract/netcdf_output.h"
 #include "extract/output_names.h"
 #include "extract/sites_job.h"
-#include "extract/variable_name.h"
 #include "util/failure.h"
 #include "util/file_fault.h"
 #include "util/file_identity.h"

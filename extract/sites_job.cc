@@ -8,13 +8,13 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/variable_name.h"
 #include "extract/csv_series.h"
 #include "extract/nearest_cell.h"
 #include "extract/netcdf_output.h"
 #include "extract/sites_file.h"
 #include "extract/text_output.h"
 #include "extract/value_texts.h"
-#include "extract/variable_name.h"
 #include "extract/variance_columns.h"
 
 namespace veldmark::extract {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/variable_name.h"
 #include "extract/area_mean.h"
 #include "extract/csv_series.h"
 #include "extract/value_texts.h"
-#include "extract/variable_name.h"
 #include "extract/variance_columns.h"
 
 namespace veldmark::extract {

@@ -1,9 +1,9 @@
-#include "extract/variable_name.h"
+#include "catalogue/variable_name.h"
 
 #include <algorithm>
 #include <cctype>
 
-namespace veldmark::extract {
+namespace veldmark {
 namespace {
 
 std::string lower_case(std::string_view text) {
@@ -52,4 +52,4 @@ std::int32_t decimals_of(const VariableEntry& entry) {
   return decimals;
 }
 
-}  // namespace veldmark::extract
+}  // namespace veldmark

@@ -1,7 +1,7 @@
 // Finds a variable by what users call it: its short name or the name of its file.
 
-#ifndef VELDMARK_EXTRACT_VARIABLE_NAME_H_
-#define VELDMARK_EXTRACT_VARIABLE_NAME_H_
+#ifndef VELDMARK_CATALOGUE_VARIABLE_NAME_H_
+#define VELDMARK_CATALOGUE_VARIABLE_NAME_H_
 
 #include <cstdint>
 #include <string>
@@ -9,7 +9,7 @@
 
 #include "catalogue/variable_catalogue.h"
 
-namespace veldmark::extract {
+namespace veldmark {
 
 // Returns the short names of all variables with blanks between them.
 std::string short_names();
@@ -26,6 +26,6 @@ const VariableEntry* find_by_file_name(std::string_view file_name);
 // Returns how many decimals a physical value has: 1 for tenths, 2 for hundredths.
 std::int32_t decimals_of(const VariableEntry& entry);
 
-}  // namespace veldmark::extract
+}  // namespace veldmark
 
-#endif  // VELDMARK_EXTRACT_VARIABLE_NAME_H_
+#endif  // VELDMARK_CATALOGUE_VARIABLE_NAME_H_
