@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -163,6 +164,13 @@ void PartFile::write(std::string_view text) {
     fail_with_errno(part_name_);
   }
   size_ += static_cast<std::int64_t>(text.size());
+}
+
+void PartFile::write_at(std::int64_t offset, std::string_view text) {
+  if (::lseek(file_.get(), offset, SEEK_SET) < 0 || !file_.write_all(text)) {
+    fail_with_errno(part_name_);
+  }
+  size_ = std::max(size_, offset + static_cast<std::int64_t>(text.size()));
 }
 
 // The lock goes with the closing, so that comes last. A close that fails has nothing to

@@ -44,11 +44,15 @@ class PartFile {
   // Appends the whole text.
   void write(std::string_view text);
 
+  // Writes the whole text from byte `offset` on, before or behind what is there. What
+  // is left between is zero until it is written, too.
+  void write_at(std::int64_t offset, std::string_view text);
+
   // Waits until the file is on the disk, so that its name means a complete file even
   // after a power failure, and gives it its name. Nothing can be written afterwards.
   void complete();
 
-  // Returns the bytes written so far.
+  // Returns the bytes from the beginning to the end of what is written so far.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
  private:
