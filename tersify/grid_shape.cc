@@ -11,13 +11,16 @@ constexpr std::array<const char*, kMonthsPerYear> kMonthNames{
 
 }  // namespace
 
+std::string month_name(std::int32_t month) {
+  return kMonthNames.at(static_cast<std::size_t>(month - 1));
+}
+
 std::string place_of_line(std::int64_t line, const GridShape& shape) {
   const std::int64_t rows_before = line - 1;
   const std::int64_t months_before = rows_before / shape.rows;
-  const auto months = std::int64_t{kMonthNames.size()};
-  const std::int64_t year = shape.first_year + months_before / months;
-  const auto month = static_cast<std::size_t>(months_before % months);
-  return "year " + std::to_string(year) + ", " + kMonthNames.at(month) + ", row " +
+  const std::int64_t year = shape.first_year + months_before / kMonthsPerYear;
+  const auto month = static_cast<std::int32_t>(months_before % kMonthsPerYear + 1);
+  return "year " + std::to_string(year) + ", " + month_name(month) + ", row " +
          std::to_string(rows_before % shape.rows + 1);
 }
 

@@ -32,6 +32,9 @@ struct GridShape {
   }
 };
 
+// Returns the English name of a month, 1 to 12.
+std::string month_name(std::int32_t month);
+
 // Returns the place of a line: "year 1961, July, row 283". Rows are counted in file
 // order.
 //

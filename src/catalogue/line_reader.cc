@@ -17,12 +17,12 @@ std::string_view without_carriage_return(std::string_view line) {
 
 }  // namespace
 
-LineReader::LineReader(ReadMore read_more, std::size_t longest)
-    : read_more_(std::move(read_more)), longest_(longest), buffer_(kBufferSize) {}
+LineReader::LineReader(ReadMore read_more, std::size_t max_length)
+    : read_more_(std::move(read_more)), max_length_(max_length), buffer_(kBufferSize) {}
 
 std::optional<LineReader::Line> LineReader::next() {
   // One character more, for the carriage return of a line of just the greatest length.
-  const std::size_t capacity = longest_ + 1;
+  const std::size_t capacity = max_length_ + 1;
   if (begin_ == end_ && !refill()) {
     return std::nullopt;
   }
@@ -34,13 +34,13 @@ std::optional<LineReader::Line> LineReader::next() {
     begin_ += has_line_end ? length + 1 : piece.size();
     if (has_line_end && split_line_.empty()) {
       const std::string_view line = without_carriage_return(piece.substr(0, length));
-      return Line{line.substr(0, longest_), true};
+      return Line{line.substr(0, max_length_), true};
     }
     const std::size_t left = capacity - std::min(capacity, split_line_.size());
     split_line_.append(piece.substr(0, std::min(length, left)));
     if (has_line_end || !refill()) {
       const std::string_view line = without_carriage_return(split_line_);
-      return Line{line.substr(0, longest_), has_line_end};
+      return Line{line.substr(0, max_length_), has_line_end};
     }
   }
 }

@@ -23,8 +23,8 @@ class LineReader {
     bool has_line_end = false;
   };
 
-  // Lines longer than `longest` characters are cut there.
-  LineReader(ReadMore read_more, std::size_t longest);
+  // Lines longer than `max_length` characters are cut there.
+  LineReader(ReadMore read_more, std::size_t max_length);
 
   // Reads a line. A carriage return before its end belongs to the line end; the last
   // line may lack its line end. Returns nullopt at the end of the file.
@@ -39,7 +39,7 @@ class LineReader {
   [[nodiscard]] std::string_view rest() const;
 
   ReadMore read_more_;
-  std::size_t longest_;
+  std::size_t max_length_;
   std::vector<char> buffer_;
   std::size_t begin_ = 0;  // what is not yet read of the buffer: begin_ up to end_
   std::size_t end_ = 0;

@@ -1,0 +1,152 @@
+#include "tersify/condense_netcdf.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "companion/input_file.h"
+#include "grid/grid_layout.h"
+#include "tersify/netcdf_classic.h"
+#include "tersify/netcdf_fault.h"
+#include "tersify/netcdf_input.h"
+#include "tersify/netcdf_layout.h"
+#include "tersify/netcdf_tiles.h"
+#include "tersify/netcdf_values.h"
+#include "util/failure.h"
+#include "util/file_identity.h"
+#include "util/in_quotes.h"
+#include "util/interrupt_watch.h"
+#include "util/part_file.h"
+
+namespace veldmark::tersify {
+namespace {
+
+using companion::InputFile;
+
+constexpr std::int64_t kBytesPerLine = kLineLength + 1;
+constexpr std::int64_t kBytesPerMonth = kGridRows * kBytesPerLine;
+
+// Throws NetcdfFault when the file is shorter than its header says.
+void expect_whole(const std::string& path) {
+  const InputFile file(path, InputFile::Kind::kRegular);
+  const std::uint64_t least = least_classic_size(
+      [&](char* buffer, std::size_t size) { return file.read(buffer, size); });
+  if (static_cast<std::uint64_t>(file.size()) < least) {
+    throw NetcdfFault("the file is cut: it has " + std::to_string(file.size()) +
+                      " bytes; expected " + std::to_string(least));
+  }
+}
+
+// The dialogue looks for the drought index under one name alone, whatever the published
+// file is called, and takes the file's first year for 1901.
+std::string output_name(const CondenseJob& job, const NetcdfLayout& layout) {
+  if (job.output) {
+    return *job.output;
+  }
+  if (layout.entry.is_in_cru_ts_distribution || layout.years.first != kFirstDataYear) {
+    return condensed_name(job.name);
+  }
+  return std::filesystem::path(job.name)
+      .replace_filename(layout.entry.DataFileName.trimmed())
+      .string();
+}
+
+// The way from the netCDF file to the condensed one.
+class NetcdfCopy {
+ public:
+  NetcdfCopy(const NetcdfInput& input, const NetcdfLayout& layout, PartFile& file)
+      : input_(input),
+        layout_(layout),
+        lines_(layout.entry, layout.form),
+        file_(file) {}
+
+  // Reads a tile and writes its lines where they belong.
+  void condense(const NetcdfTile& tile) {
+    InterruptWatch::obey();
+    values_.resize(tile.months * tile.rows.count * kGridColumns);
+    input_.read(
+        layout_.variable, std::array{tile.first_month, tile.rows.first, std::size_t{0}},
+        std::array{tile.months, tile.rows.count, std::size_t{kGridColumns}}, values_);
+    for (std::size_t i = 0; i < tile.months; ++i) {
+      const std::size_t month = tile.first_month + i;
+      const std::span<const double> values = std::span(values_).subspan(
+          i * tile.rows.count * kGridColumns, tile.rows.count * kGridColumns);
+      file_.write_at(
+          static_cast<std::int64_t>(month) * kBytesPerMonth +
+              static_cast<std::int64_t>(lines_.first_line(tile.rows)) * kBytesPerLine,
+          lines_of(month, values, tile.rows));
+    }
+  }
+
+ private:
+  std::string_view lines_of(std::size_t month, std::span<const double> values,
+                            const NetcdfRows& rows) {
+    InterruptWatch::obey();
+    try {
+      return lines_.make(values, rows);
+    } catch (const NetcdfFault& fault) {
+      throw NetcdfFault(name_of_month(layout_.years.first, month) + ", " +
+                        fault.what());
+    }
+  }
+
+  const NetcdfInput& input_;
+  const NetcdfLayout& layout_;
+  NetcdfLines lines_;
+  PartFile& file_;
+  std::vector<double> values_;
+};
+
+// Throws Failure when there is no use in beginning.
+void expect_prospects(const std::string& path, const CondenseJob& job,
+                      const std::string& output, std::int64_t size) {
+  companion::Inputs own;
+  own.add(in_quotes(job.name), regular_file(job.name));
+  own.add(in_quotes(job.name), regular_file(path));
+  own.expect_apart_from(output);
+  job.inputs.expect_apart_from(output);
+  expect_room(output, size, job.free_space);
+}
+
+Condensed condense(const std::string& path, const CondenseJob& job) {
+  const NetcdfInput input(path);
+  expect_whole(path);
+  const NetcdfLayout layout = find_layout(input, job.name);
+  const std::int64_t months = std::int64_t{layout.years.years} * kMonthsPerYear;
+  Condensed done;
+  done.output = output_name(job, layout);
+  expect_prospects(path, job, done.output, months * kBytesPerMonth);
+
+  PartFile file(done.output);
+  companion::ProgressLine progress(job.screen, in_quotes(job.name),
+                                   months * kBytesPerMonth);
+  NetcdfCopy copy(input, layout, file);
+  for (const NetcdfTile& tile : tiles_of(layout.variable)) {
+    copy.condense(tile);
+    progress.add(static_cast<std::int64_t>(tile.months * tile.rows.count) *
+                 kBytesPerLine);
+  }
+  expect_whole(path);  // still
+  file.complete();
+  done.lines = months * kGridRows;
+  done.size_before = InputFile(path, InputFile::Kind::kRegular).size();
+  done.size_after = file.size();
+  return done;
+}
+
+}  // namespace
+
+Condensed condense_netcdf(const std::string& path, const CondenseJob& job) {
+  try {
+    return condense(path, job);
+  } catch (const NetcdfFault& fault) {
+    throw Failure(in_quotes(job.name) + ": " + fault.what());
+  }
+}
+
+}  // namespace veldmark::tersify

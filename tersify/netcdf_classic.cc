@@ -1,0 +1,212 @@
+#include "tersify/netcdf_classic.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+#include "tersify/netcdf_fault.h"
+
+namespace veldmark::tersify {
+namespace {
+
+constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t kAlignment = 4;
+
+// Sums and products that stay at kMost instead of beginning again at 0.
+std::uint64_t sum(std::uint64_t a, std::uint64_t b) {
+  return a > kMost - b ? kMost : a + b;
+}
+
+std::uint64_t product(std::uint64_t a, std::uint64_t b) {
+  return b != 0 && a > kMost / b ? kMost : a * b;
+}
+
+std::uint64_t aligned(std::uint64_t size) {
+  return sum(size, kAlignment - 1) / kAlignment * kAlignment;
+}
+
+// The numbers of a header, one after another, most significant byte first.
+class HeaderReader {
+ public:
+  explicit HeaderReader(const ReadBytes& read) : read_(read), buffer_(kBufferSize) {}
+
+  // Takes the first four bytes. Returns the version, 1, 2 or 5; 0 for another file.
+  int take_version() {
+    std::array<char, kAlignment> mark{};
+    for (char& byte : mark) {
+      if (!refill()) {
+        return 0;
+      }
+      byte = buffer_[place_++];
+    }
+    const int version = mark.back();
+    const bool known = version == 1 || version == 2 || version == 5;
+    if (!known || std::string_view(mark.data(), mark.size() - 1) != "CDF") {
+      return 0;
+    }
+    count_width_ = version == 5 ? 8 : 4;
+    offset_width_ = version == 1 ? 4 : 8;
+    return version;
+  }
+
+  std::uint64_t word() { return number(4); }
+  std::uint64_t count() { return number(count_width_); }
+  std::uint64_t offset() { return number(offset_width_); }
+
+  void skip(std::uint64_t size) {
+    while (size > 0) {
+      expect_more();
+      const std::uint64_t step = std::min<std::uint64_t>(size, end_ - place_);
+      place_ += static_cast<std::size_t>(step);
+      size -= step;
+    }
+  }
+
+  void skip_name() { skip(aligned(count())); }
+
+ private:
+  static constexpr std::size_t kBufferSize = 4096;
+
+  std::uint64_t number(int width) {
+    constexpr unsigned kByte = 8;
+    std::uint64_t value = 0;
+    for (int i = 0; i < width; ++i) {
+      expect_more();
+      value = value << kByte | static_cast<unsigned char>(buffer_[place_++]);
+    }
+    return value;
+  }
+
+  bool refill() {
+    if (place_ == end_) {
+      place_ = 0;
+      end_ = read_(buffer_.data(), buffer_.size());
+    }
+    return place_ < end_;
+  }
+
+  void expect_more() {
+    if (!refill()) {
+      throw NetcdfFault("the file ends in its header");
+    }
+  }
+
+  const ReadBytes& read_;
+  std::vector<char> buffer_;
+  std::size_t place_ = 0;
+  std::size_t end_ = 0;
+  int count_width_ = 4;
+  int offset_width_ = 4;
+};
+
+[[noreturn]] void refuse_header() { throw NetcdfFault("the file's header is damaged"); }
+
+std::uint64_t size_of_type(std::uint64_t type) {
+  // By the numbers of the types; the first is none.
+  constexpr std::array<std::uint64_t, 12> kSizes{0, 1, 1, 2, 4, 4, 8, 1, 2, 4, 8, 8};
+  if (type == 0 || type >= kSizes.size()) {
+    refuse_header();
+  }
+  return kSizes.at(type);
+}
+
+// A list is a tag and the number of its members; an empty one may lack its tag.
+std::uint64_t list_length(HeaderReader& header) {
+  header.word();
+  return header.count();
+}
+
+void skip_attributes(HeaderReader& header) {
+  for (std::uint64_t left = list_length(header); left > 0; --left) {
+    header.skip_name();
+    const std::uint64_t size = size_of_type(header.word());
+    header.skip(aligned(product(size, header.count())));
+  }
+}
+
+std::vector<std::uint64_t> take_dimensions(HeaderReader& header) {
+  std::vector<std::uint64_t> lengths;
+  for (std::uint64_t left = list_length(header); left > 0; --left) {
+    header.skip_name();
+    lengths.push_back(header.count());  // 0 for that of the records
+  }
+  return lengths;
+}
+
+// A variable.
+//
+//   size    bytes of its values; of one record where it has records
+struct Variable {
+  std::uint64_t begin = 0;
+  std::uint64_t size = 0;
+  bool has_records = false;
+};
+
+Variable take_variable(HeaderReader& header,
+                       const std::vector<std::uint64_t>& dimensions) {
+  Variable variable{.size = 1};
+  header.skip_name();
+  const std::uint64_t rank = header.count();
+  for (std::uint64_t i = 0; i < rank; ++i) {
+    const std::uint64_t dimension = header.count();
+    if (dimension >= dimensions.size()) {
+      refuse_header();
+    }
+    const std::uint64_t length = dimensions[static_cast<std::size_t>(dimension)];
+    if (i == 0 && length == 0) {
+      variable.has_records = true;
+    } else {
+      variable.size = product(variable.size, length);
+    }
+  }
+  skip_attributes(header);
+  variable.size = product(variable.size, size_of_type(header.word()));
+  header.count();  // the size once more, which may not fit there
+  variable.begin = header.offset();
+  return variable;
+}
+
+// Where the last value of all ends.
+std::uint64_t end_of(const std::vector<Variable>& variables, std::uint64_t records) {
+  const auto with_records =
+      std::count_if(variables.begin(), variables.end(),
+                    [](const Variable& variable) { return variable.has_records; });
+  std::uint64_t record_size = 0;
+  for (const Variable& variable : variables) {
+    if (variable.has_records) {  // a single one is not aligned
+      record_size =
+          sum(record_size, with_records == 1 ? variable.size : aligned(variable.size));
+    }
+  }
+  std::uint64_t end = 0;
+  for (const Variable& variable : variables) {
+    if (variable.has_records && records == 0) {
+      continue;
+    }
+    const std::uint64_t before =
+        variable.has_records ? product(records - 1, record_size) : 0;
+    end = std::max(end, sum(sum(variable.begin, before), variable.size));
+  }
+  return end;
+}
+
+}  // namespace
+
+std::uint64_t least_classic_size(const ReadBytes& read) {
+  HeaderReader header(read);
+  if (header.take_version() == 0) {
+    return 0;
+  }
+  const std::uint64_t records = header.count();
+  const std::vector<std::uint64_t> dimensions = take_dimensions(header);
+  skip_attributes(header);
+  std::vector<Variable> variables;
+  for (std::uint64_t left = list_length(header); left > 0; --left) {
+    variables.push_back(take_variable(header, dimensions));
+  }
+  return end_of(variables, records);
+}
+
+}  // namespace veldmark::tersify

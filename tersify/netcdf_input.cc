@@ -1,0 +1,147 @@
+#include "tersify/netcdf_input.h"
+
+#include <netcdf.h>
+
+#include <array>
+#include <optional>
+
+#include "tersify/netcdf_fault.h"
+#include "util/in_quotes.h"
+
+namespace veldmark::tersify {
+namespace {
+
+using Name = std::array<char, NC_MAX_NAME + 1>;
+
+void check(int status) {
+  if (status != NC_NOERR) {
+    throw NetcdfFault(std::string("the netCDF library can't read it: ") +
+                      nc_strerror(status));
+  }
+}
+
+int open(const std::string& path) {
+  int file{};
+  check(nc_open(path.c_str(), NC_NOWRITE, &file));
+  return file;
+}
+
+struct Attribute {
+  nc_type type = NC_NAT;
+  std::size_t length = 0;
+};
+
+// Returns nullopt where there is no such attribute.
+std::optional<Attribute> find_attribute(int file, int variable, const char* name) {
+  Attribute found;
+  const int status = nc_inq_att(file, variable, name, &found.type, &found.length);
+  if (status == NC_ENOTATT) {
+    return std::nullopt;
+  }
+  check(status);
+  return found;
+}
+
+// Texts and lists of numbers are short; what is longer is no attribute of a grid.
+void expect_short(const char* name, const Attribute& attribute) {
+  constexpr std::size_t kLongest = 1000;
+  if (attribute.length > kLongest) {
+    throw NetcdfFault(std::string("the attribute ") + name + " has " +
+                      std::to_string(attribute.length) + " values; expected one");
+  }
+}
+
+std::string string_attribute(int file, int variable, const char* name) {
+  char* text = nullptr;
+  check(nc_get_att_string(file, variable, name, &text));
+  std::string copy = text != nullptr ? text : "";
+  check(nc_free_string(1, &text));
+  return copy;
+}
+
+}  // namespace
+
+NetcdfInput::NetcdfInput(const std::string& path) : file_(open(path)) {
+  try {
+    int count{};
+    check(nc_inq_nvars(file_, &count));
+    for (int number = 0; number < count; ++number) {
+      variables_.push_back(describe(number));
+    }
+  } catch (...) {
+    nc_close(file_);
+    throw;
+  }
+}
+
+NetcdfInput::~NetcdfInput() { nc_close(file_); }
+
+NetcdfVariable NetcdfInput::describe(int number) const {
+  NetcdfVariable variable;
+  variable.number = number;
+  Name name{};
+  nc_type type{};
+  int rank{};
+  check(nc_inq_var(file_, number, name.data(), &type, &rank, nullptr, nullptr));
+  variable.name = name.data();
+  variable.is_real = type == NC_FLOAT || type == NC_DOUBLE;
+  variable.is_single = type == NC_FLOAT;
+  variable.fill = variable.is_single ? double{NC_FILL_FLOAT} : NC_FILL_DOUBLE;
+  std::vector<int> dimensions(static_cast<std::size_t>(rank));
+  check(nc_inq_vardimid(file_, number, dimensions.data()));
+  for (const int dimension : dimensions) {
+    std::size_t length{};
+    check(nc_inq_dim(file_, dimension, name.data(), &length));
+    variable.dimensions.push_back({name.data(), length});
+  }
+  int storage{};
+  variable.chunk.resize(variable.dimensions.size());
+  check(nc_inq_var_chunking(file_, number, &storage, variable.chunk.data()));
+  if (storage != NC_CHUNKED) {
+    variable.chunk.clear();
+  }
+  return variable;
+}
+
+std::string NetcdfInput::text(const NetcdfVariable& variable,
+                              const char* attribute) const {
+  const auto found = find_attribute(file_, variable.number, attribute);
+  if (!found) {
+    return "";
+  }
+  expect_short(attribute, *found);
+  if (found->type == NC_STRING && found->length == 1) {
+    return string_attribute(file_, variable.number, attribute);
+  }
+  std::string text(found->length, '\0');
+  check(nc_get_att_text(file_, variable.number, attribute, text.data()));
+  return text.substr(0, text.find('\0'));  // some writers end a text as C does
+}
+
+std::vector<double> NetcdfInput::numbers(const NetcdfVariable& variable,
+                                         const char* attribute) const {
+  const auto found = find_attribute(file_, variable.number, attribute);
+  if (!found) {
+    return {};
+  }
+  expect_short(attribute, *found);
+  std::vector<double> numbers(found->length);
+  const int status =
+      nc_get_att_double(file_, variable.number, attribute, numbers.data());
+  if (status == NC_ECHAR) {
+    throw NetcdfFault("the attribute " + std::string(attribute) + " of " +
+                      in_quotes(variable.name) + " is text; expected a number");
+  }
+  check(status);
+  return numbers;
+}
+
+void NetcdfInput::read(const NetcdfVariable& variable,
+                       std::span<const std::size_t> starts,
+                       std::span<const std::size_t> counts,
+                       std::span<double> values) const {
+  check(nc_get_vara_double(file_, variable.number, starts.data(), counts.data(),
+                           values.data()));
+}
+
+}  // namespace veldmark::tersify

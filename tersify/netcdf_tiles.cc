@@ -1,0 +1,50 @@
+#include "tersify/netcdf_tiles.h"
+
+#include <algorithm>
+
+#include "grid/grid_layout.h"
+
+namespace veldmark::tersify {
+namespace {
+
+// Months and rows of a tile.
+struct Extent {
+  std::size_t months = 1;
+  std::size_t rows = kGridRows;
+};
+
+// As many whole chunks as there is room for, one chunk of months at a time. What a
+// chunk larger than that costs is decompressing it again.
+Extent extent_of(const NetcdfVariable& variable) {
+  if (variable.chunk.empty()) {
+    return {};
+  }
+  constexpr std::size_t kMostRows = kMostTileValues / kGridColumns;
+  constexpr std::size_t kAtLeast = 1;
+  const std::size_t months = std::clamp(
+      std::min(variable.chunk[0], variable.dimensions[0].length), kAtLeast, kMostRows);
+  const std::size_t chunk_rows =
+      std::clamp(variable.chunk[1], kAtLeast, std::size_t{kGridRows});
+  const std::size_t room = kMostRows / months;  // rows of so many months
+  const std::size_t rows = room < chunk_rows ? room : room / chunk_rows * chunk_rows;
+  return {.months = months, .rows = std::min(rows, std::size_t{kGridRows})};
+}
+
+}  // namespace
+
+std::vector<NetcdfTile> tiles_of(const NetcdfVariable& variable) {
+  const auto [months, rows] = extent_of(variable);
+  const std::size_t all_months = variable.dimensions[0].length;
+  std::vector<NetcdfTile> tiles;
+  for (std::size_t month = 0; month < all_months; month += months) {
+    for (std::size_t row = 0; row < kGridRows; row += rows) {
+      tiles.push_back(
+          {.first_month = month,
+           .months = std::min(months, all_months - month),
+           .rows = {.first = row, .count = std::min(rows, kGridRows - row)}});
+    }
+  }
+  return tiles;
+}
+
+}  // namespace veldmark::tersify
