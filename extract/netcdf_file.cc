@@ -1,7 +1,6 @@
 #include "extract/netcdf_file.h"
 
-#include <netcdf.h>
-
+#include "extract/netcdf_library.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -27,61 +26,62 @@ static_assert(NetcdfFile::kGlobal == NC_GLOBAL);
 }  // namespace
 
 NetcdfFile::NetcdfFile(const std::string& name)
-    : name_(name), part_(name), file_(create()) {}
+    : netcdf_(netcdf_library()), name_(name), part_(name), file_(create()) {}
 
 // The library opens the part by its name, and locks it itself.
 int NetcdfFile::create() {
   part_.hand_over();
   int file{};
-  check(nc_create(PartFile::part_name(name_).c_str(), NC_NETCDF4, &file));
+  check(netcdf_.nc_create(PartFile::part_name(name_).c_str(), NC_NETCDF4, &file));
   return file;
 }
 
 int NetcdfFile::add_dimension(std::string_view name, std::size_t size) {
   int dimension{};
-  check(nc_def_dim(file_, std::string(name).c_str(), size, &dimension));
+  check(netcdf_.nc_def_dim(file_, std::string(name).c_str(), size, &dimension));
   return dimension;
 }
 
 int NetcdfFile::add_variable(std::string_view name, Type type,
                              std::span<const int> dimensions) {
   int variable{};
-  check(nc_def_var(file_, std::string(name).c_str(), type_number(type),
-                   static_cast<int>(dimensions.size()), dimensions.data(), &variable));
+  check(netcdf_.nc_def_var(file_, std::string(name).c_str(), type_number(type),
+                           static_cast<int>(dimensions.size()), dimensions.data(),
+                           &variable));
   return variable;
 }
 
 void NetcdfFile::add_text(int variable, std::string_view attribute,
                           std::string_view text) {
   if (!text.empty()) {
-    check(nc_put_att_text(file_, variable, std::string(attribute).c_str(), text.size(),
-                          text.data()));
+    check(netcdf_.nc_put_att_text(file_, variable, std::string(attribute).c_str(),
+                                  text.size(), text.data()));
   }
 }
 
 void NetcdfFile::add_number(int variable, std::string_view attribute, double number) {
-  check(nc_put_att_double(file_, variable, std::string(attribute).c_str(), NC_DOUBLE, 1,
-                          &number));
+  check(netcdf_.nc_put_att_double(file_, variable, std::string(attribute).c_str(),
+                                  NC_DOUBLE, 1, &number));
 }
 
 void NetcdfFile::set_storage(int variable, std::int16_t MissingCode,
                              std::span<const std::size_t> chunks,
                              std::int32_t deflate) {
-  check(nc_def_var_fill(file_, variable, NC_FILL, &MissingCode));
-  check(nc_def_var_chunking(file_, variable, NC_CHUNKED, chunks.data()));
+  check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &MissingCode));
+  check(netcdf_.nc_def_var_chunking(file_, variable, NC_CHUNKED, chunks.data()));
   if (deflate > 0) {
-    check(nc_def_var_deflate(file_, variable, NC_SHUFFLE, 1, deflate));
+    check(netcdf_.nc_def_var_deflate(file_, variable, NC_SHUFFLE, 1, deflate));
   }
 }
 
-void NetcdfFile::end_definitions() { check(nc_enddef(file_)); }
+void NetcdfFile::end_definitions() { check(netcdf_.nc_enddef(file_)); }
 
 void NetcdfFile::put(int variable, std::span<const double> values) {
-  check(nc_put_var_double(file_, variable, values.data()));
+  check(netcdf_.nc_put_var_double(file_, variable, values.data()));
 }
 
 void NetcdfFile::put(int variable, std::span<const std::int32_t> values) {
-  check(nc_put_var_int(file_, variable, values.data()));
+  check(netcdf_.nc_put_var_int(file_, variable, values.data()));
 }
 
 void NetcdfFile::put(int variable, std::span<const std::string> values) {
@@ -89,24 +89,25 @@ void NetcdfFile::put(int variable, std::span<const std::string> values) {
   for (const std::string& value : values) {
     texts.push_back(value.c_str());
   }
-  check(nc_put_var_string(file_, variable, texts.data()));
+  check(netcdf_.nc_put_var_string(file_, variable, texts.data()));
 }
 
 void NetcdfFile::put(int variable, std::span<const std::size_t> starts,
                      std::span<const std::size_t> counts,
                      std::span<const std::int16_t> values) {
-  check(
-      nc_put_vara_short(file_, variable, starts.data(), counts.data(), values.data()));
+  check(netcdf_.nc_put_vara_short(file_, variable, starts.data(), counts.data(),
+                                  values.data()));
 }
 
 void NetcdfFile::complete() {
-  check(nc_close(file_));
+  check(netcdf_.nc_close(file_));
   part_.complete();
 }
 
 void NetcdfFile::check(int status) const {
   if (status != NC_NOERR) {
-    throw Failure("cannot write " + in_quotes(name_) + ": " + nc_strerror(status));
+    throw Failure("cannot write " + in_quotes(name_) + ": " +
+                  netcdf_.nc_strerror(status));
   }
 }
 

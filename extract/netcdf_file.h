@@ -14,6 +14,8 @@
 
 namespace veldmark::extract {
 
+struct NetcdfLibrary;
+
 // The file appears under its name only when it is complete. Every member throws Failure
 // "cannot write NAME: reason". Dimensions and variables are known by their numbers.
 class NetcdfFile {
@@ -61,6 +63,7 @@ class NetcdfFile {
   [[nodiscard]] int create();
   void check(int status) const;
 
+  const NetcdfLibrary& netcdf_;
   std::string name_;
   PartFile part_;
   int file_;

@@ -7,6 +7,7 @@
 
 #include "extract/netcdf_common.h"
 #include "extract/netcdf_file.h"
+#include "extract/netcdf_library.h"
 
 namespace veldmark::extract {
 namespace {
@@ -138,7 +139,7 @@ class GridValuesWriter {
 
 }  // namespace
 
-bool has_netcdf() { return true; }
+void load_netcdf() { netcdf_library(); }
 
 void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& block) {
   NetcdfFile file(*job.options.output);

@@ -12,8 +12,9 @@
 
 namespace veldmark::extract {
 
-// Was the program built with the netCDF library?
-bool has_netcdf();
+// Loads the netCDF library. Throws Failure when the system doesn't find it, or the
+// program was built without.
+void load_netcdf();
 
 // Writes the cells of a box as a grid: latitudes ascending, longitudes running on
 // across the 180 degree meridian (179.75, 180.25), cells without data filled with the

@@ -83,8 +83,8 @@ std::string command_line(std::span<const std::string> arguments) {
 
 int extract(const Options& options, std::span<const std::string> arguments,
             const Surroundings& around) {
-  if (options.format == Format::kNetcdf && !has_netcdf()) {
-    throw Failure("this program was built without netCDF; csv and tsf can be written");
+  if (options.format == Format::kNetcdf) {
+    load_netcdf();
   }
   const InterruptWatch watch;
   const Moment start = std::chrono::steady_clock::now();

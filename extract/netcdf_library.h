@@ -1,0 +1,36 @@
+// The netCDF C library, loaded when it is needed: with the forty libraries that it
+// needs in turn, loading it takes longer than a small extraction.
+
+#ifndef VELDMARK_EXTRACT_NETCDF_LIBRARY_H_
+#define VELDMARK_EXTRACT_NETCDF_LIBRARY_H_
+
+#include <netcdf.h>
+
+namespace veldmark::extract {
+
+// The functions that are used, each called like the library's own.
+struct NetcdfLibrary {
+  decltype(&::nc_create) nc_create;
+  decltype(&::nc_close) nc_close;
+  decltype(&::nc_enddef) nc_enddef;
+  decltype(&::nc_strerror) nc_strerror;
+  decltype(&::nc_def_dim) nc_def_dim;
+  decltype(&::nc_def_var) nc_def_var;
+  decltype(&::nc_def_var_fill) nc_def_var_fill;
+  decltype(&::nc_def_var_chunking) nc_def_var_chunking;
+  decltype(&::nc_def_var_deflate) nc_def_var_deflate;
+  decltype(&::nc_put_att_text) nc_put_att_text;
+  decltype(&::nc_put_att_double) nc_put_att_double;
+  decltype(&::nc_put_var_double) nc_put_var_double;
+  decltype(&::nc_put_var_int) nc_put_var_int;
+  decltype(&::nc_put_var_string) nc_put_var_string;
+  decltype(&::nc_put_vara_short) nc_put_vara_short;
+};
+
+// Returns the library, which is loaded by the first call.
+// Throws Failure when the system doesn't find it, or it lacks a function.
+const NetcdfLibrary& netcdf_library();
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_NETCDF_LIBRARY_H_
