@@ -101,7 +101,7 @@ void NetcdfFile::put(int variable, std::span<const std::size_t> starts,
 
 void NetcdfFile::complete() {
   check(netcdf_.nc_close(file_));
-  part_.complete();
+  part_.complete_unsynced();
 }
 
 void NetcdfFile::check(int status) const {

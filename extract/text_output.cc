@@ -56,7 +56,7 @@ char* TextOutput::reserve(std::size_t size) {
 void TextOutput::complete() {
   write_out();
   if (file_) {
-    file_->complete();
+    file_->complete_unsynced();
   }
 }
 

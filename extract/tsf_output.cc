@@ -71,8 +71,8 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
   write_cells(job, box, block, {&list, &series});
   series_file.close();
   list_file.close();
-  series_part.complete();
-  list_part.complete();
+  series_part.complete_unsynced();
+  list_part.complete_unsynced();
 }
 
 }  // namespace veldmark::extract

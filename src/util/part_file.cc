@@ -128,6 +128,13 @@ bool is_on_disk(const FileDescriptor& file) {
   return result == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
+// Network file systems report a failed write only when a descriptor is closed. This one
+// has to stay open until the end, so a copy of it is closed.
+bool is_flushed(const FileDescriptor& file) {
+  FileDescriptor copy(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0));
+  return copy.is_open() && copy.close();
+}
+
 // A new name is on the disk when its folder is. The file itself is there already, so
 // that a failure loses nothing.
 void put_folder_on_disk(const std::string& name) {
@@ -179,6 +186,20 @@ void PartFile::complete() {
   if (!is_on_disk(file_)) {
     fail_with_errno(part_name_);
   }
+  rename();
+  put_folder_on_disk(name_);
+  file_.close();
+}
+
+void PartFile::complete_unsynced() {
+  if (!is_flushed(file_)) {
+    fail_with_errno(part_name_);
+  }
+  rename();
+  file_.close();
+}
+
+void PartFile::rename() {
   InterruptWatch::obey();
   if (!stands_for(part_name_, file_)) {
     fail(name_, in_quotes(part_name_) + " was removed or replaced meanwhile");
@@ -186,8 +207,6 @@ void PartFile::complete() {
   if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
     fail_with_errno(name_);
   }
-  put_folder_on_disk(name_);
-  file_.close();
 }
 
 }  // namespace veldmark

@@ -52,10 +52,16 @@ class PartFile {
   // after a power failure, and gives it its name. Nothing can be written afterwards.
   void complete();
 
+  // The same, but doesn't wait for the disk: for what is quickly made again. After a
+  // power failure the file may have its name and lack content.
+  void complete_unsynced();
+
   // Returns the bytes from the beginning to the end of what is written so far.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
  private:
+  void rename();
+
   std::string name_;
   std::string part_name_;
   FileDescriptor file_;

@@ -81,6 +81,25 @@ TEST(PartFile, AnUnfinishedFileIsRemovedAndTheEarlierOneStays) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}}));
 }
 
+TEST(PartFile, WithoutWaitingForTheDiskItIsTheSame) {
+  const TemporaryFolder folder;
+  write_file("grid", "earlier");
+  PartFile file("grid");
+  file.write("new");
+  file.complete_unsynced();
+  EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
+  EXPECT_EQ(PartFile("grid").size(), 0);  // the lock went with the name
+}
+
+TEST(PartFile, APartThatIsGoneIsNotCompletedUnsyncedEither) {
+  const TemporaryFolder folder;
+  PartFile file("grid");
+  std::filesystem::remove("grid.part");
+  expect_failure([&] { file.complete_unsynced(); },
+                 "cannot write 'grid': 'grid.part' was removed or replaced meanwhile");
+  EXPECT_EQ(folder_content(), Files{});
+}
+
 TEST(PartFile, AFileInAnotherFolderIsMadeThere) {
   const TemporaryFolder folder;
   std::filesystem::create_directory("data");
