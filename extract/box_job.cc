@@ -7,6 +7,7 @@
 #include "extract/area_mean.h"
 #include "extract/csv_series.h"
 #include "extract/netcdf_output.h"
+#include "extract/output_names.h"
 #include "extract/text_output.h"
 #include "extract/tsf_output.h"
 #include "extract/value_texts.h"
@@ -105,7 +106,7 @@ void write_area_mean(const Job& job, const std::vector<Cell>& cells,
 
 void write_csv(const Job& job, const std::vector<Cell>& cells,
                const SeriesBlock& block) {
-  TextOutput output(job.options.output);
+  TextOutput output(job.options.output, earlier_output(job.options));
   if (job.options.area_mean) {
     write_area_mean(job, cells, block, output);
   } else if (job.options.variance_test) {

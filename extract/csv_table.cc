@@ -2,6 +2,7 @@
 
 #include <csv.h>
 #include <fcntl.h>
+#include <poll.h>
 
 #include <cerrno>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "util/failure.h"
 #include "util/file_descriptor.h"
 #include "util/in_quotes.h"
+#include "util/interrupt_watch.h"
 
 namespace veldmark::extract {
 namespace {
@@ -91,9 +93,18 @@ class Parser {
                 std::generic_category().message(errno));
 }
 
+// Waits for what a pipe or a terminal has to give, until a signal asks to stop.
+void wait_for_text(const FileDescriptor& file) {
+  pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = 0};
+  do {
+    InterruptWatch::obey();
+  } while (::poll(&until_readable, 1, -1) < 0 && errno == EINTR);
+}
+
 std::string read_whole_file(const std::string& name) {
   constexpr std::size_t kPiece = std::size_t{256} * 1024;
-  const FileDescriptor file(name, O_RDONLY);
+  // A pipe is opened whether somebody writes to it already or not.
+  const FileDescriptor file(name, O_RDONLY | O_NONBLOCK);
   if (!file.is_open()) {
     fail_to_read(name);
   }
@@ -101,6 +112,7 @@ std::string read_whole_file(const std::string& name) {
   for (;;) {
     const std::size_t size = content.size();
     content.resize(size + kPiece);
+    wait_for_text(file);
     const std::ptrdiff_t count = file.read(content.data() + size, kPiece);
     if (count < 0) {
       fail_to_read(name);

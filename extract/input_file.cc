@@ -45,8 +45,9 @@ Named name_input(const Options& options) {
   return named;
 }
 
+// Without waiting: a pipe in the file's place would hold the program up.
 FileDescriptor open_file(const Named& named) {
-  FileDescriptor file(named.file_name, O_RDONLY);
+  FileDescriptor file(named.file_name, O_RDONLY | O_NONBLOCK);
   if (file.is_open()) {
     return file;
   }
@@ -83,9 +84,11 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
                           std::int64_t size) {
   constexpr std::int64_t kHead = 16384;
   std::string head(static_cast<std::size_t>(std::min(size, kHead)), '\0');
+  errno = 0;  // stays so where the file ends before
   if (!file.read_at(0, head.data(), head.size())) {
-    throw Failure("cannot read " + in_quotes(name) + ": " +
-                  std::generic_category().message(errno));
+    throw Failure(
+        "cannot read " + in_quotes(name) + ": " +
+        (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
   }
   const std::string_view text(head);
   const std::size_t line_end = text.find('\n');

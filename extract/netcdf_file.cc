@@ -25,8 +25,8 @@ static_assert(NetcdfFile::kGlobal == NC_GLOBAL);
 
 }  // namespace
 
-NetcdfFile::NetcdfFile(const std::string& name)
-    : netcdf_(netcdf_library()), name_(name), part_(name), file_(create()) {}
+NetcdfFile::NetcdfFile(const std::string& name, PartFile::Earlier earlier)
+    : netcdf_(netcdf_library()), name_(name), part_(name, earlier), file_(create()) {}
 
 // The library opens the part by its name, and locks it itself.
 int NetcdfFile::create() {
@@ -101,7 +101,7 @@ void NetcdfFile::put(int variable, std::span<const std::size_t> starts,
 
 void NetcdfFile::complete() {
   check(netcdf_.nc_close(file_));
-  part_.complete_unsynced();
+  part_.complete(PartFile::Durability::kUnsynced);
 }
 
 void NetcdfFile::check(int status) const {

@@ -22,7 +22,7 @@ class NetcdfFile {
  public:
   // A file that is left unfinished stays open in the library: giving it up crashes
   // there where a write has failed before, on a full disk for example.
-  explicit NetcdfFile(const std::string& name);
+  NetcdfFile(const std::string& name, PartFile::Earlier earlier);
   ~NetcdfFile() = default;
   NetcdfFile(const NetcdfFile&) = delete;
   NetcdfFile& operator=(const NetcdfFile&) = delete;

@@ -8,6 +8,7 @@
 #include "extract/netcdf_common.h"
 #include "extract/netcdf_file.h"
 #include "extract/netcdf_library.h"
+#include "extract/output_names.h"
 
 namespace veldmark::extract {
 namespace {
@@ -142,7 +143,7 @@ class GridValuesWriter {
 void load_netcdf() { netcdf_library(); }
 
 void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& block) {
-  NetcdfFile file(*job.options.output);
+  NetcdfFile file(*job.options.output, earlier_output(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfTime time(file, job.years, bounds);
   const Axis lat(file, "lat", latitudes_of(job, box), bounds);

@@ -6,6 +6,7 @@
 #include "extract/netcdf_common.h"
 #include "extract/netcdf_file.h"
 #include "extract/netcdf_output.h"
+#include "extract/output_names.h"
 
 namespace veldmark::extract {
 namespace {
@@ -99,7 +100,7 @@ class SitePlaces {
 
 void write_netcdf_sites(const Job& job, const SiteTable& table,
                         std::span<const SiteSeries> sites) {
-  NetcdfFile file(*job.options.output);
+  NetcdfFile file(*job.options.output, earlier_output(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfTime time(file, job.years, bounds);
   const int site = file.add_dimension("site", sites.size());

@@ -24,11 +24,23 @@ std::string output_title(const Options& options) {
   return title.empty() ? "standard output" : title;
 }
 
+PartFile::Earlier earlier_output(const Options& options) {
+  return options.overwrite ? PartFile::Earlier::kReplaced : PartFile::Earlier::kKept;
+}
+
+// Looks at links, too, which lead nowhere: the name is taken.
 void check_outputs(const Options& options, const companion::Inputs& inputs) {
   for (const std::string& name : output_names(options)) {
     inputs.expect_apart_from(name);
     struct stat output {};
-    if (!options.overwrite && ::stat(name.c_str(), &output) == 0) {
+    if (::lstat(name.c_str(), &output) != 0) {
+      continue;
+    }
+    if (!S_ISREG(output.st_mode) && !S_ISLNK(output.st_mode)) {
+      throw Failure("cannot write " + in_quotes(name) +
+                    ": it exists and is not a regular file");
+    }
+    if (!options.overwrite) {
       throw Failure(in_quotes(name) + " exists; --overwrite replaces it");
     }
   }

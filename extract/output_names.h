@@ -8,6 +8,7 @@
 
 #include "companion/inputs.h"
 #include "extract/command_line.h"
+#include "util/part_file.h"
 
 namespace veldmark::extract {
 
@@ -18,8 +19,12 @@ std::vector<std::string> output_names(const Options& options);
 // Returns what the output is called in messages.
 std::string output_title(const Options& options);
 
-// Throws Failure when an output is one of `inputs`, which are being read, or exists and
-// may not be replaced.
+// Returns what becomes of files that have the names of the outputs by the time when
+// these are complete.
+PartFile::Earlier earlier_output(const Options& options);
+
+// Throws Failure when an output is one of `inputs`, which are being read, is no regular
+// file, or exists and may not be replaced.
 void check_outputs(const Options& options, const companion::Inputs& inputs);
 
 }  // namespace veldmark::extract

@@ -1,5 +1,7 @@
 #include "extract/run.h"
 
+#include <sys/stat.h>
+
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -31,6 +33,11 @@ using companion::kAllIsWell;
 using companion::Surroundings;
 
 constexpr int kNothingFound = 3;
+
+// A stop signal came while series went to standard output, which may have got some.
+struct StandardOutputCut : Interrupted {
+  using Interrupted::Interrupted;
+};
 
 using Moment = std::chrono::steady_clock::time_point;
 
@@ -81,6 +88,23 @@ std::string command_line(std::span<const std::string> arguments) {
   return text;
 }
 
+std::optional<FileIdentity> identity_of(const FileDescriptor& file) {
+  struct stat status {};
+  return ::fstat(file.get(), &status) == 0 ? regular_file(status) : std::nullopt;
+}
+
+// Returns the summary.
+std::string extract_series(const Job& job) {
+  try {
+    return job.options.sites ? extract_sites(job) : extract_box(job);
+  } catch (const Interrupted& interrupted) {
+    if (job.options.output) {
+      throw;
+    }
+    throw StandardOutputCut(interrupted.signal);
+  }
+}
+
 int extract(const Options& options, std::span<const std::string> arguments,
             const Surroundings& around) {
   if (options.format == Format::kNetcdf) {
@@ -90,7 +114,7 @@ int extract(const Options& options, std::span<const std::string> arguments,
   const Moment start = std::chrono::steady_clock::now();
   const InputFile input = open_input(options);
   companion::Inputs inputs;
-  inputs.add(in_quotes(input.name), regular_file(input.name));
+  inputs.add(in_quotes(input.name), identity_of(input.file));
   if (options.sites) {
     inputs.add(in_quotes(*options.sites), regular_file(*options.sites));
   }
@@ -103,7 +127,7 @@ int extract(const Options& options, std::span<const std::string> arguments,
   if (!options.quiet && !options.longitude_note.empty()) {
     note(job, options.longitude_note);
   }
-  const std::string summary = options.sites ? extract_sites(job) : extract_box(job);
+  const std::string summary = extract_series(job);
   if (!options.quiet) {
     note(job, std::string(input.entry.short_name) + " " + years_text(job.years) + ": " +
                   summary + " to " + output_title(options) + ", " +
@@ -166,6 +190,10 @@ int run_extract(companion::Arguments arguments, const Surroundings& around) {
     } catch (const NothingFound& error) {
       companion::complain(around, kProgram) << error.what() << "\n";
       return kNothingFound;
+    } catch (const StandardOutputCut& cut) {
+      companion::complain(around, kProgram)
+          << "interrupted; what is on standard output is not complete\n";
+      return companion::kEndedBySignal + cut.signal;
     } catch (const FileFault& fault) {
       throw Failure(fault_text(fault));
     }

@@ -12,6 +12,7 @@
 #include "extract/csv_series.h"
 #include "extract/nearest_cell.h"
 #include "extract/netcdf_output.h"
+#include "extract/output_names.h"
 #include "extract/sites_file.h"
 #include "extract/text_output.h"
 #include "extract/value_texts.h"
@@ -128,7 +129,7 @@ void write_heading(const Job& job, const SiteTable& table, TextOutput& output) {
 
 void write_csv(const Job& job, const SiteTable& table, const Found& found) {
   const VariableEntry& entry = job.input.entry;
-  TextOutput output(job.options.output);
+  TextOutput output(job.options.output, earlier_output(job.options));
   write_heading(job, table, output);
   const ValueTexts texts(job.options.stored ? 0 : decimals_of(entry),
                          entry.MissingCode);

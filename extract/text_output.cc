@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "util/failure.h"
+#include "util/interrupt_watch.h"
 
 namespace veldmark::extract {
 namespace {
@@ -16,6 +17,7 @@ constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 // Another program may have left the standard output in a state where nothing waits.
 void write_to_standard_output(std::string_view text) {
   while (!text.empty()) {
+    InterruptWatch::obey();  // the reader may never go on
     const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
     if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
@@ -31,9 +33,11 @@ void write_to_standard_output(std::string_view text) {
 
 }  // namespace
 
-TextOutput::TextOutput(const std::optional<std::string>& name) : buffer_(kBufferSize) {
+TextOutput::TextOutput(const std::optional<std::string>& name,
+                       PartFile::Earlier earlier)
+    : buffer_(kBufferSize) {
   if (name) {
-    file_.emplace(*name);
+    file_.emplace(*name, earlier);
   }
 }
 
@@ -56,7 +60,7 @@ char* TextOutput::reserve(std::size_t size) {
 void TextOutput::complete() {
   write_out();
   if (file_) {
-    file_->complete_unsynced();
+    file_->complete(PartFile::Durability::kUnsynced);
   }
 }
 

@@ -15,11 +15,13 @@
 
 namespace veldmark::extract {
 
-// Throws Failure when something can't be written.
+// Throws Failure when something can't be written, and Interrupted where it has to wait
+// for the reader of standard output when an InterruptWatch has caught a signal.
 class TextOutput {
  public:
   // Begins the file `name`; standard output without a name.
-  explicit TextOutput(const std::optional<std::string>& name);
+  explicit TextOutput(const std::optional<std::string>& name,
+                      PartFile::Earlier earlier = PartFile::Earlier::kKept);
 
   void write(std::string_view text);
 

@@ -60,8 +60,8 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
     throw Failure("tsf holds at most 800 years; choose them with --years");
   }
   const std::vector<std::string> names = output_names(job.options);
-  PartFile series_part(names.front());
-  PartFile list_part(names.back());
+  PartFile series_part(names.front(), earlier_output(job.options));
+  PartFile list_part(names.back(), earlier_output(job.options));
   OutputFile series_file = output_into(series_part, names.front());
   OutputFile list_file = output_into(list_part, names.back());
   const YearSpan years{.FYOD = job.years.first, .LYOD = job.years.last};
@@ -71,8 +71,7 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
   write_cells(job, box, block, {&list, &series});
   series_file.close();
   list_file.close();
-  series_part.complete_unsynced();
-  list_part.complete_unsynced();
+  PartFile::complete_both(series_part, list_part, PartFile::Durability::kUnsynced);
 }
 
 }  // namespace veldmark::extract

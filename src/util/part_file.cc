@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -15,8 +14,10 @@
 #include "util/failure.h"
 #include "util/file_identity.h"
 #include "util/file_lock.h"
+#include "util/file_naming.h"
 #include "util/in_quotes.h"
 #include "util/interrupt_watch.h"
+#include "util/on_disk.h"
 
 namespace veldmark {
 namespace {
@@ -118,41 +119,14 @@ FileDescriptor make_part(const std::string& name, const std::string& part_name) 
   fail_busy(name);
 }
 
-// Some file systems have nothing to wait for, and say that they can't.
-bool is_on_disk(const FileDescriptor& file) {
-  int result = 0;
-  do {
-    InterruptWatch::obey();
-    result = ::fsync(file.get());
-  } while (result != 0 && errno == EINTR);
-  return result == 0 || errno == EINVAL || errno == ENOTSUP;
-}
-
-// Network file systems report a failed write only when a descriptor is closed. This one
-// has to stay open until the end, so a copy of it is closed.
-bool is_flushed(const FileDescriptor& file) {
-  FileDescriptor copy(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0));
-  return copy.is_open() && copy.close();
-}
-
-// A new name is on the disk when its folder is. The file itself is there already, so
-// that a failure loses nothing.
-void put_folder_on_disk(const std::string& name) {
-  const std::filesystem::path folder = std::filesystem::path(name).parent_path();
-  const FileDescriptor opened(folder.empty() ? "." : folder.string(),
-                              O_RDONLY | O_DIRECTORY);
-  if (opened.is_open()) {
-    ::fsync(opened.get());
-  }
-}
-
 }  // namespace
 
 std::string PartFile::part_name(const std::string& name) { return name + ".part"; }
 
-PartFile::PartFile(std::string name)
+PartFile::PartFile(std::string name, Earlier earlier)
     : name_(std::move(name)),
       part_name_(part_name(name_)),
+      earlier_(earlier),
       file_(make_part(name_, part_name_)) {}
 
 // The part is removed while it is still locked. What stands in its place by now is not
@@ -180,33 +154,97 @@ void PartFile::write_at(std::int64_t offset, std::string_view text) {
   size_ = std::max(size_, offset + static_cast<std::int64_t>(text.size()));
 }
 
-// The lock goes with the closing, so that comes last. A close that fails has nothing to
-// tell then: all is on the disk.
-void PartFile::complete() {
-  if (!is_on_disk(file_)) {
-    fail_with_errno(part_name_);
-  }
-  rename();
-  put_folder_on_disk(name_);
-  file_.close();
+void PartFile::complete(Durability durability) {
+  settle(durability);
+  take_name();
+  close(durability);
 }
 
-void PartFile::complete_unsynced() {
-  if (!is_flushed(file_)) {
-    fail_with_errno(part_name_);
+// All that is likely to fail comes before the first one has its name.
+void PartFile::complete_both(PartFile& first, PartFile& second, Durability durability) {
+  first.settle(durability);
+  second.settle(durability);
+  const Undo undo = first.take_name_for_now();
+  try {
+    second.take_name();
+  } catch (const Failure& failure) {
+    if (first.give_name_back(undo)) {
+      throw;
+    }
+    throw Failure(std::string(failure.what()) + "; " + in_quotes(first.name_) +
+                  " is the new file already");
   }
-  rename();
-  file_.close();
+  if (undo == Undo::kExchange) {
+    ::unlink(first.part_name_.c_str());  // the earlier file
+  }
+  first.close(durability);
+  second.close(durability);
 }
 
-void PartFile::rename() {
+// Makes sure that the part is written, and still this run's own.
+void PartFile::settle(Durability durability) {
+  const bool written =
+      durability == Durability::kSynced ? is_on_disk(file_) : is_flushed(file_);
+  if (!written) {
+    fail_with_errno(part_name_);
+  }
   InterruptWatch::obey();
   if (!stands_for(part_name_, file_)) {
     fail(name_, in_quotes(part_name_) + " was removed or replaced meanwhile");
   }
-  if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
+}
+
+void PartFile::take_name() {
+  if (earlier_ == Earlier::kKept) {
+    take_free_name();
+  } else if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
     fail_with_errno(name_);
   }
+}
+
+void PartFile::take_free_name() {
+  if (rename_to_free_name(part_name_, name_)) {
+    return;
+  }
+  if (errno == EEXIST) {
+    fail(name_, "another file has got this name meanwhile");
+  }
+  fail_with_errno(name_);
+}
+
+// An earlier file gets the part's name until it is no longer needed.
+PartFile::Undo PartFile::take_name_for_now() {
+  struct stat found {};
+  const bool is_free = ::lstat(name_.c_str(), &found) != 0 && errno == ENOENT;
+  if (earlier_ == Earlier::kKept || is_free) {
+    take_free_name();
+    return Undo::kRemove;
+  }
+  if (!S_ISDIR(found.st_mode) && exchange_names(part_name_, name_)) {
+    return Undo::kExchange;
+  }
+  take_name();
+  return Undo::kNothing;
+}
+
+// False when the file has to stay.
+bool PartFile::give_name_back(Undo undo) {
+  if (!stands_for(name_, file_)) {
+    return true;  // somebody else's by now
+  }
+  if (undo == Undo::kExchange) {
+    return exchange_names(part_name_, name_);
+  }
+  return undo == Undo::kRemove && ::unlink(name_.c_str()) == 0;
+}
+
+// The lock goes with the closing, so that comes last. A close that fails has nothing to
+// tell then: the content was flushed before.
+void PartFile::close(Durability durability) {
+  if (durability == Durability::kSynced) {
+    put_folder_on_disk(name_);
+  }
+  file_.close();
 }
 
 }  // namespace veldmark

@@ -12,7 +12,8 @@
 namespace veldmark {
 
 // Writes to NAME.part and renames it to NAME at the end; unless that has happened, the
-// destructor removes NAME.part. An earlier file NAME stays as it is until then. The
+// destructor removes NAME.part. An earlier file NAME stays as it is until then, or for
+// good. The
 // part is a new file of this run's own: what stood there before, left by a run that was
 // killed or put there by somebody, is removed, not written to.
 //
@@ -27,7 +28,10 @@ class PartFile {
   // renaming would put a file in the place of a device; a NAME.part that another run is
   // writing, or may be writing where another user's can't be opened; and a folder in
   // its place.
-  explicit PartFile(std::string name);
+  //
+  //   earlier    what becomes of a file that has the name when the part is complete
+  enum class Earlier { kReplaced, kKept };
+  explicit PartFile(std::string name, Earlier earlier = Earlier::kReplaced);
   ~PartFile();
   PartFile(const PartFile&) = delete;
   PartFile& operator=(const PartFile&) = delete;
@@ -48,22 +52,36 @@ class PartFile {
   // is left between is zero until it is written, too.
   void write_at(std::int64_t offset, std::string_view text);
 
-  // Waits until the file is on the disk, so that its name means a complete file even
-  // after a power failure, and gives it its name. Nothing can be written afterwards.
-  void complete();
+  // Whether a complete file waits for the disk, so that its name means a complete file
+  // even after a power failure. Unsynced is for what is quickly made again.
+  enum class Durability { kSynced, kUnsynced };
 
-  // The same, but doesn't wait for the disk: for what is quickly made again. After a
-  // power failure the file may have its name and lack content.
-  void complete_unsynced();
+  // Flushes the file and gives it its name. Nothing can be written afterwards. Fails
+  // when an earlier file is to be kept and has appeared meanwhile.
+  void complete(Durability durability = Durability::kSynced);
+
+  // The same for two files that belong together: both get their names, or neither, and
+  // then the earlier ones stay. Where the file system can't take a replacement back,
+  // the failure says that the first file is a new one.
+  static void complete_both(PartFile& first, PartFile& second, Durability durability);
 
   // Returns the bytes from the beginning to the end of what is written so far.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
  private:
-  void rename();
+  // What undoes the naming of a part.
+  enum class Undo { kNothing, kRemove, kExchange };
+
+  void settle(Durability durability);
+  void take_name();
+  void take_free_name();
+  Undo take_name_for_now();
+  [[nodiscard]] bool give_name_back(Undo undo);
+  void close(Durability durability);
 
   std::string name_;
   std::string part_name_;
+  Earlier earlier_;
   FileDescriptor file_;
   std::int64_t size_ = 0;
 };

@@ -86,7 +86,7 @@ TEST(PartFile, WithoutWaitingForTheDiskItIsTheSame) {
   write_file("grid", "earlier");
   PartFile file("grid");
   file.write("new");
-  file.complete_unsynced();
+  file.complete(PartFile::Durability::kUnsynced);
   EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
   EXPECT_EQ(PartFile("grid").size(), 0);  // the lock went with the name
 }
@@ -95,7 +95,7 @@ TEST(PartFile, APartThatIsGoneIsNotCompletedUnsyncedEither) {
   const TemporaryFolder folder;
   PartFile file("grid");
   std::filesystem::remove("grid.part");
-  expect_failure([&] { file.complete_unsynced(); },
+  expect_failure([&] { file.complete(PartFile::Durability::kUnsynced); },
                  "cannot write 'grid': 'grid.part' was removed or replaced meanwhile");
   EXPECT_EQ(folder_content(), Files{});
 }

@@ -1,0 +1,37 @@
+#include "util/on_disk.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "util/interrupt_watch.h"
+
+namespace veldmark {
+
+// Some file systems have nothing to wait for, and say that they can't.
+bool is_on_disk(const FileDescriptor& file) {
+  int result = 0;
+  do {
+    InterruptWatch::obey();
+    result = ::fsync(file.get());
+  } while (result != 0 && errno == EINTR);
+  return result == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+bool is_flushed(const FileDescriptor& file) {
+  FileDescriptor copy(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0));
+  return copy.is_open() && copy.close();
+}
+
+void put_folder_on_disk(const std::string& name) {
+  const std::filesystem::path folder = std::filesystem::path(name).parent_path();
+  const FileDescriptor opened(folder.empty() ? "." : folder.string(),
+                              O_RDONLY | O_DIRECTORY);
+  if (opened.is_open()) {
+    ::fsync(opened.get());
+  }
+}
+
+}  // namespace veldmark

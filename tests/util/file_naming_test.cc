@@ -1,0 +1,210 @@
+// Names for complete files: one file that must not replace another, and two that get
+// their names together.
+
+#include "util/file_naming.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "support/temporary_folder.h"
+#include "util/failure.h"
+#include "util/part_file.h"
+
+namespace {
+
+// File systems that can't do these two are not at hand: they fail with these errors.
+int link_error = 0;
+int exchange_error = 0;
+
+}  // namespace
+
+// Found before the C library's own.
+extern "C" int link(const char* from, const char* to) noexcept {
+  if (link_error != 0) {
+    errno = link_error;
+    return -1;
+  }
+  return static_cast<int>(::syscall(SYS_link, from, to));
+}
+
+extern "C" int renameat2(int from_folder, const char* from, int to_folder,
+                         const char* to, unsigned flags) noexcept {
+  if (exchange_error != 0) {
+    errno = exchange_error;
+    return -1;
+  }
+  return static_cast<int>(
+      ::syscall(SYS_renameat2, from_folder, from, to_folder, to, flags));
+}
+
+namespace veldmark {
+namespace {
+
+using testing::folder_content;
+using testing::TemporaryFolder;
+using testing::write_file;
+using Files = std::map<std::string, std::string>;
+using Earlier = PartFile::Earlier;
+
+class FileNaming : public ::testing::Test {
+ protected:
+  ~FileNaming() override {
+    link_error = 0;
+    exchange_error = 0;
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(FileNaming, AFreeNameIsTaken) {
+  for (const int error : {0, EPERM, EOPNOTSUPP, ENOSYS}) {
+    link_error = error;
+    write_file("a", "mine");
+    EXPECT_TRUE(rename_to_free_name("a", "b")) << error;
+    EXPECT_EQ(folder_content(), (Files{{"b", "mine"}})) << error;
+    std::filesystem::remove("b");
+  }
+}
+
+TEST_F(FileNaming, ANameThatIsTakenIsLeftAlone) {
+  for (const int error : {0, EPERM, EOPNOTSUPP, ENOSYS}) {
+    link_error = error;
+    write_file("a", "mine");
+    write_file("b", "theirs");
+    EXPECT_FALSE(rename_to_free_name("a", "b"));
+    EXPECT_EQ(errno, EEXIST) << error;
+    EXPECT_EQ(folder_content(), (Files{{"a", "mine"}, {"b", "theirs"}})) << error;
+    std::filesystem::remove("b");
+    std::filesystem::create_symlink("nowhere", "b");
+    EXPECT_FALSE(rename_to_free_name("a", "b"));
+    EXPECT_EQ(errno, EEXIST) << error;
+    EXPECT_TRUE(std::filesystem::is_symlink("b")) << error;
+    std::filesystem::remove("b");
+  }
+}
+
+TEST_F(FileNaming, AnotherErrorIsNoReasonToRename) {
+  link_error = EIO;
+  write_file("a", "mine");
+  EXPECT_FALSE(rename_to_free_name("a", "b"));
+  EXPECT_EQ(errno, EIO);
+  EXPECT_EQ(folder_content(), (Files{{"a", "mine"}}));
+}
+
+TEST_F(FileNaming, TwoFilesExchangeTheirNames) {
+  write_file("a", "one");
+  write_file("b", "two");
+  EXPECT_TRUE(exchange_names("a", "b"));
+  EXPECT_EQ(folder_content(), (Files{{"a", "two"}, {"b", "one"}}));
+  EXPECT_FALSE(exchange_names("a", "c"));
+  EXPECT_EQ(folder_content(), (Files{{"a", "two"}, {"b", "one"}}));
+}
+
+TEST_F(FileNaming, AnEarlierFileThatIsToBeKeptIsKept) {
+  PartFile file("grid", Earlier::kKept);
+  file.write("new");
+  write_file("grid", "appeared meanwhile");
+  try {
+    file.complete();
+    ADD_FAILURE();
+  } catch (const Failure& failure) {
+    EXPECT_STREQ(failure.what(),
+                 "cannot write 'grid': another file has got this name meanwhile");
+  }
+  EXPECT_EQ(folder_content(),
+            (Files{{"grid", "appeared meanwhile"}, {"grid.part", "new"}}));
+}
+
+TEST_F(FileNaming, OtherReasonsAreToldAsTheyAre) {
+  PartFile file("grid", Earlier::kKept);
+  link_error = EMLINK;
+  try {
+    file.complete();
+    ADD_FAILURE();
+  } catch (const Failure& failure) {
+    EXPECT_STREQ(failure.what(), "cannot write 'grid': Too many links");
+  }
+}
+
+// Writes two files that belong together. What `before_naming` does happens when both
+// are written. Returns the message of a failure.
+template <typename Action>
+std::string write_both(Earlier earlier, Action before_naming) {
+  PartFile first("a", earlier);
+  PartFile second("b", earlier);
+  first.write("new a");
+  second.write("new b");
+  before_naming();
+  try {
+    PartFile::complete_both(first, second);
+  } catch (const Failure& failure) {
+    return failure.what();
+  }
+  return "";
+}
+
+void do_nothing() {}
+
+TEST_F(FileNaming, TwoPartsGetTheirNames) {
+  for (const Earlier earlier : {Earlier::kKept, Earlier::kReplaced}) {
+    EXPECT_EQ(write_both(earlier, do_nothing), "");
+    EXPECT_EQ(folder_content(), (Files{{"a", "new a"}, {"b", "new b"}}));
+    std::filesystem::remove("a");
+    std::filesystem::remove("b");
+  }
+}
+
+TEST_F(FileNaming, TwoPartsReplaceEarlierFiles) {
+  for (const int error : {0, EINVAL, ENOSYS}) {
+    exchange_error = error;
+    write_file("a", "old a");
+    write_file("b", "old b");
+    EXPECT_EQ(write_both(Earlier::kReplaced, do_nothing), "");
+    EXPECT_EQ(folder_content(), (Files{{"a", "new a"}, {"b", "new b"}})) << error;
+  }
+}
+
+TEST_F(FileNaming, WithoutTheSecondOnesNameTheFirstOneHasNone) {
+  EXPECT_EQ(write_both(Earlier::kKept, [] { write_file("b", "theirs"); }),
+            "cannot write 'b': another file has got this name meanwhile");
+  EXPECT_EQ(folder_content(), (Files{{"b", "theirs"}}));
+  std::filesystem::remove("b");
+  EXPECT_EQ(
+      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
+      "cannot write 'b': Is a directory");
+  EXPECT_EQ(folder_content(), (Files{{"b", ""}}));
+}
+
+TEST_F(FileNaming, WithoutTheSecondOnesNameTheEarlierFilesStay) {
+  write_file("a", "old a");
+  EXPECT_EQ(
+      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
+      "cannot write 'b': Is a directory");
+  EXPECT_EQ(folder_content(), (Files{{"a", "old a"}, {"b", ""}}));
+}
+
+TEST_F(FileNaming, WithoutTheFirstOnesNameTheSecondOneHasNone) {
+  EXPECT_EQ(
+      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("a"); }),
+      "cannot write 'a': Is a directory");
+  EXPECT_EQ(folder_content(), (Files{{"a", ""}}));
+}
+
+TEST_F(FileNaming, AFirstOneThatHasToStayIsTold) {
+  exchange_error = EINVAL;
+  write_file("a", "old a");
+  EXPECT_EQ(
+      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
+      "cannot write 'b': Is a directory; 'a' is the new file already");
+  EXPECT_EQ(folder_content(), (Files{{"a", "new a"}, {"b", ""}}));
+}
+
+}  // namespace
+}  // namespace veldmark
