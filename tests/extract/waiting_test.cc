@@ -46,9 +46,24 @@ class Later {
   pid_t process_;
 };
 
+// Ends the process where it waits for good.
+class Deadline {
+ public:
+  Deadline() { ::alarm(kSeconds); }
+  ~Deadline() { ::alarm(0); }
+  Deadline(const Deadline&) = delete;
+  Deadline& operator=(const Deadline&) = delete;
+  Deadline(Deadline&&) = delete;
+  Deadline& operator=(Deadline&&) = delete;
+
+ private:
+  static constexpr unsigned kSeconds = 20;
+};
+
 void stop(pid_t process) { ::kill(process, SIGINT); }
 
 TEST(Waiting, ATableOfSitesMayComeThroughAPipe) {
+  const Deadline deadline;
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("sites", 0600), 0);
   const Later writer([](pid_t /*parent*/) { write_file("sites", "lat,lon\n1,2\n"); });
@@ -56,6 +71,7 @@ TEST(Waiting, ATableOfSitesMayComeThroughAPipe) {
 }
 
 TEST(Waiting, ForATableOfSitesEndsWithAStopSignal) {
+  const Deadline deadline;
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("sites", 0600), 0);
   const InterruptWatch watch;
@@ -73,6 +89,7 @@ bool stops_before_a_full_pipe() {
   ::fcntl(ends[1], F_SETFL, 0);
   const pid_t child = ::fork();
   if (child == 0) {
+    const Deadline deadline;
     ::dup2(ends[1], STDOUT_FILENO);
     const InterruptWatch watch;
     const Later signal(stop);
