@@ -25,17 +25,25 @@ void AreaMean::add(double latitude, std::span<const std::int16_t> series) {
   }
 }
 
-std::string AreaMean::mean_text(std::size_t month, std::int32_t decimals) const {
+std::optional<double> AreaMean::mean(std::size_t month, std::int32_t decimals) const {
+  constexpr double kTen = 10;
   if (cells_[month] == 0) {
-    return "";
+    return std::nullopt;
   }
+  return sums_[month] / weights_[month] / std::pow(kTen, decimals);
+}
+
+std::string AreaMean::mean_text(std::size_t month, std::int32_t decimals) const {
   constexpr std::int32_t kMoreDecimals = 2;
   constexpr std::size_t kLongest = 32;
-  constexpr double kTen = 10;
-  const double mean = sums_[month] / weights_[month] / std::pow(kTen, decimals);
+  const std::optional<double> value = mean(month, decimals);
+  if (!value) {
+    return "";
+  }
   std::array<char, kLongest> digits{};
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), mean,
-                                    std::chars_format::fixed, decimals + kMoreDecimals);
+  const auto result =
+      std::to_chars(digits.data(), digits.data() + digits.size(), *value,
+                    std::chars_format::fixed, decimals + kMoreDecimals);
   const std::string text(digits.data(), result.ptr);
   const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
   return is_zero && text.starts_with('-') ? text.substr(1) : text;

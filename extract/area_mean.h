@@ -4,6 +4,7 @@
 #define VELDMARK_EXTRACT_AREA_MEAN_H_
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -21,9 +22,17 @@ class AreaMean {
 
   // How many cells have data in a month, counted from 0.
   [[nodiscard]] std::int32_t cells(std::size_t month) const { return cells_[month]; }
+  [[nodiscard]] std::span<const std::int32_t> cells() const { return cells_; }
 
-  // Returns the mean of a month divided by 10^decimals, in plain decimals with two more
-  // than the values have, rounded; empty for a month without cells.
+  [[nodiscard]] std::size_t month_count() const { return cells_.size(); }
+
+  // Returns the mean of a month divided by 10^decimals; nothing for a month without
+  // cells.
+  [[nodiscard]] std::optional<double> mean(std::size_t month,
+                                           std::int32_t decimals) const;
+
+  // Returns the same in plain decimals with two more than the values have, rounded;
+  // empty for a month without cells.
   [[nodiscard]] std::string mean_text(std::size_t month, std::int32_t decimals) const;
 
  private:

@@ -23,6 +23,9 @@ struct Years {
   std::int32_t last = 0;
 };
 
+// Returns "1901-2016".
+std::string years_text(const Years& years);
+
 // What to do. Every value has been checked as far as that is possible without the
 // input file: the years against those of the file are not, nor is the variable's name.
 struct Options {

@@ -17,10 +17,6 @@
 namespace veldmark::extract {
 namespace {
 
-std::string years_text(const Years& years) {
-  return std::to_string(years.first) + "-" + std::to_string(years.last);
-}
-
 // The variable and the file that it stands for, if the input is a short name.
 struct Named {
   const VariableEntry* entry = nullptr;

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "companion/run.h"
 #include "extract/cell_set.h"
@@ -41,6 +42,18 @@ SeriesBlock read_cells_of(const Job& job, const CellSet& cells);
 // Does a series hold data: in any month or, where that rule was chosen or the format
 // has it, in the first month? An empty series holds none.
 bool has_data(const Job& job, std::span<const std::int16_t> series);
+
+// Calls `use` with each of `cells` that has data, and its series.
+template <typename Use>
+void for_each_series(const Job& job, const std::vector<Cell>& cells,
+                     const SeriesBlock& block, Use use) {
+  for (const Cell& cell : cells) {
+    const std::span<const std::int16_t> series = block.series(cell);
+    if (has_data(job, series)) {
+      use(cell, series);
+    }
+  }
+}
 
 // Returns the first month of the variance test's second period, counted from 0.
 // Requires that the test is asked for.

@@ -29,6 +29,14 @@ std::string without_folders(const std::string& name) {
   return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
 }
 
+std::string subject_of(const Job& job) {
+  const std::string name(job.input.entry.long_name);
+  if (job.options.area_mean) {
+    return "area mean of " + name;
+  }
+  return job.options.variance_test ? "variance test of " + name : name;
+}
+
 }  // namespace
 
 NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
@@ -64,11 +72,14 @@ void NetcdfTime::put(NetcdfFile& file) const {
 int add_degrees(NetcdfFile& file, std::string_view name,
                 std::span<const int> dimensions) {
   const bool is_latitude = name.ends_with("lat");
+  const std::string long_name = is_latitude ? "latitude" : "longitude";
   const int variable = file.add_variable(name, NetcdfFile::Type::kDouble, dimensions);
   if (name == "lat" || name == "lon") {
-    file.add_text(variable, "standard_name", is_latitude ? "latitude" : "longitude");
+    file.add_text(variable, "standard_name", long_name);
+    file.add_text(variable, "long_name", long_name);
+  } else {
+    file.add_text(variable, "long_name", long_name + " of the cell's centre");
   }
-  file.add_text(variable, "long_name", is_latitude ? "latitude" : "longitude");
   file.add_text(variable, "units", is_latitude ? "degrees_north" : "degrees_east");
   return variable;
 }
@@ -95,8 +106,7 @@ void describe_file(NetcdfFile& file, const Job& job) {
   const std::string source = without_folders(job.input.name);
   file.add_text(kAll, "Conventions", "CF-1.8");
   file.add_text(kAll, "title",
-                std::string(entry.long_name) + ", " + std::to_string(job.years.first) +
-                    "-" + std::to_string(job.years.last) + ", from " + source);
+                subject_of(job) + ", " + years_text(job.years) + ", from " + source);
   if (entry.is_in_cru_ts_distribution) {
     file.add_text(kAll, "institution",
                   "University of East Anglia Climatic Research Unit");

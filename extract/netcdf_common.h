@@ -30,7 +30,8 @@ class NetcdfTime {
   int ends_;
 };
 
-// Defines a coordinate in degrees, "lat" or "lon". Returns its number.
+// Defines a coordinate in degrees: "lat" or "lon", or "cell_lat" or "cell_lon" where
+// those are the place of a site. Returns its number.
 int add_degrees(NetcdfFile& file, std::string_view name,
                 std::span<const int> dimensions);
 

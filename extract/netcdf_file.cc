@@ -13,6 +13,8 @@ int type_number(NetcdfFile::Type type) {
       return NC_SHORT;
     case NetcdfFile::Type::kInt:
       return NC_INT;
+    case NetcdfFile::Type::kFloat:
+      return NC_FLOAT;
     case NetcdfFile::Type::kString:
       return NC_STRING;
     case NetcdfFile::Type::kDouble:
@@ -22,6 +24,9 @@ int type_number(NetcdfFile::Type type) {
 }
 
 static_assert(NetcdfFile::kGlobal == NC_GLOBAL);
+static_assert(NetcdfFile::kNoInt == NC_FILL_INT);
+static_assert(NetcdfFile::kNoFloat == NC_FILL_FLOAT);
+static_assert(NetcdfFile::kNoDouble == NC_FILL_DOUBLE);
 
 }  // namespace
 
@@ -69,6 +74,22 @@ void NetcdfFile::set_storage(int variable, std::int16_t MissingCode,
                              std::int32_t deflate) {
   check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &MissingCode));
   check(netcdf_.nc_def_var_chunking(file_, variable, NC_CHUNKED, chunks.data()));
+  compress(variable, deflate);
+}
+
+void NetcdfFile::fill_with(int variable, std::int32_t missing) {
+  check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &missing));
+}
+
+void NetcdfFile::fill_with(int variable, float missing) {
+  check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &missing));
+}
+
+void NetcdfFile::fill_with(int variable, double missing) {
+  check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &missing));
+}
+
+void NetcdfFile::compress(int variable, std::int32_t deflate) {
   if (deflate > 0) {
     check(netcdf_.nc_def_var_deflate(file_, variable, NC_SHUFFLE, 1, deflate));
   }
@@ -78,6 +99,10 @@ void NetcdfFile::end_definitions() { check(netcdf_.nc_enddef(file_)); }
 
 void NetcdfFile::put(int variable, std::span<const double> values) {
   check(netcdf_.nc_put_var_double(file_, variable, values.data()));
+}
+
+void NetcdfFile::put(int variable, std::span<const float> values) {
+  check(netcdf_.nc_put_var_float(file_, variable, values.data()));
 }
 
 void NetcdfFile::put(int variable, std::span<const std::int32_t> values) {

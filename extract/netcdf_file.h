@@ -31,7 +31,7 @@ class NetcdfFile {
 
   int add_dimension(std::string_view name, std::size_t size);
 
-  enum class Type { kShort, kInt, kDouble, kString };
+  enum class Type { kShort, kInt, kFloat, kDouble, kString };
   int add_variable(std::string_view name, Type type, std::span<const int> dimensions);
 
   // Empty texts are left out. kGlobal stands for the whole file.
@@ -44,11 +44,23 @@ class NetcdfFile {
   void set_storage(int variable, std::int16_t MissingCode,
                    std::span<const std::size_t> chunks, std::int32_t deflate);
 
+  // What stands for a value that is not there, and says so of a variable.
+  static constexpr std::int32_t kNoInt = -2147483647;
+  static constexpr float kNoFloat = 9.9692099683868690e+36F;
+  static constexpr double kNoDouble = 9.9692099683868690e+36;
+  void fill_with(int variable, std::int32_t missing);
+  void fill_with(int variable, float missing);
+  void fill_with(int variable, double missing);
+
+  // The level of a variable's compression, 0 for none.
+  void compress(int variable, std::int32_t deflate);
+
   // Ends the definitions; what follows is values.
   void end_definitions();
 
   // A whole variable.
   void put(int variable, std::span<const double> values);
+  void put(int variable, std::span<const float> values);
   void put(int variable, std::span<const std::int32_t> values);
   void put(int variable, std::span<const std::string> values);
 

@@ -48,6 +48,7 @@ NetcdfLibrary load() {
   find(library, "nc_put_att_text", functions.nc_put_att_text);
   find(library, "nc_put_att_double", functions.nc_put_att_double);
   find(library, "nc_put_var_double", functions.nc_put_var_double);
+  find(library, "nc_put_var_float", functions.nc_put_var_float);
   find(library, "nc_put_var_int", functions.nc_put_var_int);
   find(library, "nc_put_var_string", functions.nc_put_var_string);
   find(library, "nc_put_vara_short", functions.nc_put_vara_short);

@@ -22,6 +22,7 @@ struct NetcdfLibrary {
   decltype(&::nc_put_att_text) nc_put_att_text;
   decltype(&::nc_put_att_double) nc_put_att_double;
   decltype(&::nc_put_var_double) nc_put_var_double;
+  decltype(&::nc_put_var_float) nc_put_var_float;
   decltype(&::nc_put_var_int) nc_put_var_int;
   decltype(&::nc_put_var_string) nc_put_var_string;
   decltype(&::nc_put_vara_short) nc_put_vara_short;

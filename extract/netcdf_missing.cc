@@ -24,4 +24,19 @@ void write_netcdf_sites(const Job& /*job*/, const SiteTable& /*table*/,
   fail();
 }
 
+void write_netcdf_area_mean(const Job& /*job*/, const BoxCells& /*box*/,
+                            const AreaMean& /*mean*/) {
+  fail();
+}
+
+void write_netcdf_grid_tests(const Job& /*job*/, const BoxCells& /*box*/,
+                             const SeriesBlock& /*block*/) {
+  fail();
+}
+
+void write_netcdf_site_tests(const Job& /*job*/, const SiteTable& /*table*/,
+                             std::span<const SiteSeries> /*sites*/) {
+  fail();
+}
+
 }  // namespace veldmark::extract

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 #include <vector>
 
+#include "extract/netcdf_axes.h"
 #include "extract/netcdf_common.h"
 #include "extract/netcdf_file.h"
 #include "extract/netcdf_library.h"
@@ -13,65 +13,10 @@
 namespace veldmark::extract {
 namespace {
 
-constexpr double kHalfACell = 0.25;
-constexpr double kCircle = 360;
-
 // The sizes of the chunks of a grid: a series of a cell and a map of a month both touch
 // few of them.
 constexpr std::size_t kChunkMonths = 240;
 constexpr std::size_t kChunkCells = 30;
-
-std::vector<double> latitudes_of(const Job& job, const BoxCells& box) {
-  std::vector<double> latitudes;
-  for (const std::int32_t row : box.rows_from_south) {
-    latitudes.push_back(centre_of({row, 1}, job.input.entry.row_order).latitude);
-  }
-  return latitudes;
-}
-
-std::vector<double> longitudes_of(const BoxCells& box) {
-  std::vector<double> longitudes;
-  for (const std::int32_t column : box.columns_from_west) {
-    double longitude = centre_of({1, column}, RowOrder::kSouthFirst).longitude;
-    if (!longitudes.empty() && longitude < longitudes.front()) {
-      longitude += kCircle;
-    }
-    longitudes.push_back(longitude);
-  }
-  return longitudes;
-}
-
-// A latitude or longitude of a grid, with its bounds.
-class Axis {
- public:
-  Axis(NetcdfFile& file, std::string_view name, std::vector<double> centres, int bounds)
-      : centres_(std::move(centres)),
-        dimension_(file.add_dimension(name, centres_.size())),
-        variable_(add_degrees(file, name, std::array{dimension_})),
-        ends_(file.add_variable(std::string(name) + "_bnds", NetcdfFile::Type::kDouble,
-                                std::array{dimension_, bounds})) {
-    file.add_text(variable_, "axis", name == "lat" ? "Y" : "X");
-    file.add_text(variable_, "bounds", std::string(name) + "_bnds");
-  }
-
-  [[nodiscard]] int dimension() const { return dimension_; }
-  [[nodiscard]] std::size_t size() const { return centres_.size(); }
-
-  void put(NetcdfFile& file) const {
-    std::vector<double> ends;
-    for (const double centre : centres_) {
-      ends.insert(ends.end(), {centre - kHalfACell, centre + kHalfACell});
-    }
-    file.put(variable_, centres_);
-    file.put(ends_, ends);
-  }
-
- private:
-  std::vector<double> centres_;
-  int dimension_;
-  int variable_;
-  int ends_;
-};
 
 // Writes the values of a grid, each chunk once.
 class GridValuesWriter {
@@ -146,8 +91,8 @@ void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& b
   NetcdfFile file(*job.options.output, earlier_output(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfTime time(file, job.years, bounds);
-  const Axis lat(file, "lat", latitudes_of(job, box), bounds);
-  const Axis lon(file, "lon", longitudes_of(box), bounds);
+  const NetcdfAxis lat(file, "lat", latitudes_of(job, box), bounds);
+  const NetcdfAxis lon(file, "lon", longitudes_of(box), bounds);
   const std::array dimensions{time.dimension(), lat.dimension(), lon.dimension()};
   const std::array chunks{std::min(kChunkMonths, block.month_count()),
                           std::min(kChunkCells, lat.size()),

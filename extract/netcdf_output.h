@@ -1,11 +1,13 @@
-// Series as netCDF-4 after the CF conventions: a grid, or the series of sites.
+// What is extracted as netCDF-4 after the CF conventions: series, area means and
+// variance tests, of a grid or of sites.
 
 #ifndef VELDMARK_EXTRACT_NETCDF_OUTPUT_H_
 #define VELDMARK_EXTRACT_NETCDF_OUTPUT_H_
 
 #include <span>
 
-#include "extract/box_job.h"
+#include "extract/area_mean.h"
+#include "extract/box_cells.h"
 #include "extract/job.h"
 #include "extract/sites_file.h"
 #include "extract/sites_job.h"
@@ -24,6 +26,18 @@ void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& b
 // Writes the series of sites. Throws Failure.
 void write_netcdf_sites(const Job& job, const SiteTable& table,
                         std::span<const SiteSeries> sites);
+
+// Writes the mean over the cells of a box, and how many cells have data, of each month.
+// The mean is not rounded. Throws Failure.
+void write_netcdf_area_mean(const Job& job, const BoxCells& box, const AreaMean& mean);
+
+// Writes the variance test of each cell of a box, as maps. Throws Failure.
+void write_netcdf_grid_tests(const Job& job, const BoxCells& box,
+                             const SeriesBlock& block);
+
+// Writes the variance test of each site. Throws Failure.
+void write_netcdf_site_tests(const Job& job, const SiteTable& table,
+                             std::span<const SiteSeries> sites);
 
 }  // namespace veldmark::extract
 

@@ -27,10 +27,13 @@ void check_place(const Options& options) {
 
 void check_what_and_how(const Options& options, bool deflate_given) {
   const bool csv = options.format == Format::kCsv;
+  const bool tsf = options.format == Format::kTsf;
   refuse(options.area_mean && options.variance_test,
          "--area-mean excludes --variance-test");
-  refuse(options.area_mean && !csv, "--area-mean is written as csv only");
-  refuse(options.variance_test && !csv, "--variance-test is written as csv only");
+  refuse(options.area_mean && tsf,
+         "--area-mean is written as csv or netcdf: tsf holds series of cells");
+  refuse(options.variance_test && tsf,
+         "--variance-test is written as csv or netcdf: tsf holds series of cells");
   refuse(options.wide && !csv, "--wide goes with csv only");
   refuse(options.wide && options.area_mean,
          "--wide excludes --area-mean: each month has a count of cells beside it");
@@ -46,7 +49,7 @@ void check_what_and_how(const Options& options, bool deflate_given) {
          "--deflate goes with netcdf only");
   refuse(options.format != Format::kCsv && !options.output,
          "--output is needed: only csv is written to standard output");
-  refuse(options.format == Format::kTsf && options.sites.has_value(),
+  refuse(tsf && options.sites.has_value(),
          "--sites is written as csv or netcdf: tsf has no room for the sites");
 }
 

@@ -50,10 +50,6 @@ std::string seconds_since(Moment start) {
   return {digits.data(), result.ptr};
 }
 
-std::string years_text(const Years& years) {
-  return std::to_string(years.first) + "-" + std::to_string(years.last);
-}
-
 // The standard calendar of netCDF is another one before.
 constexpr std::int32_t kFirstGregorianYear = 1583;
 

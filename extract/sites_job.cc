@@ -139,7 +139,8 @@ void write_csv(const Job& job, const SiteTable& table, const Found& found) {
         place_columns(table.sites[site.site], site.cell, entry.row_order);
     if (job.options.variance_test) {
       output.write(place);
-      output.write(variance_columns(site.series, second_period(job), entry));
+      output.write(
+          variance_columns(test_variance(site.series, second_period(job), entry)));
       output.write("\n");
     } else {
       csv.write(place, site.series);
@@ -169,10 +170,12 @@ std::string extract_sites(const Job& job) {
   if (found.sites.empty()) {
     throw NothingFound("no site has data");
   }
-  if (job.options.format == Format::kNetcdf) {
-    write_netcdf_sites(job, table, found.sites);
-  } else {
+  if (job.options.format == Format::kCsv) {
     write_csv(job, table, found);
+  } else if (job.options.variance_test) {
+    write_netcdf_site_tests(job, table, found.sites);
+  } else {
+    write_netcdf_sites(job, table, found.sites);
   }
   return count_of(std::ssize(table.sites), "site") + ", " +
          std::to_string(found.left_out.size()) + " left out, " +

@@ -3,7 +3,7 @@
 #ifndef VELDMARK_EXTRACT_TSF_OUTPUT_H_
 #define VELDMARK_EXTRACT_TSF_OUTPUT_H_
 
-#include "extract/box_job.h"
+#include "extract/box_cells.h"
 #include "extract/job.h"
 
 namespace veldmark::extract {

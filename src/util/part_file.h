@@ -63,7 +63,8 @@ class PartFile {
   // The same for two files that belong together: both get their names, or neither, and
   // then the earlier ones stay. Where the file system can't take a replacement back,
   // the failure says that the first file is a new one.
-  static void complete_both(PartFile& first, PartFile& second, Durability durability);
+  static void complete_both(PartFile& first, PartFile& second,
+                            Durability durability = Durability::kSynced);
 
   // Returns the bytes from the beginning to the end of what is written so far.
   [[nodiscard]] std::int64_t size() const { return size_; }

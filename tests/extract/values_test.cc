@@ -89,17 +89,17 @@ TEST(VarianceColumns, TestsInPhysicalUnits) {
   const std::vector<std::int16_t> series{100, 250,  300,  500, 900, 1200, 1100, 800,
                                          600, 400,  200,  150, 90,  260,  310,  480,
                                          950, 1250, 1000, 850, 580, 420,  180,  160};
-  EXPECT_EQ(variance_columns(series, 12, *find_by_short_name("frs")),
+  EXPECT_EQ(variance_columns(test_variance(series, 12, *find_by_short_name("frs"))),
             "1.0209159,0.96354294,12,12,21,21");
 }
 
 TEST(VarianceColumns, LeavesMissingMonthsOutAndSaysNaNWithoutAResult) {
   const std::vector<std::int16_t> missing(24, -999);
-  EXPECT_EQ(variance_columns(missing, 12, *find_by_short_name("tmp")),
+  EXPECT_EQ(variance_columns(test_variance(missing, 12, *find_by_short_name("tmp"))),
             "NaN,NaN,0,0,2,2");
   std::vector<std::int16_t> series(24, 0);
   series[20] = -999;
-  EXPECT_EQ(variance_columns(series, 12, *find_by_short_name("frs")),
+  EXPECT_EQ(variance_columns(test_variance(series, 12, *find_by_short_name("frs"))),
             "NaN,NaN,12,11,2,2");
 }
 
