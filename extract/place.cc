@@ -17,10 +17,7 @@ namespace {
 constexpr double kPole = 90;
 constexpr double kMeridian = 180;
 constexpr double kCircle = 360;
-constexpr double kCellsPerDegree = 2;
-
-constexpr double kSouthernmost = -89.75;
-constexpr double kWesternmost = -179.75;
+constexpr double kCellsPerDegree = 1 / kCellSize;
 
 // Splits "A:B" or "A,B" into two numbers; nothing for any other text.
 std::optional<std::pair<double, double>> parse_pair(std::string_view text,
@@ -65,8 +62,10 @@ std::int32_t row_in_order(std::int32_t row_from_south, RowOrder order) {
 }
 
 void set_columns(const Box& box, GridRanges& ranges) {
-  const std::int32_t west = first_at_or_above(box.west, kWesternmost, kGridColumns);
-  const std::int32_t east = last_at_or_below(box.east, kWesternmost, kGridColumns);
+  const std::int32_t west =
+      first_at_or_above(box.west, kWesternmostCentre, kGridColumns);
+  const std::int32_t east =
+      last_at_or_below(box.east, kWesternmostCentre, kGridColumns);
   if (box.west <= box.east) {
     ranges.FirstCol = west;
     ranges.LastCol = east;
@@ -183,8 +182,10 @@ Point parse_point(std::string_view text) {
 
 GridRanges ranges_of(const Box& box, RowOrder order) {
   GridRanges ranges;
-  const std::int32_t south = first_at_or_above(box.south, kSouthernmost, kGridRows);
-  const std::int32_t north = last_at_or_below(box.north, kSouthernmost, kGridRows);
+  const std::int32_t south =
+      first_at_or_above(box.south, kSouthernmostCentre, kGridRows);
+  const std::int32_t north =
+      last_at_or_below(box.north, kSouthernmostCentre, kGridRows);
   const bool south_first = order == RowOrder::kSouthFirst;
   ranges.FirstRow = row_in_order(south_first ? south : north, order);
   ranges.LastRow = row_in_order(south_first ? north : south, order);
