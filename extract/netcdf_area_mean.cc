@@ -44,6 +44,7 @@ int add_cells(NetcdfFile& file, const Job& job, int time) {
   file.compress(variable, job.options.deflate);
   file.add_text(variable, "long_name", "number of cells with data");
   file.add_text(variable, "units", "1");
+  file.add_text(variable, "coordinates", "lat lon");
   return variable;
 }
 

@@ -34,6 +34,9 @@ NetcdfSiteTable::NetcdfSiteTable(NetcdfFile& file, const SiteTable& table, int s
   file.add_text(number_, "long_name", "number of the site in its table");
   file.add_text(distance_, "long_name", "distance of the cell's centre");
   file.add_text(distance_, "units", "km");
+  for (const int variable : {cell_lat_, cell_lon_, distance_}) {
+    file.add_text(variable, "coordinates", kCoordinates);
+  }
   for (std::size_t i = 0; i < table.header.size(); ++i) {
     const bool is_name = i == table.name_column;
     columns_.push_back(

@@ -21,8 +21,8 @@ class NetcdfSiteTable {
   // Defines them. `table` must outlive this.
   NetcdfSiteTable(NetcdfFile& file, const SiteTable& table, int sites);
 
-  // What the variables of a site name as their coordinates.
-  static constexpr std::string_view kCoordinates = "lat lon site";
+  // What the variables of the sites name as their coordinates.
+  static constexpr std::string_view kCoordinates = "lat lon";
 
   // The variable that tells the sites apart.
   [[nodiscard]] int number() const { return number_; }

@@ -150,7 +150,7 @@ def tests_of_grid(path):
 def tests_of_sites(path):
     text = ncdump(path)
     assert "featureType" not in text and "cf_role" not in text  # which are for series
-    assert 'f:coordinates = "lat lon site"' in text
+    assert 'f:coordinates = "lat lon"' in text
     places = zip(*(map(float, data_of_ncdump(text, title)) for title in ("cell_lat", "cell_lon")))
     columns = zip(*(data_of_ncdump(text, title) for title in TITLES))
     return dict(zip(places, columns, strict=True))

@@ -51,6 +51,7 @@ _SCRIPTS: Dict[str, Tuple[str, ...]] = {
         "tests/extract/sites_search.py", "--extract", "{programs}/veldmark-extract",
     ),
     "values of the sample": ("tests/extract/sample_values.py", "--tools", "{programs}"),
+    "means and tests": ("tests/extract/means_and_tests.py", "{programs}"),
 }
 
 _HELPERS = ("failing_calls", "failing_memory")  # what the scripts need besides the programs

@@ -4,6 +4,7 @@
 """
 
 import os
+import re
 import shutil
 import unittest
 
@@ -36,6 +37,22 @@ class Setup(ScriptTest):
             self.assertIn(f"there is no purpose '{purposes[-1]}'", result.stderr)
             self.assertEqual(result.stdout, "")
         self.assertFalse((self.folder / "installed").exists())
+
+    def test_lists_the_purposes_that_it_knows_and_check_asks_for_no_others(self):
+        listed = re.findall(r"^#   ([a-z]+) +", SETUP.read_text(), re.M)
+        self.assertIn("readers", listed)
+        refusal = self.run_script(SETUP, "nonsense", PATH=self.system_with_all()).stderr
+        told = re.findall("[a-z]+", refusal.partition("the purposes are")[2])
+        self.assertEqual([word for word in told if word != "and"], listed)
+        result = self.run_script(SETUP, *listed, PATH=self.system_with_all())
+        self.assertEqual(result.returncode, 0, result.stderr)
+        asked = re.findall(r"^ *set_up (.*)", (TOP / "check").read_text(), re.M)
+        self.assertTrue(asked)
+        self.assertLessEqual(set(" ".join(asked).split()), set(listed))
+
+    def test_the_quick_check_needs_no_other_readers(self):
+        quick = re.search(r"check_quickly\(\) {\n  set_up (.*)", (TOP / "check").read_text())
+        self.assertEqual(quick[1], "check")
 
     def system_with_all(self):
         shutil.rmtree(self.folder / "bin", ignore_errors=True)
