@@ -5,6 +5,7 @@ import subprocess
 from extracts import TOP
 
 RECIPES = TOP / "docs" / "recipes"
+FONTS = TOP / "tests" / "recipes" / "fonts.conf"
 
 
 class Language:
@@ -18,6 +19,7 @@ class Language:
         return subprocess.run([*self.command, str(folder / self.script),
                                *map(str, arguments)], encoding="utf-8", capture_output=True,
                               env={**os.environ, "LC_ALL": locale,
+                                   "FONTCONFIG_FILE": str(FONTS),
                                    "PYTHONDONTWRITEBYTECODE": "1"})
 
 
