@@ -120,11 +120,15 @@ class Demo(ScriptTest):
         super().setUp()
         self.top = self.folder / "a $checkout"
         self.copy("demo", "scripts", "docs/recipes", "data/sample", to=self.top)
-        for name in ("veldmark", "tersify", "series_to_grid"):
+        for name in ("veldmark", "tersify", "series_to_grid", "veldmark-extract"):
             (self.top / "build").mkdir(exist_ok=True)
             (self.top / "build" / name).symlink_to(PROGRAMS / name)
+        if not (PROGRAMS / "veldmark-extract").exists():  # its libraries are not here
+            (self.top / "build" / "veldmark-extract").unlink()
+            self.stand_in(self.top / "build" / "veldmark-extract", "echo extracted\n")
         for name in ("cmake", "ninja", "c++"):
             self.stand_in(self.folder / "bin" / name, "exit 0\n")
+        self.stand_in(self.top / "scripts" / "setup", 'echo "set up: $*"\n')
         self.environment["PATH"] = f"{self.folder / 'bin'}:{self.environment['PATH']}"
 
     def test_shows_the_way_to_a_picture_and_can_be_run_again(self):
@@ -133,6 +137,19 @@ class Demo(ScriptTest):
             self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(extracted_series(self.top / "demo-run" / SERIES), sample_series())
         self.assertTrue((self.top / "demo-run" / f"{CONDENSED}.map.svg").exists())
+
+    def test_ends_with_an_extract_of_the_same_values(self):
+        result = self.run_script("bash", "demo", folder=self.top)
+        self.assertIn("set up: demo extract\n", result.stdout)
+        shown = result.stdout.split("== The same values without questions")[1].splitlines()
+        if not (PROGRAMS / "veldmark-extract").exists():
+            self.assertEqual(shown[1], "extracted")
+            return
+        series = sample_series()[-139.75, 60.25]
+        years = [[f"{value / 10:.1f}" for value in series[12 * year : 12 * year + 12]]
+                 for year in range(5)]
+        self.assertEqual(shown[2:8], [*(",".join(["60.25,-139.75", str(1901 + year), *values])
+                                        for year, values in enumerate(years)), ""])
 
     def test_its_last_words_can_be_typed(self):
         result = self.run_script("bash", "demo", folder=self.top)
