@@ -8,6 +8,7 @@
 
 #include "extract/cf_attributes.h"
 #include "extract/citation.h"
+#include "extract/release.h"
 #include "grid/grid_layout.h"
 
 namespace veldmark::extract {
@@ -105,15 +106,17 @@ void describe_file(NetcdfFile& file, const Job& job) {
   const VariableEntry& entry = job.input.entry;
   const std::string source = without_folders(job.input.name);
   file.add_text(kAll, "Conventions", "CF-1.8");
+  const Release release = release_of(entry, source);
   file.add_text(kAll, "title",
-                subject_of(job) + ", " + years_text(job.years) + ", from " + source);
+                subject_of(job) + ", " + years_text(job.years) + ", from " +
+                    (release.number.empty() ? "" : release.title + ", ") + source);
   if (entry.is_in_cru_ts_distribution) {
     file.add_text(kAll, "institution",
                   "University of East Anglia Climatic Research Unit");
   }
   file.add_text(kAll, "source", source);
-  if (source == entry.DataFileName.trimmed()) {  // another release is cited otherwise
-    file.add_text(kAll, "references", citation_text(entry));
+  if (!release.number.empty()) {
+    file.add_text(kAll, "references", citation_of_file(entry, source, job.input.years));
   }
   file.add_text(kAll, "history", now_in_utc() + " veldmark-extract" + job.command_line);
 }

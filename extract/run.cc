@@ -139,14 +139,18 @@ int cite(const Options& options, const Surroundings& around) {
                   << "scPDSI: " << citation_text(VariableCatalogue.back()) << "\n";
     return kAllIsWell;
   }
-  const VariableEntry* entry = find_by_short_name(options.input);
-  if (entry == nullptr) {
-    entry = find_by_file_name(options.input);
+  if (const VariableEntry* entry = find_by_short_name(options.input)) {
+    around.output << citation_text(*entry) << "\n";
+    return kAllIsWell;
   }
+  const VariableEntry* entry = options.variable ? find_by_short_name(*options.variable)
+                                                : find_by_file_name(options.input);
   if (entry == nullptr) {
-    throw UsageError(in_quotes(options.input) + ": the variables are " + short_names());
+    throw UsageError(in_quotes(options.variable.value_or(options.input)) +
+                     ": the variables are " + short_names());
   }
-  around.output << citation_text(*entry) << "\n";
+  around.output << citation_of_file(*entry, options.input, years_of_name(options.input))
+                << "\n";
   return kAllIsWell;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "extract/output_names.h"
+#include "extract/release.h"
 #include "output/cell_list_file.h"
 #include "output/output_file.h"
 #include "output/time_series_file.h"
@@ -65,9 +66,11 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
   OutputFile series_file = output_into(series_part, names.front());
   OutputFile list_file = output_into(list_part, names.back());
   const YearSpan years{.FYOD = job.years.first, .LYOD = job.years.last};
-  TimeSeriesFile series(series_file, job.input.entry, years);
-  CellListFile list(list_file, OutputName::cut(without_folders(names.front())),
-                    job.input.entry, box.ranges.CrossesDateLine);
+  const VariableEntry entry =
+      with_release(job.input.entry, release_of(job.input.entry, job.input.name));
+  TimeSeriesFile series(series_file, entry, years);
+  CellListFile list(list_file, OutputName::cut(without_folders(names.front())), entry,
+                    box.ranges.CrossesDateLine);
   write_cells(job, box, block, {&list, &series});
   series_file.close();
   list_file.close();

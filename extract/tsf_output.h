@@ -10,7 +10,8 @@ namespace veldmark::extract {
 
 // Writes NAME.TSF and NAME.XY with the cells of `box` that have data, in the order of
 // the file, as a fresh dialogue writes them for the same cells; both appear when both
-// are complete. The cell list shows the name of the series without folders.
+// are complete. The cell list shows the name of the series without folders. Headings
+// name the release of the input, not that of the dialogue.
 // Throws Failure or FileFault when something can't be written.
 void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block);
 

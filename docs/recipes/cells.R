@@ -57,8 +57,8 @@ if (length(chosen) != 1)
 means <- annual[cell == chosen]
 months <- months[cell == chosen, , drop = FALSE]
 
-data_set <- trimws(substring(readLines(tsf, 1), 24, 36))
-variable <- data_sets[data_sets$name == data_set, ]
+heading <- readLines(tsf, 1)
+variable <- data_sets[data_sets$name == data_set_of(heading), ]
 say <- function(label, ...) cat(sprintf("%-18s", label), sprintf(...), "\n")
 say("data", "%s, %s", variable$quantity, variable$unit)
 say("cells", "%d", nrow(cells))
@@ -199,7 +199,9 @@ draw_cells <- function(which, col = NA, border = if (few) "#404040" else NA) {
     draw_squares(x[which], y[which], border, col = col, lwd = 0.5)
 }
 
-source_name <- if (data_set == "scPDSI.dat.") "scPDSI 3.25" else "CRU TS 4.01"
+source_name <- substring(heading, 24, 36) # "CRUts4.01tmp." or "scPDSI.dat."
+source_name <- if (startsWith(source_name, "CRUts"))
+  sub("^CRUts([0-9.]*).*", "CRU TS \\1", source_name) else "scPDSI 3.25"
 span <- sprintf("%d to %d, %s", first, last, source_name)
 count <- if (nrow(cells) == 1) "1 cell" else paste(nrow(cells), "cells")
 where <- paste(variable$quantity, north(cells$lat[chosen]), east(cells$lon[chosen]),

@@ -3,6 +3,8 @@
 #
 #   awk -v table=data  -f cells.awk STEM.TSF
 #         first year, last year, cells, first cell's longitude and latitude, |quantity, unit
+#   awk -v table=source -f cells.awk STEM.TSF
+#         the release of the data
 #   awk -v table=cells -f cells.awk STEM.TSF
 #         longitude, latitude, mean of the years, distance to the nearest other cell
 #   awk -v table=years -v lon=5.75 -v lat=52.25 -f cells.awk STEM.TSF
@@ -96,6 +98,9 @@ FILENAME ~ /\.ftst$/ {
 length($0) == 128 {
   data_set = substr($0, 24, 13)
   sub(/ +$/, "", data_set)
+  source = data_set ~ /^CRUts/ ? "CRU TS " substr(data_set, 6) : "scPDSI 3.25"
+  sub(/[a-z]+\.$/, "", source)
+  sub(/^CRUts[0-9.]*/, "CRUts4.01", data_set) # other releases are stored alike
   if (!(data_set in scale)) fail(FILENAME " is no series file")
   ++cells
   place[cells] = field(2, 10) " " field(11, 19)
@@ -183,6 +188,7 @@ END {
     fail(report " is of another search (" report_first " to " report_last \
          "): no picture of it")
   }
+  if (table == "source") print source
   if (table == "data") print first, last, cells, place[1], "|" text[data_set]
   if (table == "report") print cutoff, count + 0, infinite + 0, \
                                largest == "" ? "NaN" : largest, below + 0, usual + 0

@@ -97,8 +97,7 @@ write_title(text, subtitle) = sprintf( \
   "set label 1 '%s' at graph 0,1 offset character 0,2.6 font 'Sans:Bold,15';" . \
   "set label 2 '%s' at graph 0,1 offset character 0,1", text, subtitle)
 
-span = sprintf("%d to %d, %s", first, last, \
-               quantity[1:7] eq "Drought" ? "scPDSI 3.25" : "CRU TS 4.01")
+span = sprintf("%d to %d, %s", first, last, system(command("source", TSF)))
 count = cells == 1 ? "1 cell" : sprintf("%d cells", cells)
 place = sprintf("%s, %s, %s", quantity, north(lat), east(lon))
 

@@ -12,11 +12,12 @@
 # land_mask.txt.gz beside it.
 import math
 import os
+import re
 import sys
 from itertools import groupby
 
 from picture import DARK_TO_LIGHT, FROM_WHITE, Map, Picture, colour, east, north, ticks
-from read_tsf import DATA_SETS, read_tsf
+from read_tsf import DATA_SETS, data_set_of, read_tsf
 
 BLUE = "#3b528b"
 
@@ -181,8 +182,8 @@ def main(stem, lon=None, lat=None):
         raise ValueError("no saved cell has its centre at %s %s" % (lon, lat))
     chosen = chosen or next(iter(means))
     with open(stem + ".TSF", encoding="latin-1") as file:
-        data_set = file.readline()[23:36].strip()
-    quantity, unit, _, _ = DATA_SETS[data_set]
+        heading = file.readline()
+    quantity, unit, _, _ = DATA_SETS[data_set_of(heading)]
     first, last = min(years), max(years)
     known = [mean for mean in means.values() if not math.isnan(mean)] or [math.nan]
 
@@ -194,7 +195,8 @@ def main(stem, lon=None, lat=None):
     print("annual mean %d  " % first, "%.4f" % annual_mean(years[first]))
     print("annual mean %d  " % last, "%.4f" % annual_mean(years[last]))
 
-    source = "scPDSI 3.25" if data_set == "scPDSI.dat." else "CRU TS 4.01"
+    release = re.match("CRUts([0-9.]*)", heading[23:36])
+    source = "CRU TS " + release[1] if release else "scPDSI 3.25"
     span = "%d to %d, %s" % (first, last, source)
     count = "1 cell" if len(means) == 1 else "%d cells" % len(means)
     where = "%s, %s, %s" % (quantity, north(chosen[1]), east(chosen[0]))

@@ -19,6 +19,10 @@ CRUts4.01wet. | Wet days                     | days a month | 100       | -999
 scPDSI.dat.   | Drought index scPDSI         | index        | 100       | -9999
 ")
 
+# The data set that a cell's heading names, as above: other releases are stored alike.
+data_set_of <- function(heading)
+  sub("^CRUts[0-9.]*", "CRUts4.01", trimws(substring(heading, 24, 36)))
+
 # Returns a data frame with longitude, latitude, year, month and value, a row a month,
 # cell by cell. Degrees, east and north positive; values in the units above, NA where
 # missing.
@@ -28,7 +32,7 @@ read_tsf <- function(name) {
   lines <- readLines(name, warn = FALSE)
   is_heading <- nchar(lines, "bytes") == 128
   heading <- lines[is_heading]
-  set <- data_sets[match(trimws(substring(heading, 24, 36)), data_sets$name), ]
+  set <- data_sets[match(data_set_of(heading), data_sets$name), ]
   cell <- rep(cumsum(is_heading)[!is_heading], each = 12)
   line <- rep(lines[!is_heading], each = 12)
   if (anyNA(set$name) || any(cell == 0) || any(nchar(line, "bytes") != 77) ||

@@ -4,6 +4,8 @@
 #   for longitude, latitude, year, month, value in read_tsf("NAME.TSF"):
 #       ...
 #   table = pandas.DataFrame(read_tsf("NAME.TSF"), columns=COLUMNS)    # with pandas
+import re
+
 COLUMNS = ("longitude", "latitude", "year", "month", "value")
 
 # The files hold whole numbers. What one unit of the physical quantity is in them, and
@@ -24,6 +26,11 @@ DATA_SETS = {
 }
 
 
+def data_set_of(heading):
+    """The data set that a cell's heading names, as above: other releases are stored alike."""
+    return re.sub("^CRUts[0-9.]*", "CRUts4.01", heading[23:36].strip())
+
+
 def read_tsf(name):
     """Yields (longitude, latitude, year, month, value), cell by cell, month by month.
 
@@ -33,9 +40,9 @@ def read_tsf(name):
     with open(name, encoding="latin-1") as file:
         for number, line in enumerate(file, 1):
             line = line.rstrip("\n")
-            if len(line) == 128 and line[23:36].strip() in DATA_SETS:    # a heading
+            if len(line) == 128 and data_set_of(line) in DATA_SETS:    # a heading
                 cell = float(line[1:10]), float(line[10:19])
-                _, _, stored_as, missing = DATA_SETS[line[23:36].strip()]
+                _, _, stored_as, missing = DATA_SETS[data_set_of(line)]
             elif len(line) == 77 and cell:
                 # Fields have fixed columns: wide numbers touch, so never split at blanks.
                 for month in range(12):

@@ -43,7 +43,7 @@ PAGES = {
     "docs/Tallow": Page(USERS, texts=None),  # plain text, see tallow_test.py
     "docs/before-you-trust-a-number.md": Page(USERS, examples=5),
     "docs/cell-list-file.md": Page(USERS, examples=4, positions=11),
-    "docs/extract.md": Page(USERS, examples=15, program="veldmark-extract"),
+    "docs/extract.md": Page(USERS, examples=16, program="veldmark-extract"),
     "docs/grid-file.md": Page(USERS, examples=3),
     "docs/performance.md": Page(DEVELOPERS, texts=None),
     "docs/recipes/README.md": Page(USERS, texts=None),  # see recipes_page_test.py

@@ -52,6 +52,7 @@ _SCRIPTS: Dict[str, Tuple[str, ...]] = {
     ),
     "values of the sample": ("tests/extract/sample_values.py", "--tools", "{programs}"),
     "means and tests": ("tests/extract/means_and_tests.py", "{programs}"),
+    "another release": ("tests/extract/releases.py", "{programs}"),
 }
 
 _HELPERS = ("failing_calls", "failing_memory")  # what the scripts need besides the programs

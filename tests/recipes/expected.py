@@ -166,8 +166,7 @@ def degrees(value, positive, negative):
 
 def pictures(extract, chosen):
     quantity, unit, _ = VARIABLES[extract.variable]
-    source = "scPDSI 3.25" if extract.variable == "scPDSI" else "CRU TS 4.01"
-    span = "%d to %d, %s" % (extract.first, extract.last, source)
+    span = "%d to %d, %s" % (extract.first, extract.last, extract.source)
     where = "%s, %s, %s" % (quantity, degrees(chosen[1], "N", "S"),
                             degrees(chosen[0], "E", "W"))
     axis = "%s, %s" % (quantity, unit)

@@ -16,14 +16,18 @@ class Extract:
     """An extract in a folder of its own, and the series it must hold.
 
     series      {(lon, lat): [stored value of each month of the search's years]}
+    source      what the pictures say the data are of
     """
+
+    source = "CRU TS 4.01"
 
     def __init__(self, folder, build, variable, series, last, box=GLOBE, cutoff=None):
         self.folder, self.build, self.variable = Path(folder), build, variable
         self.first, self.last, self.cutoff = 1901, last, cutoff
         self.series, self.box = series, box
-        name = ("scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new" if variable == "scPDSI"
-                else "cru_ts4.01.1901.2016.%s.dat.new" % variable)
+        name = "cru_ts4.01.1901.2016.%s.dat.new" % variable
+        if variable == "scPDSI":
+            name, self.source = "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new", "scPDSI 3.25"
         self.stem = str(self.folder / name)
         self.folder.mkdir()
         self.make_grid()
@@ -57,6 +61,13 @@ class Extract:
         # Rows run south to north, in the drought index north to south.
         order = -1 if self.variable == "scPDSI" else 1
         return sorted(self.series, key=lambda cell: (order * cell[1], cell[0]))
+
+    def be_of_release(self, number):
+        """Names another release in the headings, as veldmark-extract does."""
+        name = Path(self.stem + ".TSF")
+        heading = b"CRUts" + number.encode()
+        name.write_bytes(name.read_bytes().replace(b"CRUts4.01", heading))
+        self.source = "CRU TS " + number
 
     def report(self):
         """{cell: (f, prob)} as written."""

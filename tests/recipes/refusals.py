@@ -26,7 +26,7 @@ def check_refusals(language, folder, extract):
             ("an empty file", b"", "holds no cell"),
             ("a table", b"lon,lat,value\n1,2,3\n", "is no series file"),
             ("a compressed file", gzip.compress(b"\0\xff" * 999), "is no series file"),
-            ("another data set", series.replace(b"CRUts4.01", b"CRUts9.99"),
+            ("another data set", series.replace(b"CRUts4.01tmp", b"CRUts4.01xyz"),
              "is no series file"),
             ("a file cut within a year", series[:-20], "is cut off"),
             ("a file cut between years", series[:-390], "is cut off"),
