@@ -19,8 +19,8 @@ namespace {
 //   bit 30      first pair: digits must follow; second pair: it is not all digits
 //   bit 29      it holds the minus
 //   bits 0-16   what its digits add to the value
-constexpr std::uint32_t kNotUsual = 1U << 31U;
-constexpr std::uint32_t kDemandsDigits = 1U << 30U;
+constexpr std::uint32_t kNotSimple = 1U << 31U;
+constexpr std::uint32_t kNeedsDigits = 1U << 30U;
 constexpr std::uint32_t kMinus = 1U << 29U;
 
 // The characters from blank (32) to 63 hold all that usual fields are made of.
@@ -29,7 +29,7 @@ constexpr unsigned kCharacters = 32;
 using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
 
 // Nonzero if `character` lies outside 32..63.
-constexpr unsigned beyond(unsigned character) {
+constexpr unsigned outside_table(unsigned character) {
   return (character ^ ' ') & ~(kCharacters - 1);
 }
 
@@ -47,7 +47,7 @@ constexpr std::uint32_t pair_entry(unsigned first, unsigned second,
                      ((first == ' ' || first == '-') && is_digit(second)) ||
                      (is_digit(first) && is_digit(second));
   if (!usual) {
-    return kNotUsual;
+    return kNotSimple;
   }
   std::uint32_t entry = 0;
   if (is_digit(first)) {
@@ -60,10 +60,10 @@ constexpr std::uint32_t pair_entry(unsigned first, unsigned second,
     entry |= kMinus;
   }
   if (is_first_pair && second != ' ') {
-    entry |= kDemandsDigits;
+    entry |= kNeedsDigits;
   }
   if (!is_first_pair && !is_digit(first)) {
-    entry |= kDemandsDigits;
+    entry |= kNeedsDigits;
   }
   return entry;
 }
@@ -90,13 +90,14 @@ bool convert_field_by_tables(const char* field, std::int16_t& value) {
   const auto c2 = static_cast<unsigned char>(field[2]);
   const auto c3 = static_cast<unsigned char>(field[3]);
   const unsigned last_digit = static_cast<unsigned char>(field[4]) - unsigned{'0'};
-  const unsigned outside = beyond(c0) | beyond(c1) | beyond(c2) | beyond(c3);
+  const unsigned outside =
+      outside_table(c0) | outside_table(c1) | outside_table(c2) | outside_table(c3);
   if (outside != 0 || last_digit > 9) {
     return false;
   }
   const std::uint32_t first = kFirstPair[pair_index(c0, c1)];
   const std::uint32_t second = kSecondPair[pair_index(c2, c3)];
-  if (((first | second) & kNotUsual) != 0 || (first & second & kDemandsDigits) != 0) {
+  if (((first | second) & kNotSimple) != 0 || (first & second & kNeedsDigits) != 0) {
     return false;
   }
   // The marks lie above the low 16 bits, which are all that the value takes.
@@ -125,12 +126,12 @@ bool convert_fields(std::string_view fields, std::int16_t* values) {
   static const bool vectors = has_avx2();
   while (!fields.empty()) {
     if (vectors) {
-      const std::size_t converted = convert_fields_by_sixes(fields, values);
+      const std::size_t converted = convert_fields_avx2(fields, values);
       fields.remove_prefix(converted * kFieldWidth);
       values += converted;
     }
     // Where the vectors stop: an unusual field among the next six, or the end.
-    const std::string_view next = fields.substr(0, kFieldsAtATime * kFieldWidth);
+    const std::string_view next = fields.substr(0, kFieldsPerVector * kFieldWidth);
     if (!convert_fields_by_tables(next, values)) {
       return false;
     }

@@ -18,9 +18,9 @@ constexpr std::uint32_t kAllCharacters = both_halves(0b111111111111111);
 constexpr std::uint32_t kLastCharacters = both_halves(0b100001000010000);
 constexpr std::uint32_t kOtherCharacters = kAllCharacters & ~kLastCharacters;
 
-constexpr int kThreeFields = 15;
+constexpr int kCharactersPerHalf = 15;
 constexpr char kZero = -1;  // as a shuffle's source index: 0
-constexpr std::size_t kThreeValues = 3 * sizeof(std::int16_t);
+constexpr std::size_t kBytesPerHalf = 3 * sizeof(std::int16_t);
 
 #define VELDMARK_AVX2 __attribute__((target("avx2")))
 
@@ -30,7 +30,7 @@ VELDMARK_AVX2 __m256i in_both_halves(__m128i half) {
 
 // Are the six fields usual ones, given what their characters are? In a usual field
 // every character is a blank or stands before a digit, but for the last, a digit.
-bool are_usual(std::uint32_t blanks, std::uint32_t minuses, std::uint32_t digits) {
+bool are_simple(std::uint32_t blanks, std::uint32_t minuses, std::uint32_t digits) {
   const bool known = ((blanks | minuses | digits) & kAllCharacters) == kAllCharacters;
   const bool end_in_digit = (digits & kLastCharacters) == kLastCharacters;
   const bool in_order =
@@ -75,8 +75,8 @@ VELDMARK_AVX2 inline void store_six(__m256i value, std::int16_t* values) {
   const __m256i packed = _mm256_shuffle_epi8(value, low_halves);
   const std::int64_t first_three = _mm256_extract_epi64(packed, 0);
   const std::int64_t last_three = _mm256_extract_epi64(packed, 2);
-  std::memcpy(values, &first_three, kThreeValues);
-  std::memcpy(values + 3, &last_three, kThreeValues);
+  std::memcpy(values, &first_three, kBytesPerHalf);
+  std::memcpy(values + 3, &last_three, kBytesPerHalf);
 }
 
 // Converts six usual fields. Returns false and stores nothing when one of them is
@@ -84,7 +84,7 @@ VELDMARK_AVX2 inline void store_six(__m256i value, std::int16_t* values) {
 VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* values) {
   const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields));
   const __m128i high =
-      _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields + kThreeFields));
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields + kCharactersPerHalf));
   const __m256i characters = _mm256_set_m128i(high, low);
 
   const __m256i blank = _mm256_cmpeq_epi8(characters, _mm256_set1_epi8(' '));
@@ -92,9 +92,9 @@ VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* v
   const __m256i digit = _mm256_sub_epi8(characters, _mm256_set1_epi8('0'));
   const __m256i is_digit =
       _mm256_cmpeq_epi8(_mm256_min_epu8(digit, _mm256_set1_epi8(9)), digit);
-  if (!are_usual(static_cast<std::uint32_t>(_mm256_movemask_epi8(blank)),
-                 static_cast<std::uint32_t>(_mm256_movemask_epi8(minus)),
-                 static_cast<std::uint32_t>(_mm256_movemask_epi8(is_digit)))) {
+  if (!are_simple(static_cast<std::uint32_t>(_mm256_movemask_epi8(blank)),
+                  static_cast<std::uint32_t>(_mm256_movemask_epi8(minus)),
+                  static_cast<std::uint32_t>(_mm256_movemask_epi8(is_digit)))) {
     return false;
   }
   const __m256i digits = _mm256_and_si256(digit, is_digit);
@@ -106,20 +106,20 @@ VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* v
 
 bool has_avx2() { return static_cast<bool>(__builtin_cpu_supports("avx2")); }
 
-VELDMARK_AVX2 std::size_t convert_fields_by_sixes(std::string_view fields,
-                                                  std::int16_t* values) {
+VELDMARK_AVX2 std::size_t convert_fields_avx2(std::string_view fields,
+                                              std::int16_t* values) {
   const std::size_t count = fields.size() / kFieldWidth;
   std::size_t converted = 0;
-  while (count - converted >= kFieldsAtATime) {
+  while (count - converted >= kFieldsPerVector) {
     if (!convert_six_fields(&fields[converted * kFieldWidth], values + converted)) {
       return converted;
     }
-    converted += kFieldsAtATime;
+    converted += kFieldsPerVector;
   }
   // What is left is the end of the last six.
   const bool some_left = converted > 0 && converted < count;
   if (some_left) {
-    const std::size_t last_six = count - kFieldsAtATime;
+    const std::size_t last_six = count - kFieldsPerVector;
     if (convert_six_fields(&fields[last_six * kFieldWidth], values + last_six)) {
       return count;
     }
@@ -135,8 +135,7 @@ namespace veldmark {
 
 bool has_avx2() { return false; }
 
-std::size_t convert_fields_by_sixes(std::string_view /*fields*/,
-                                    std::int16_t* /*values*/) {
+std::size_t convert_fields_avx2(std::string_view /*fields*/, std::int16_t* /*values*/) {
   return 0;
 }
 

@@ -9,11 +9,11 @@
 
 namespace veldmark {
 
-// Returns whether this processor has what `convert_fields_by_sixes` needs.
+// Returns whether this processor has what `convert_fields_avx2` needs.
 bool has_avx2();
 
 // How many fields are converted at a time.
-constexpr std::size_t kFieldsAtATime = 6;
+constexpr std::size_t kFieldsPerVector = 6;
 
 // Converts fields from the first on, six at a time, to values modulo 2^16, as long as
 // all six are usual: blanks, an optional minus, digits up to the right edge.
@@ -24,7 +24,7 @@ constexpr std::size_t kFieldsAtATime = 6;
 //
 // Returns how many fields were converted; fewer than six fields are never converted.
 // Requires has_avx2().
-std::size_t convert_fields_by_sixes(std::string_view fields, std::int16_t* values);
+std::size_t convert_fields_avx2(std::string_view fields, std::int16_t* values);
 
 }  // namespace veldmark
 

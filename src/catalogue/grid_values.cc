@@ -23,8 +23,8 @@ std::span<const std::int32_t> GridValues::data_columns(std::int32_t GridY) const
   if (GridY < first_row_ || GridY > last_row_) {
     return {};
   }
-  const std::size_t begin = row_begin_[row_index(GridY)];
-  const std::size_t end = row_begin_[row_index(GridY) + 1];
+  const std::size_t begin = row_offsets_[row_index(GridY)];
+  const std::size_t end = row_offsets_[row_index(GridY) + 1];
   return std::span(data_columns_).subspan(begin, end - begin);
 }
 
@@ -34,7 +34,7 @@ std::span<const std::int16_t> GridValues::month_of_row(std::size_t month,
 }
 
 std::size_t GridValues::offset_of_month(std::size_t month, std::int32_t GridY) const {
-  return row_begin_[row_index(GridY)] * month_count_ +
+  return row_offsets_[row_index(GridY)] * month_count_ +
          month * data_columns(GridY).size();
 }
 
@@ -48,7 +48,7 @@ GridValuesBuilder::GridValuesBuilder(const GridRanges& ranges, std::int32_t Year
   }
 }
 
-void GridValuesBuilder::open_next_row(const RowValues& january) {
+void GridValuesBuilder::add_row(const RowValues& january) {
   for (const std::int32_t GridX : columns_) {
     const std::int16_t value = january[static_cast<std::size_t>(GridX)];
     if (value != MissingCode_) {
@@ -56,14 +56,14 @@ void GridValuesBuilder::open_next_row(const RowValues& january) {
       january_.push_back(value);
     }
   }
-  values_.row_begin_.push_back(values_.data_columns_.size());
+  values_.row_offsets_.push_back(values_.data_columns_.size());
 }
 
-void GridValuesBuilder::lay_out() {
+void GridValuesBuilder::allocate() {
   values_.values_ =
       make_large_buffer(values_.data_columns_.size() * values_.month_count_);
   for (std::int32_t GridY = values_.first_row_; GridY <= values_.last_row_; ++GridY) {
-    const std::size_t offset = values_.row_begin_[values_.row_index(GridY)];
+    const std::size_t offset = values_.row_offsets_[values_.row_index(GridY)];
     const auto begin = january_.begin() + static_cast<std::ptrdiff_t>(offset);
     const std::span<std::int16_t> cells = month_of_row(0, GridY);
     std::copy_n(begin, cells.size(), cells.begin());
@@ -95,10 +95,10 @@ void transpose_row(const GridValues& values, std::int32_t GridY,
     return;
   }
   const std::int16_t* from = values.month_of_row(0, GridY).data();
-  const std::size_t whole_cells = cells - cells % kSquare;
-  const std::size_t whole_months = months - months % kSquare;
-  for (std::size_t cell = 0; cell < whole_cells; cell += kSquare) {
-    for (std::size_t month = 0; month < whole_months; month += kSquare) {
+  const std::size_t whole_cells = cells - cells % kSquareSize;
+  const std::size_t whole_months = months - months % kSquareSize;
+  for (std::size_t cell = 0; cell < whole_cells; cell += kSquareSize) {
+    for (std::size_t month = 0; month < whole_months; month += kSquareSize) {
       transpose_square(from + month * cells + cell, cells,
                        &series[cell * months + month], months);
     }

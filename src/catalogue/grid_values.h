@@ -55,7 +55,7 @@ class GridValues {
   std::vector<std::int32_t> data_columns_;  // of all rows, row by row
 
   // Offset of each row's first cell in data_columns_, plus the end.
-  std::vector<std::size_t> row_begin_{0};
+  std::vector<std::size_t> row_offsets_{0};
 
   // [row][month][cell]: stores while reading are contiguous, and a row is small enough
   // to be transposed into series in the second-level cache. Storing cell by cell
@@ -73,14 +73,14 @@ class GridValuesBuilder {
 
   // Finds the cells of the next row that have data, from the values of January of FYOD.
   // Called for every row of the ranges that lies on the grid, upward.
-  void open_next_row(const RowValues& january);
+  void add_row(const RowValues& january);
 
   // Makes memory for all months of the cells that have data. Requires that all rows
   // have been opened.
-  void lay_out();
+  void allocate();
 
   // Stores one month (1 or later) of the cells of row `GridY` that have data. Requires
-  // lay_out.
+  // allocate.
   void store_row(std::size_t month, std::int32_t GridY, const RowValues& row_values);
 
   // The same for who has the values of just these cells: the memory that holds them.

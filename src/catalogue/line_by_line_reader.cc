@@ -13,9 +13,9 @@ namespace veldmark {
 namespace {
 
 // Passes through the lines of a file once.
-class LinePass {
+class LineByLineReader {
  public:
-  LinePass(const GridFile& file, const GridRanges& ranges)
+  LineByLineReader(const GridFile& file, const GridRanges& ranges)
       : file_(file),
         ranges_(ranges),
         groups_(field_groups(ranges)),
@@ -33,13 +33,13 @@ class LinePass {
   }
 
   // Passes the 360 lines of a month and hands the values of each requested row to
-  // `keep_row`.
-  template <typename KeepRow>
-  void read_month(KeepRow keep_row) {
+  // `use_row`.
+  template <typename UseRow>
+  void read_month(UseRow use_row) {
     for (std::int32_t GridY = 1; GridY <= kGridRows; ++GridY) {
       if (ranges_.FirstRow <= GridY && GridY <= ranges_.LastRow) {
         read_requested_line();
-        keep_row(GridY, row_values_);
+        use_row(GridY, row_values_);
       } else {
         skip_lines(1);
       }
@@ -50,8 +50,9 @@ class LinePass {
   void read_requested_line() {
     ++line_;
     const std::optional<LineReader::Line> line = lines_.next();
-    const bool cut_off = line && !line->has_line_end && line->text.size() < kLineLength;
-    if (!line || cut_off) {
+    const bool truncated =
+        line && !line->has_newline && line->text.size() < kLineLength;
+    if (!line || truncated) {
       throw ReadFault(file_.name(), EndAtRequestedLine{line_});
     }
     if (!read_row(line->text, groups_, row_values_)) {
@@ -73,12 +74,12 @@ class LinePass {
 GridValues read_line_by_line(const GridFile& file, const BlockRequest& request) {
   GridValuesBuilder values(request.ranges, request.years.YearCount(),
                            request.MissingCode);
-  LinePass pass(file, request.ranges);
+  LineByLineReader pass(file, request.ranges);
   pass.skip_lines(request.years.SkipLines());
   pass.read_month([&](std::int32_t /*GridY*/, const RowValues& row_values) {
-    values.open_next_row(row_values);
+    values.add_row(row_values);
   });
-  values.lay_out();
+  values.allocate();
   for (std::size_t month = 1; month < values.month_count(); ++month) {
     pass.read_month([&](std::int32_t GridY, const RowValues& row_values) {
       values.store_row(month, GridY, row_values);

@@ -30,17 +30,17 @@ std::optional<LineReader::Line> LineReader::next() {
   for (;;) {
     const std::string_view piece = rest();
     const std::size_t length = piece.find('\n');
-    const bool has_line_end = length != std::string_view::npos;
-    begin_ += has_line_end ? length + 1 : piece.size();
-    if (has_line_end && split_line_.empty()) {
+    const bool has_newline = length != std::string_view::npos;
+    begin_ += has_newline ? length + 1 : piece.size();
+    if (has_newline && split_line_.empty()) {
       const std::string_view line = without_carriage_return(piece.substr(0, length));
       return Line{line.substr(0, max_length_), true};
     }
     const std::size_t left = capacity - std::min(capacity, split_line_.size());
     split_line_.append(piece.substr(0, std::min(length, left)));
-    if (has_line_end || !refill()) {
+    if (has_newline || !refill()) {
       const std::string_view line = without_carriage_return(split_line_);
-      return Line{line.substr(0, max_length_), has_line_end};
+      return Line{line.substr(0, max_length_), has_newline};
     }
   }
 }

@@ -20,7 +20,7 @@ class LineReader {
 
   struct Line {
     std::string_view text;  // without line end; valid until the next call
-    bool has_line_end = false;
+    bool has_newline = false;
   };
 
   // Lines longer than `max_length` characters are cut there.

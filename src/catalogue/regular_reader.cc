@@ -16,52 +16,54 @@ namespace {
 
 // Large enough that a call to the system costs little by comparison, and small enough
 // to stay in the second-level cache until the piece is converted.
-constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
+constexpr std::size_t kChunkSize = std::size_t{256} * 1024;
 
 // Where the lines of a regular file are.
-struct LineFrame {
-  std::string_view line_end;
+struct LineLayout {
+  std::string_view line_ending;
   std::int64_t file_size;
 
-  [[nodiscard]] std::size_t line_size() const { return kLineLength + line_end.size(); }
+  [[nodiscard]] std::size_t line_size() const {
+    return kLineLength + line_ending.size();
+  }
 };
 
 // Finds out how the lines of the file end and whether its size is that of whole lines,
 // at least `lines` of them.
-std::optional<LineFrame> find_frame(const GridFile& file, std::int64_t lines) {
+std::optional<LineLayout> find_line_layout(const GridFile& file, std::int64_t lines) {
   const std::optional<std::int64_t> size = file.size();
   char first_end{};
   if (!size || !file.read_at(kLineLength, &first_end, 1)) {
     return std::nullopt;
   }
-  const LineFrame frame{first_end == '\r' ? "\r\n" : "\n", *size};
-  const auto line_size = static_cast<std::int64_t>(frame.line_size());
-  const auto line_end_size = static_cast<std::int64_t>(frame.line_end.size());
+  const LineLayout layout{first_end == '\r' ? "\r\n" : "\n", *size};
+  const auto line_size = static_cast<std::int64_t>(layout.line_size());
+  const auto line_end_size = static_cast<std::int64_t>(layout.line_ending.size());
   const bool whole_lines =
       *size % line_size == 0 || (*size + line_end_size) % line_size == 0;
   if (!whole_lines || *size + line_end_size < lines * line_size) {
     return std::nullopt;
   }
-  return frame;
+  return layout;
 }
 
 // Reads the months of a block one after another.
-class RegularPass {
+class RegularReader {
  public:
-  RegularPass(const GridFile& file, const BlockRequest& request, LineFrame frame)
+  RegularReader(const GridFile& file, const BlockRequest& request, LineLayout layout)
       : file_(file),
         request_(request),
-        frame_(frame),
+        layout_(layout),
         groups_(field_groups(request.ranges)),
         first_row_(std::max(request.ranges.FirstRow, 1)),
         last_row_(request.ranges.LastRow),
-        buffer_(kPieceSize + frame.line_size()),
+        buffer_(kChunkSize + layout.line_size()),
         missing_(missing_line(request.MissingCode)) {}
 
   std::optional<GridValues> read() {
     const std::int32_t first_month = request_.years.SkipLines() / kGridRows;
     for (std::int32_t month = 0; month < first_month; ++month) {
-      if (!is_skipped_month_framed(month)) {
+      if (!check_skipped_month(month)) {
         return std::nullopt;
       }
     }
@@ -70,7 +72,7 @@ class RegularPass {
     if (!read_january(first_month, values)) {
       return std::nullopt;
     }
-    values.lay_out();
+    values.allocate();
     for (std::int32_t GridY = first_row_; GridY <= last_row_; ++GridY) {
       plans_.push_back(plan_row(groups_, values.data_columns(GridY)));
     }
@@ -86,10 +88,10 @@ class RegularPass {
   bool read_january(std::int32_t file_month, GridValuesBuilder& values) {
     return for_each_requested_line(
         file_month, [&](std::int32_t /*GridY*/, std::string_view line) {
-          if (has_line_end(line) || !read_row(line, groups_, row_values_)) {
+          if (contains_newline(line) || !read_row(line, groups_, row_values_)) {
             return false;
           }
-          values.open_next_row(row_values_);
+          values.add_row(row_values_);
           return true;
         });
   }
@@ -110,18 +112,18 @@ class RegularPass {
   template <typename UseLine>
   bool for_each_requested_line(std::int32_t file_month, UseLine use_line) {
     if (first_row_ > last_row_) {
-      return is_skipped_month_framed(file_month);
+      return check_skipped_month(file_month);
     }
-    const auto lines_per_piece =
-        static_cast<std::int32_t>(kPieceSize / frame_.line_size());
+    const auto lines_per_chunk =
+        static_cast<std::int32_t>(kChunkSize / layout_.line_size());
     for (std::int32_t GridY = first_row_; GridY <= last_row_;
-         GridY += lines_per_piece) {
-      const std::int32_t count = std::min(lines_per_piece, last_row_ - GridY + 1);
+         GridY += lines_per_chunk) {
+      const std::int32_t count = std::min(lines_per_chunk, last_row_ - GridY + 1);
       if (!read_lines(file_month, GridY, count)) {
         return false;
       }
       for (std::int32_t i = 0; i < count; ++i) {
-        if (!is_framed(i) || !use_line(GridY + i, line(i))) {
+        if (!is_delimited(i) || !use_line(GridY + i, line(i))) {
           return false;
         }
       }
@@ -129,53 +131,54 @@ class RegularPass {
     return true;
   }
 
-  bool is_skipped_month_framed(std::int32_t file_month) {
-    return read_lines(file_month, 1, 1) && is_framed(0) && !has_line_end(line(0));
+  bool check_skipped_month(std::int32_t file_month) {
+    return read_lines(file_month, 1, 1) && is_delimited(0) &&
+           !contains_newline(line(0));
   }
 
   // Reads `count` lines from row `GridY` of a month into the buffer, behind the line
   // end of the line before them.
   bool read_lines(std::int32_t file_month, std::int32_t GridY, std::int32_t count) {
-    const std::size_t end_size = frame_.line_end.size();
+    const std::size_t end_size = layout_.line_ending.size();
     const std::int64_t lines_before = std::int64_t{file_month} * kGridRows + GridY - 1;
-    const auto begin = lines_before * static_cast<std::int64_t>(frame_.line_size());
-    const std::size_t size = static_cast<std::size_t>(count) * frame_.line_size();
+    const auto begin = lines_before * static_cast<std::int64_t>(layout_.line_size());
+    const std::size_t size = static_cast<std::size_t>(count) * layout_.line_size();
     if (lines_before == 0) {
-      frame_.line_end.copy(buffer_.data(), end_size);
-      return read_to_line_end(begin, buffer_.data() + end_size, size);
+      layout_.line_ending.copy(buffer_.data(), end_size);
+      return read_to_line_ending(begin, buffer_.data() + end_size, size);
     }
-    return read_to_line_end(begin - static_cast<std::int64_t>(end_size), buffer_.data(),
-                            size + end_size);
+    return read_to_line_ending(begin - static_cast<std::int64_t>(end_size),
+                               buffer_.data(), size + end_size);
   }
 
   // Reads bytes that end with a line end, which the last line of the file may lack.
-  bool read_to_line_end(std::int64_t begin, char* buffer, std::size_t size) const {
-    const std::size_t end_size = frame_.line_end.size();
-    const bool to_the_end = begin + static_cast<std::int64_t>(size) > frame_.file_size;
+  bool read_to_line_ending(std::int64_t begin, char* buffer, std::size_t size) const {
+    const std::size_t end_size = layout_.line_ending.size();
+    const bool to_the_end = begin + static_cast<std::int64_t>(size) > layout_.file_size;
     if (!to_the_end) {
       return file_.read_at(begin, buffer, size);
     }
-    frame_.line_end.copy(buffer + size - end_size, end_size);
+    layout_.line_ending.copy(buffer + size - end_size, end_size);
     return file_.read_at(begin, buffer, size - end_size);
   }
 
   // The buffer's line `index`, counted from 0.
   [[nodiscard]] std::string_view line(std::int32_t index) const {
-    const std::size_t begin =
-        frame_.line_end.size() + static_cast<std::size_t>(index) * frame_.line_size();
+    const std::size_t begin = layout_.line_ending.size() +
+                              static_cast<std::size_t>(index) * layout_.line_size();
     return {buffer_.data() + begin, kLineLength};
   }
 
-  [[nodiscard]] bool is_framed(std::int32_t index) const {
+  [[nodiscard]] bool is_delimited(std::int32_t index) const {
     const char* begin = line(index).data();
-    const std::size_t end_size = frame_.line_end.size();
-    return std::string_view(begin - end_size, end_size) == frame_.line_end &&
-           std::string_view(begin + kLineLength, end_size) == frame_.line_end;
+    const std::size_t end_size = layout_.line_ending.size();
+    return std::string_view(begin - end_size, end_size) == layout_.line_ending &&
+           std::string_view(begin + kLineLength, end_size) == layout_.line_ending;
   }
 
   const GridFile& file_;
   const BlockRequest& request_;
-  LineFrame frame_;
+  LineLayout layout_;
   FieldGroups groups_;
   std::int32_t first_row_;
   std::int32_t last_row_;
@@ -191,11 +194,11 @@ std::optional<GridValues> read_regular(const GridFile& file,
                                        const BlockRequest& request) {
   const std::int64_t lines = std::int64_t{request.years.SkipLines()} +
                              std::int64_t{request.years.YearCount()} * kLinesPerYear;
-  const std::optional<LineFrame> frame = find_frame(file, lines);
-  if (!frame) {
+  const std::optional<LineLayout> layout = find_line_layout(file, lines);
+  if (!layout) {
     return std::nullopt;
   }
-  return RegularPass(file, request, *frame).read();
+  return RegularReader(file, request, *layout).read();
 }
 
 }  // namespace veldmark

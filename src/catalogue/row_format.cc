@@ -13,24 +13,24 @@ namespace {
 constexpr auto kCharacters = static_cast<std::int32_t>(kFieldWidth);
 
 // A number and where it starts in a template, counted from 1.
-struct Filling {
+struct Insertion {
   std::size_t position;
   std::int32_t number;
 };
 
 // Returns `text` with numbers written into it in five columns.
-RowFormat filled(std::string text, std::initializer_list<Filling> fillings) {
+RowFormat with_numbers(std::string text, std::initializer_list<Insertion> insertions) {
   constexpr int kNumberWidth = 5;
-  for (const Filling& filling : fillings) {
-    text.replace(filling.position - 1, kNumberWidth,
-                 fixed_integer(filling.number, kNumberWidth));
+  for (const Insertion& insertion : insertions) {
+    text.replace(insertion.position - 1, kNumberWidth,
+                 fixed_integer(insertion.number, kNumberWidth));
   }
   return RowFormat::cut(text);
 }
 
 // Takes the groups of fields from a row format: up to two, from field 1 on, their
 // columns still open.
-FieldGroups groups_of(std::string_view format) {
+FieldGroups parse_row_format(std::string_view format) {
   FieldGroups groups;
   FieldGroup* group = &groups.first;
   std::int32_t next_field = 1;
@@ -93,19 +93,20 @@ RowFormat row_format(const GridRanges& ranges) {
   const std::int32_t count2 = ranges.ColCount2();
   if (!ranges.CrossesDateLine) {
     return ranges.FirstCol > 1
-               ? filled("(     x,     i5)",
-                        {{2, kCharacters * (ranges.FirstCol - 1)}, {9, count1}})
-               : filled("(            i5)", {{9, count1}});
+               ? with_numbers("(     x,     i5)",
+                              {{2, kCharacters * (ranges.FirstCol - 1)}, {9, count1}})
+               : with_numbers("(            i5)", {{9, count1}});
   }
   const std::int32_t gap = kGridColumns - (count1 + count2);
-  return gap > 0 ? filled("(     i5,     x,     i5)",
-                          {{2, count1}, {10, kCharacters * gap}, {17, count2}})
-                 : filled("(     i5,            i5)", {{2, count1}, {17, count2}});
+  return gap > 0
+             ? with_numbers("(     i5,     x,     i5)",
+                            {{2, count1}, {10, kCharacters * gap}, {17, count2}})
+             : with_numbers("(     i5,            i5)", {{2, count1}, {17, count2}});
 }
 
 FieldGroups field_groups(const GridRanges& ranges) {
   const RowFormat format = row_format(ranges);
-  FieldGroups groups = groups_of(format.trimmed());
+  FieldGroups groups = parse_row_format(format.trimmed());
   groups.first.first_column = ranges.FirstCol;
   groups.second.first_column = ranges.EastFirstCol;
   const std::int32_t west_of_grid = std::max(1 - ranges.FirstCol, 0);

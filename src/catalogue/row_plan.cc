@@ -64,7 +64,7 @@ bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view m
     const std::size_t begin =
         static_cast<std::size_t>(run.first_field - 1) * kFieldWidth;
     const std::size_t size = static_cast<std::size_t>(run.count) * kFieldWidth;
-    if (has_line_end(line.substr(checked, begin - checked))) {
+    if (contains_newline(line.substr(checked, begin - checked))) {
       return false;
     }
     const std::string_view fields = line.substr(begin, size);
@@ -81,10 +81,10 @@ bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view m
     checked = begin + size;
   }
   std::fill_n(cells, plan.blank_fields, std::int16_t{0});
-  return !has_line_end(line.substr(checked));
+  return !contains_newline(line.substr(checked));
 }
 
-bool has_line_end(std::string_view text) {
+bool contains_newline(std::string_view text) {
   return text.find('\n') != std::string_view::npos;
 }
 

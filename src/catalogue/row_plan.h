@@ -49,7 +49,7 @@ bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view m
                   std::int16_t* cells);
 
 // Is there a line end inside `text`?
-bool has_line_end(std::string_view text);
+bool contains_newline(std::string_view text);
 
 }  // namespace veldmark
 

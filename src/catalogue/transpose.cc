@@ -7,7 +7,7 @@ namespace veldmark {
 namespace {
 
 using Vector = std::int16_t __attribute__((vector_size(16)));
-using Square = std::array<Vector, kSquare>;
+using Square = std::array<Vector, kSquareSize>;
 
 // The low halves of two vectors, value by value in turn, and the high halves.
 Vector low_halves(Vector a, Vector b) {
@@ -21,9 +21,9 @@ Vector high_halves(Vector a, Vector b) {
 // Three such rounds transpose the square.
 Square interleaved(const Square& square) {
   Square result;
-  for (std::size_t i = 0; i < kSquare / 2; ++i) {
-    result[2 * i] = low_halves(square[i], square[i + kSquare / 2]);
-    result[2 * i + 1] = high_halves(square[i], square[i + kSquare / 2]);
+  for (std::size_t i = 0; i < kSquareSize / 2; ++i) {
+    result[2 * i] = low_halves(square[i], square[i + kSquareSize / 2]);
+    result[2 * i + 1] = high_halves(square[i], square[i + kSquareSize / 2]);
   }
   return result;
 }
@@ -33,11 +33,11 @@ Square interleaved(const Square& square) {
 void transpose_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
                       std::size_t to_step) {
   Square square;
-  for (std::size_t i = 0; i < kSquare; ++i) {
+  for (std::size_t i = 0; i < kSquareSize; ++i) {
     std::memcpy(&square[i], from + i * from_step, sizeof(Vector));
   }
   square = interleaved(interleaved(interleaved(square)));
-  for (std::size_t j = 0; j < kSquare; ++j) {
+  for (std::size_t j = 0; j < kSquareSize; ++j) {
     std::memcpy(to + j * to_step, &square[j], sizeof(Vector));
   }
 }

@@ -8,7 +8,7 @@
 
 namespace veldmark {
 
-constexpr std::size_t kSquare = 8;
+constexpr std::size_t kSquareSize = 8;
 
 // Copies a square of 8 x 8 values transposed: value [i * from_step + j] of `from`
 // goes to [j * to_step + i] of `to`, for i and j from 0 to 7. The two don't overlap.

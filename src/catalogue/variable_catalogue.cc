@@ -200,7 +200,7 @@ constexpr bool is_consistent(const std::array<VariableEntry, kVariableCount>& ro
     ++number;
     if (row.menu_number != number || !holds_years(row.menu_line, '-', row.years) ||
         !holds_years(row.DataFileName.view(), '.', row.years) ||
-        row.DataFileName.view()[kLongestDataFileName] != ' ') {
+        row.DataFileName.view()[kMaxDataFileNameLength] != ' ') {
       return false;
     }
   }

@@ -22,7 +22,7 @@ struct CitationBlock {
 };
 
 // Output names take this much of a data file's name, so no name may be longer.
-constexpr std::size_t kLongestDataFileName = 40;
+constexpr std::size_t kMaxDataFileNameLength = 40;
 
 // A data set. The texts that files show are fields of fixed width, written with their
 // full width. A fresh entry is blank: no data set has been chosen yet.

@@ -12,7 +12,7 @@ namespace {
 
 // What is kept of a line that is read: far more than any answer, and a bound on the
 // memory that endless input without a line end can take.
-constexpr std::size_t kLongestLine = 1U << 16U;
+constexpr std::size_t kMaxLineLength = 1U << 16U;
 
 }  // namespace
 
@@ -103,7 +103,7 @@ std::string ConsoleDialogue::read_line(const char* end_message) {
     if (character == '\n') {
       break;
     }
-    if (line.size() < kLongestLine) {
+    if (line.size() < kMaxLineLength) {
       line += character;
     }
   }

@@ -14,7 +14,7 @@ class ReadFailure : public std::exception {};
 
 // May a call be made again that has failed? Where the descriptor would have had to
 // wait, waits for `event` first.
-bool may_try_again(int descriptor, short event) {
+bool should_retry(int descriptor, short event) {
   if (errno == EINTR) {
     return true;
   }
@@ -31,7 +31,7 @@ StandardStream::int_type StandardStream::underflow() {
   ssize_t count = 0;
   do {
     count = ::read(descriptor_, buffer_.data(), buffer_.size());
-  } while (count < 0 && may_try_again(descriptor_, POLLIN));
+  } while (count < 0 && should_retry(descriptor_, POLLIN));
   if (count < 0) {
     throw ReadFailure();
   }
@@ -58,7 +58,7 @@ int StandardStream::sync() {
         ::write(descriptor_, next, static_cast<std::size_t>(pptr() - next));
     if (count >= 0) {
       next += count;
-    } else if (!may_try_again(descriptor_, POLLOUT)) {
+    } else if (!should_retry(descriptor_, POLLOUT)) {
       return -1;
     }
   }

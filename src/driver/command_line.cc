@@ -8,7 +8,7 @@
 namespace veldmark {
 namespace {
 
-constexpr int kAllWell = 0;
+constexpr int kSuccess = 0;
 constexpr int kWrongUsage = 2;
 constexpr int kRunTimeError = 255;
 
@@ -64,7 +64,7 @@ std::optional<int> answer_command_line(std::span<const std::string> arguments,
     errors << "veldmark: standard output cannot be written\n";
     return kRunTimeError;
   }
-  return kAllWell;
+  return kSuccess;
 }
 
 }  // namespace veldmark

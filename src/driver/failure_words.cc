@@ -37,7 +37,8 @@ Channel channel_of(std::string_view name) {
 
 }  // namespace
 
-RunEnd end_by(ConsoleDialogue& console, const ReadFault& fault, bool CrossesDateLine) {
+RunEnd run_end_for(ConsoleDialogue& console, const ReadFault& fault,
+                   bool CrossesDateLine) {
   if (std::holds_alternative<EndAtSkippedLine>(fault.fact())) {
     return RunEnd::error(kPastEndOfFile, Operation::kRead, Channel::kGridFile);
   }
@@ -55,7 +56,7 @@ RunEnd end_by(ConsoleDialogue& console, const ReadFault& fault, bool CrossesDate
   return RunEnd::quiet();
 }
 
-RunEnd end_by(const FileFault& fault) {
+RunEnd run_end_for(const FileFault& fault) {
   const Channel channel = channel_of(fault.name());
   switch (fault.kind()) {
     case FileFault::Kind::kNotOpened:

@@ -14,11 +14,12 @@ namespace veldmark {
 // and returns the run's end: quiet after such words, otherwise a run-time error.
 //
 //   CrossesDateLine   whether the search's columns were in two ranges
-RunEnd end_by(ConsoleDialogue& console, const ReadFault& fault, bool CrossesDateLine);
+RunEnd run_end_for(ConsoleDialogue& console, const ReadFault& fault,
+                   bool CrossesDateLine);
 
 // Returns the run's end by a file that cannot be used: a run-time error, which names
 // the channel by the ending of the file's name.
-RunEnd end_by(const FileFault& fault);
+RunEnd run_end_for(const FileFault& fault);
 
 }  // namespace veldmark
 

@@ -67,7 +67,7 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
   try {
     return read_block(std::move(*input), request);
   } catch (const ReadFault& fault) {
-    throw end_by(console, fault, state.ranges.CrossesDateLine);
+    throw run_end_for(console, fault, state.ranges.CrossesDateLine);
   }
 }
 
@@ -85,8 +85,8 @@ std::unique_ptr<VarianceReportFile> offer_variance_test(ConsoleDialogue& console
                           .MissingCode = state.MissingCode,
                           .SampleScale = state.SampleScale};
   const std::string name(report_name(state.entry).trimmed());
-  auto report =
-      std::make_unique<VarianceReportFile>(name, test, notices_on(console), in_use);
+  auto report = std::make_unique<VarianceReportFile>(name, test,
+                                                     console_notices(console), in_use);
   show_periods(console, *report);
   return report;
 }
@@ -164,17 +164,17 @@ void run_searches(ConsoleDialogue& console) {
 }
 
 // The same, ending by a RunEnd where a file cannot be used.
-void run_searches_to_their_end(ConsoleDialogue& console) {
+void run_searches_and_word_faults(ConsoleDialogue& console) {
   try {
     run_searches(console);
   } catch (const FileFault& fault) {
-    throw end_by(fault);
+    throw run_end_for(fault);
   }
 }
 
 // Writes what is left of the output, and the report of the end. Returns the exit
 // status.
-int close_console(ConsoleDialogue& console, std::ostream& errors, const RunEnd& end) {
+int finish_output(ConsoleDialogue& console, std::ostream& errors, const RunEnd& end) {
   try {
     console.flush();
   } catch (const RunEnd& output_failure) {
@@ -189,12 +189,12 @@ int close_console(ConsoleDialogue& console, std::ostream& errors, const RunEnd& 
 
 int run_program(ConsoleDialogue& console, std::ostream& errors) {
   try {
-    run_searches_to_their_end(console);
-    return close_console(console, errors, RunEnd::quiet());
+    run_searches_and_word_faults(console);
+    return finish_output(console, errors, RunEnd::quiet());
   } catch (const RunEnd& end) {
-    return close_console(console, errors, end);
+    return finish_output(console, errors, end);
   } catch (const std::bad_alloc&) {
-    return close_console(console, errors, not_enough_memory());
+    return finish_output(console, errors, not_enough_memory());
   }
 }
 

@@ -26,13 +26,13 @@ void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
   }
 }
 
-[[noreturn]] void end_by_menu(ConsoleDialogue& console) {
+[[noreturn]] void end_at_menu(ConsoleDialogue& console) {
   console.write_lines({" ", "Program Terminating"});
   throw RunEnd::quiet();
 }
 
 // Makes `chosen` the run's data set, whether its file is there or not.
-void set_up(const VariableEntry& chosen, RunState& state) {
+void select_variable(const VariableEntry& chosen, RunState& state) {
   state.entry = chosen;
   state.SampleScale = chosen.SampleScale.value_or(state.SampleScale);
   state.FileExists = data_file_exists(chosen);
@@ -48,12 +48,12 @@ std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& stat
     cite_data_set(console, chosen, state);
     state.LastDataYear = kLastDataYear;
     if (state.MenuChoice == 0) {
-      end_by_menu(console);
+      end_at_menu(console);
     }
     if (chosen == nullptr) {
       return std::nullopt;
     }
-    set_up(*chosen, state);
+    select_variable(*chosen, state);
     if (state.FileExists) {
       return GridFile(std::string(state.entry.DataFileName.trimmed()));
     }

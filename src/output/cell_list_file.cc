@@ -4,7 +4,7 @@ namespace veldmark {
 namespace {
 
 // What follows the coordinates on a line.
-std::string rest_of_line(const VariableEntry& entry, bool CrossesDateLine) {
+std::string line_suffix(const VariableEntry& entry, bool CrossesDateLine) {
   std::string rest = "    ";
   rest += entry.OutputPrefix.view();
   rest += CrossesDateLine ? "" : "   ";
@@ -16,12 +16,12 @@ std::string rest_of_line(const VariableEntry& entry, bool CrossesDateLine) {
 
 CellListFile::CellListFile(OutputFile& file, const OutputName& TsfName,
                            const VariableEntry& entry, bool CrossesDateLine)
-    : file_(file), rest_of_line_(rest_of_line(entry, CrossesDateLine)) {
+    : file_(file), line_suffix_(line_suffix(entry, CrossesDateLine)) {
   file_.write(" #   Lon.     Lat.      " + std::string(TsfName.view()) + "\n");
 }
 
 void CellListFile::add(const SavedCell& cell) {
-  file_.write(" " + cell.longitude.text + cell.latitude.text + rest_of_line_);
+  file_.write(" " + cell.longitude.text + cell.latitude.text + line_suffix_);
 }
 
 }  // namespace veldmark

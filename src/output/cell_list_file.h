@@ -26,7 +26,7 @@ class CellListFile : public CellSink {
 
  private:
   OutputFile& file_;
-  std::string rest_of_line_;  // what follows the coordinates
+  std::string line_suffix_;  // what follows the coordinates
 };
 
 }  // namespace veldmark

@@ -6,7 +6,7 @@ namespace veldmark {
 namespace {
 
 // What follows the coordinates on a line.
-std::string rest_of_line(const VariableEntry& entry) {
+std::string line_suffix(const VariableEntry& entry) {
   std::string rest = "   ";
   rest += entry.OutputPrefix.view();
   rest += "   ";
@@ -18,7 +18,7 @@ std::string rest_of_line(const VariableEntry& entry) {
 
 ConsoleTable::ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
                            const YearSpan& years)
-    : console_(console), rest_of_line_(rest_of_line(entry)) {
+    : console_(console), line_suffix_(line_suffix(entry)) {
   console_.write_lines({"",
                         "  Saving Cell data : " + fixed_integer(years.FYOD, 4) + " - " +
                             fixed_integer(years.LYOD, 4),
@@ -28,7 +28,7 @@ ConsoleTable::ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
 // The coordinates stand in ten columns here, in nine in the files.
 void ConsoleTable::add(const SavedCell& cell) {
   console_.write_line("  " + fixed_integer(cell.number, 6) + " " + cell.longitude.text +
-                      " " + cell.latitude.text + rest_of_line_);
+                      " " + cell.latitude.text + line_suffix_);
 }
 
 }  // namespace veldmark

@@ -22,7 +22,7 @@ class ConsoleTable : public CellSink {
 
  private:
   ConsoleDialogue& console_;
-  std::string rest_of_line_;  // what follows the coordinates
+  std::string line_suffix_;  // what follows the coordinates
 };
 
 }  // namespace veldmark

@@ -27,7 +27,7 @@ bool is_pipe(const std::string& name) {
 
 // A new file is left alone: some file systems flush a truncated file when it is closed,
 // which would make every new output wait for the disk.
-bool make_empty(const FileDescriptor& file) {
+bool truncate(const FileDescriptor& file) {
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) {
     return false;
@@ -43,7 +43,7 @@ bool make_empty(const FileDescriptor& file) {
 }
 
 // Opens `name` as it is. Opening a pipe would wait for its reader.
-FileDescriptor open_unchanged(const std::string& name) {
+FileDescriptor open_without_truncating(const std::string& name) {
   if (is_pipe(name)) {
     throw not_opened(name, 0);
   }
@@ -57,12 +57,14 @@ FileDescriptor open_unchanged(const std::string& name) {
 }  // namespace
 
 OutputFile::OutputFile(std::string name, const FilesInUse& in_use)
-    : name_(std::move(name)), file_(open_unchanged(name_)), buffer_(kBufferSize) {
-  take(in_use);
+    : name_(std::move(name)),
+      file_(open_without_truncating(name_)),
+      buffer_(kBufferSize) {
+  lock_and_truncate(in_use);
 }
 
 // Empties the opened file once it's certain that nobody needs what it holds.
-void OutputFile::take(const FilesInUse& in_use) {
+void OutputFile::lock_and_truncate(const FilesInUse& in_use) {
   struct stat status {};
   if (::fstat(file_.get(), &status) != 0) {
     throw not_opened(name_, errno);
@@ -79,7 +81,7 @@ void OutputFile::take(const FilesInUse& in_use) {
   }
   // In place rather than by a new file: owner, group, access lists and attributes stay,
   // and so does the old content where the new file couldn't be made.
-  if (!make_empty(file_)) {
+  if (!truncate(file_)) {
     throw not_opened(name_, errno);
   }
 }
@@ -102,19 +104,19 @@ void OutputFile::write(std::string_view text) {
 
 char* OutputFile::reserve(std::size_t size) {
   if (used_ + size > buffer_.size()) {
-    write_out();
+    flush();
   }
   return buffer_.data() + used_;
 }
 
 void OutputFile::close() {
-  write_out();
+  flush();
   if (!file_.close()) {
     throw FileFault(FileFault::Kind::kNotWritten, name_, errno);
   }
 }
 
-void OutputFile::write_out() {
+void OutputFile::flush() {
   const bool written = file_.write_all({buffer_.data(), used_});
   used_ = 0;
   if (!written) {

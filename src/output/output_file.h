@@ -53,8 +53,8 @@ class OutputFile {
   void close();
 
  private:
-  void take(const FilesInUse& in_use);
-  void write_out();
+  void lock_and_truncate(const FilesInUse& in_use);
+  void flush();
 
   std::string name_;
   FileDescriptor file_;

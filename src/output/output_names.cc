@@ -11,7 +11,7 @@ namespace veldmark {
 namespace {
 
 // Reports take the data file's name up to its first blank, but not more than this.
-constexpr std::size_t kReportStem = 61;
+constexpr std::size_t kMaxReportStem = 61;
 
 OutputName joined(std::string_view stem, std::string_view extension) {
   const std::string name = std::string(stem) + std::string(extension);
@@ -23,12 +23,12 @@ OutputName joined(std::string_view stem, std::string_view extension) {
 }  // namespace
 
 OutputName extract_name(const VariableEntry& entry, std::string_view extension) {
-  return joined(entry.DataFileName.view().substr(0, kLongestDataFileName), extension);
+  return joined(entry.DataFileName.view().substr(0, kMaxDataFileNameLength), extension);
 }
 
 OutputName report_name(const VariableEntry& entry) {
   const std::string_view name = entry.DataFileName.view();
-  const std::size_t up_to_blank = std::min(name.find(' '), kReportStem - 1) + 1;
+  const std::size_t up_to_blank = std::min(name.find(' '), kMaxReportStem - 1) + 1;
   return joined(name.substr(0, up_to_blank), ".ftst");
 }
 

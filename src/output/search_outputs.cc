@@ -10,7 +10,7 @@ namespace {
 
 // Each file is checked again when it is open: a link may lead to a file that the
 // opening of another one creates.
-void require_own_file(const std::string& name, FilesInUse& in_use) {
+void require_not_in_use(const std::string& name, FilesInUse& in_use) {
   const std::optional<FileIdentity> file = regular_file(name);
   if (in_use.contains(file)) {
     throw FileFault(FileFault::Kind::kNotOpened, name, 0);
@@ -23,8 +23,8 @@ void require_own_file(const std::string& name, FilesInUse& in_use) {
 SearchOutputs open_search_outputs(const std::string& TsfName, const std::string& XyName,
                                   FilesInUse& in_use) {
   FilesInUse before_opening = in_use;
-  require_own_file(TsfName, before_opening);
-  require_own_file(XyName, before_opening);
+  require_not_in_use(TsfName, before_opening);
+  require_not_in_use(XyName, before_opening);
   OutputFile time_series(TsfName, in_use);
   in_use.add(time_series.identity());
   OutputFile cell_list(XyName, in_use);

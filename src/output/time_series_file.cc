@@ -9,7 +9,7 @@ namespace veldmark {
 namespace {
 
 // What follows the coordinates in a cell's heading.
-std::string rest_of_heading(const VariableEntry& entry) {
+std::string heading_suffix(const VariableEntry& entry) {
   std::string rest = "    ";
   rest += entry.OutputPrefix.view();
   rest += entry.TitleText.view();
@@ -21,7 +21,7 @@ std::string rest_of_heading(const VariableEntry& entry) {
 
 TimeSeriesFile::TimeSeriesFile(OutputFile& file, const VariableEntry& entry,
                                const YearSpan& years)
-    : file_(file), rest_of_heading_(rest_of_heading(entry)) {
+    : file_(file), heading_suffix_(heading_suffix(entry)) {
   for (std::int32_t year = years.FYOD; year <= years.LYOD; ++year) {
     const std::string text = " " + fixed_integer(year, 4);
     YearText& year_text = year_texts_.emplace_back();
@@ -30,7 +30,7 @@ TimeSeriesFile::TimeSeriesFile(OutputFile& file, const VariableEntry& entry,
 }
 
 void TimeSeriesFile::add(const SavedCell& cell) {
-  file_.write(" " + cell.longitude.text + cell.latitude.text + rest_of_heading_);
+  file_.write(" " + cell.longitude.text + cell.latitude.text + heading_suffix_);
   write_years(cell.series);
 }
 

@@ -46,7 +46,7 @@ class TimeSeriesFile : public CellSink {
   void write_years(std::span<const std::int16_t> series);
 
   OutputFile& file_;
-  std::string rest_of_heading_;  // what follows the coordinates
+  std::string heading_suffix_;  // what follows the coordinates
   std::vector<YearText> year_texts_;
   ValueText value_text_;
 };

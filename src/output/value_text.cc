@@ -6,11 +6,11 @@
 namespace veldmark {
 namespace {
 
-constexpr std::size_t kValues = std::size_t{1} << 16U;
+constexpr std::size_t kValueCount = std::size_t{1} << 16U;
 
 }  // namespace
 
-ValueText::ValueText() : texts_(kValues) {
+ValueText::ValueText() : texts_(kValueCount) {
   for (std::int32_t value = std::numeric_limits<std::int16_t>::min();
        value <= std::numeric_limits<std::int16_t>::max(); ++value) {
     Text& text = texts_[static_cast<std::uint16_t>(value)];

@@ -37,7 +37,7 @@ void show_periods(ConsoleDialogue& console, const VarianceReportFile& report) {
   console.write_line(" Ftest Comparison of Variance: " + report.periods());
 }
 
-VarianceNotices notices_on(ConsoleDialogue& console) {
+VarianceNotices console_notices(ConsoleDialogue& console) {
   return {.not_a_number =
               [&console] { console.write_line("    *** Ftest Nan computed ***"); },
           .bad_argument = [&console](std::string_view text) { console.pause(text); }};

@@ -21,7 +21,7 @@ std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
 void show_periods(ConsoleDialogue& console, const VarianceReportFile& report);
 
 // Returns what tells the user of the tests that fail; `console` must outlive it.
-VarianceNotices notices_on(ConsoleDialogue& console);
+VarianceNotices console_notices(ConsoleDialogue& console);
 
 }  // namespace veldmark
 

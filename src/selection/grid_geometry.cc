@@ -22,7 +22,7 @@ constexpr float kEasternmost = CellLon[kGridColumns];
 // between. A bound on a centre belongs to the pair that begins there, one on the last
 // centre to the last pair; one outside the outermost centres to none.
 template <std::size_t kCount>
-std::optional<std::int32_t> pair_around(const CentreTable<kCount>& ascending,
+std::optional<std::int32_t> interval_of(const CentreTable<kCount>& ascending,
                                         float bound) {
   const auto& centres = ascending.all();
   if (!(centres.front() <= bound && bound <= centres.back())) {
@@ -35,7 +35,7 @@ std::optional<std::int32_t> pair_around(const CentreTable<kCount>& ascending,
 
 // The same from north to south: the number of the northern of the two centres. A bound
 // on a centre belongs to the pair that ends there, so the northernmost has none.
-std::optional<std::int32_t> pair_around_from_north(float bound) {
+std::optional<std::int32_t> interval_from_north(float bound) {
   const auto& centres = kNorthFirstLat.all();
   const auto* const below = std::partition_point(
       centres.begin(), centres.end(), [&](float lat) { return lat > bound; });
@@ -46,12 +46,14 @@ std::optional<std::int32_t> pair_around_from_north(float bound) {
 }
 
 // The number after `pair`; 0 for none.
-std::int32_t next_of(std::optional<std::int32_t> pair) { return pair ? *pair + 1 : 0; }
+std::int32_t index_after(std::optional<std::int32_t> pair) {
+  return pair ? *pair + 1 : 0;
+}
 
 RowRange find_rows_south_first(const SearchRegion& region) {
   RowRange rows;
-  rows.FirstRow = next_of(pair_around(kSouthFirstLat, region.minLat));
-  rows.LastRow = pair_around(kSouthFirstLat, region.maxLat).value_or(0);
+  rows.FirstRow = index_after(interval_of(kSouthFirstLat, region.minLat));
+  rows.LastRow = interval_of(kSouthFirstLat, region.maxLat).value_or(0);
   if (region.minLat <= kSouthernmost) {
     rows.FirstRow = 1;
   }
@@ -63,8 +65,8 @@ RowRange find_rows_south_first(const SearchRegion& region) {
 
 RowRange find_rows_north_first(const SearchRegion& region) {
   RowRange rows;
-  rows.FirstRow = pair_around_from_north(region.maxLat).value_or(0);
-  rows.LastRow = next_of(pair_around_from_north(region.minLat));
+  rows.FirstRow = interval_from_north(region.maxLat).value_or(0);
+  rows.LastRow = index_after(interval_from_north(region.minLat));
   // Kept on purpose: FindRows.NorthFirstPolesCorrectTheOtherEnd.
   if (region.minLat <= kSouthernmost) {
     rows.FirstRow = kGridRows;
@@ -77,10 +79,10 @@ RowRange find_rows_north_first(const SearchRegion& region) {
 
 // One range of columns; FirstCol and LastCol come in with what they keep.
 void find_columns(const SearchRegion& region, GridRanges& ranges) {
-  if (const auto pair = pair_around(CellLon, region.minLon)) {
+  if (const auto pair = interval_of(CellLon, region.minLon)) {
     ranges.FirstCol = *pair + 1;
   }
-  if (const auto pair = pair_around(CellLon, region.maxLon)) {
+  if (const auto pair = interval_of(CellLon, region.maxLon)) {
     ranges.LastCol = *pair;
   }
   if (region.minLon <= kWesternmost) {
@@ -92,10 +94,10 @@ void find_columns(const SearchRegion& region, GridRanges& ranges) {
 }
 
 // A west and an east piece; LastCol comes in with what it keeps. No end corrections.
-void find_columns_in_two_pieces(const SearchRegion& region, GridRanges& ranges) {
+void find_columns_across_date_line(const SearchRegion& region, GridRanges& ranges) {
   ranges.FirstCol = 1;
-  ranges.LastCol = pair_around(CellLon, region.maxLon).value_or(ranges.LastCol);
-  ranges.EastFirstCol = next_of(pair_around(CellLon, region.minLon));
+  ranges.LastCol = interval_of(CellLon, region.maxLon).value_or(ranges.LastCol);
+  ranges.EastFirstCol = index_after(interval_of(CellLon, region.minLon));
   ranges.EastLastCol = kGridColumns;
 }
 
@@ -120,7 +122,7 @@ GridRanges find_ranges(const SearchRegion& region, RowOrder order,
   ranges.LastCol = previous.LastCol;
   ranges.CrossesDateLine = previous.CrossesDateLine || region.minLon > region.maxLon;
   if (ranges.CrossesDateLine) {
-    find_columns_in_two_pieces(region, ranges);
+    find_columns_across_date_line(region, ranges);
   } else {
     find_columns(region, ranges);
   }

@@ -15,13 +15,16 @@ void append_stride(std::vector<std::int32_t>& numbers, std::int32_t first,
 }
 
 // `count` / n rounded up for a positive count; the quotient drops its fraction.
-std::int64_t strides(std::int32_t count, std::int64_t n) { return (count - 1 + n) / n; }
+std::int64_t stride_count(std::int32_t count, std::int64_t n) {
+  return (count - 1 + n) / n;
+}
 
 }  // namespace
 
 std::int64_t estimate_cells(std::int32_t RowCount, std::int32_t ColCount,
                             std::int32_t ThinningFactor) {
-  return strides(RowCount, ThinningFactor) * strides(ColCount, ThinningFactor);
+  return stride_count(RowCount, ThinningFactor) *
+         stride_count(ColCount, ThinningFactor);
 }
 
 float percentage_of_cells(std::int64_t EstimatedCells, std::int32_t CellCount) {

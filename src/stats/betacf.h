@@ -1,4 +1,4 @@
-// The continued fraction behind the incomplete beta function.
+// The continued fraction for the incomplete beta function.
 
 #ifndef VELDMARK_STATS_BETACF_H_
 #define VELDMARK_STATS_BETACF_H_
@@ -6,14 +6,14 @@
 namespace veldmark {
 
 // Evaluates the continued fraction of the incomplete beta function for a, b > 0 and
-// 0 <= x <= 1 by the modified Lentz method. It converges fast for x below
-// (a + 1) / (a + b + 2); betai never calls it for anything else unless x is NaN or bad.
+// 0 <= x <= 1 by the modified Lentz method, in single precision. It converges fast for
+// x < (a + 1) / (a + b + 2); betai calls it for no other x, except NaN or out of range.
+// See docs/variance-test.md, "The arithmetic".
 //
-// Returns the fraction, once a step changes it by less than 3e-7 of itself.
-// Kept on purpose: Betacf.ReturnsWhatItHasAfterAHundredSteps. Without that after 100
-// steps (a or b beyond some thirty thousand, or a NaN) the value reached so far is
-// returned, and nobody is told.
-// Source     docs/variance-test.md, "The arithmetic"; single precision.
+// Returns the fraction as soon as an iteration changes it by less than 3e-7 of itself.
+// Kept on purpose: Betacf.ReturnsWhatItHasAfterAHundredSteps. If it has not converged
+// after 100 iterations (a or b above about thirty thousand, or a NaN), the last value
+// is returned without any notice.
 float betacf(float a, float b, float x);
 
 }  // namespace veldmark

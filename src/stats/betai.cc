@@ -9,7 +9,7 @@
 namespace veldmark {
 namespace {
 
-// x^a * (1 - x)^b / B(a, b): what the continued fraction is multiplied by.
+// Returns x^a * (1 - x)^b / B(a, b), the factor before the continued fraction.
 float prefactor(float a, float b, float x) {
   if (x == 0.0F || x == 1.0F) {
     return 0.0F;

@@ -16,7 +16,7 @@ constexpr std::array<double, 6> kCoefficients = {
     76.18009172947146,  -86.50532032941678,   24.01409824083091,
     -1.231739572450155, 0.001208650973866179, -5.395239384953e-06};
 
-// The decimals are the shortest that give these bits.
+// The decimals above are the shortest that have these bits.
 static_assert(std::bit_cast<std::uint64_t>(kSeriesStart) == 0x3FF00000000D0EC7);
 static_assert(std::bit_cast<std::uint64_t>(kRootOfTwoPi) == 0x40040D931FF62706);
 static_assert(std::bit_cast<std::array<std::uint64_t, 6>>(kCoefficients) ==

@@ -1,10 +1,10 @@
-// What the statistics ask of the machine's 32-bit reals.
+// What the statistics require of 32-bit arithmetic.
 //
-// Every operation is rounded to 32 bits before the next one starts, so that f and its
-// probability have the same bits everywhere. Three things would break that: wider
-// intermediate results (refused here), a fused multiply-add (switched off for every
-// target by -ffp-contract=off) and -ffast-math (not used; NaN and the infinities are
-// results that the callers test for).
+// Each operation must be rounded to 32 bits before the next, so that f and its
+// probability have the same bits on every machine. Three things would break that: wider
+// intermediate results (refused below), fused multiply-add (switched off for every
+// target by -ffp-contract=off) and -ffast-math (not used; callers test for NaN and
+// infinities).
 
 #ifndef VELDMARK_STATS_SINGLE_PRECISION_H_
 #define VELDMARK_STATS_SINGLE_PRECISION_H_
@@ -20,10 +20,9 @@ static_assert(FLT_EVAL_METHOD == 0, "32-bit operations must be rounded to 32 bit
 static_assert(std::numeric_limits<float>::is_iec559 &&
               std::numeric_limits<double>::is_iec559);
 
-// Cuts the fraction off `value`: 10.9999 gives 10, -1.5 gives -1.
-//
-// Returns the most negative 32-bit integer for NaN, the infinities and everything
-// outside the 32-bit range, which the language's own conversion would leave undefined.
+// Returns `value` truncated toward zero: 10 for 10.9999, -1 for -1.5. Returns the
+// smallest 32-bit integer for NaN, infinities and values out of range, for which a cast
+// would be undefined.
 inline std::int32_t truncated_to_int32(float value) {
   constexpr float kTwoToThe31 = 2147483648.0F;
   if (std::fabs(value) < kTwoToThe31) {

@@ -7,7 +7,7 @@
 
 namespace veldmark {
 
-// They are opened the wrong way round: what uses them fails.
+// Opens the input for writing and the outputs for reading, so that any use fails.
 void take_up_closed_streams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(stream, F_GETFD) < 0) {

@@ -1,15 +1,15 @@
-// Standard streams that are closed when a program starts.
+// Handles standard streams that are already closed when a program starts.
 
 #ifndef VELDMARK_UTIL_CLOSED_STREAMS_H_
 #define VELDMARK_UTIL_CLOSED_STREAMS_H_
 
 namespace veldmark {
 
-// Takes up the numbers of the standard streams that are closed. Reading or writing them
-// fails as before, with EBADF.
+// Occupies the descriptors 0, 1 and 2 where they are closed. Reading or writing them
+// still fails with EBADF.
 //
-// A file that is opened gets the lowest number that is free: without this it could be
-// that of a stream, whose text would then land in the file.
+// A newly opened file gets the lowest free descriptor. Without this it could be given
+// that of a standard stream, and messages would end up in the file.
 void take_up_closed_streams();
 
 }  // namespace veldmark

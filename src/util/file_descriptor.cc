@@ -9,13 +9,13 @@
 namespace veldmark {
 namespace {
 
-constexpr int kFailed = -1;  // what the system's calls give
-constexpr mode_t kMode = 0666;
+constexpr int kFailed = -1;  // what a failed system call returns
+constexpr mode_t kCreationMode = 0666;
 
 int open_descriptor(const std::string& name, int flags) {
   int descriptor = kFailed;
   do {
-    descriptor = ::open(name.c_str(), flags | O_CLOEXEC, kMode);
+    descriptor = ::open(name.c_str(), flags | O_CLOEXEC, kCreationMode);
   } while (descriptor == kFailed && errno == EINTR);
   return descriptor;
 }

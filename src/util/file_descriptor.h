@@ -1,4 +1,4 @@
-// Owns an open file descriptor of the operating system.
+// A POSIX file descriptor that is closed by its destructor.
 
 #ifndef VELDMARK_UTIL_FILE_DESCRIPTOR_H_
 #define VELDMARK_UTIL_FILE_DESCRIPTOR_H_
@@ -10,15 +10,15 @@
 
 namespace veldmark {
 
-// Can be moved, not copied; an interrupted call is repeated. errno tells why one
-// failed.
+// Movable, not copyable. Interrupted calls are retried. After a failure errno holds the
+// reason.
 class FileDescriptor {
  public:
-  // Opens `name` with the flags of open(2), created files with mode 0666 less the
-  // umask. is_open() tells whether that worked; errno says why not.
+  // Opens `name` with the flags of open(2); a file that is created gets mode 0666 less
+  // the umask. is_open() returns whether that worked; if not, errno holds the reason.
   FileDescriptor(const std::string& name, int flags);
 
-  // Takes over an open descriptor, or -1 for none.
+  // Takes ownership of an open descriptor; -1 means none.
   explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
 
   FileDescriptor(FileDescriptor&& other) noexcept;
@@ -29,19 +29,19 @@ class FileDescriptor {
 
   [[nodiscard]] bool is_open() const { return descriptor_ != kClosed; }
 
-  // Reads up to `size` bytes at the file's position. Returns how many bytes were read,
-  // 0 at the end of the file, -1 on failure.
+  // Reads up to `size` bytes from the current position. Returns the number of bytes
+  // read, 0 at the end of the file, -1 on failure.
   std::ptrdiff_t read(char* buffer, std::size_t size) const;
 
-  // Reads just `size` bytes from `offset` on and leaves the file's position alone.
-  // Returns false on failure, and when the file ends before.
+  // Reads exactly `size` bytes starting at `offset`, without moving the current
+  // position. Returns false on failure, or if the file ends before `offset + size`.
   bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
   // Writes all of `bytes`. Returns false on failure.
   [[nodiscard]] bool write_all(std::string_view bytes) const;
 
-  // Closes the file. Returns false when the system reports that written bytes were
-  // lost. A second close does nothing.
+  // Closes the file. Returns false if the system reports that written data was lost. A
+  // second close does nothing.
   bool close();
 
   [[nodiscard]] int get() const { return descriptor_; }

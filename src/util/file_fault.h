@@ -1,4 +1,4 @@
-// What the core reports of a file that it cannot use; a front end words it.
+// Thrown by the core for a file that it cannot use; the front end writes the message.
 
 #ifndef VELDMARK_UTIL_FILE_FAULT_H_
 #define VELDMARK_UTIL_FILE_FAULT_H_
@@ -18,8 +18,8 @@ class FileFault : public std::exception {
     kNotWritten,
   };
 
-  // `error_number` is an errno value; 0 where the system didn't object, but we do: a
-  // folder, a pipe, a file that this run uses otherwise.
+  // `error_number` is an errno value; 0 where no system call failed but the file must
+  // not be used: a folder, a pipe, a file that this run already reads or writes.
   FileFault(Kind kind, std::string name, int error_number)
       : kind_(kind), name_(std::move(name)), error_number_(error_number) {}
 

@@ -1,4 +1,4 @@
-// Which file a name or a descriptor leads to, by whatever name or link.
+// Identifies a file by device and inode, so that links to the same file are recognised.
 
 #ifndef VELDMARK_UTIL_FILE_IDENTITY_H_
 #define VELDMARK_UTIL_FILE_IDENTITY_H_
@@ -20,8 +20,8 @@ struct FileIdentity {
   friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
-// Returns which file `status` is of. nullopt for anything but a regular file: devices
-// such as /dev/null may stand in for several files at once.
+// Returns the identity of the file that `status` describes. Returns nullopt unless it
+// is a regular file: a device such as /dev/null may be used as several files at once.
 inline std::optional<FileIdentity> regular_file(const struct stat& status) {
   if (!S_ISREG(status.st_mode)) {
     return std::nullopt;
@@ -29,13 +29,14 @@ inline std::optional<FileIdentity> regular_file(const struct stat& status) {
   return FileIdentity{.device = status.st_dev, .inode = status.st_ino};
 }
 
-// The same for the file that `name` leads to; nullopt also where there is none.
+// Returns the same for the file that `name` refers to; also nullopt if it cannot be
+// looked up.
 inline std::optional<FileIdentity> regular_file(const std::string& name) {
   struct stat status {};
   return ::stat(name.c_str(), &status) == 0 ? regular_file(status) : std::nullopt;
 }
 
-// The files that a search reads or writes; none may serve twice.
+// The files that a search reads or writes. None may be used twice.
 class FilesInUse {
  public:
   void add(const std::optional<FileIdentity>& file) {

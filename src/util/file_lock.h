@@ -1,4 +1,4 @@
-// A lock on an open file, so that two runs don't write it at once.
+// A lock on an open file, so that two runs don't write it at the same time.
 
 #ifndef VELDMARK_UTIL_FILE_LOCK_H_
 #define VELDMARK_UTIL_FILE_LOCK_H_
@@ -11,8 +11,8 @@
 
 namespace veldmark {
 
-// Locks the file until it is closed. Returns true when another run holds the lock.
-// File systems without locks know nothing of other runs: false.
+// Tries to lock the file until it is closed. Returns true if another run holds the
+// lock; false also on file systems without locks.
 inline bool is_locked_by_another(const FileDescriptor& file) {
   int result = 0;
   do {
@@ -21,7 +21,7 @@ inline bool is_locked_by_another(const FileDescriptor& file) {
   return result != 0 && errno == EWOULDBLOCK;
 }
 
-// Gives the lock up before that.
+// Releases the lock while the file stays open.
 inline void unlock(const FileDescriptor& file) { ::flock(file.get(), LOCK_UN); }
 
 }  // namespace veldmark

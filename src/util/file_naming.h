@@ -1,5 +1,4 @@
-// Gives files other names where a plain rename would lose what has the name by then.
-// errno tells why something failed.
+// Renames that never lose a file that already has the new name.
 
 #ifndef VELDMARK_UTIL_FILE_NAMING_H_
 #define VELDMARK_UTIL_FILE_NAMING_H_
@@ -8,13 +7,13 @@
 
 namespace veldmark {
 
-// Renames `from` to `to` unless something stands there; false with EEXIST if it does.
-// Nothing that appears at the last moment is lost, but where the file system has no
-// hard links (FAT): there it is looked for just before.
+// Renames `from` to `to` unless a file `to` exists. Returns false with errno set,
+// EEXIST if it does. A file that appears at the last moment is kept, except where the
+// file system has no hard links (FAT): there the check comes just before the rename.
 bool rename_to_free_name(const std::string& from, const std::string& to);
 
-// Lets two files exchange their names in one step; false where one of them is missing,
-// and where the file system can't.
+// Exchanges the names of two files in one step. Returns false with errno set, also
+// where the file system cannot do that.
 bool exchange_names(const std::string& one, const std::string& other);
 
 }  // namespace veldmark

@@ -10,19 +10,19 @@ namespace veldmark {
 namespace {
 
 std::string right_aligned(const std::string& text, int width) {
-  const auto columns = static_cast<std::size_t>(width);
-  if (text.size() > columns) {
-    std::string asterisks(columns, '*');
+  const auto field_width = static_cast<std::size_t>(width);
+  if (text.size() > field_width) {
+    std::string asterisks(field_width, '*');
     return asterisks;
   }
-  return std::string(columns - text.size(), ' ') + text;
+  return std::string(field_width - text.size(), ' ') + text;
 }
 
-// The largest 32-bit real has 39 digits before the point.
-constexpr std::size_t kLongestReal = 64;
+// The largest 32-bit real has 39 digits before the decimal point.
+constexpr std::size_t kMaxRealLength = 64;
 
 std::string decimal_text(float value, int decimals) {
-  std::array<char, kLongestReal> text{};
+  std::array<char, kMaxRealLength> text{};
   const int length =
       std::snprintf(text.data(), text.size(), "%.*f", decimals, double{value});
   return {text.data(), static_cast<std::size_t>(length)};

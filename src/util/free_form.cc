@@ -10,9 +10,10 @@
 namespace veldmark {
 namespace {
 
-constexpr std::size_t kRealColumns = 15;
+constexpr std::size_t kRealWidth = 15;
 
-// Steps over one character of `text` when it is one of `choices`.
+// Skips the first character of `text` if it is one of `choices`. Returns whether it
+// was.
 bool skip_one_of(std::string_view& text, std::string_view choices) {
   if (text.empty() || choices.find(text.front()) == std::string_view::npos) {
     return false;
@@ -21,7 +22,7 @@ bool skip_one_of(std::string_view& text, std::string_view choices) {
   return true;
 }
 
-// Skips the digits at the front of `text`. Returns how many there were.
+// Skips the digits at the start of `text`. Returns how many there were.
 std::size_t skip_digits(std::string_view& text) {
   const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
   text.remove_prefix(count);
@@ -46,10 +47,11 @@ bool is_decimal(std::string_view text) {
   return text.empty();
 }
 
-// The shortest decimal of a finite `value`, with a fraction in front of an exponent.
+// Returns the shortest decimal of a finite `value`. ".0" is added where it has no
+// fraction, before the exponent if there is one.
 std::string shortest_decimal(float value) {
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> buffer{};
+  constexpr std::size_t kMaxLength = 32;
+  std::array<char, kMaxLength> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
   std::string text(buffer.data(), end.ptr);
   if (text.find('.') == std::string::npos) {
@@ -91,10 +93,10 @@ std::optional<float> parse_real(std::string_view value) {
   std::string text(value);
   for (char& character : text) {
     if (character == 'D' || character == 'd') {
-      character = 'e';  // the double-precision exponent letter means the same here
+      character = 'e';  // strtof does not know the double-precision exponent letter
     }
   }
-  // strtof rounds correctly, and gives infinity and zero beyond the range of reals.
+  // strtof rounds correctly and returns infinity or zero for out-of-range values.
   return std::strtof(text.c_str(), nullptr);
 }
 
@@ -104,10 +106,10 @@ std::string free_form_integer(std::int64_t value) {
 
 std::string free_form_real(float value) {
   std::string text = real_text(value);
-  if (text.size() > kRealColumns) {
-    text.assign(kRealColumns, '*');
+  if (text.size() > kRealWidth) {
+    text.assign(kRealWidth, '*');
   }
-  return std::string(1 + kRealColumns - text.size(), ' ') + text;
+  return std::string(1 + kRealWidth - text.size(), ' ') + text;
 }
 
 }  // namespace veldmark

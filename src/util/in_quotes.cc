@@ -10,9 +10,9 @@ unsigned byte_at(std::string_view text, std::size_t index) {
   return index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
 }
 
-// The bytes of a UTF-8 sequence by its first byte, and the values that its second byte
-// may have: fewer where the sequence would be too long for its character, a surrogate,
-// beyond the last character, or a control character (U+0080 to U+009F).
+// UTF-8 sequences by their first byte: the length, and the range of the second byte.
+// That range is narrower where it keeps out overlong sequences, surrogates, values
+// above U+10FFFF or control characters (U+0080 to U+009F).
 struct Sequence {
   unsigned first_byte;
   unsigned last_first_byte;
@@ -35,9 +35,9 @@ bool is_between(unsigned value, unsigned first, unsigned last) {
   return first <= value && value <= last;
 }
 
-// Returns the bytes of the character that `text` begins with; 0 when it begins with
-// something that can't be shown. Requires a text that is not empty.
-std::size_t shown_length(std::string_view text) {
+// Returns the length in bytes of the character that `text` starts with; 0 if that is
+// not a printable character. Requires a non-empty `text`.
+std::size_t printable_length(std::string_view text) {
   const unsigned first = byte_at(text, 0);
   if (first < 0x80) {
     return is_between(first, ' ', '~') ? 1 : 0;
@@ -60,10 +60,10 @@ std::size_t shown_length(std::string_view text) {
 
 }  // namespace
 
-std::string in_quotes(std::string_view text, std::size_t most) {
+std::string in_quotes(std::string_view text, std::size_t max_characters) {
   std::string shown = "'";
-  for (std::size_t count = 0; !text.empty() && count < most; ++count) {
-    const std::size_t length = shown_length(text);
+  for (std::size_t count = 0; !text.empty() && count < max_characters; ++count) {
+    const std::size_t length = printable_length(text);
     shown += length == 0 ? std::string_view("?") : text.substr(0, length);
     text.remove_prefix(std::max<std::size_t>(length, 1));
   }

@@ -1,4 +1,4 @@
-// Shows a name or a piece of a file in a message.
+// Quotes a file name, or text from a file, for use in a message.
 
 #ifndef VELDMARK_UTIL_IN_QUOTES_H_
 #define VELDMARK_UTIL_IN_QUOTES_H_
@@ -9,15 +9,15 @@
 
 namespace veldmark {
 
-// How many characters of a field are shown.
+// The usual limit for text from a file, in characters.
 constexpr std::size_t kShownOfField = 20;
 
-// Returns the text between quotes, with a question mark for each byte that a terminal
-// doesn't show as a character: control characters and whatever is not UTF-8. A file
-// name can hold escape sequences.
+// Returns `text` between quotes. Control characters and invalid UTF-8 are replaced by
+// question marks, one per byte: a file name can hold escape sequences.
 //
-//   most    characters that are shown; "..." follows where there are more
-std::string in_quotes(std::string_view text, std::size_t most = std::string_view::npos);
+//   max_characters    how many characters are shown; "..." stands for the rest
+std::string in_quotes(std::string_view text,
+                      std::size_t max_characters = std::string_view::npos);
 
 }  // namespace veldmark
 

@@ -5,7 +5,7 @@
 namespace veldmark {
 namespace {
 
-// The one thing that a signal handler may write to.
+// A signal handler may safely write only to such a variable.
 volatile std::sig_atomic_t& noted_signal() {
   static volatile std::sig_atomic_t number = 0;
   return number;

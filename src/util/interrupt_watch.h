@@ -1,5 +1,5 @@
-// Notices a request to stop (SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU) instead of
-// dying of it, so that a half-written file can be removed first.
+// Catches the signals that ask a program to stop (SIGINT, SIGTERM, SIGHUP, SIGQUIT,
+// SIGXCPU), so that it can remove a half-written file before it exits.
 
 #ifndef VELDMARK_UTIL_INTERRUPT_WATCH_H_
 #define VELDMARK_UTIL_INTERRUPT_WATCH_H_
@@ -10,18 +10,16 @@
 
 namespace veldmark {
 
-// Thrown where a request to stop is obeyed.
-//
-//   signal    its number
+// Thrown after a signal asked the program to stop.
 struct Interrupted : std::exception {
   explicit Interrupted(int number) : signal(number) {}
-  int signal;
+  int signal;  // its number
 };
 
-// While it lives, a stop signal is noted; afterwards signals act as before. A signal
-// that the caller had ignored (nohup) stays ignored. SIGXFSZ is ignored meanwhile: a
-// file that hits the size limit is then a failed write with a reason like any other.
-// Requires that there is one at a time.
+// Records a stop signal while it exists; its destructor restores the old handlers. A
+// signal that was ignored before (nohup) stays ignored. SIGXFSZ is ignored meanwhile,
+// so that hitting the file size limit shows up as a failed write. Requires that no
+// other InterruptWatch exists.
 class InterruptWatch {
  public:
   InterruptWatch();
@@ -31,11 +29,11 @@ class InterruptWatch {
   InterruptWatch(InterruptWatch&&) = delete;
   InterruptWatch& operator=(InterruptWatch&&) = delete;
 
-  // Returns the number of the signal that asked to stop; 0 for none, and where there is
-  // no watch.
+  // Returns the number of the signal that was caught; 0 if there was none, or if no
+  // InterruptWatch exists.
   [[nodiscard]] static int signal_caught();
 
-  // Throws Interrupted when a signal asked to stop.
+  // Throws Interrupted if a signal was caught.
   static void obey();
 
  private:

@@ -8,8 +8,8 @@ namespace veldmark {
 LargeBuffer make_large_buffer(std::size_t size) {
   LargeBuffer buffer(size);
 #ifdef MADV_HUGEPAGE
-  // Huge pages: fewer page faults while the block is filled. Only whole pages can be
-  // asked for; where the system has no huge ones the advice is ignored.
+  // Huge pages mean fewer page faults while the block is filled. madvise takes whole
+  // pages only; a system without huge pages ignores it.
   void* begin = buffer.data();
   std::size_t bytes = buffer.size() * sizeof(std::int16_t);
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));

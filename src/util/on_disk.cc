@@ -10,8 +10,8 @@
 
 namespace veldmark {
 
-// Some file systems have nothing to wait for, and say that they can't.
-bool is_on_disk(const FileDescriptor& file) {
+// Some file systems cannot sync and say so with EINVAL or ENOTSUP; that is no failure.
+bool sync_to_disk(const FileDescriptor& file) {
   int result = 0;
   do {
     InterruptWatch::obey();
@@ -20,12 +20,12 @@ bool is_on_disk(const FileDescriptor& file) {
   return result == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
-bool is_flushed(const FileDescriptor& file) {
+bool flush(const FileDescriptor& file) {
   FileDescriptor copy(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0));
   return copy.is_open() && copy.close();
 }
 
-void put_folder_on_disk(const std::string& name) {
+void sync_folder_of(const std::string& name) {
   const std::filesystem::path folder = std::filesystem::path(name).parent_path();
   const FileDescriptor opened(folder.empty() ? "." : folder.string(),
                               O_RDONLY | O_DIRECTORY);

@@ -1,4 +1,4 @@
-// Waits until what was written would survive a power failure.
+// Makes written data durable.
 
 #ifndef VELDMARK_UTIL_ON_DISK_H_
 #define VELDMARK_UTIL_ON_DISK_H_
@@ -9,19 +9,19 @@
 
 namespace veldmark {
 
-// Returns true once the file's content is on the disk, and where the file system has
-// nothing to wait for; false with errno on failure. Throws Interrupted when an
-// InterruptWatch has caught a signal.
-bool is_on_disk(const FileDescriptor& file);
+// Syncs the content to the disk. Returns false with errno set on failure; true also
+// where the file system cannot sync. Throws Interrupted if an InterruptWatch has caught
+// a signal.
+bool sync_to_disk(const FileDescriptor& file);
 
-// Returns true once the content has been handed to the file system; false with errno on
-// failure. Network file systems report a failed write only when a descriptor is closed,
-// and the file's own has to stay open: a copy of it is closed.
-bool is_flushed(const FileDescriptor& file);
+// Hands the content to the file system without waiting for the disk. Returns false with
+// errno set on failure. Network file systems report a failed write only when a
+// descriptor is closed, so a duplicate of it is closed; the file stays open.
+bool flush(const FileDescriptor& file);
 
-// Waits for the folder of the file `name`: a new name is on the disk when its folder
-// is. The file itself is there already, so that a failure loses nothing.
-void put_folder_on_disk(const std::string& name);
+// Makes the rename to `name` durable, which takes a sync of the folder. The file itself
+// is already on the disk, so that a failure loses nothing and is ignored.
+void sync_folder_of(const std::string& name);
 
 }  // namespace veldmark
 

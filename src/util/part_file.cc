@@ -34,8 +34,8 @@ namespace {
   fail(name, "another run is writing it");
 }
 
-// Does `name` itself, no link to it, stand for the open file?
-bool stands_for(const std::string& name, const FileDescriptor& file) {
+// Returns whether `name` is the open file itself, not a symbolic link to it.
+bool names_open_file(const std::string& name, const FileDescriptor& file) {
   struct stat opened {};
   struct stat named {};
   return ::fstat(file.get(), &opened) == 0 && ::lstat(name.c_str(), &named) == 0 &&
@@ -43,21 +43,21 @@ bool stands_for(const std::string& name, const FileDescriptor& file) {
          regular_file(opened) == regular_file(named);
 }
 
-// Opens what stands at `part_name` to learn whether it is locked; not a link, and
-// without waiting for anything. File systems on a network lock only what was opened for
-// writing; a part that is protected from writing is opened for reading instead.
+// Opens the file at `part_name` to find out whether it is locked. Does not follow links
+// and never blocks. Network file systems lock only files that are open for writing, so
+// that comes first; a write-protected part is opened for reading.
 FileDescriptor open_for_locking(const std::string& part_name) {
-  constexpr int kAsItIs = O_NOFOLLOW | O_NONBLOCK;
-  FileDescriptor file(part_name, O_RDWR | kAsItIs);
+  constexpr int kNoFollowNoWait = O_NOFOLLOW | O_NONBLOCK;
+  FileDescriptor file(part_name, O_RDWR | kNoFollowNoWait);
   if (file.is_open()) {
     return file;
   }
-  return {part_name, O_RDONLY | kAsItIs};
+  return {part_name, O_RDONLY | kNoFollowNoWait};
 }
 
-// The part that stands at `part_name` can't be opened. Is it an abandoned one of this
-// user's, who has protected it? Throws Failure where it may be a part that another
-// user's run is writing. False when it is gone by now.
+// Called when the part at `part_name` could not be opened; errno holds the reason.
+// Returns true if it is an abandoned part that this user has protected, false if it is
+// gone by now. Throws Failure if another user's run may be writing it.
 bool is_own_protected(const std::string& part_name, const struct stat& found) {
   if (errno == ENOENT || errno == ELOOP) {
     return false;
@@ -68,9 +68,9 @@ bool is_own_protected(const std::string& part_name, const struct stat& found) {
   return true;
 }
 
-// Removes what stands at `part_name`; throws Failure when another run is writing it, or
-// when that can't be seen. Only who holds its lock may remove a part: by the time this
-// one has the lock, another run may have removed the part and made its own, which must
+// Removes whatever is at `part_name`. Throws Failure if another run is writing it, or
+// if that cannot be found out. Only the holder of its lock may remove a part. Before
+// this run gets the lock, another one may have replaced the part by its own, which must
 // stay.
 void remove_abandoned(const std::string& name, const std::string& part_name) {
   struct stat found {};
@@ -86,7 +86,7 @@ void remove_abandoned(const std::string& name, const std::string& part_name) {
   if (part.is_open() && is_locked_by_another(part)) {
     fail_busy(name);
   }
-  if (part.is_open() && !stands_for(part_name, part)) {
+  if (part.is_open() && !names_open_file(part_name, part)) {
     return;
   }
   if (::unlink(part_name.c_str()) != 0 && errno != ENOENT) {
@@ -94,15 +94,15 @@ void remove_abandoned(const std::string& name, const std::string& part_name) {
   }
 }
 
-// Makes a part of this run's own and locks it. Between any two steps another run may
-// take the same ones; whoever is late begins again and then meets the other's lock.
+// Creates this run's part and locks it. Another run may be doing the same at the same
+// time; the slower one retries and then finds the lock of the other.
 FileDescriptor make_part(const std::string& name, const std::string& part_name) {
   struct stat found {};
   if (::stat(name.c_str(), &found) == 0 && !S_ISREG(found.st_mode)) {
     fail(name, "it exists and is not a regular file");
   }
-  constexpr int kMostTries = 100;
-  for (int i = 0; i < kMostTries; ++i) {
+  constexpr int kMaxAttempts = 100;
+  for (int i = 0; i < kMaxAttempts; ++i) {
     InterruptWatch::obey();
     remove_abandoned(name, part_name);
     FileDescriptor part(part_name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
@@ -112,7 +112,7 @@ FileDescriptor make_part(const std::string& name, const std::string& part_name) 
     if (part.is_open() && is_locked_by_another(part)) {
       fail_busy(name);
     }
-    if (part.is_open() && stands_for(part_name, part)) {
+    if (part.is_open() && names_open_file(part_name, part)) {
       return part;
     }
   }
@@ -129,15 +129,14 @@ PartFile::PartFile(std::string name, Earlier earlier)
       earlier_(earlier),
       file_(make_part(name_, part_name_)) {}
 
-// The part is removed while it is still locked. What stands in its place by now is not
-// this run's to remove.
+// Removes the part while it is still locked, unless another file has taken its place.
 PartFile::~PartFile() {
-  if (file_.is_open() && stands_for(part_name_, file_)) {
+  if (file_.is_open() && names_open_file(part_name_, file_)) {
     ::unlink(part_name_.c_str());
   }
 }
 
-// The descriptor stays open, so that no other file can get this one's identity.
+// The descriptor stays open, so that no other file can get the same inode.
 void PartFile::hand_over() { unlock(file_); }
 
 void PartFile::write(std::string_view text) {
@@ -160,7 +159,7 @@ void PartFile::complete(Durability durability) {
   close(durability);
 }
 
-// All that is likely to fail comes before the first one has its name.
+// Whatever is likely to fail is done before the first rename.
 void PartFile::complete_both(PartFile& first, PartFile& second, Durability durability) {
   first.settle(durability);
   second.settle(durability);
@@ -181,15 +180,15 @@ void PartFile::complete_both(PartFile& first, PartFile& second, Durability durab
   second.close(durability);
 }
 
-// Makes sure that the part is written, and still this run's own.
+// Flushes the part and checks that it is still this run's own.
 void PartFile::settle(Durability durability) {
   const bool written =
-      durability == Durability::kSynced ? is_on_disk(file_) : is_flushed(file_);
+      durability == Durability::kSynced ? sync_to_disk(file_) : flush(file_);
   if (!written) {
     fail_with_errno(part_name_);
   }
   InterruptWatch::obey();
-  if (!stands_for(part_name_, file_)) {
+  if (!names_open_file(part_name_, file_)) {
     fail(name_, in_quotes(part_name_) + " was removed or replaced meanwhile");
   }
 }
@@ -212,7 +211,7 @@ void PartFile::take_free_name() {
   fail_with_errno(name_);
 }
 
-// An earlier file gets the part's name until it is no longer needed.
+// Renames the part and keeps an existing file, under the part's name, for undoing that.
 PartFile::Undo PartFile::take_name_for_now() {
   struct stat found {};
   const bool is_free = ::lstat(name_.c_str(), &found) != 0 && errno == ENOENT;
@@ -227,9 +226,9 @@ PartFile::Undo PartFile::take_name_for_now() {
   return Undo::kNothing;
 }
 
-// False when the file has to stay.
+// Undoes take_name_for_now(); false if that is impossible.
 bool PartFile::give_name_back(Undo undo) {
-  if (!stands_for(name_, file_)) {
+  if (!names_open_file(name_, file_)) {
     return true;  // somebody else's by now
   }
   if (undo == Undo::kExchange) {
@@ -238,11 +237,11 @@ bool PartFile::give_name_back(Undo undo) {
   return undo == Undo::kRemove && ::unlink(name_.c_str()) == 0;
 }
 
-// The lock goes with the closing, so that comes last. A close that fails has nothing to
-// tell then: the content was flushed before.
+// Closing releases the lock, so that comes last. A failure of close() means nothing by
+// then: the content was flushed before.
 void PartFile::close(Durability durability) {
   if (durability == Durability::kSynced) {
-    put_folder_on_disk(name_);
+    sync_folder_of(name_);
   }
   file_.close();
 }

@@ -1,4 +1,4 @@
-// An output file that appears under its name only when it is complete.
+// An output file that gets its name only when it is complete.
 
 #ifndef VELDMARK_UTIL_PART_FILE_H_
 #define VELDMARK_UTIL_PART_FILE_H_
@@ -11,25 +11,23 @@
 
 namespace veldmark {
 
-// Writes to NAME.part and renames it to NAME at the end; unless that has happened, the
-// destructor removes NAME.part. An earlier file NAME stays as it is until then, or for
-// good. The
-// part is a new file of this run's own: what stood there before, left by a run that was
-// killed or put there by somebody, is removed, not written to.
+// Writes to NAME.part and renames it to NAME at the end. Without that rename the
+// destructor removes NAME.part. An existing file NAME stays unchanged until the rename.
+// The part is always a new file: anything found at NAME.part, such as the part of a
+// killed run, is removed and not written to.
 //
-// From the beginning to the renaming the part is locked, so that a second run on the
-// same output ends at once and harms nothing.
+// The part is locked until the rename, so that a second run for the same output fails
+// at once and does no harm.
 //
-// Every member throws Failure "cannot write 'NAME...': reason", and Interrupted when an
-// InterruptWatch has caught a signal by then.
+// Every member throws Failure "cannot write 'NAME...': reason", and Interrupted if an
+// InterruptWatch has caught a signal.
 class PartFile {
  public:
-  // Refused are a NAME that is something other than a regular file, because the
-  // renaming would put a file in the place of a device; a NAME.part that another run is
-  // writing, or may be writing where another user's can't be opened; and a folder in
-  // its place.
+  // Throws Failure if NAME exists and is not a regular file (the rename would replace a
+  // device by a file), if another run is writing NAME.part (or may be: a part of
+  // another user that cannot be opened), and if NAME.part is a folder.
   //
-  //   earlier    what becomes of a file that has the name when the part is complete
+  //   earlier    what happens to a file NAME that exists at the rename
   enum class Earlier { kReplaced, kKept };
   explicit PartFile(std::string name, Earlier earlier = Earlier::kReplaced);
   ~PartFile();
@@ -38,39 +36,39 @@ class PartFile {
   PartFile(PartFile&&) = delete;
   PartFile& operator=(PartFile&&) = delete;
 
-  // Returns what the part of an output is called.
+  // Returns the name of the part of output `name`.
   [[nodiscard]] static std::string part_name(const std::string& name);
 
-  // Lets go of the lock, and leaves it to somebody who opens the part by its name to
-  // lock it, write it and close it before `complete`.
+  // Releases the lock, for a library that opens the part by its name. It must have
+  // closed the part before `complete` is called.
   void hand_over();
 
   // Appends the whole text.
   void write(std::string_view text);
 
-  // Writes the whole text from byte `offset` on, before or behind what is there. What
-  // is left between is zero until it is written, too.
+  // Writes the whole text at byte `offset`. Bytes that are never written are zero.
   void write_at(std::int64_t offset, std::string_view text);
 
-  // Whether a complete file waits for the disk, so that its name means a complete file
-  // even after a power failure. Unsynced is for what is quickly made again.
+  // kSynced: syncs the file before the rename, so that NAME is complete even after a
+  // power failure. kUnsynced: does not wait for the disk; for output that is quickly
+  // made again.
   enum class Durability { kSynced, kUnsynced };
 
-  // Flushes the file and gives it its name. Nothing can be written afterwards. Fails
-  // when an earlier file is to be kept and has appeared meanwhile.
+  // Flushes the part and renames it to NAME, in this order. Nothing can be written
+  // afterwards. Throws Failure if an existing file is to be kept and has appeared.
   void complete(Durability durability = Durability::kSynced);
 
-  // The same for two files that belong together: both get their names, or neither, and
-  // then the earlier ones stay. Where the file system can't take a replacement back,
-  // the failure says that the first file is a new one.
+  // Completes two files that belong together: both are renamed, or neither, and then
+  // existing files are unchanged. If the file system cannot undo the first rename, the
+  // Failure says that the first file is the new one.
   static void complete_both(PartFile& first, PartFile& second,
                             Durability durability = Durability::kSynced);
 
-  // Returns the bytes from the beginning to the end of what is written so far.
+  // Returns the number of bytes from the start to the end of what is written so far.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
  private:
-  // What undoes the naming of a part.
+  // How to undo the rename of a part.
   enum class Undo { kNothing, kRemove, kExchange };
 
   void settle(Durability durability);

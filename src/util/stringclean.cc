@@ -6,8 +6,9 @@
 namespace veldmark {
 namespace {
 
-// Closes every blank once, from the left. A character that moves into the position of
-// a closed blank is not looked at again in the same pass.
+// Removes each blank once, from left to right, by moving the rest of the text one
+// position to the left. The character that moves in is not tested again, so that two
+// neighbouring blanks take two calls.
 void close_blanks_once(std::string& text, std::size_t n) {
   for (std::size_t i = 0; i < n; ++i) {
     if (text[i] == ' ') {

@@ -9,7 +9,7 @@ std::string text_field(std::string_view text, std::size_t width) {
 }
 
 std::string_view without_trailing_blanks(std::string_view field) {
-  // npos + 1 is 0: a field of blanks alone leaves nothing.
+  // A field of blanks only: npos + 1 is 0, which leaves nothing.
   return field.substr(0, field.find_last_not_of(' ') + 1);
 }
 

@@ -1,4 +1,4 @@
-// Text fields of fixed width: cut at their width, padded with blanks.
+// Text fields of fixed width: truncated or padded with blanks.
 
 #ifndef VELDMARK_UTIL_TEXT_FIELD_H_
 #define VELDMARK_UTIL_TEXT_FIELD_H_
@@ -13,10 +13,10 @@ namespace veldmark {
 // Returns the first `width` characters of `text`, padded with blanks to `width`.
 std::string text_field(std::string_view text, std::size_t width);
 
-// Returns `field` without the blanks at its end; other characters, tabs too, stay.
+// Returns `field` without the blanks at its end. Tabs are not blanks.
 std::string_view without_trailing_blanks(std::string_view field);
 
-// A field of `kWidth` characters; a fresh one is blank.
+// A field of `kWidth` characters, all blanks by default.
 template <std::size_t kCharacters>
 class TextField {
  public:
@@ -24,9 +24,9 @@ class TextField {
 
   constexpr TextField() { characters_.fill(' '); }
 
-  // From a literal, which must fit.
+  // From a string literal; it must fit, which the compiler checks.
   template <std::size_t kSize>
-  constexpr TextField(const char (&literal)[kSize])  // NOLINT: a text like any other
+  constexpr TextField(const char (&literal)[kSize])  // NOLINT: implicit on purpose
       : TextField() {
     static_assert(kSize <= kWidth + 1, "the text is longer than its field");
     for (std::size_t i = 0; i + 1 < kSize; ++i) {
@@ -41,7 +41,8 @@ class TextField {
     return field;
   }
 
-  // The whole field, and without the blanks at its end. Valid as long as the field.
+  // Return the whole field, and the field without the blanks at its end. The views are
+  // valid as long as the field exists.
   [[nodiscard]] constexpr std::string_view view() const {
     return {characters_.data(), kWidth};
   }

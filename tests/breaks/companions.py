@@ -77,8 +77,8 @@ SHARED = [
     Break(
         "what is written of a file stays after a failure",
         companion("PartFile.*"),
-        Change("src/util/part_file.cc", "  if (file_.is_open() && stands_for(part_name_, file_)) {",
-               "  if (!file_.is_open() && stands_for(part_name_, file_)) {"),
+        Change("src/util/part_file.cc", "  if (file_.is_open() && names_open_file(part_name_, file_)) {",
+               "  if (!file_.is_open() && names_open_file(part_name_, file_)) {"),
     ),
     Break(
         "SIGHUP is not watched",
@@ -90,14 +90,14 @@ SHARED = [
         "a part is renamed before it is on the disk",
         faults("EveryCallOfTersifyFailsOnce"),
         Change("src/util/part_file.cc",
-               "  if (!is_on_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
+               "  if (!sync_to_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
                "  InterruptWatch::obey();\n",
                "  InterruptWatch::obey();\n"),
         Change("src/util/part_file.cc",
-               "    fail_with_errno(name_);\n  }\n  put_folder_on_disk(name_);\n",
+               "    fail_with_errno(name_);\n  }\n  sync_folder_of(name_);\n",
                "    fail_with_errno(name_);\n  }\n"
-               "  if (!is_on_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
-               "  put_folder_on_disk(name_);\n"),
+               "  if (!sync_to_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
+               "  sync_folder_of(name_);\n"),
     ),
     Break(
         "a complaint overtakes what was shown before it",

@@ -120,8 +120,8 @@ READING = [
     Break(
         "skipped months are not looked at",
         unit("RegularReader.*"),
-        Change(REGULAR, "      if (!is_skipped_month_framed(month)) {\n",
-               "      if (month < 0 && !is_skipped_month_framed(month)) {\n"),
+        Change(REGULAR, "      if (!check_skipped_month(month)) {\n",
+               "      if (month < 0 && !check_skipped_month(month)) {\n"),
     ),
     Break(
         "row plan of the first row for all rows from year 4 on",
@@ -134,7 +134,7 @@ READING = [
         unit("RegularReader.*"),
         Change(REGULAR, "!use_line(GridY + i, line(i))",
                "!use_line(GridY + i, line(GridY + i == 1 && count > 1 && file_month > 0 &&\n"
-               "                                  frame_.line_end.size() == 2 ? 1 : i))"),
+               "                                  layout_.line_ending.size() == 2 ? 1 : i))"),
     ),
     Break(
         "regular file without last line end: its last value is wrong",
@@ -154,9 +154,9 @@ READING = [
         "offsets wrap at 1 GB: 1970 reads 1901",
         unit("*WholeFile.*"),
         Change(REGULAR,
-               "begin = lines_before * static_cast<std::int64_t>(frame_.line_size());\n",
+               "begin = lines_before * static_cast<std::int64_t>(layout_.line_size());\n",
                "begin = lines_before % (std::int64_t{69} * kLinesPerYear) *\n"
-               "                       static_cast<std::int64_t>(frame_.line_size());\n"),
+               "                       static_cast<std::int64_t>(layout_.line_size());\n"),
     ),
     Break(
         "files of minimum and maximum temperature are exchanged",
@@ -171,7 +171,7 @@ READING = [
     Break(
         "data file is handed on to the commands of the shell",
         unit("FileDescriptor.*"),
-        Change("src/util/file_descriptor.cc", "flags | O_CLOEXEC, kMode", "flags, kMode"),
+        Change("src/util/file_descriptor.cc", "flags | O_CLOEXEC, kCreationMode", "flags, kCreationMode"),
     ),
 ]
 
@@ -300,7 +300,7 @@ TESTING_VARIANCE = [
     Break(
         "report may be the file that another output is written to",
         program("OutputsThatAreLinks.*"),
-        Change(DRIVER, "notices_on(console), in_use);", "notices_on(console),\n"
+        Change(DRIVER, "console_notices(console), in_use);", "console_notices(console),\n"
                "                                           (static_cast<void>(in_use), FilesInUse()));"),
     ),
 ]

@@ -188,8 +188,8 @@ TEST(ConvertUsualFields, TakesUsualFieldsWhateverTheirPlace) {
         expected.push_back(plainly_converted(field).value());
       }
       std::vector<std::int16_t> values(count);
-      const std::size_t converted = convert_fields_by_sixes(fields, values.data());
-      ASSERT_EQ(converted, count < kFieldsAtATime ? 0 : count);
+      const std::size_t converted = convert_fields_avx2(fields, values.data());
+      ASSERT_EQ(converted, count < kFieldsPerVector ? 0 : count);
       if (converted > 0) {
         ASSERT_EQ(values, expected);
       }
@@ -208,7 +208,7 @@ TEST(ConvertUsualFields, StopsBeforeSixWithAnUnusualOne) {
       std::string fields = six + six;
       fields.replace((6 + place) * 5, 5, unusual);
       std::array<std::int16_t, 12> values{};
-      EXPECT_EQ(convert_fields_by_sixes(fields, values.data()), 6U) << place << unusual;
+      EXPECT_EQ(convert_fields_avx2(fields, values.data()), 6U) << place << unusual;
       EXPECT_EQ(values[5], 6);
       EXPECT_EQ(values[6], 0) << "converted although it is unusual";
     }
@@ -226,7 +226,7 @@ TEST(ConvertUsualFields, KnowsDigitsFromAllOtherBytes) {
       const bool usual = ('0' <= byte && byte <= '9') ||
                          (place % 5 == 0 && (byte == ' ' || byte == '-'));
       std::array<std::int16_t, 6> values{};
-      ASSERT_EQ(convert_fields_by_sixes(fields, values.data()), usual ? 6U : 0U)
+      ASSERT_EQ(convert_fields_avx2(fields, values.data()), usual ? 6U : 0U)
           << place << ' ' << byte;
     }
   }

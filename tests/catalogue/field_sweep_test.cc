@@ -131,9 +131,8 @@ TEST(FieldSweep, ConvertUsualFields) {
                 "   12" + field + " -999    0" + field + "    1    2\n";
             std::array<std::int16_t, 7> values{};
             const std::string_view without_end(fields.data(), fields.size() - 1);
-            const std::size_t count =
-                convert_fields_by_sixes(without_end, values.data());
-            ASSERT_TRUE(count == 0 || count == kFieldsAtATime ||
+            const std::size_t count = convert_fields_avx2(without_end, values.data());
+            ASSERT_TRUE(count == 0 || count == kFieldsPerVector ||
                         count == values.size());
             converted_fields += count;
             for (std::size_t i = 0; i < count; ++i) {

@@ -30,8 +30,8 @@ TEST(GridValues, HasTheWantedCellsWhoseFirstJanuaryHasData) {
   GridValuesBuilder values(ranges, 1, kMissing);
   RowValues january = all_missing();
   january[9] = january[10] = january[15] = january[20] = january[21] = 7;
-  values.open_next_row(january);
-  values.open_next_row(all_missing());
+  values.add_row(january);
+  values.add_row(all_missing());
   EXPECT_EQ(columns_of(values, 5), (Columns{10, 15, 20}));
   EXPECT_EQ(columns_of(values, 6), Columns{});
   EXPECT_EQ(columns_of(values, 4), Columns{});
@@ -49,7 +49,7 @@ TEST(GridValues, HoldsColumnsOfTwoPiecesOnceAndNoneOutsideTheGrid) {
   GridValuesBuilder values(ranges, 1, kMissing);
   RowValues january = all_missing();
   january[0] = january[2] = january[720] = 7;
-  values.open_next_row(january);
+  values.add_row(january);
   EXPECT_EQ(columns_of(values, 0), Columns{});
   EXPECT_EQ(columns_of(values, 1), (Columns{2, 720}));
 }
@@ -71,9 +71,9 @@ TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
       }
       return row_values;
     };
-    values.open_next_row(row_of_month(0, 2));
-    values.open_next_row(row_of_month(0, 3));
-    values.lay_out();
+    values.add_row(row_of_month(0, 2));
+    values.add_row(row_of_month(0, 3));
+    values.allocate();
     for (std::size_t month = 1; month < 24; ++month) {
       values.store_row(month, 2, row_of_month(month, 2));
       values.store_row(month, 3, row_of_month(month, 3));
@@ -90,8 +90,8 @@ TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
 TEST(TransposeRow, GivesNothingForARowOutsideTheRanges) {
   const GridRanges ranges{.FirstRow = 2, .LastRow = 2, .FirstCol = 1, .LastCol = 3};
   GridValuesBuilder values(ranges, 1, kMissing);
-  values.open_next_row(RowValues{});
-  values.lay_out();
+  values.add_row(RowValues{});
+  values.allocate();
   const GridValues finished = std::move(values).finish();
   for (const std::int32_t row : {0, 1, 3}) {
     std::vector<std::int16_t> series{1, 2, 3};

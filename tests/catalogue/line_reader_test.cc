@@ -28,7 +28,7 @@ std::vector<std::string> all_lines(const std::string& text, std::size_t piece) {
   LineReader reader = reader_of(text, piece);
   std::vector<std::string> lines;
   while (const auto line = reader.next()) {
-    lines.push_back(std::string(line->text) + (line->has_line_end ? "" : "~"));
+    lines.push_back(std::string(line->text) + (line->has_newline ? "" : "~"));
   }
   return lines;
 }

@@ -162,11 +162,11 @@ TEST(ReadByPlan, GivesZeroForFieldsBehindTheLine) {
   EXPECT_EQ(cells, (std::vector<std::int16_t>{42, 0, 0, -7}));
 }
 
-TEST(HasLineEnd, FindsOneAnywhere) {
-  EXPECT_FALSE(has_line_end(""));
-  EXPECT_FALSE(has_line_end("a\rb"));
-  EXPECT_TRUE(has_line_end("\n"));
-  EXPECT_TRUE(has_line_end("ab\n"));
+TEST(ContainsNewline, FindsOneAnywhere) {
+  EXPECT_FALSE(contains_newline(""));
+  EXPECT_FALSE(contains_newline("a\rb"));
+  EXPECT_TRUE(contains_newline("\n"));
+  EXPECT_TRUE(contains_newline("ab\n"));
 }
 
 }  // namespace

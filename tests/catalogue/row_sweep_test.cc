@@ -180,8 +180,8 @@ TEST(RowSweep, TransposeRowOfAllSizes) {
               static_cast<std::int16_t>(random() % 60000 - 900);
         }
       }
-      builder.open_next_row(months[0]);
-      builder.lay_out();
+      builder.add_row(months[0]);
+      builder.allocate();
       for (std::size_t month = 1; month < months.size(); ++month) {
         builder.store_row(month, 5, months[month]);
       }
@@ -205,16 +205,16 @@ TEST(RowSweep, TransposeRowOfAllSizes) {
 TEST(RowSweep, TransposeSquareWithAllSteps) {
   std::mt19937 random(74);
   std::size_t cases = 0;
-  for (std::size_t from_step = kSquare; from_step <= 40; ++from_step) {
-    for (std::size_t to_step = kSquare; to_step <= 40; ++to_step, ++cases) {
-      std::vector<std::int16_t> from(from_step * kSquare);
+  for (std::size_t from_step = kSquareSize; from_step <= 40; ++from_step) {
+    for (std::size_t to_step = kSquareSize; to_step <= 40; ++to_step, ++cases) {
+      std::vector<std::int16_t> from(from_step * kSquareSize);
       for (std::int16_t& value : from) {
         value = static_cast<std::int16_t>(random());
       }
-      std::vector<std::int16_t> expected(to_step * kSquare, 77);
+      std::vector<std::int16_t> expected(to_step * kSquareSize, 77);
       std::vector<std::int16_t> to = expected;
-      for (std::size_t i = 0; i < kSquare; ++i) {
-        for (std::size_t j = 0; j < kSquare; ++j) {
+      for (std::size_t i = 0; i < kSquareSize; ++i) {
+        for (std::size_t j = 0; j < kSquareSize; ++j) {
           expected[j * to_step + i] = from[i * from_step + j];
         }
       }

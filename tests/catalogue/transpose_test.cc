@@ -11,15 +11,15 @@ namespace {
 TEST(TransposeSquare, PutsRowsIntoColumnsAndTouchesNothingElse) {
   constexpr std::size_t kFromStep = 11;
   constexpr std::size_t kToStep = 9;
-  std::vector<std::int16_t> from(kFromStep * kSquare);
+  std::vector<std::int16_t> from(kFromStep * kSquareSize);
   for (std::size_t i = 0; i < from.size(); ++i) {
     from[i] = static_cast<std::int16_t>(i * 7 - 300);
   }
-  std::vector<std::int16_t> to(kToStep * kSquare, -1);
+  std::vector<std::int16_t> to(kToStep * kSquareSize, -1);
   transpose_square(from.data(), kFromStep, to.data(), kToStep);
-  for (std::size_t j = 0; j < kSquare; ++j) {
+  for (std::size_t j = 0; j < kSquareSize; ++j) {
     for (std::size_t i = 0; i < kToStep; ++i) {
-      const std::int16_t expected = i < kSquare ? from[i * kFromStep + j] : -1;
+      const std::int16_t expected = i < kSquareSize ? from[i * kFromStep + j] : -1;
       ASSERT_EQ(to[j * kToStep + i], expected) << i << ", " << j;
     }
   }

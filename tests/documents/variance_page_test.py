@@ -107,8 +107,8 @@ class Constants(DocumentTest):
     def test_are_those_of_the_source(self):
         told = {
             "kTolerance": self.told(r"Stop if \|d \* c - 1\| < ([\d.e-]+)\."),
-            "kSmallestMagnitude": self.told(r"below ([\d.e-]+) in size is replaced"),
-            "kMostSteps": self.told(r"For m = 1 to (\d+), with"),
+            "kMinMagnitude": self.told(r"below ([\d.e-]+) in size is replaced"),
+            "kMaxIterations": self.told(r"For m = 1 to (\d+), with"),
         }
         for constant, value in told.items():
             self.assertEqual(value, self.in_source("betacf.cc", constant), constant)
@@ -119,7 +119,7 @@ class Constants(DocumentTest):
 
     def test_rounds_is_said_once_more(self):
         self.assertEqual(
-            self.told(r"after (\d+) rounds"), self.in_source("betacf.cc", "kMostSteps")
+            self.told(r"after (\d+) rounds"), self.in_source("betacf.cc", "kMaxIterations")
         )
 
     def test_multiplying_differs_from_dividing_as_often_as_told(self):

@@ -12,7 +12,7 @@ namespace {
 using Kind = FileFault::Kind;
 
 std::string report_of(Kind kind, const std::string& name, int error_number) {
-  const RunEnd end = end_by(FileFault(kind, name, error_number));
+  const RunEnd end = run_end_for(FileFault(kind, name, error_number));
   EXPECT_EQ(end.status(), 255);
   return end.report();
 }
@@ -42,7 +42,8 @@ Said said_of(const ReadFault::Fact& fact, bool CrossesDateLine) {
   std::istringstream input;
   std::ostringstream output;
   ConsoleDialogue console(input, output, [](const std::string&) {});
-  const RunEnd end = end_by(console, ReadFault("pre.dat.new", fact), CrossesDateLine);
+  const RunEnd end =
+      run_end_for(console, ReadFault("pre.dat.new", fact), CrossesDateLine);
   return {output.str(), end};
 }
 
