@@ -18,9 +18,9 @@ constexpr float kNorthernmost = kNorthFirstLat[1];
 constexpr float kWesternmost = CellLon[1];
 constexpr float kEasternmost = CellLon[kGridColumns];
 
-// Returns the number of the lower of the two neighbouring centres that `bound` lies
-// between. A bound on a centre belongs to the pair that begins there, one on the last
-// centre to the last pair; one outside the outermost centres to none.
+// Interval i lies between the neighbouring centres i and i + 1. Returns the interval
+// that holds `bound`: a bound on a centre belongs to the interval above it, a bound on
+// the last centre to the last interval. Returns nullopt outside the outermost centres.
 template <std::size_t kCount>
 std::optional<std::int32_t> interval_of(const CentreTable<kCount>& ascending,
                                         float bound) {
@@ -33,8 +33,8 @@ std::optional<std::int32_t> interval_of(const CentreTable<kCount>& ascending,
   return std::min(count, static_cast<std::int32_t>(kCount) - 1);
 }
 
-// The same from north to south: the number of the northern of the two centres. A bound
-// on a centre belongs to the pair that ends there, so the northernmost has none.
+// Returns the same for centres from north to south, but a bound on a centre belongs to
+// the interval north of it, so a bound on the northernmost centre belongs to none.
 std::optional<std::int32_t> interval_from_north(float bound) {
   const auto& centres = kNorthFirstLat.all();
   const auto* const below = std::partition_point(
@@ -45,9 +45,9 @@ std::optional<std::int32_t> interval_from_north(float bound) {
   return static_cast<std::int32_t>(below - centres.begin());
 }
 
-// The number after `pair`; 0 for none.
-std::int32_t index_after(std::optional<std::int32_t> pair) {
-  return pair ? *pair + 1 : 0;
+// Returns the number of the centre that ends `interval`; 0 for none.
+std::int32_t index_after(std::optional<std::int32_t> interval) {
+  return interval ? *interval + 1 : 0;
 }
 
 RowRange find_rows_south_first(const SearchRegion& region) {
@@ -77,13 +77,13 @@ RowRange find_rows_north_first(const SearchRegion& region) {
   return rows;
 }
 
-// One range of columns; FirstCol and LastCol come in with what they keep.
+// Sets FirstCol and LastCol. Where a bound lies in no interval they keep their values.
 void find_columns(const SearchRegion& region, GridRanges& ranges) {
-  if (const auto pair = interval_of(CellLon, region.minLon)) {
-    ranges.FirstCol = *pair + 1;
+  if (const auto interval = interval_of(CellLon, region.minLon)) {
+    ranges.FirstCol = *interval + 1;
   }
-  if (const auto pair = interval_of(CellLon, region.maxLon)) {
-    ranges.LastCol = *pair;
+  if (const auto interval = interval_of(CellLon, region.maxLon)) {
+    ranges.LastCol = *interval;
   }
   if (region.minLon <= kWesternmost) {
     ranges.FirstCol = 1;
@@ -93,7 +93,8 @@ void find_columns(const SearchRegion& region, GridRanges& ranges) {
   }
 }
 
-// A west and an east piece; LastCol comes in with what it keeps. No end corrections.
+// Sets a west and an east range. LastCol keeps its value where maxLon lies in no
+// interval. Bounds beyond the outermost centres are not corrected here.
 void find_columns_across_date_line(const SearchRegion& region, GridRanges& ranges) {
   ranges.FirstCol = 1;
   ranges.LastCol = interval_of(CellLon, region.maxLon).value_or(ranges.LastCol);

@@ -3,8 +3,8 @@
 namespace veldmark {
 namespace {
 
-// Appends first, first + step, ... up to last, as far as inside the grid. The counter
-// has 64 bits: a step near the largest 32-bit integer must not wrap around.
+// Appends first, first + step, ... up to last, without numbers below 1, which lie
+// outside the grid. The counter has 64 bits so that a huge step cannot overflow.
 void append_stride(std::vector<std::int32_t>& numbers, std::int32_t first,
                    std::int32_t last, std::int32_t step) {
   for (std::int64_t number = first; number <= last; number += step) {
@@ -14,7 +14,7 @@ void append_stride(std::vector<std::int32_t>& numbers, std::int32_t first,
   }
 }
 
-// `count` / n rounded up for a positive count; the quotient drops its fraction.
+// Returns `count` / n, rounded up if `count` is positive.
 std::int64_t stride_count(std::int32_t count, std::int64_t n) {
   return (count - 1 + n) / n;
 }

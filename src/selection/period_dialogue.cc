@@ -11,8 +11,8 @@ namespace {
 
 constexpr int kYearWidth = 4;
 
-// Asks for one year until the answer is an integer. Where the input ends after a
-// refused answer, the report names the refusal: that is why there is no year.
+// Asks for a year until the answer is an integer. If the input ends after a refused
+// answer, the error report names that refusal, as the reason why there is no year.
 std::int32_t ask_year(ConsoleDialogue& console, std::string_view request,
                       std::string_view prompt) {
   const char* end_message = kPastEndOfFile;

@@ -12,14 +12,13 @@ namespace veldmark {
 
 // Asks for FYOD and LYOD until the user confirms them.
 //
-//   LastDataYear   the last year of the data; the messages name it, the answers are
-//                  tested against it
+//   LastDataYear   the last year of the data, which the messages name
 //
-// Returns 1901 <= FYOD <= LYOD <= LastDataYear, all included. An answer that is no
-// integer
-//            is asked again without a word, one out of range with a warning; the end
-//            of the input ends the run (RunEnd).
-// Kept on purpose: year-warnings. The warning for FYOD names both years as if they were
+// Returns 1901 <= FYOD <= LYOD <= LastDataYear. After an answer that is not an integer
+// it asks again without a message, after one out of range with a warning. Throws RunEnd
+// at the end of the input.
+//
+// Kept on purpose: year-warnings. The warning for FYOD names the years as if both were
 // excluded.
 YearSpan ask_year_span(ConsoleDialogue& console, std::int32_t LastDataYear);
 

@@ -25,8 +25,8 @@ constexpr auto kNoDecimalPlace = std::to_array<std::string_view>({
     "",
 });
 
-// Asks one coordinate until the answer holds a full stop. Returns degrees, any real.
-// Throws RunEnd for an answer with a full stop that is no number.
+// Asks for a coordinate until the answer contains a full stop. Returns any real, in
+// degrees. Throws RunEnd for an answer that contains a full stop but is not a number.
 float ask_coordinate(ConsoleDialogue& console, std::string_view prompt) {
   for (;;) {
     console.prompt(prompt);
@@ -90,8 +90,8 @@ float ask_max_longitude(ConsoleDialogue& console) {
   }
 }
 
-// Kept on purpose: longitude-ranges. No empty line before the message, and its bounds
-// stand in the reverse order of the maximum's.
+// Kept on purpose: longitude-ranges. Unlike the message for the maximum, this one has
+// no empty line before it, and its bounds are in the reverse order.
 float ask_min_longitude(ConsoleDialogue& console, MinLonTest min_lon_test) {
   for (;;) {
     const float minLon =

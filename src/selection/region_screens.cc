@@ -75,7 +75,7 @@ constexpr auto kBox = std::to_array<std::string_view>({
 constexpr std::string_view kBoxHeading =
     "     Lon.    Lat                                     Lon.     Lat.";
 
-// The line of the box that shows its two corners at latitude `lat`.
+// Returns the line of the box with its two corners at latitude `lat`.
 std::string corner_line(const SearchRegion& region, float lat) {
   const std::string latitude = fixed_real(lat, 8, 2);
   return " " + fixed_real(region.minLon, 8, 2) + "/" + latitude +

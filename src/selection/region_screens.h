@@ -1,5 +1,5 @@
-// What the region dialogue shows: its introduction with the world diagram, and the box
-// that was entered.
+// The screens of the region dialogue: the introduction with the world diagram, and the
+// box that was entered.
 
 #ifndef VELDMARK_SELECTION_REGION_SCREENS_H_
 #define VELDMARK_SELECTION_REGION_SCREENS_H_

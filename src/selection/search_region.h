@@ -9,8 +9,8 @@
 
 namespace veldmark {
 
-// A rectangle in degrees, north and east positive. A minLon greater than maxLon means
-// a rectangle across the 180 degree meridian.
+// A rectangle in degrees, north and east positive. It crosses the 180 degree meridian
+// if minLon > maxLon.
 struct SearchRegion {
   float maxLat;
   float minLat;
@@ -18,19 +18,20 @@ struct SearchRegion {
   float minLon;
 };
 
-// Must the minimum longitude lie in -180..180?
+// Whether the minimum longitude must lie in -180..180.
 enum class MinLonTest { kInRange, kNone };
 
-// The years to extract, both included; 1901 <= FYOD <= LYOD <= the last year of data.
+// The years to extract: FYOD..LYOD, both included. 1901 <= FYOD <= LYOD <= the last
+// year of the data.
 struct YearSpan {
   std::int32_t FYOD;
   std::int32_t LYOD;
 
-  // How many years and months the span has. Year index 1 is FYOD.
+  // The number of years and of months in the span.
   [[nodiscard]] std::int32_t YearCount() const { return LYOD - FYOD + 1; }
   [[nodiscard]] std::int32_t MonthCount() const { return kMonthsPerYear * YearCount(); }
 
-  // How many lines of a grid file lie before January of FYOD.
+  // The number of lines in a grid file before January of FYOD.
   [[nodiscard]] std::int32_t SkipLines() const {
     return (FYOD - kFirstDataYear) * kLinesPerYear;
   }

@@ -177,7 +177,7 @@ TEST(FindRanges, MinimumLongitudeOfTheDroughtIndexCanBeAnything) {
 }
 
 // Kept on purpose: the flag is never cleared.
-TEST(FindRanges, OnceAcrossTheMeridianLaterBoxesStayInTwoPieces) {
+TEST(FindRanges, OnceAcrossTheMeridianLaterBoxesStayInTwoRanges) {
   const GridRanges across = ranges_of(170, -170);
   expect_two_pieces(ranges_of(0, 20, across), 400, 361, 30400);
   expect_two_pieces(ranges_of(170, -180, across), 20, 701, 1600);
@@ -186,7 +186,7 @@ TEST(FindRanges, OnceAcrossTheMeridianLaterBoxesStayInTwoPieces) {
 }
 
 // Kept on purpose: a bound that matches no column keeps the previous one.
-TEST(FindRanges, ColumnsThatMatchNothingAreKept) {
+TEST(FindRanges, BoundsThatMatchNoColumnLeaveThePreviousOnes) {
   const GridRanges first = ranges_of(0, 20);
   expect_columns(ranges_of(180, 180, first), 361, 720, 14400);
   expect_columns(ranges_of(-180, -180, first), 1, 400, 16000);
