@@ -1,4 +1,4 @@
-// What a search requests of a grid file.
+// The block of values that a search requests from a grid file.
 
 #ifndef VELDMARK_CATALOGUE_BLOCK_REQUEST_H_
 #define VELDMARK_CATALOGUE_BLOCK_REQUEST_H_

@@ -1,5 +1,5 @@
-// What the user sees of the data sets: the menu, the citations, and the reports of
-// missing files.
+// Screens about the data sets: the menu, the citations and the messages about missing
+// files.
 
 #ifndef VELDMARK_CATALOGUE_CATALOGUE_SCREENS_H_
 #define VELDMARK_CATALOGUE_CATALOGUE_SCREENS_H_
@@ -12,10 +12,10 @@ namespace veldmark {
 // Shows the variable menu and leaves the cursor after its prompt.
 void show_menu(ConsoleDialogue& console);
 
-// Shows how data are to be cited, and pauses.
+// Shows how to cite the data, and pauses.
 void show_citation(ConsoleDialogue& console, const CitationBlock& citation);
 
-// Tells that the data file of `entry` does not exist, and pauses.
+// Shows that the data file of `entry` does not exist, and pauses.
 void report_missing_file(ConsoleDialogue& console, const VariableEntry& entry);
 
 }  // namespace veldmark

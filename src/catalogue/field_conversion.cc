@@ -9,21 +9,21 @@
 namespace veldmark {
 namespace {
 
-// Fields are nearly always blanks, an optional minus and digits, up to the right edge.
-// Such a field is two pairs of characters and a digit, and each pair is looked up: its
-// digits' share of the value, and what it demands of its neighbour. Any other field
-// goes to parse_integer.
+// Nearly all fields are simple: blanks, an optional minus and digits, up to the right
+// edge. A simple field is two pairs of characters and a last digit. A table for each
+// pair holds what its digits add to the value, and flags. All other fields are left to
+// parse_integer.
 //
-// A pair's entry:
-//   bit 31      a usual field has no such pair
+// A table entry:
+//   bit 31      the pair cannot be part of a simple field
 //   bit 30      first pair: digits must follow; second pair: it is not all digits
-//   bit 29      it holds the minus
+//   bit 29      the pair contains the minus
 //   bits 0-16   what its digits add to the value
 constexpr std::uint32_t kNotSimple = 1U << 31U;
 constexpr std::uint32_t kNeedsDigits = 1U << 30U;
 constexpr std::uint32_t kMinus = 1U << 29U;
 
-// The characters from blank (32) to 63 hold all that usual fields are made of.
+// The characters 32 (blank) to 63 include all that simple fields are made of.
 constexpr unsigned kCharacters = 32;
 
 using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacters>;
@@ -43,10 +43,10 @@ constexpr bool is_digit(unsigned character) {
 
 constexpr std::uint32_t pair_entry(unsigned first, unsigned second,
                                    std::uint32_t weight, bool is_first_pair) {
-  const bool usual = (first == ' ' && (second == ' ' || second == '-')) ||
-                     ((first == ' ' || first == '-') && is_digit(second)) ||
-                     (is_digit(first) && is_digit(second));
-  if (!usual) {
+  const bool simple = (first == ' ' && (second == ' ' || second == '-')) ||
+                      ((first == ' ' || first == '-') && is_digit(second)) ||
+                      (is_digit(first) && is_digit(second));
+  if (!simple) {
     return kNotSimple;
   }
   std::uint32_t entry = 0;
@@ -100,7 +100,7 @@ bool convert_field_by_tables(const char* field, std::int16_t& value) {
   if (((first | second) & kNotSimple) != 0 || (first & second & kNeedsDigits) != 0) {
     return false;
   }
-  // The marks lie above the low 16 bits, which are all that the value takes.
+  // The flags are above the low 16 bits, so the cast drops them.
   const std::uint32_t magnitude = first + second + last_digit;
   const bool negative = ((first | second) & kMinus) != 0;
   value = static_cast<std::int16_t>(negative ? 0 - magnitude : magnitude);
@@ -130,7 +130,7 @@ bool convert_fields(std::string_view fields, std::int16_t* values) {
       fields.remove_prefix(converted * kFieldWidth);
       values += converted;
     }
-    // Where the vectors stop: an unusual field among the next six, or the end.
+    // Either one of the next six fields is not simple, or fewer than six are left.
     const std::string_view next = fields.substr(0, kFieldsPerVector * kFieldWidth);
     if (!convert_fields_by_tables(next, values)) {
       return false;

@@ -1,4 +1,4 @@
-// Five-character fields to values, many at a time: the hot loop of reading.
+// Converts five-character fields to values, many at a time: the hot loop of reading.
 
 #ifndef VELDMARK_CATALOGUE_FIELD_CONVERSION_H_
 #define VELDMARK_CATALOGUE_FIELD_CONVERSION_H_
@@ -12,25 +12,26 @@
 
 namespace veldmark {
 
-// Converts neighbouring fields, each as parse_integer does, to values modulo 2^16.
+// Converts consecutive fields to values modulo 2^16, each as parse_integer does.
 //
-//   fields   whole fields: a multiple of five characters, and another character behind
-//            them that may be read, as the line end is
+//   fields   a multiple of five characters; one more character after them must be
+//            readable, such as the newline
 //   values   out: one value per field
 //
-// Returns false when a field is no integer; `values` is then incomplete.
+// Returns false if a field is not an integer; `values` is then incomplete.
 bool convert_fields(std::string_view fields, std::int16_t* values);
 
-// The same, one field at a time, for all processors.
+// Does the same one field at a time, on any processor.
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values);
 
-// Converts a field written as usual (blanks, an optional minus, digits up to the right
-// edge) to its value modulo 2^16. Returns false and leaves `value` alone for any other
-// field, which needs parse_integer.
+// Converts a simple field (blanks, an optional minus, digits up to the right edge) to
+// its value modulo 2^16. Returns false for any other field and leaves `value`
+// unchanged.
 bool convert_field_by_tables(const char* field, std::int16_t& value);
 
-// Returns whether all of the fields are integers, quickly where they hold the missing
-// code. `missing` is at least as long as `fields` and holds that code in every field.
+// Returns whether all fields are integers; fast for fields that contain the missing
+// code. Requires that `missing` is at least as long as `fields` and has that code in
+// every field.
 bool are_integers(std::string_view fields, std::string_view missing);
 
 }  // namespace veldmark

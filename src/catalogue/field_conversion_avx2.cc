@@ -11,15 +11,15 @@
 namespace veldmark {
 namespace {
 
-// Each 128-bit half of a vector takes three fields, 15 characters; the 16th is ignored.
-// A bit stands for a character.
+// Each 128-bit half of a vector holds three fields, 15 characters; the 16th character
+// is ignored. The masks have one bit per character.
 constexpr std::uint32_t both_halves(std::uint32_t half) { return half | half << 16U; }
 constexpr std::uint32_t kAllCharacters = both_halves(0b111111111111111);
 constexpr std::uint32_t kLastCharacters = both_halves(0b100001000010000);
 constexpr std::uint32_t kOtherCharacters = kAllCharacters & ~kLastCharacters;
 
 constexpr int kCharactersPerHalf = 15;
-constexpr char kZero = -1;  // as a shuffle's source index: 0
+constexpr char kZero = -1;  // the shuffle index that gives a zero byte
 constexpr std::size_t kBytesPerHalf = 3 * sizeof(std::int16_t);
 
 #define VELDMARK_AVX2 __attribute__((target("avx2")))
@@ -28,8 +28,9 @@ VELDMARK_AVX2 __m256i in_both_halves(__m128i half) {
   return _mm256_broadcastsi128_si256(half);
 }
 
-// Are the six fields usual ones, given what their characters are? In a usual field
-// every character is a blank or stands before a digit, but for the last, a digit.
+// Returns whether the six fields are simple, from the masks of their characters. In a
+// simple field the last character is a digit, and every other character either is a
+// blank or has a digit after it.
 bool are_simple(std::uint32_t blanks, std::uint32_t minuses, std::uint32_t digits) {
   const bool known = ((blanks | minuses | digits) & kAllCharacters) == kAllCharacters;
   const bool end_in_digit = (digits & kLastCharacters) == kLastCharacters;
@@ -38,13 +39,12 @@ bool are_simple(std::uint32_t blanks, std::uint32_t minuses, std::uint32_t digit
   return known && end_in_digit && in_order;
 }
 
-// Returns the values of six fields, 32 bits each, three to a half.
+// Returns the values of six fields, 32 bits each, three in each half.
 //
-//   digits   each character's digit, 0 for the others
-//   minus    all bits of a character that is a minus
+//   digits   the value of each digit, 0 for other characters
+//   minus    0xFF for each minus, 0 for other characters
 VELDMARK_AVX2 inline __m256i signed_values(__m256i digits, __m256i minus) {
-  // The last four characters of each field side by side, in 32 bits, and the first
-  // character alone.
+  // Each field in 32 bits: its last four characters, and its first one alone.
   const __m256i last_four = in_both_halves(_mm_setr_epi8(
       1, 2, 3, 4, 6, 7, 8, 9, 11, 12, 13, 14, kZero, kZero, kZero, kZero));
   const __m256i first_one =
@@ -79,8 +79,8 @@ VELDMARK_AVX2 inline void store_six(__m256i value, std::int16_t* values) {
   std::memcpy(values + 3, &last_three, kBytesPerHalf);
 }
 
-// Converts six usual fields. Returns false and stores nothing when one of them is
-// anything else. Looks at one character more than the fields have.
+// Converts six simple fields. Returns false and stores nothing if one of them is not
+// simple. Reads one character past the fields.
 VELDMARK_AVX2 inline bool convert_six_fields(const char* fields, std::int16_t* values) {
   const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(fields));
   const __m128i high =
@@ -116,7 +116,7 @@ VELDMARK_AVX2 std::size_t convert_fields_avx2(std::string_view fields,
     }
     converted += kFieldsPerVector;
   }
-  // What is left is the end of the last six.
+  // Convert the remaining fields as part of the last six, some of them again.
   const bool some_left = converted > 0 && converted < count;
   if (some_left) {
     const std::size_t last_six = count - kFieldsPerVector;

@@ -1,4 +1,4 @@
-// Field conversion with 256-bit vectors, for processors that have them.
+// Converts fields with 256-bit vectors, on processors that have AVX2.
 
 #ifndef VELDMARK_CATALOGUE_FIELD_CONVERSION_AVX2_H_
 #define VELDMARK_CATALOGUE_FIELD_CONVERSION_AVX2_H_
@@ -9,21 +9,22 @@
 
 namespace veldmark {
 
-// Returns whether this processor has what `convert_fields_avx2` needs.
+// Returns whether this processor has AVX2.
 bool has_avx2();
 
-// How many fields are converted at a time.
+// The number of fields that are converted at a time.
 constexpr std::size_t kFieldsPerVector = 6;
 
-// Converts fields from the first on, six at a time, to values modulo 2^16, as long as
-// all six are usual: blanks, an optional minus, digits up to the right edge.
+// Converts fields to values modulo 2^16, six at a time from the first one. Stops before
+// six fields of which one is not simple (blanks, an optional minus, digits up to the
+// right edge).
 //
-//   fields   whole fields: a multiple of five characters, and another character behind
-//            them that may be read
+//   fields   a multiple of five characters; one more character after them must be
+//            readable
 //   values   out: one value per field
 //
-// Returns how many fields were converted; fewer than six fields are never converted.
-// Requires has_avx2().
+// Returns how many fields were converted; 0 if there are fewer than six. Requires
+// has_avx2().
 std::size_t convert_fields_avx2(std::string_view fields, std::int16_t* values);
 
 }  // namespace veldmark

@@ -11,7 +11,7 @@
 namespace veldmark {
 namespace {
 
-// Returns what kind of file it is; a kind of none where the system doesn't tell.
+// Returns the file's status; st_mode is 0 if the system call fails.
 struct stat status_of(const FileDescriptor& file) {
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) {

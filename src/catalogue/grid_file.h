@@ -1,4 +1,4 @@
-// An open condensed grid file; grid/grid_layout.h has its layout.
+// An open condensed grid file; grid/grid_layout.h describes its layout.
 
 #ifndef VELDMARK_CATALOGUE_GRID_FILE_H_
 #define VELDMARK_CATALOGUE_GRID_FILE_H_
@@ -15,23 +15,23 @@ namespace veldmark {
 
 class GridFile {
  public:
-  // Opens `name` for reading. Throws FileFault where it can't be opened or is a folder.
+  // Opens `name` for reading. Throws FileFault if it cannot be opened or is a folder.
   explicit GridFile(std::string name);
 
   [[nodiscard]] const std::string& name() const { return name_; }
 
-  // Returns which file it is; nullopt for a pipe or a device.
+  // Returns the identity of the file; nullopt for a pipe or a device.
   [[nodiscard]] std::optional<FileIdentity> identity() const { return identity_; }
 
-  // Reads up to `size` further bytes. Returns their number, 0 at the end. Throws
-  // FileFault where the system fails.
+  // Reads up to `size` bytes from the current position. Returns the number of bytes
+  // read, 0 at the end of the file. Throws FileFault if the read fails.
   [[nodiscard]] std::size_t read(char* buffer, std::size_t size) const;
 
-  // Reads `size` bytes from `offset` on, which doesn't move the position of read.
-  // Returns false when the file has no such bytes or the system fails.
+  // Reads `size` bytes starting at `offset`, without moving the position for `read`.
+  // Returns false if the file ends before them or the read fails.
   [[nodiscard]] bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
-  // Returns how many bytes the file has; nullopt for a pipe or a device.
+  // Returns the size of the file in bytes; nullopt for a pipe or a device.
   [[nodiscard]] std::optional<std::int64_t> size() const;
 
  private:

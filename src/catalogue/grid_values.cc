@@ -103,8 +103,8 @@ void transpose_row(const GridValues& values, std::int32_t GridY,
                        &series[cell * months + month], months);
     }
   }
-  // What is left beside the whole squares: all months of the last cells, the last
-  // months of the others.
+  // The values outside the full squares: all months of the last cells, and the last
+  // months of the other cells.
   for (std::size_t cell = 0; cell < cells; ++cell) {
     const std::size_t first_month = cell < whole_cells ? whole_months : 0;
     for (std::size_t month = first_month; month < months; ++month) {

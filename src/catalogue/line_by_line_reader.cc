@@ -12,7 +12,7 @@
 namespace veldmark {
 namespace {
 
-// Passes through the lines of a file once.
+// Reads the lines of a file in their order, once.
 class LineByLineReader {
  public:
   LineByLineReader(const GridFile& file, const GridRanges& ranges)
@@ -32,8 +32,8 @@ class LineByLineReader {
     }
   }
 
-  // Passes the 360 lines of a month and hands the values of each requested row to
-  // `use_row`.
+  // Reads or skips the 360 lines of a month and calls `use_row` with the values of each
+  // requested row.
   template <typename UseRow>
   void read_month(UseRow use_row) {
     for (std::int32_t GridY = 1; GridY <= kGridRows; ++GridY) {
@@ -65,7 +65,7 @@ class LineByLineReader {
   const GridRanges& ranges_;
   FieldGroups groups_;
   LineReader lines_;
-  std::int64_t line_ = 0;  // the number of the line that was read last
+  std::int64_t line_ = 0;  // the number of the last line that was read or skipped
   RowValues row_values_{};
 };
 
@@ -74,14 +74,14 @@ class LineByLineReader {
 GridValues read_line_by_line(const GridFile& file, const BlockRequest& request) {
   GridValuesBuilder values(request.ranges, request.years.YearCount(),
                            request.MissingCode);
-  LineByLineReader pass(file, request.ranges);
-  pass.skip_lines(request.years.SkipLines());
-  pass.read_month([&](std::int32_t /*GridY*/, const RowValues& row_values) {
+  LineByLineReader reader(file, request.ranges);
+  reader.skip_lines(request.years.SkipLines());
+  reader.read_month([&](std::int32_t /*GridY*/, const RowValues& row_values) {
     values.add_row(row_values);
   });
   values.allocate();
   for (std::size_t month = 1; month < values.month_count(); ++month) {
-    pass.read_month([&](std::int32_t GridY, const RowValues& row_values) {
+    reader.read_month([&](std::int32_t GridY, const RowValues& row_values) {
       values.store_row(month, GridY, row_values);
     });
   }

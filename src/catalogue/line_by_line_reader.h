@@ -1,5 +1,5 @@
-// Reads a search's block line by line, from the first line of the file on. This is the
-// definition of what a grid file means, whatever its lines look like.
+// Reads the block of a search line by line from the start of the file, whatever its
+// lines look like. This reader defines what a grid file means.
 
 #ifndef VELDMARK_CATALOGUE_LINE_BY_LINE_READER_H_
 #define VELDMARK_CATALOGUE_LINE_BY_LINE_READER_H_

@@ -21,23 +21,23 @@ LineReader::LineReader(ReadMore read_more, std::size_t max_length)
     : read_more_(std::move(read_more)), max_length_(max_length), buffer_(kBufferSize) {}
 
 std::optional<LineReader::Line> LineReader::next() {
-  // One character more, for the carriage return of a line of just the greatest length.
+  // One more, for the carriage return of a line of the maximum length.
   const std::size_t capacity = max_length_ + 1;
   if (begin_ == end_ && !refill()) {
     return std::nullopt;
   }
   split_line_.clear();
   for (;;) {
-    const std::string_view piece = rest();
-    const std::size_t length = piece.find('\n');
+    const std::string_view text = rest();
+    const std::size_t length = text.find('\n');
     const bool has_newline = length != std::string_view::npos;
-    begin_ += has_newline ? length + 1 : piece.size();
+    begin_ += has_newline ? length + 1 : text.size();
     if (has_newline && split_line_.empty()) {
-      const std::string_view line = without_carriage_return(piece.substr(0, length));
+      const std::string_view line = without_carriage_return(text.substr(0, length));
       return Line{line.substr(0, max_length_), true};
     }
     const std::size_t left = capacity - std::min(capacity, split_line_.size());
-    split_line_.append(piece.substr(0, std::min(length, left)));
+    split_line_.append(text.substr(0, std::min(length, left)));
     if (has_newline || !refill()) {
       const std::string_view line = without_carriage_return(split_line_);
       return Line{line.substr(0, max_length_), has_newline};
@@ -57,7 +57,7 @@ bool LineReader::skip() {
     }
     begin_ = end_;
   } while (refill());
-  return true;  // the last line, without line end
+  return true;  // the last line, without a newline
 }
 
 bool LineReader::refill() {

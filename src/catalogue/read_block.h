@@ -1,4 +1,4 @@
-// The reading of a search's block of values from its grid file.
+// Reads the block of values of a search from its grid file.
 
 #ifndef VELDMARK_CATALOGUE_READ_BLOCK_H_
 #define VELDMARK_CATALOGUE_READ_BLOCK_H_
@@ -9,15 +9,15 @@
 
 namespace veldmark {
 
-// Reads the requested block and closes the file. All 360 lines of a month are read or
-// skipped; rows outside 1..360 are not there to be read. Skipped lines may hold
-// anything and have any length.
+// Reads the requested block and closes the file. Rows outside 1..360 do not exist and
+// are not read. Lines that are not requested are skipped; they may contain anything and
+// have any length.
 //
-// Throws ReadFault
-//   BadField             a requested field is no integer, or its line is too short
-//   EndAtRequestedLine   the file ends before or inside a requested line
-//   EndAtSkippedLine     the file ends before a line that is skipped
-// and FileFault where the system cannot read.
+// Throws FileFault if a read fails, and ReadFault with
+//   BadField             if a requested field is not an integer, or missing because its
+//                        line is too short
+//   EndAtRequestedLine   if the file ends before or inside a requested line
+//   EndAtSkippedLine     if the file ends before a skipped line
 GridValues read_block(GridFile file, const BlockRequest& request);
 
 }  // namespace veldmark

@@ -1,5 +1,6 @@
-// What the core reports of a grid file whose content is not what a search needs; a
-// front end words it. Lines are counted from 1. Failures of the system are FileFaults.
+// Thrown by the core if the content of a grid file is not what a search needs; the
+// front end writes the message. Lines are counted from 1. A read that fails is a
+// FileFault.
 
 #ifndef VELDMARK_CATALOGUE_READ_FAULT_H_
 #define VELDMARK_CATALOGUE_READ_FAULT_H_
@@ -12,10 +13,10 @@
 
 namespace veldmark {
 
-// A requested field is no integer, or its line is too short for it.
+// A requested field is not an integer, or missing because its line is too short.
 struct BadField {
   std::int64_t line;
-  std::int32_t field;  // 1..720, the leftmost is 1
+  std::int32_t field;  // 1..720, from the left
 
   bool operator==(const BadField&) const = default;
 };
@@ -36,12 +37,11 @@ struct EndAtSkippedLine {
 
 class ReadFault : public std::exception {
  public:
-  // One of the three.
   using Fact = std::variant<BadField, EndAtRequestedLine, EndAtSkippedLine>;
 
   ReadFault(std::string name, Fact fact) : name_(std::move(name)), fact_(fact) {}
 
-  // The grid file's name.
+  // Returns the name of the grid file.
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] const Fact& fact() const { return fact_; }
   [[nodiscard]] const char* what() const noexcept override { return name_.c_str(); }

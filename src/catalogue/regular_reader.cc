@@ -14,11 +14,11 @@
 namespace veldmark {
 namespace {
 
-// Large enough that a call to the system costs little by comparison, and small enough
-// to stay in the second-level cache until the piece is converted.
+// Large enough to make the cost of the system call negligible, small enough for a chunk
+// to stay in the second-level cache until it is converted.
 constexpr std::size_t kChunkSize = std::size_t{256} * 1024;
 
-// Where the lines of a regular file are.
+// The line ending and size of a regular file, from which the offset of a line follows.
 struct LineLayout {
   std::string_view line_ending;
   std::int64_t file_size;
@@ -28,8 +28,8 @@ struct LineLayout {
   }
 };
 
-// Finds out how the lines of the file end and whether its size is that of whole lines,
-// at least `lines` of them.
+// Returns the line layout; nullopt if the file's size is not that of a whole number of
+// lines, or if there are fewer than `lines`.
 std::optional<LineLayout> find_line_layout(const GridFile& file, std::int64_t lines) {
   const std::optional<std::int64_t> size = file.size();
   char first_end{};
@@ -47,7 +47,7 @@ std::optional<LineLayout> find_line_layout(const GridFile& file, std::int64_t li
   return layout;
 }
 
-// Reads the months of a block one after another.
+// Reads the months of a block in their order.
 class RegularReader {
  public:
   RegularReader(const GridFile& file, const BlockRequest& request, LineLayout layout)
@@ -106,9 +106,10 @@ class RegularReader {
         });
   }
 
-  // Reads the requested lines of a month of the file (0 is January 1901) and hands each
-  // to `use_line` without its line end. False as soon as a line is not framed or
-  // `use_line` says so. A month without requested lines is a skipped one.
+  // Reads the requested lines of a month of the file (0 is January 1901) and calls
+  // `use_line` with each, without its line ending. Returns false as soon as a line is
+  // not delimited or `use_line` returns false. A month without requested lines is
+  // checked like a skipped one.
   template <typename UseLine>
   bool for_each_requested_line(std::int32_t file_month, UseLine use_line) {
     if (first_row_ > last_row_) {
@@ -131,13 +132,15 @@ class RegularReader {
     return true;
   }
 
+  // Returns whether the first line of a month of the file is delimited and has no
+  // newline inside.
   bool check_skipped_month(std::int32_t file_month) {
     return read_lines(file_month, 1, 1) && is_delimited(0) &&
            !contains_newline(line(0));
   }
 
-  // Reads `count` lines from row `GridY` of a month into the buffer, behind the line
-  // end of the line before them.
+  // Reads `count` lines, starting with row `GridY` of a month, into the buffer, after
+  // the line ending of the line before them.
   bool read_lines(std::int32_t file_month, std::int32_t GridY, std::int32_t count) {
     const std::size_t end_size = layout_.line_ending.size();
     const std::int64_t lines_before = std::int64_t{file_month} * kGridRows + GridY - 1;
@@ -151,7 +154,8 @@ class RegularReader {
                                buffer_.data(), size + end_size);
   }
 
-  // Reads bytes that end with a line end, which the last line of the file may lack.
+  // Reads `size` bytes that end with a line ending. If that is missing at the end of
+  // the file, it is added.
   bool read_to_line_ending(std::int64_t begin, char* buffer, std::size_t size) const {
     const std::size_t end_size = layout_.line_ending.size();
     const bool to_the_end = begin + static_cast<std::int64_t>(size) > layout_.file_size;
@@ -162,13 +166,14 @@ class RegularReader {
     return file_.read_at(begin, buffer, size - end_size);
   }
 
-  // The buffer's line `index`, counted from 0.
+  // Returns line `index` of the buffer, counted from 0, without its line ending.
   [[nodiscard]] std::string_view line(std::int32_t index) const {
     const std::size_t begin = layout_.line_ending.size() +
                               static_cast<std::size_t>(index) * layout_.line_size();
     return {buffer_.data() + begin, kLineLength};
   }
 
+  // Returns whether line `index` of the buffer has a line ending before and after it.
   [[nodiscard]] bool is_delimited(std::int32_t index) const {
     const char* begin = line(index).data();
     const std::size_t end_size = layout_.line_ending.size();
@@ -183,8 +188,8 @@ class RegularReader {
   std::int32_t first_row_;
   std::int32_t last_row_;
   std::vector<char> buffer_;
-  std::string missing_;         // a line of missing codes
-  std::vector<RowPlan> plans_;  // of the requested rows
+  std::string missing_;         // a line with the missing code in every field
+  std::vector<RowPlan> plans_;  // one for each requested row
   RowValues row_values_{};
 };
 

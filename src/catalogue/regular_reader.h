@@ -1,5 +1,5 @@
-// Reads a search's block from a regular grid file, whose lines can be found by
-// computation: the fast way for what nearly every file looks like.
+// Reads the block of a search from a regular grid file, where the offset of each line
+// can be computed. Nearly all files are regular; this is the fast reader for them.
 
 #ifndef VELDMARK_CATALOGUE_REGULAR_READER_H_
 #define VELDMARK_CATALOGUE_REGULAR_READER_H_
@@ -12,16 +12,18 @@
 
 namespace veldmark {
 
-// Reads the block if the file is regular and all requested fields are integers.
+// Returns the block if the file is regular and all requested fields are integers.
+// Otherwise returns nullopt; the caller falls back to the line-by-line reader.
 //
-// A file is regular when its size is a whole number of lines of 3601 bytes (3602 with
-// CR LF; the last line end may be absent), at least as many as there are up to December
-// of LYOD, and every requested line, and the first line of every other month up to
-// then, is framed: a line end before it, a line end at its end, none inside.
+// A file is regular if
+//   - its size is a whole number of lines of 3601 bytes (3602 with CR LF); the last
+//     line ending may be missing
+//   - it has all lines up to December of LYOD
+//   - every requested line is delimited (a line ending before it and after it, no
+//     newline inside), and so is the first line of every month up to then that has no
+//     requested lines
 //
-// Returns nullopt if the file is not regular; the caller falls back to the line-by-line
-// reader. A skipped line that is broken so that size and frames still fit is not
-// noticed.
+// Damage to skipped lines that leaves all this unchanged is not detected.
 std::optional<GridValues> read_regular(const GridFile& file,
                                        const BlockRequest& request);
 

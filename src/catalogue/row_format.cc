@@ -12,13 +12,13 @@ namespace {
 
 constexpr auto kCharacters = static_cast<std::int32_t>(kFieldWidth);
 
-// A number and where it starts in a template, counted from 1.
+// A number and its character position in a template, counted from 1.
 struct Insertion {
   std::size_t position;
   std::int32_t number;
 };
 
-// Returns `text` with numbers written into it in five columns.
+// Returns `text` with numbers of five characters written into it.
 RowFormat with_numbers(std::string text, std::initializer_list<Insertion> insertions) {
   constexpr int kNumberWidth = 5;
   for (const Insertion& insertion : insertions) {
@@ -28,8 +28,8 @@ RowFormat with_numbers(std::string text, std::initializer_list<Insertion> insert
   return RowFormat::cut(text);
 }
 
-// Takes the groups of fields from a row format: up to two, from field 1 on, their
-// columns still open.
+// Returns the groups of fields in a row format: one or two, counted from field 1. Their
+// columns are not set.
 FieldGroups parse_row_format(std::string_view format) {
   FieldGroups groups;
   FieldGroup* group = &groups.first;
@@ -53,7 +53,8 @@ FieldGroups parse_row_format(std::string_view format) {
   return groups;
 }
 
-// Reads one field. Fields outside the 720 of a line read as blank, which is 0.
+// Returns the value of a field; nullopt if it is not an integer or the line is too
+// short. Fields outside 1..720 read as 0, like blank ones.
 std::optional<std::int32_t> read_field(std::string_view line, std::int32_t field) {
   if (field < 1 || field > kGridColumns) {
     return 0;

@@ -8,9 +8,9 @@
 namespace veldmark {
 namespace {
 
-// Adds the fields of a group to a plan, but for those that are not on the line.
+// Adds those fields of a group to a plan that exist on the line.
 //
-//   end_column   columns from here on get their values from another group
+//   end_column   the first column that gets its values from another group
 void add_group(const FieldGroup& group, std::int32_t end_column,
                std::span<const std::int32_t> data_columns, RowPlan& plan) {
   for (std::int32_t i = 0; i < group.count; ++i) {
@@ -55,8 +55,8 @@ std::string missing_line(std::int32_t MissingCode) {
   return line;
 }
 
-// No line end can hide in the requested fields, which must be integers; elsewhere it is
-// looked for.
+// The requested fields are integers, so they contain no newline; only the other
+// characters are searched for one.
 bool read_by_plan(std::string_view line, const RowPlan& plan, std::string_view missing,
                   std::int16_t* cells) {
   std::size_t checked = 0;

@@ -9,7 +9,7 @@ namespace {
 using Vector = std::int16_t __attribute__((vector_size(16)));
 using Square = std::array<Vector, kSquareSize>;
 
-// The low halves of two vectors, value by value in turn, and the high halves.
+// Return the low (high) halves of two vectors, interleaved value by value.
 Vector low_halves(Vector a, Vector b) {
   return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
 }
@@ -17,8 +17,8 @@ Vector high_halves(Vector a, Vector b) {
   return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
 }
 
-// Puts each vector of the first half between the values of its partner in the second.
-// Three such rounds transpose the square.
+// Interleaves each vector of the first half with its partner in the second half. Doing
+// that three times transposes the square.
 Square interleaved(const Square& square) {
   Square result;
   for (std::size_t i = 0; i < kSquareSize / 2; ++i) {

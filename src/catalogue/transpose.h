@@ -1,4 +1,4 @@
-// Transposes small squares of values, the inner step of transposing a row into series.
+// Transposes a small square of values: the inner step of transposing a row into series.
 
 #ifndef VELDMARK_CATALOGUE_TRANSPOSE_H_
 #define VELDMARK_CATALOGUE_TRANSPOSE_H_
@@ -10,11 +10,10 @@ namespace veldmark {
 
 constexpr std::size_t kSquareSize = 8;
 
-// Copies a square of 8 x 8 values transposed: value [i * from_step + j] of `from`
-// goes to [j * to_step + i] of `to`, for i and j from 0 to 7. The two don't overlap.
+// Copies a square of 8 x 8 values, transposed: from[i * from_step + j] goes to
+// to[j * to_step + i], for i and j from 0 to 7. Requires that the two do not overlap.
 //
-// Eight values are one 128-bit vector, which the compiler maps to what the processor
-// has.
+// Uses the compiler's own 128-bit vectors, which work on every processor.
 void transpose_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
                       std::size_t to_step);
 

@@ -40,7 +40,7 @@ constexpr std::array<string_view, 12> kDroughtLines{
     " [in \"State of the Climate in 2016\"], Bull. Amer. Meteor. Soc. 98, S32-S33,",
     " doi:10.1175/2017BAMSStateoftheClimate.1"};
 
-// What all CRU TS data sets have in common.
+// Returns `entry` with what all CRU TS data sets have in common.
 constexpr VariableEntry cru_ts(VariableEntry entry) {
   entry.MissingCode = kCruTsMissingCode;
   entry.citation = {kCruTsLines};
@@ -48,9 +48,10 @@ constexpr VariableEntry cru_ts(VariableEntry entry) {
   return entry;
 }
 
-// Kept on purpose: titles-of-eight-data-sets. Menu and files show neither name nor
-// units nor title of PET and WET, the prefix of precipitation says "ppt", and the
-// scPDSI prefix ends in ".dat.".
+// Kept on purpose: titles-of-eight-data-sets. Menu and files show no name, units or
+// title for PET and WET; the prefix of precipitation is "ppt"; the prefix of scPDSI
+// ends in
+// ".dat.".
 constexpr std::array<VariableEntry, kVariableCount> kRows{
     cru_ts({.menu_number = 1,
             .menu_line = " [1] Precipitation             pre       mm      1901-2016",
@@ -176,7 +177,7 @@ constexpr std::array<VariableEntry, kVariableCount> kRows{
         .physical_unit = "1",
         .long_name = "self-calibrating Palmer drought severity index"}};
 
-// Does `text` hold the first and the last year of the data, `separator` between them?
+// Returns whether `text` contains the first and last year, with `separator` in between.
 constexpr bool holds_years(string_view text, char separator, const YearSpan& years) {
   constexpr std::size_t kYearWidth = 4;
   constexpr std::size_t kSpanWidth = 9;  // two years and the separator
@@ -192,8 +193,8 @@ constexpr bool holds_years(string_view text, char separator, const YearSpan& yea
   return text.find(string_view(span.data(), span.size())) != string_view::npos;
 }
 
-// A release of other years changes its texts with them, and rows stand in the order of
-// their numbers.
+// Returns whether the rows are in the order of their menu numbers, their texts contain
+// their years, and their file names are short enough.
 constexpr bool is_consistent(const std::array<VariableEntry, kVariableCount>& rows) {
   std::int32_t number = 0;
   for (const VariableEntry& row : rows) {

@@ -1,4 +1,4 @@
-// The eleven data sets: what they are called, where they are, what their values mean.
+// The eleven data sets: their names, their files and what their values mean.
 
 #ifndef VELDMARK_CATALOGUE_VARIABLE_CATALOGUE_H_
 #define VELDMARK_CATALOGUE_VARIABLE_CATALOGUE_H_
@@ -16,21 +16,21 @@
 
 namespace veldmark {
 
-// How the data are to be cited: the lines of the screen, margins included.
+// How to cite the data: the lines of the screen, margins included.
 struct CitationBlock {
   std::span<const std::string_view> lines{};
 };
 
-// Output names take this much of a data file's name, so no name may be longer.
+// Output names are made from this many characters of the data file's name.
 constexpr std::size_t kMaxDataFileNameLength = 40;
 
-// A data set. The texts that files show are fields of fixed width, written with their
-// full width. A fresh entry is blank: no data set has been chosen yet.
+// A data set. Texts for the output files are fields of fixed width, which are written
+// with their trailing blanks. A default entry is blank: no data set has been chosen.
 struct VariableEntry {
   std::int32_t menu_number = 0;
   std::string_view menu_line{};
   std::string_view short_name{};  // as in file names
-  std::string_view units{};       // as the menu shows them: of stored values
+  std::string_view units{};       // of the stored values, as in the menu
 
   TextField<13> OutputPrefix{};
   TextField<27> TitleText{};
@@ -42,33 +42,33 @@ struct VariableEntry {
   RowOrder row_order = RowOrder::kSouthFirst;
   YearSpan years{.FYOD = kFirstDataYear, .LYOD = kLastDataYear};
   MinLonTest min_lon_test = MinLonTest::kInRange;
-  bool is_in_cru_ts_distribution = true;  // a user without the file is told otherwise
+  bool is_in_cru_ts_distribution = true;  // affects the message about a missing file
 
-  // What the variance test multiplies stored values by; where there is none, it goes on
-  // with the factor of the variable before.
+  // The variance test multiplies stored values by this. Without it, the test uses the
+  // factor of the variable that was chosen before.
   std::optional<float> SampleScale = std::nullopt;
 
-  // Physical values are stored values divided by this; what they are called.
+  // A physical value is the stored value divided by stored_per_unit.
   std::int32_t stored_per_unit = 1;
   std::string_view physical_unit{};
   std::string_view long_name{};
 };
 
-// Menu numbers go from 1 to this.
+// Menu numbers are 1..kVariableCount.
 constexpr std::size_t kVariableCount = 11;
 
 // All data sets, in the order of their menu numbers.
 extern const std::array<VariableEntry, kVariableCount> VariableCatalogue;
 
-// How the ten CRU TS data sets are to be cited, and the code of their missing values.
+// The citation and the missing code of the ten CRU TS data sets.
 extern const CitationBlock kCruTsCitation;
 constexpr std::int32_t kCruTsMissingCode = -999;
 
-// Returns the data set of a menu number, nullptr where there is none.
+// Returns the data set with menu number `MenuChoice`; nullptr if there is none.
 const VariableEntry* find_variable(std::int32_t MenuChoice);
 
-// Is there something in the current folder of the name of the entry's data file? A file
-// that can't be looked up counts as there: opening it tells what is wrong.
+// Returns whether the current folder contains the data file of `entry`. Also returns
+// true if that cannot be found out: opening the file then reports what is wrong.
 bool data_file_exists(const VariableEntry& entry);
 
 }  // namespace veldmark

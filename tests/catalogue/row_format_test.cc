@@ -98,7 +98,7 @@ TEST(ReadRow, ReadsBothPieces) {
 }
 
 // Kept on purpose.
-TEST(ReadRow, ShiftsTheSecondOfOverlappingPieces) {
+TEST(ReadRow, ShiftsTheSecondOfOverlappingRanges) {
   const RowValues values = read_numbered(columns(0, 20, columns(170, -170)));
   for (std::size_t column = 1; column <= 720; ++column) {
     const std::size_t field = column <= 360 ? column : column + 40;
