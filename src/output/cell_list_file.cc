@@ -3,7 +3,7 @@
 namespace veldmark {
 namespace {
 
-// What follows the coordinates on a line.
+// Returns the part of a line after the coordinates.
 std::string line_suffix(const VariableEntry& entry, bool CrossesDateLine) {
   std::string rest = "    ";
   rest += entry.OutputPrefix.view();

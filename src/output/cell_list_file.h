@@ -1,4 +1,4 @@
-// The cell list (.XY): a heading and a line for every saved cell.
+// The cell list (.XY): a heading, and one line for each saved cell.
 
 #ifndef VELDMARK_OUTPUT_CELL_LIST_FILE_H_
 #define VELDMARK_OUTPUT_CELL_LIST_FILE_H_
@@ -14,19 +14,21 @@ namespace veldmark {
 
 class CellListFile : public CellSink {
  public:
-  // Writes to `file`, which must outlive it, first the heading, which shows the name of
-  // the time-series file.
-  // Kept on purpose: across-the-meridian-then-ordinary. Once a box of the run has
-  // crossed the 180 degree meridian, there are no blanks between prefix and title.
+  // Writes the heading, which contains the name of the time-series file. Requires that
+  // `file` outlives this object.
+  //
+  // Kept on purpose: across-the-meridian-then-ordinary. After a box across the 180
+  // degree meridian, all later lists of the run lack the blanks between prefix and
+  // title.
   CellListFile(OutputFile& file, const OutputName& TsfName, const VariableEntry& entry,
                bool CrossesDateLine);
 
-  // Throws FileFault where a write fails.
+  // Throws FileFault if a write fails.
   void add(const SavedCell& cell) override;
 
  private:
   OutputFile& file_;
-  std::string line_suffix_;  // what follows the coordinates
+  std::string line_suffix_;  // the part of a line after the coordinates
 };
 
 }  // namespace veldmark

@@ -5,7 +5,7 @@
 namespace veldmark {
 namespace {
 
-// What follows the coordinates on a line.
+// Returns the part of a line after the coordinates.
 std::string line_suffix(const VariableEntry& entry) {
   std::string rest = "   ";
   rest += entry.OutputPrefix.view();
@@ -25,7 +25,8 @@ ConsoleTable::ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
                         "     #    longitude latitude   dattype       title"});
 }
 
-// The coordinates stand in ten columns here, in nine in the files.
+// One blank is added before each coordinate, which are nine characters wide in the
+// files.
 void ConsoleTable::add(const SavedCell& cell) {
   console_.write_line("  " + fixed_integer(cell.number, 6) + " " + cell.longitude.text +
                       " " + cell.latitude.text + line_suffix_);

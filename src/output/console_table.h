@@ -14,7 +14,7 @@ namespace veldmark {
 
 class ConsoleTable : public CellSink {
  public:
-  // Writes to `console`, which must outlive it, first the heading with the years.
+  // Writes the heading with the years. Requires that `console` outlives this object.
   ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
                const YearSpan& years);
 
@@ -22,7 +22,7 @@ class ConsoleTable : public CellSink {
 
  private:
   ConsoleDialogue& console_;
-  std::string line_suffix_;  // what follows the coordinates
+  std::string line_suffix_;  // the part of a line after the coordinates
 };
 
 }  // namespace veldmark

@@ -25,8 +25,8 @@ bool is_pipe(const std::string& name) {
   return ::stat(name.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-// A new file is left alone: some file systems flush a truncated file when it is closed,
-// which would make every new output wait for the disk.
+// Truncates the file, but only if it is not empty: some file systems flush a truncated
+// file on close, and every new output would then wait for the disk.
 bool truncate(const FileDescriptor& file) {
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) {
@@ -42,7 +42,8 @@ bool truncate(const FileDescriptor& file) {
   return result == 0;
 }
 
-// Opens `name` as it is. Opening a pipe would wait for its reader.
+// Opens or creates `name`. Refuses a pipe, because opening it would block until it has
+// a reader.
 FileDescriptor open_without_truncating(const std::string& name) {
   if (is_pipe(name)) {
     throw not_opened(name, 0);
@@ -63,7 +64,7 @@ OutputFile::OutputFile(std::string name, const FilesInUse& in_use)
   lock_and_truncate(in_use);
 }
 
-// Empties the opened file once it's certain that nobody needs what it holds.
+// Truncates the file after checking that no one else uses it.
 void OutputFile::lock_and_truncate(const FilesInUse& in_use) {
   struct stat status {};
   if (::fstat(file_.get(), &status) != 0) {
@@ -71,7 +72,7 @@ void OutputFile::lock_and_truncate(const FilesInUse& in_use) {
   }
   identity_ = regular_file(status);
   if (!identity_) {
-    return;  // a device, which holds nothing
+    return;  // a device has no content to truncate
   }
   if (in_use.contains(identity_)) {
     throw not_opened(name_, 0);
@@ -79,8 +80,8 @@ void OutputFile::lock_and_truncate(const FilesInUse& in_use) {
   if (is_locked_by_another(file_)) {
     throw FileFault(FileFault::Kind::kWrittenByAnotherRun, name_, 0);
   }
-  // In place rather than by a new file: owner, group, access lists and attributes stay,
-  // and so does the old content where the new file couldn't be made.
+  // Truncating, rather than renaming a new file, preserves owner, group, access lists
+  // and attributes. It also preserves the content if a new file could not be created.
   if (!truncate(file_)) {
     throw not_opened(name_, errno);
   }
@@ -88,17 +89,17 @@ void OutputFile::lock_and_truncate(const FilesInUse& in_use) {
 
 OutputFile::~OutputFile() {
   if (file_.is_open()) {
-    // Something else has failed, and is reported.
+    // Another failure ended the run and is reported, so this one is ignored.
     [[maybe_unused]] const bool written = file_.write_all({buffer_.data(), used_});
   }
 }
 
 void OutputFile::write(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view piece = text.substr(0, kMostReserved);
-    piece.copy(reserve(piece.size()), piece.size());
-    commit(piece.size());
-    text.remove_prefix(piece.size());
+    const std::string_view part = text.substr(0, kMostReserved);
+    part.copy(reserve(part.size()), part.size());
+    commit(part.size());
+    text.remove_prefix(part.size());
   }
 }
 

@@ -1,4 +1,4 @@
-// A text file that is written: created or emptied, buffered, every write checked.
+// A buffered output file in which every write is checked.
 
 #ifndef VELDMARK_OUTPUT_OUTPUT_FILE_H_
 #define VELDMARK_OUTPUT_OUTPUT_FILE_H_
@@ -14,18 +14,17 @@
 
 namespace veldmark {
 
-// Throws FileFault where a write fails. Until `close` has returned, nothing may claim
-// that the file is complete.
+// Members throw FileFault if a write fails. The file is not complete until `close` has
+// returned.
 class OutputFile {
  public:
-  // Creates `name`, or empties the file there, which keeps its owner and permissions.
-  // Until `close` no other run can write it.
+  // Creates `name`, or truncates an existing file, which keeps its owner and
+  // permissions. Locks it against other runs until `close`.
   //
-  //   in_use    files that `name` must not lead to
+  //   in_use    files that `name` must not refer to
   //
-  // Throws FileFault, before anything is lost, where `name` leads to a file in use,
-  // another run is writing it, it is a pipe (which would have no end), or it can't be
-  // opened.
+  // Throws FileFault if `name` refers to a file in use or to a pipe, if another run is
+  // writing the file, or if it cannot be opened. Its content is not changed then.
   explicit OutputFile(std::string name, const FilesInUse& in_use = {});
 
   // Flushes what is buffered if the file is left unclosed.
@@ -36,20 +35,20 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  // Returns which file it is; nullopt for a device.
+  // Returns the identity of the file; nullopt for a device.
   [[nodiscard]] std::optional<FileIdentity> identity() const { return identity_; }
 
-  // Appends `text` as it is.
+  // Appends `text`.
   void write(std::string_view text);
 
-  // The same without a copy, for the hot loop: `reserve` returns memory for `size`
-  // characters, and `commit` says how many of them were filled in.
-  // Requires size <= kMostReserved.
+  // Appends without a copy, for the hot loop: `reserve` returns a buffer of `size`
+  // characters, and `commit` appends the first `size` of them. Requires size <=
+  // kMostReserved.
   static constexpr std::size_t kMostReserved = std::size_t{64} * 1024;
   char* reserve(std::size_t size);
   void commit(std::size_t size) { used_ += size; }
 
-  // Writes what is buffered and closes the file. A second close does nothing.
+  // Flushes the buffer and closes the file. A second close does nothing.
   void close();
 
  private:

@@ -10,7 +10,7 @@
 namespace veldmark {
 namespace {
 
-// Reports take the data file's name up to its first blank, but not more than this.
+// The maximum length of what a report's name takes from the data file's name.
 constexpr std::size_t kMaxReportStem = 61;
 
 OutputName joined(std::string_view stem, std::string_view extension) {

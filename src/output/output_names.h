@@ -1,4 +1,4 @@
-// The names of a search's output files, made of the name of its data file.
+// The names of a search's output files, which are made from the name of its data file.
 
 #ifndef VELDMARK_OUTPUT_OUTPUT_NAMES_H_
 #define VELDMARK_OUTPUT_OUTPUT_NAMES_H_
@@ -10,14 +10,15 @@
 
 namespace veldmark {
 
-// A file name as the summary shows it, padded with blanks.
+// A file name, padded with blanks as the summary shows it.
 using OutputName = TextField<65>;
 
-// Returns the first 40 characters of the data file's name and `extension` (".TSF",
-// ".XY"), without blanks. A blank entry gives the extension alone.
+// Returns the first 40 characters of the data file's name followed by `extension`
+// (".TSF" or ".XY"), without blanks; only the extension for a blank entry.
 OutputName extract_name(const VariableEntry& entry, std::string_view extension);
 
-// Returns the data file's name up to its first blank and ".ftst", without blanks.
+// Returns the data file's name up to its first blank followed by ".ftst", without
+// blanks.
 OutputName report_name(const VariableEntry& entry);
 
 }  // namespace veldmark

@@ -10,20 +10,20 @@
 namespace veldmark {
 namespace {
 
-// The series of one row's cells, found by their column.
+// The series of the cells in one row, by column.
 class RowSeries {
  public:
-  // Transposes the row's values into `memory`.
+  // Transposes the values of the row into `buffer`, which must outlive this object.
   RowSeries(const GridValues& values, std::int32_t GridY,
-            std::vector<std::int16_t>& memory)
+            std::vector<std::int16_t>& buffer)
       : columns_(values.data_columns(GridY)),
         month_count_(values.month_count()),
-        series_(memory) {
-    transpose_row(values, GridY, memory);
+        series_(buffer) {
+    transpose_row(values, GridY, buffer);
   }
 
-  // Returns the series of the cell in column `GridX`; empty when it has no data.
-  [[nodiscard]] std::span<const std::int16_t> of(std::int32_t GridX) const {
+  // Returns the series of the cell in column `GridX`; empty if the cell has no data.
+  [[nodiscard]] std::span<const std::int16_t> at(std::int32_t GridX) const {
     const auto found = std::lower_bound(columns_.begin(), columns_.end(), GridX);
     if (found == columns_.end() || *found != GridX) {
       return {};
@@ -49,13 +49,13 @@ std::int32_t save_cells(const GridValues& values, const Lattice& lattice,
     longitudes.emplace_back(CellLon[GridX]);
   }
   std::int32_t CellsSaved = 0;
-  std::vector<std::int16_t> memory;
+  std::vector<std::int16_t> buffer;
   for (const std::int32_t GridY : lattice.rows) {
     const Coordinate latitude(CellLat(order)[GridY]);
-    const RowSeries row_series(values, GridY, memory);
+    const RowSeries row_series(values, GridY, buffer);
     for (std::size_t i = 0; i < longitudes.size(); ++i) {
       const std::int32_t GridX = lattice.columns[i];
-      const std::span<const std::int16_t> series = row_series.of(GridX);
+      const std::span<const std::int16_t> series = row_series.at(GridX);
       if (series.empty()) {
         continue;
       }

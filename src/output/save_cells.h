@@ -1,4 +1,4 @@
-// The walk over a search's kept cells: each cell with data is handed to every sink.
+// Passes each cell of a search that is to be saved to the outputs.
 
 #ifndef VELDMARK_OUTPUT_SAVE_CELLS_H_
 #define VELDMARK_OUTPUT_SAVE_CELLS_H_
@@ -13,17 +13,17 @@
 
 namespace veldmark {
 
-// A longitude or latitude of cells, degrees, north and east positive. Its text is made
-// once for all cells that share it.
+// A longitude or latitude, with its text, which is formatted once for all cells of a
+// column or row.
 struct Coordinate {
-  // From degrees.
   explicit Coordinate(float value);
 
-  float degrees;
-  std::string text;  // nine columns, three decimals, as the files show it
+  float degrees;     // north and east positive
+  std::string text;  // nine characters, three decimals, as in the files
 };
 
-// A kept cell that has data. Refers to values that live as long as the sink is called.
+// A cell with data that is saved. Its references and series are valid only during
+// CellSink::add.
 struct SavedCell {
   std::int32_t number;  // counted from 1
   std::int32_t GridX;
@@ -33,10 +33,10 @@ struct SavedCell {
   std::span<const std::int16_t> series;  // stored units, from January of FYOD
 };
 
-// What takes saved cells: a file, a table on the screen.
+// An output that receives the saved cells: a file, or the table on the console.
 class CellSink {
  public:
-  // Takes the next cell; may throw, which ends the walk.
+  // Receives the next cell. May throw, which ends save_cells.
   virtual void add(const SavedCell& cell) = 0;
 
   CellSink() = default;
@@ -47,10 +47,10 @@ class CellSink {
   virtual ~CellSink() = default;
 };
 
-// Hands every cell of the lattice that has data to each of `sinks` in turn: rows
-// upward, in each row the columns in the lattice's order.
+// Passes every cell of the lattice that has data to each of `sinks` in turn: row by
+// row, and in each row by column, in the order of the lattice.
 //
-// Returns how many cells were saved (CellsSaved). Throws what a sink throws.
+// Returns the number of saved cells (CellsSaved). Throws what a sink throws.
 std::int32_t save_cells(const GridValues& values, const Lattice& lattice,
                         RowOrder order, std::span<CellSink* const> sinks);
 

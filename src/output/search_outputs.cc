@@ -8,8 +8,8 @@
 namespace veldmark {
 namespace {
 
-// Each file is checked again when it is open: a link may lead to a file that the
-// opening of another one creates.
+// Throws FileFault if `name` refers to a file in use. OutputFile checks that again
+// after opening it, because a link may refer to a file that the other output creates.
 void require_not_in_use(const std::string& name, FilesInUse& in_use) {
   const std::optional<FileIdentity> file = regular_file(name);
   if (in_use.contains(file)) {

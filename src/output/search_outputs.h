@@ -1,4 +1,4 @@
-// The opening of the two outputs that every search writes.
+// Opens the two output files that every search writes.
 
 #ifndef VELDMARK_OUTPUT_SEARCH_OUTPUTS_H_
 #define VELDMARK_OUTPUT_SEARCH_OUTPUTS_H_
@@ -10,17 +10,17 @@
 
 namespace veldmark {
 
-// Both outputs of a search, opened and empty.
+// Both output files of a search, open and empty.
 struct SearchOutputs {
   OutputFile time_series;
   OutputFile cell_list;
 };
 
-// Creates or empties the time-series file and the cell list, in this order, and adds
-// them to `in_use`, which holds the data file.
+// Creates or truncates the time-series file and the cell list, in this order, and adds
+// them to `in_use`, which contains the data file.
 //
-// Throws FileFault where one of them can't be opened. Neither is emptied where a link
-// makes one of them the data file, or both one file.
+// Throws FileFault if one of them cannot be opened. If one of them is a link to the
+// data file, or both are the same file, neither is truncated.
 SearchOutputs open_search_outputs(const std::string& TsfName, const std::string& XyName,
                                   FilesInUse& in_use);
 

@@ -1,4 +1,4 @@
-// The counts at the end of a search.
+// The summary at the end of a search.
 
 #ifndef VELDMARK_OUTPUT_SUMMARY_SCREENS_H_
 #define VELDMARK_OUTPUT_SUMMARY_SCREENS_H_
@@ -10,10 +10,12 @@
 
 namespace veldmark {
 
-// Writes the closing counts. `CellsDefined` counts the cells of the search before
-// thinning, sea included.
-// Kept on purpose: search-again-same-region. The heading says that the program ends,
-// although it goes on to ask.
+// Writes the summary of a search.
+//
+//   CellsDefined   the number of its cells before thinning, sea included
+//
+// Kept on purpose: search-again-same-region. The heading says that the program
+// terminates, although it goes on with a question.
 void write_summary(ConsoleDialogue& console, std::int32_t CellsDefined,
                    std::int32_t CellsSaved, const OutputName& TsfName);
 

@@ -8,7 +8,7 @@
 namespace veldmark {
 namespace {
 
-// What follows the coordinates in a cell's heading.
+// Returns the part of a cell's heading after the coordinates.
 std::string heading_suffix(const VariableEntry& entry) {
   std::string rest = "    ";
   rest += entry.OutputPrefix.view();
@@ -34,7 +34,7 @@ void TimeSeriesFile::add(const SavedCell& cell) {
   write_years(cell.series);
 }
 
-// The year lines of a cell, in one piece of the file's own memory.
+// Writes the year lines of a cell straight into the buffer of the file.
 void TimeSeriesFile::write_years(std::span<const std::int16_t> series) {
   const std::size_t size = year_texts_.size() * kYearLineSize;
   char* out = file_.reserve(size + ValueText::kCopied);

@@ -1,4 +1,4 @@
-// The time-series file (.TSF): a heading and a line for each year of every saved cell.
+// The time-series file (.TSF): for each saved cell a heading, and one line per year.
 
 #ifndef VELDMARK_OUTPUT_TIME_SERIES_FILE_H_
 #define VELDMARK_OUTPUT_TIME_SERIES_FILE_H_
@@ -19,26 +19,26 @@
 
 namespace veldmark {
 
-// Values are written in stored units, without scaling; a month without data holds the
+// Values are written in stored units, without scaling. A month without data has the
 // missing code.
 class TimeSeriesFile : public CellSink {
  public:
-  // Writes to `file`, which must outlive it, series of the years `years`.
+  // Writes series of `years`. Requires that `file` outlives this object.
   TimeSeriesFile(OutputFile& file, const VariableEntry& entry, const YearSpan& years);
 
-  // Throws FileFault where a write fails.
+  // Throws FileFault if a write fails.
   void add(const SavedCell& cell) override;
 
  private:
-  // A blank and the year in four columns.
+  // A blank and the year, four digits.
   static constexpr std::size_t kYearTextSize = 5;
   using YearText = std::array<char, kYearTextSize>;
 
-  // A year line: the year, twelve values, the line end.
+  // A year line: the year, twelve values and a newline.
   static constexpr std::size_t kYearLineSize =
       kYearTextSize + kMonthsPerYear * ValueText::kWidth + 1;
 
-  // All years of a cell fit into what a file reserves at once.
+  // All year lines of a cell fit into one reservation.
   static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
                     ValueText::kCopied <=
                 OutputFile::kMostReserved);
@@ -46,7 +46,7 @@ class TimeSeriesFile : public CellSink {
   void write_years(std::span<const std::int16_t> series);
 
   OutputFile& file_;
-  std::string heading_suffix_;  // what follows the coordinates
+  std::string heading_suffix_;  // the part of a heading after the coordinates
   std::vector<YearText> year_texts_;
   ValueText value_text_;
 };

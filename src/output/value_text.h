@@ -1,4 +1,4 @@
-// Values as text in six columns, ready-made: the hot loop of writing.
+// Formats values as text by table lookup: the hot loop of writing.
 
 #ifndef VELDMARK_OUTPUT_VALUE_TEXT_H_
 #define VELDMARK_OUTPUT_VALUE_TEXT_H_
@@ -11,17 +11,19 @@
 
 namespace veldmark {
 
-// The texts of all 65,536 values, right-aligned in six columns; no value needs more.
+// A table of the texts of all 65,536 values, each right-aligned in six characters,
+// which is enough for all of them.
 class ValueText {
  public:
   ValueText();
 
-  // A text is copied as eight characters, of which the last two are to be overwritten.
+  // A text is six characters wide; eight are copied, because that is a single store.
+  // The caller overwrites the last two.
   static constexpr std::size_t kWidth = 6;
   static constexpr std::size_t kCopied = 8;
 
-  // Writes `value` at `out`, which must have space for kCopied characters. Returns the
-  // end of its six columns.
+  // Writes `value` at `out`. Requires space for kCopied characters. Returns the end of
+  // the text, `out` + kWidth.
   char* write(std::int16_t value, char* out) const {
     const Text& text = texts_[static_cast<std::uint16_t>(value)];
     std::memcpy(out, text.data(), kCopied);
@@ -31,7 +33,7 @@ class ValueText {
  private:
   using Text = std::array<char, kCopied>;
 
-  std::vector<Text> texts_;  // by the value modulo 2^16
+  std::vector<Text> texts_;  // indexed by the value modulo 2^16
 };
 
 }  // namespace veldmark

@@ -1,4 +1,4 @@
-// The variance test on the console: its offer, its heading and its notices.
+// The console part of the variance test: its questions, its heading and its notices.
 
 #ifndef VELDMARK_OUTPUT_VARIANCE_DIALOGUE_H_
 #define VELDMARK_OUTPUT_VARIANCE_DIALOGUE_H_
@@ -12,15 +12,15 @@
 
 namespace veldmark {
 
-// Offers the variance test. Returns the cutoff year, any 32-bit integer; nullopt when
-// the user declines.
+// Offers the variance test. Returns the cutoff year, which can be any 32-bit integer;
+// nullopt if the user declines.
 std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
                                             const YearSpan& years);
 
-// Tells which periods `report` compares.
+// Shows the periods that `report` compares.
 void show_periods(ConsoleDialogue& console, const VarianceReportFile& report);
 
-// Returns what tells the user of the tests that fail; `console` must outlive it.
+// Returns callbacks that show failed tests on `console`, which must outlive them.
 VarianceNotices console_notices(ConsoleDialogue& console);
 
 }  // namespace veldmark
