@@ -10,8 +10,8 @@
 namespace veldmark {
 namespace {
 
-// What is kept of a line that is read: far more than any answer, and a bound on the
-// memory that endless input without a line end can take.
+// Longer lines are truncated. That is far more than any answer, and it limits the
+// memory for endless input without a newline.
 constexpr std::size_t kMaxLineLength = 1U << 16U;
 
 }  // namespace
@@ -107,7 +107,7 @@ std::string ConsoleDialogue::read_line(const char* end_message) {
       line += character;
     }
   }
-  // A standard input that was closed before the run has come to its end.
+  // EBADF means that standard input was closed before the run, which counts as its end.
   if (input_.bad() && errno != EBADF) {
     throw cannot_read("standard input", errno, Channel::kConsole);
   }

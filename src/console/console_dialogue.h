@@ -1,11 +1,11 @@
-// The conversation with the user: prompts, answers, pauses and shell commands on a
+// The dialogue with the user: prompts, answers, pauses and shell commands on a
 // line-oriented console.
 //
-// Every answer is read from a fresh line, after everything written so far has been
-// flushed. A carriage return before a line end belongs to the line end, and a last
-// line without line end is a line. Where the input ends although an answer or a pause
-// awaits a line, the run ends (RunEnd, "Attempt to read past end of file"), and also
-// where it cannot be read (RunEnd, "Cannot read file: standard input: ...").
+// Each answer is a line of its own. The output is flushed before it is read. A carriage
+// return before the newline is removed with it, and the last line may lack its newline.
+//
+// Every member that reads a line throws RunEnd if the input has ended ("Attempt to read
+// past end of file") or cannot be read ("Cannot read file: standard input: ...").
 
 #ifndef VELDMARK_CONSOLE_CONSOLE_DIALOGUE_H_
 #define VELDMARK_CONSOLE_CONSOLE_DIALOGUE_H_
@@ -29,49 +29,50 @@ class ConsoleDialogue {
  public:
   using CommandRunner = std::function<void(const std::string& command)>;
 
-  // The streams must outlive the dialogue. `run_command` hands a command to the shell;
-  // what it writes goes straight to the console, its result is not looked at.
+  // Requires that the streams outlive the dialogue. `run_command` runs a command in the
+  // shell; its output goes straight to the console, and its result is ignored.
   ConsoleDialogue(std::istream& input, std::ostream& output, CommandRunner run_command);
 
-  // Write a line as it is, margin included, a screen of such lines, and an empty line.
+  // Write a line (its margin is part of `text`), several lines, and an empty line.
   void write_line(std::string_view text);
   void write_lines(std::span<const std::string_view> lines);
   void write_lines(std::initializer_list<std::string_view> lines);
   void blank_line();
 
-  // Writes `text` and leaves the cursor on its line.
+  // Writes `text` without a newline.
   void prompt(std::string_view text);
 
-  // Writes everything that is still buffered. Throws RunEnd where the output cannot be
-  // written.
+  // Flushes the output. Throws RunEnd if that fails.
   void flush();
 
-  // Writes `text` as a line and waits for RETURN; what is typed before it is discarded.
+  // Writes `text` as a line, then reads a line and ignores it.
   void pause(std::string_view text);
 
   // Flushes, then runs a shell command.
   void run_shell_command(const std::string& command);
 
-  // Reads an integer from the first `width` characters of a line. An empty field is 0.
-  // Anything but an integer ends the run (RunEnd).
+  // Reads a line and returns the integer in its first `width` characters; 0 if they are
+  // blank. Throws RunEnd if they are not an integer.
   std::int32_t read_fixed_integer(std::size_t width);
 
-  // The same for a question that is asked again: nullopt for anything but an integer.
-  // `end_message` is the message of the report when the input ends here.
+  // Does the same for a question that is asked again: returns nullopt if they are not
+  // an integer. `end_message` is the message of the RunEnd if the input has ended.
   std::optional<std::int32_t> try_read_fixed_integer(std::size_t width,
                                                      const char* end_message);
 
-  // Reads the first `width` characters of a line, padded with blanks.
+  // Reads a line and returns its first `width` characters, padded with blanks.
   std::string read_text(std::size_t width);
 
-  // Reads true or false; see parse_logical. No answer is refused.
+  // Reads a line and returns its first value as parse_logical does. Accepts any answer.
   bool read_logical();
 
-  // Reads the first value as an integer; lines without a value are skipped, so
-  // that a stray RETURN doesn't end the run. Anything else ends it (RunEnd).
+  // Reads a line and returns its first value, an integer. Lines without a value are
+  // skipped, so that a stray RETURN does not end the run. Throws RunEnd for any other
+  // value.
   std::int32_t read_free_integer();
 
-  // Reads the first character of the first value; a blank where there is no value.
+  // Reads a line and returns the first character of its first value; a blank if it has
+  // none.
   char read_free_character();
 
  private:

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kRunTimeErrorStatus = 255;
 
-// In the order of Operation.
+// Indexed by Operation.
 constexpr std::array kOperationNames{"OPEN", "READ", "WRITE"};
 
 }  // namespace

@@ -9,11 +9,12 @@
 namespace veldmark {
 namespace {
 
-// An exception makes an input stream bad; a result could only tell of the end.
+// Thrown from `underflow` to make the stream bad; its return value could only mean the
+// end of the file.
 class ReadFailure : public std::exception {};
 
-// May a call be made again that has failed? Where the descriptor would have had to
-// wait, waits for `event` first.
+// Returns whether to retry a call that failed with errno. If a non-blocking descriptor
+// was not ready, waits for `event` first.
 bool should_retry(int descriptor, short event) {
   if (errno == EINTR) {
     return true;
@@ -21,8 +22,8 @@ bool should_retry(int descriptor, short event) {
   if (errno != EAGAIN) {
     return false;
   }
-  pollfd awaited{.fd = descriptor, .events = event, .revents = 0};
-  return ::poll(&awaited, 1, -1) > 0 || errno == EINTR;
+  pollfd descriptor_events{.fd = descriptor, .events = event, .revents = 0};
+  return ::poll(&descriptor_events, 1, -1) > 0 || errno == EINTR;
 }
 
 }  // namespace
@@ -50,7 +51,7 @@ StandardStream::int_type StandardStream::overflow(int_type character) {
   return traits_type::not_eof(character);
 }
 
-// Writes what is held; the first call of `overflow` gets here with no buffer yet.
+// Writes the buffer and sets it up again; before the first output there is none yet.
 int StandardStream::sync() {
   const char* next = pbase();
   while (next != pptr()) {

@@ -1,4 +1,4 @@
-// The standard streams, as a buffer for the streams of the C++ library.
+// A stream buffer for the standard streams.
 
 #ifndef VELDMARK_CONSOLE_STANDARD_STREAM_H_
 #define VELDMARK_CONSOLE_STANDARD_STREAM_H_
@@ -10,9 +10,9 @@
 namespace veldmark {
 
 // Reads or writes an open descriptor and leaves it open. Unlike the library's own
-// buffers it waits where the descriptor doesn't: another program that shares the
-// terminal may have set it to non-blocking. A failure makes the stream bad and is told
-// by errno. What isn't flushed is lost at the end.
+// buffers it also waits on a non-blocking descriptor: another program that shares the
+// terminal may have set it so. After a failure the stream is bad, and errno holds the
+// reason. The destructor does not flush.
 class StandardStream : public std::streambuf {
  public:
   explicit StandardStream(int descriptor) : descriptor_(descriptor) {}

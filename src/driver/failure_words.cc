@@ -11,8 +11,8 @@
 namespace veldmark {
 namespace {
 
-// Kept on purpose: letter-in-a-wanted-field. The words blame what the user entered,
-// although the file is at fault.
+// Kept on purpose: letter-in-a-requested-field. The message blames the user's answers,
+// although the file is wrong.
 constexpr auto kAfterBadField = std::to_array<std::string_view>({
     " Program Terminating Without Completion",
     " Try re-entering your search criteria again being sure to",

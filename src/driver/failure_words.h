@@ -1,4 +1,4 @@
-// What the user is told of the faults that the core reports.
+// Converts the faults that the core throws to messages and to the end of the run.
 
 #ifndef VELDMARK_DRIVER_FAILURE_WORDS_H_
 #define VELDMARK_DRIVER_FAILURE_WORDS_H_
@@ -10,15 +10,16 @@
 
 namespace veldmark {
 
-// Tells on the console what is wrong with a grid file, where there are words for it,
-// and returns the run's end: quiet after such words, otherwise a run-time error.
+// Returns the end of the run for wrong content of a grid file. It is a run-time error
+// if the file ends in a skipped line. Otherwise a message is written to the console,
+// and the end is quiet.
 //
-//   CrossesDateLine   whether the search's columns were in two ranges
+//   CrossesDateLine   whether the search had two column ranges
 RunEnd run_end_for(ConsoleDialogue& console, const ReadFault& fault,
                    bool CrossesDateLine);
 
-// Returns the run's end by a file that cannot be used: a run-time error, which names
-// the channel by the ending of the file's name.
+// Returns the end of the run for a file that cannot be used: a run-time error. Its
+// channel follows from the extension of the file's name.
 RunEnd run_end_for(const FileFault& fault);
 
 }  // namespace veldmark

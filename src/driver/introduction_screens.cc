@@ -6,8 +6,8 @@
 namespace veldmark {
 namespace {
 
-// Kept on purpose: exit-at-first-menu. The raw names say "ts_4.01" where the condensed
-// ones say "ts4.01".
+// Kept on purpose: exit-at-first-menu. The names of the raw files have "ts_4.01", those
+// of the condensed files "ts4.01".
 constexpr auto kBanner = std::to_array<std::string_view>({
     "",
     " Program Veldmark_v24 (vmk) 10/2018",
@@ -35,8 +35,8 @@ constexpr auto kBanner = std::to_array<std::string_view>({
     "",
 });
 
-// Kept on purpose: exit-at-first-menu. The doubled "of", "proceedure", and the example
-// with its years, version and open parenthesis are the program's own wording.
+// Kept on purpose: exit-at-first-menu. The doubled "of", "proceedure", and the unclosed
+// parenthesis, version and years of the example are part of the screen.
 constexpr auto kCondensing = std::to_array<std::string_view>({
     "",
     " The original uncompressed TS4.01 files from CRU are quite large (2.71GB).",

@@ -1,5 +1,5 @@
-// The introduction: what the program serves, how the data files come about and which
-// files it expects.
+// The introduction: what the program does, how to make its data files and which files
+// it expects.
 
 #ifndef VELDMARK_DRIVER_INTRODUCTION_SCREENS_H_
 #define VELDMARK_DRIVER_INTRODUCTION_SCREENS_H_

@@ -23,15 +23,15 @@
 namespace {
 
 void run_in_shell(const std::string& command) {
-  // The result is of no interest: the run goes on without a cleared screen or a list.
+  // The status is ignored: the session works without a cleared screen or a file list.
   [[maybe_unused]] const int status = std::system(command.c_str());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) try {
-  // A reader that goes away, and the limit of a file's size, become failed writes,
-  // which close the files in order.
+  // Ignored, so that a closed pipe or a size limit shows up as a failed write, after
+  // which the files are closed properly.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   veldmark::take_up_closed_streams();
@@ -50,8 +50,8 @@ int main(int argc, char** argv) try {
   }
   veldmark::ConsoleDialogue console(input, output, run_in_shell);
   return veldmark::run_program(console, errors);
-} catch (const std::bad_alloc&) {  // before the run itself
-  // The stream of errors may not have been made.
+} catch (const std::bad_alloc&) {  // from the lines before run_program
+  // std::ostream errors may not have been constructed yet.
   const veldmark::RunEnd end = veldmark::not_enough_memory();
   std::fputs(end.report().c_str(), stderr);
   return end.status();

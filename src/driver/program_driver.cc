@@ -36,16 +36,18 @@
 namespace veldmark {
 namespace {
 
-// S2: what the user sees before the menu, but not again after a missing file.
+// S2: a pause, a cleared screen and the list of data files.
 void show_data_files(ConsoleDialogue& console) {
   console.pause(kHitReturnToContinue);
   console.run_shell_command("clear");
   console.run_shell_command("ls *.dat.new");
 }
 
-// S7: region and years.
-// Kept on purpose: AnswerOutOfRange.HasItsMinimumLongitudeTested. Even where the entry
-// that stayed would take any.
+// S7: asks for region and years.
+//
+// Kept on purpose: AnswerOutOfRange.HasItsMinimumLongitudeTested. After a menu answer
+// out of range the minimum longitude is tested, even if the variable that is still set
+// up accepts any.
 void ask_search(ConsoleDialogue& console, RunState& state) {
   const VariableEntry* const chosen = find_variable(state.MenuChoice);
   const MinLonTest min_lon_test =
@@ -54,7 +56,7 @@ void ask_search(ConsoleDialogue& console, RunState& state) {
   state.years = ask_year_span(console, state.LastDataYear);
 }
 
-// S8: the rows and columns of the region, and their values.
+// S8: finds the rows and columns of the region and reads their values.
 GridValues read_values(ConsoleDialogue& console, RunState& state,
                        std::optional<GridFile> input) {
   if (!input) {
@@ -71,7 +73,7 @@ GridValues read_values(ConsoleDialogue& console, RunState& state,
   }
 }
 
-// S10: the offer of the variance test; opens its report when the user takes it.
+// S10: offers the variance test. Returns its open report; nullptr if the user declines.
 std::unique_ptr<VarianceReportFile> offer_variance_test(ConsoleDialogue& console,
                                                         RunState& state,
                                                         const FilesInUse& in_use) {
@@ -91,8 +93,8 @@ std::unique_ptr<VarianceReportFile> offer_variance_test(ConsoleDialogue& console
   return report;
 }
 
-// S11: hands the kept cells to the files and the table. A cell is tested before it is
-// written. Returns how many cells were saved.
+// S11: saves the cells of `lattice` to the files and the console table. Each cell is
+// tested before it is written. Returns the number of saved cells.
 std::int32_t save(ConsoleDialogue& console, const RunState& state,
                   const GridValues& values, const Lattice& lattice,
                   SearchOutputs& outputs, VarianceReportFile* variance_report) {
@@ -107,7 +109,7 @@ std::int32_t save(ConsoleDialogue& console, const RunState& state,
   return save_cells(values, lattice, state.entry.row_order, sinks);
 }
 
-// One search, from the menu (S3) to the summary (S12).
+// Runs one search, from the menu (S3) to the summary (S12).
 void run_search(ConsoleDialogue& console, RunState& state) {
   std::optional<GridFile> input = choose_variable(console, state);
 
@@ -130,7 +132,7 @@ void run_search(ConsoleDialogue& console, RunState& state) {
   const std::int32_t CellsSaved =
       save(console, state, values, lattice, outputs, variance_report.get());
 
-  // The files are complete before the summary says so.
+  // The files must be complete before the summary says so.
   outputs.time_series.close();
   outputs.cell_list.close();
   if (state.FtestChosen) {
@@ -145,7 +147,7 @@ bool ask_true_or_false(ConsoleDialogue& console, const char* question) {
   return console.read_logical();
 }
 
-// The searches of a run.
+// Runs all searches, from S0 to S13.
 void run_searches(ConsoleDialogue& console) {
   RunState state;
   console.run_shell_command("clear");  // S0
@@ -163,7 +165,7 @@ void run_searches(ConsoleDialogue& console) {
   }
 }
 
-// The same, ending by a RunEnd where a file cannot be used.
+// Runs all searches and converts a FileFault to a RunEnd.
 void run_searches_and_word_faults(ConsoleDialogue& console) {
   try {
     run_searches(console);
@@ -172,8 +174,7 @@ void run_searches_and_word_faults(ConsoleDialogue& console) {
   }
 }
 
-// Writes what is left of the output, and the report of the end. Returns the exit
-// status.
+// Flushes the output and writes the report of the end. Returns the exit status.
 int finish_output(ConsoleDialogue& console, std::ostream& errors, const RunEnd& end) {
   try {
     console.flush();

@@ -1,18 +1,18 @@
-// The whole run, from the first screen to its end.
+// The whole run, from the first screen to the exit status.
 //
-//   S0   start: the screen is cleared
-//   S1   introduction
-//   S2   pause, the screen is cleared, the data files are listed
-//   S3   variable menu           <- a missing file leads back here
-//   S4   citation and missing code
-//   S5   the chosen variable is set up and its file opened; 0 ends the run
-//   S6   output files are named and opened
-//   S7   region and years, unless the last search's are used again
-//   S8   rows and columns, and the reading of their values
-//   S9   thinning
-//   S10  offer of the variance test
-//   S11  saving
-//   S12  summary, after the files have been closed
+//   S0   clear the screen
+//   S1   show the introduction
+//   S2   pause, clear the screen, list the data files
+//   S3   show the variable menu (again after a missing file)
+//   S4   show the citation, set the missing code
+//   S5   set up the variable and open its file; the answer 0 ends the run
+//   S6   name and open the output files
+//   S7   ask for region and years, unless those of the last search are used again
+//   S8   find rows and columns, read their values
+//   S9   ask for the thinning factor
+//   S10  offer the variance test
+//   S11  save the cells
+//   S12  close the files, show the summary
 //   S13  another search? with new parameters (to S1) or with the same (to S2)?
 
 #ifndef VELDMARK_DRIVER_PROGRAM_DRIVER_H_
@@ -26,7 +26,7 @@ namespace veldmark {
 
 // Runs the program in the current folder.
 //
-//   errors   where the report of a run-time error goes
+//   errors   receives the report of a run-time error
 //
 // Returns the exit status: 0, or 255 after a run-time error.
 int run_program(ConsoleDialogue& console, std::ostream& errors);

@@ -13,28 +13,30 @@
 namespace veldmark {
 
 struct RunState {
-  // Ask for region and years in the next search? At first, and then as the user wishes.
+  // Whether the next search asks for region and years: true for the first search, then
+  // what the user answered.
   bool ChangeSearch = true;
   bool AnotherSearch = true;
 
   std::int32_t MenuChoice{};   // the last answer to the menu, -9..99
-  std::int32_t MissingCode{};  // of the data set that was cited last
+  std::int32_t MissingCode{};  // of the data set whose citation was shown last
   std::int32_t LastDataYear{};
-  VariableEntry entry;  // blank until a variable is chosen
+  VariableEntry entry;  // of the last variable chosen; blank before
   bool FileExists = false;
 
   OutputName TsfName;
   OutputName XyName;
 
-  // The factor that turns stored values into sample values of the variance test.
+  // The factor from stored units to sample units in the variance test.
+  //
   // Kept on purpose: variance-frost-days-then-another. It is 0 until frost days are
-  // chosen, and keeps their value then.
+  // chosen; after that it keeps their factor for all variables.
   float SampleScale = 0;
   bool FtestChosen = false;
 
   SearchRegion region{};
   YearSpan years{};
-  GridRanges ranges;  // the last search's; the next one inherits from them
+  GridRanges ranges;  // of the last search; find_ranges needs them for the next
 };
 
 }  // namespace veldmark

@@ -11,10 +11,11 @@ namespace {
 
 constexpr std::size_t kMenuAnswerWidth = 2;
 
-// S4: the citation of the chosen data set, and its missing code. `chosen` is nullptr
-// for an answer that names none.
-// Kept on purpose: menu-minus-3-at-first. A negative answer, which chooses nothing,
-// counts as CRU TS here.
+// S4: shows the citation of the chosen data set and sets its missing code. `chosen` is
+// nullptr if the answer is not the number of a data set.
+//
+// Kept on purpose: menu-minus-3-at-first. A negative answer chooses nothing, but is
+// treated as CRU TS here.
 void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
                    RunState& state) {
   if (chosen != nullptr) {
@@ -31,7 +32,7 @@ void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
   throw RunEnd::quiet();
 }
 
-// Makes `chosen` the run's data set, whether its file is there or not.
+// Makes `chosen` the current data set, even if its file does not exist.
 void select_variable(const VariableEntry& chosen, RunState& state) {
   state.entry = chosen;
   state.SampleScale = chosen.SampleScale.value_or(state.SampleScale);

@@ -1,4 +1,4 @@
-// The choice of a variable: menu, citation, and the opening of its file.
+// Chooses a variable: shows the menu and the citation and opens the data file.
 
 #ifndef VELDMARK_DRIVER_VARIABLE_CHOICE_H_
 #define VELDMARK_DRIVER_VARIABLE_CHOICE_H_
@@ -11,10 +11,14 @@
 
 namespace veldmark {
 
-// S3 to S5: asks for a variable until its file is there, makes it the run's data set
-// and opens the file. Throws RunEnd for the answer 0, FileFault where the file can't be
-// opened. Kept on purpose: menu-99-after-a-pass. An answer out of range is not refused;
-// the entry stays as it was and no file is opened.
+// S3 to S5: asks for a variable until its data file exists, and makes it the current
+// data set.
+//
+// Returns the open data file; nullopt after an answer out of range. Throws RunEnd for
+// the answer 0, FileFault if the file cannot be opened.
+//
+// Kept on purpose: menu-99-after-a-search. An answer out of range is not refused; the
+// current data set stays the same and no file is opened.
 std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& state);
 
 }  // namespace veldmark

@@ -38,8 +38,8 @@ CONVERSATION = [
         Change(DRIVER, FIND_RANGES, "  if (state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
     ),
     Break(
-        "kept search in the third pass is not looked up again",
-        transcripts("kept-search-in-the-third-pass"),
+        "same parameters in the third search are not looked up again",
+        transcripts("same-parameters-in-the-third-search"),
         Change(DRIVER, FIND_RANGES,
                "  static int passes = 0;\n"
                "  if (++passes < 3 || state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
@@ -237,7 +237,7 @@ SAVING = [
     Break(
         "summary before the files are closed",
         program("Program.*"),
-        Change(DRIVER, "  // The files are complete before the summary says so.\n",
+        Change(DRIVER, "  // The files must be complete before the summary says so.\n",
                "  write_summary(console, state.ranges.CellCount(), CellsSaved, state.TsfName);\n"),
         Change(DRIVER,
                "    variance_report->close();\n  }\n"
