@@ -50,8 +50,7 @@ FieldGroups field_groups(const GridRanges& ranges);
 // Reads the fields in `groups` from `line` into `row_values`.
 //
 //   line         a data line, truncated to 3600 characters, without its newline
-//   row_values   out: the values modulo 2^16, indexed by GridX. Where the groups
-//   overlap,
+//   row_values   out: the values modulo 2^16, indexed by GridX. Where groups overlap,
 //                the second overwrites the first. Other elements are not changed.
 //
 // Returns false if a field is not an integer, or if the line ends before or inside a

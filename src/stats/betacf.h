@@ -11,9 +11,9 @@ namespace veldmark {
 // See docs/variance-test.md, "The arithmetic".
 //
 // Returns the fraction as soon as an iteration changes it by less than 3e-7 of itself.
-// Kept on purpose: Betacf.ReturnsWhatItHasAfterAHundredSteps. If it has not converged
-// after 100 iterations (a or b above about thirty thousand, or a NaN), the last value
-// is returned without any notice.
+// Kept on purpose: Betacf.ReturnsTheLastValueAfterAHundredIterations. If it has not
+// converged after 100 iterations (a or b above about thirty thousand, or a NaN), the
+// last value is returned without any notice.
 float betacf(float a, float b, float x);
 
 }  // namespace veldmark

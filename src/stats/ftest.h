@@ -22,7 +22,7 @@ namespace veldmark {
 //   prob           out: the two-sided probability of such a large f if the variances
 //                  are equal, 0..1
 //
-// Kept on purpose: AdjustedCount.IsOneLessThanTheCountAtKurtosisThreeButForRounding.
+// Kept on purpose: AdjustedCount.IsOneLessThanTheCountAtKurtosisThreeApartFromRounding.
 // The degrees of freedom are d1 - 1 and d2 - 1, so normally distributed samples
 // (kurtosis 3) of n values are tested with n - 2.
 //

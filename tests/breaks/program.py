@@ -76,7 +76,7 @@ CONVERSATION = [
     ),
     Break(
         "grid file is never closed, one descriptor a pass",
-        program("ManyPasses.*"),
+        program("ManySearches.*"),
         Change(CHOICE, "      return GridFile(std::string(state.entry.DataFileName.trimmed()));\n",
                "      const auto* first = new GridFile(\n"
                "          std::string(state.entry.DataFileName.trimmed()));\n"

@@ -42,7 +42,7 @@ std::optional<std::int16_t> converted_among_others(const std::string& field,
   return value;
 }
 
-TEST(ConvertFields, ReadsUsualFields) {
+TEST(ConvertFields, ReadsSimpleFields) {
   EXPECT_EQ(converted("    0"), 0);
   EXPECT_EQ(converted("   -5"), -5);
   EXPECT_EQ(converted(" -999"), -999);
@@ -52,7 +52,7 @@ TEST(ConvertFields, ReadsUsualFields) {
   EXPECT_EQ(converted("00012"), 12);
 }
 
-TEST(ConvertFields, ReadsUnusualFieldsLikeTheDefinition) {
+TEST(ConvertFields, ReadsOtherFieldsLikeTheDefinition) {
   EXPECT_EQ(converted("     "), 0);
   EXPECT_EQ(converted("1 2 3"), 123);
   EXPECT_EQ(converted("+ 7  "), 7);
@@ -61,7 +61,7 @@ TEST(ConvertFields, ReadsUnusualFieldsLikeTheDefinition) {
   EXPECT_EQ(converted("1-234"), std::nullopt);
 }
 
-TEST(ConvertFields, AgreesWithTheDefinitionOnAllFieldsOfTheUsualCharacters) {
+TEST(ConvertFields, AgreesWithTheDefinitionOnAllFieldsOfTheseCharacters) {
   const std::string alphabet = " +-0123456789x";
   std::string field(5, ' ');
   std::size_t place = 0;
@@ -83,7 +83,7 @@ TEST(ConvertFields, AgreesWithTheDefinitionOnAllFieldsOfTheUsualCharacters) {
   }
 }
 
-TEST(ConvertFields, AgreesWithTheDefinitionWhereOneByteIsAnything) {
+TEST(ConvertFields, AgreesWithTheDefinitionForAnyOneByte) {
   for (const std::string usual : {"  123", " -999", "12345", "    7", "-1234"}) {
     for (std::size_t place = 0; place < 5; ++place) {
       for (int byte = 0; byte < 256; ++byte) {
@@ -105,7 +105,7 @@ bool is_usual(const std::string& field) {
 }
 
 // A usual field that is not taken is read by parse_integer all the same, but slowly.
-TEST(ConvertUsualField, TakesUsualFieldsAndNoOthers) {
+TEST(ConvertFieldByTables, ConvertsSimpleFieldsAndNoOthers) {
   const std::string alphabet = " +-059x";
   std::string field(5, ' ');
   for (std::size_t number = 0; number < 16807; ++number) {
@@ -121,7 +121,7 @@ TEST(ConvertUsualField, TakesUsualFieldsAndNoOthers) {
   }
 }
 
-TEST(ConvertUsualField, TakesAllDigitsAtAllPlaces) {
+TEST(ConvertFieldByTables, ConvertsAllDigitsAtAllPositions) {
   for (std::size_t place = 0; place < 5; ++place) {
     for (int byte = 0; byte < 256; ++byte) {
       std::string field = "11111";
@@ -173,7 +173,7 @@ std::vector<std::string> usual_fields() {
 }
 
 // The vectors must not leave usual fields to the slower ways.
-TEST(ConvertUsualFields, TakesUsualFieldsWhateverTheirPlace) {
+TEST(ConvertFieldsAvx2, ConvertsSimpleFieldsAtAnyPosition) {
   if (!has_avx2()) {
     GTEST_SKIP() << "this processor has no such vectors";
   }
@@ -197,7 +197,7 @@ TEST(ConvertUsualFields, TakesUsualFieldsWhateverTheirPlace) {
   }
 }
 
-TEST(ConvertUsualFields, StopsBeforeSixWithAnUnusualOne) {
+TEST(ConvertFieldsAvx2, StopsBeforeSixFieldsOfWhichOneIsNotSimple) {
   if (!has_avx2()) {
     GTEST_SKIP() << "this processor has no such vectors";
   }
@@ -215,7 +215,7 @@ TEST(ConvertUsualFields, StopsBeforeSixWithAnUnusualOne) {
   }
 }
 
-TEST(ConvertUsualFields, KnowsDigitsFromAllOtherBytes) {
+TEST(ConvertFieldsAvx2, TellsDigitsFromAllOtherBytes) {
   if (!has_avx2()) {
     GTEST_SKIP() << "this processor has no such vectors";
   }
@@ -232,7 +232,7 @@ TEST(ConvertUsualFields, KnowsDigitsFromAllOtherBytes) {
   }
 }
 
-TEST(AreIntegers, LooksAtWhatIsNotTheMissingCode) {
+TEST(AreIntegers, ChecksFieldsWithoutTheMissingCode) {
   const std::string missing = " -999 -999 -999";
   EXPECT_TRUE(are_integers(missing, missing));
   EXPECT_TRUE(are_integers(" -999   12 -999", missing));

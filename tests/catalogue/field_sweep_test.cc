@@ -118,7 +118,7 @@ TEST(FieldSweep, ConvertFieldsAtEveryPlace) {
 }
 
 // The vectors stop where a field is not usual, and what they have converted is right.
-TEST(FieldSweep, ConvertUsualFields) {
+TEST(FieldSweep, ConvertFieldsAvx2) {
   if (!has_avx2()) {
     GTEST_SKIP() << "this processor has no such vectors";
   }

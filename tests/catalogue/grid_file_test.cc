@@ -22,7 +22,7 @@ std::string fault_of_opening(const std::string& name) {
   return fault_of([&] { const GridFile file(name); });
 }
 
-TEST(GridFile, IsReadFromItsBegin) {
+TEST(GridFile, IsReadFromItsStart) {
   const TemporaryFolder folder;
   write_file("grid", "0123456789");
   const GridFile file("grid");
@@ -35,7 +35,7 @@ TEST(GridFile, IsReadFromItsBegin) {
   EXPECT_EQ(file.read(buffer.data(), 7), 0U);
 }
 
-TEST(GridFile, IsReadAtAnyPlace) {
+TEST(GridFile, IsReadAtAnyOffset) {
   const TemporaryFolder folder;
   write_file("grid", "0123456789");
   const GridFile file("grid");
@@ -45,7 +45,7 @@ TEST(GridFile, IsReadAtAnyPlace) {
   EXPECT_FALSE(file.read_at(8, buffer.data(), 3));
 }
 
-TEST(GridFile, HasASizeWhenItIsARegularFile) {
+TEST(GridFile, HasASizeIfItIsARegularFile) {
   const TemporaryFolder folder;
   write_file("grid", "0123456789");
   EXPECT_EQ(GridFile("grid").size(), std::int64_t{10});
@@ -54,7 +54,7 @@ TEST(GridFile, HasASizeWhenItIsARegularFile) {
   EXPECT_EQ(GridFile("/dev/null").size(), std::nullopt);
 }
 
-TEST(GridFile, ThatIsMissingOrAFolderIsAFault) {
+TEST(GridFile, ThrowsIfItIsMissingOrAFolder) {
   const TemporaryFolder folder;
   std::filesystem::create_directory("folder");
   EXPECT_EQ(fault_of_opening("missing"),
@@ -62,7 +62,7 @@ TEST(GridFile, ThatIsMissingOrAFolderIsAFault) {
   EXPECT_EQ(fault_of_opening("folder"), "not opened: folder: Is a directory");
 }
 
-TEST(GridFile, ThatCannotBeReadIsAFault) {
+TEST(GridFile, ThrowsIfItCannotBeRead) {
   // Nothing is mapped at the memory's begin.
   const GridFile memory("/proc/self/mem");
   std::array<char, 1> buffer{};

@@ -25,7 +25,7 @@ RowValues all_missing() {
   return row;
 }
 
-TEST(GridValues, HasTheWantedCellsWhoseFirstJanuaryHasData) {
+TEST(GridValues, HasTheRequestedCellsWhoseFirstJanuaryHasData) {
   const GridRanges ranges{.FirstRow = 5, .LastRow = 6, .FirstCol = 10, .LastCol = 20};
   GridValuesBuilder values(ranges, 1, kMissing);
   RowValues january = all_missing();
@@ -38,7 +38,7 @@ TEST(GridValues, HasTheWantedCellsWhoseFirstJanuaryHasData) {
   EXPECT_EQ(columns_of(values, 7), Columns{});
 }
 
-TEST(GridValues, HoldsColumnsOfTwoPiecesOnceAndNoneOutsideTheGrid) {
+TEST(GridValues, HasColumnsOfTwoRangesOnceAndNoneOutsideTheGrid) {
   const GridRanges ranges{.FirstRow = 0,
                           .LastRow = 1,
                           .FirstCol = 1,
@@ -54,7 +54,7 @@ TEST(GridValues, HoldsColumnsOfTwoPiecesOnceAndNoneOutsideTheGrid) {
   EXPECT_EQ(columns_of(values, 1), (Columns{2, 720}));
 }
 
-TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
+TEST(TransposeRow, PutsTheMonthsOfEachCellInOrder) {
   // Counts around the size of the blocks in which a row is turned.
   for (const std::int32_t cells : {1, 7, 8, 9, 17}) {
     const GridRanges ranges{
@@ -87,7 +87,7 @@ TEST(TransposeRow, GivesEachCellsMonthsInOrder) {
   }
 }
 
-TEST(TransposeRow, GivesNothingForARowOutsideTheRanges) {
+TEST(TransposeRow, IsEmptyForARowOutsideTheRanges) {
   const GridRanges ranges{.FirstRow = 2, .LastRow = 2, .FirstCol = 1, .LastCol = 3};
   GridValuesBuilder values(ranges, 1, kMissing);
   values.add_row(RowValues{});

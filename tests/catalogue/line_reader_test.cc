@@ -35,7 +35,7 @@ std::vector<std::string> all_lines(const std::string& text, std::size_t piece) {
 
 using Lines = std::vector<std::string>;
 
-TEST(LineReader, GivesLinesWithoutTheirEnds) {
+TEST(LineReader, ReturnsLinesWithoutNewlines) {
   const std::string text = "one\n\ntwo\r\n\r\nthree";
   for (const std::size_t piece : {1, 2, 3, 5, 100}) {
     EXPECT_EQ(all_lines(text, piece), (Lines{"one", "", "two", "", "three~"})) << piece;
@@ -46,11 +46,11 @@ TEST(LineReader, KeepsCarriageReturnsInsideALine) {
   EXPECT_EQ(all_lines("a\rb\r\r\n", 100), (Lines{"a\rb\r"}));
 }
 
-TEST(LineReader, TakesACarriageReturnAtTheEndOfTheFileForTheLineEndsPart) {
+TEST(LineReader, RemovesACarriageReturnAtTheEndOfTheFile) {
   EXPECT_EQ(all_lines("abc\r", 100), (Lines{"abc~"}));
 }
 
-TEST(LineReader, AsksForAQuarterOfAMegabyteAtATime) {
+TEST(LineReader, ReadsAQuarterOfAMegabyteAtATime) {
   std::vector<std::size_t> asked;
   LineReader reader(
       [&](char* buffer, std::size_t size) {
@@ -64,7 +64,7 @@ TEST(LineReader, AsksForAQuarterOfAMegabyteAtATime) {
   EXPECT_EQ(asked, (std::vector<std::size_t>{256 * 1024, 256 * 1024}));
 }
 
-TEST(LineReader, CutsLongLines) {
+TEST(LineReader, TruncatesLongLines) {
   for (const std::size_t piece : {1, 7, 100}) {
     EXPECT_EQ(
         all_lines("0123456789\n0123456789\r\n0123456789X\n0123456789XYZ\r\n", piece),

@@ -138,13 +138,13 @@ int expect_agreement() {
   return taken;
 }
 
-TEST(RegularReader, TakesARegularFileAndAgrees) {
+TEST(RegularReader, ReadsARegularFileAndAgrees) {
   const TemporaryFolder folder;
   write_file("grid", regular_grid().text());
   EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
 }
 
-TEST(RegularReader, TakesCarriageReturnsAndAgrees) {
+TEST(RegularReader, ReadsCarriageReturnsAndAgrees) {
   const TemporaryFolder folder;
   GridText grid = regular_grid();
   grid.end_lines_with_crlf();
@@ -152,7 +152,7 @@ TEST(RegularReader, TakesCarriageReturnsAndAgrees) {
   EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
 }
 
-TEST(RegularReader, TakesAFileWhoseLastLineEndIsMissing) {
+TEST(RegularReader, ReadsAFileWithoutItsLastNewline) {
   const TemporaryFolder folder;
   GridText grid = regular_grid();
   grid.set_value(1901, 1, 360, 5, 12);
@@ -204,7 +204,7 @@ void expect_ends_of(const BlockRequest& request) {
   }
 }
 
-TEST(RegularReader, GivesTheValuesAtAllEnds) {
+TEST(RegularReader, ReadsTheValuesAtAllEdges) {
   const TemporaryFolder folder;
   for (const bool crlf : {false, true}) {
     for (const bool last_line_end : {true, false}) {
@@ -243,7 +243,7 @@ void write_sized(const std::string& text, std::size_t size) {
   write_file("grid", sized);
 }
 
-TEST(RegularReader, GoesByTheSizeOfTheFile) {
+TEST(RegularReader, ChecksTheSizeOfTheFile) {
   const TemporaryFolder folder;
   const BlockRequest request = request_of(
       {.years = {1901, 1901}, .latitudes = {-40, -30}, .longitudes = {0, 20}});
@@ -274,7 +274,7 @@ TEST(RegularReader, GoesByTheSizeOfTheFile) {
   }
 }
 
-TEST(RegularReader, NeedsTheLinesOfAllYearsUpToTheLast) {
+TEST(RegularReader, RequiresTheLinesOfAllYearsUpToTheLast) {
   const TemporaryFolder folder;
   write_sized(regular_grid().text(), std::size_t{4320} * 3601);
   EXPECT_TRUE(read_fast(request_of({.years = {1901, 1901},
@@ -293,7 +293,7 @@ TEST(RegularReader, NeedsTheLinesOfAllYearsUpToTheLast) {
 
 // The first row of the first month has no line before it, and the last one of the file
 // may have no line end.
-TEST(RegularReader, DeclinesBrokenFramesAtTheEndsOfTheFile) {
+TEST(RegularReader, DeclinesBrokenLineEndingsAtTheEndsOfTheFile) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
   const BlockRequest all = request_of(
@@ -311,7 +311,7 @@ TEST(RegularReader, DeclinesBrokenFramesAtTheEndsOfTheFile) {
   EXPECT_TRUE(declined_with(text.size() - 2, '\n'));
 }
 
-TEST(RegularReader, DeclinesBrokenFramesWhereNoRowIsWanted) {
+TEST(RegularReader, DeclinesBrokenLineEndingsWhereNoRowIsRequested) {
   const TemporaryFolder folder;
   const BlockRequest nothing = request_of(
       {.years = {1902, 1902}, .latitudes = {-20, -20}, .longitudes = {0, 20}});
@@ -324,7 +324,7 @@ TEST(RegularReader, DeclinesBrokenFramesWhereNoRowIsWanted) {
   EXPECT_EQ(read_fast(nothing), std::nullopt);
 }
 
-TEST(RegularReader, DeclinesCarriageReturnsThatLackTheirLineFeed) {
+TEST(RegularReader, DeclinesCarriageReturnsWithoutALineFeed) {
   const TemporaryFolder folder;
   GridText grid = regular_grid();
   grid.end_lines_with_crlf();
@@ -339,7 +339,7 @@ TEST(RegularReader, DeclinesCarriageReturnsThatLackTheirLineFeed) {
   }
 }
 
-TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
+TEST(RegularReader, DeclinesBrokenLineEndingsOfRequestedLines) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
   const BlockRequest request = request_of({.years = {1902, 1902},
@@ -363,7 +363,7 @@ TEST(RegularReader, DeclinesBrokenFramesOfWantedLines) {
   EXPECT_FALSE(declined_with(3, 110, 0, 'x'));
 }
 
-TEST(RegularReader, DeclinesBrokenFramesOfTheFirstLineOfSkippedMonths) {
+TEST(RegularReader, DeclinesBrokenLineEndingsOfTheFirstLineOfSkippedMonths) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
   const BlockRequest request = request_of(
@@ -379,7 +379,7 @@ TEST(RegularReader, DeclinesBrokenFramesOfTheFirstLineOfSkippedMonths) {
   }
 }
 
-TEST(RegularReader, DeclinesWhatIsNoRegularFile) {
+TEST(RegularReader, DeclinesWhatIsNotARegularFile) {
   const TemporaryFolder folder;
   const GridFile device("/dev/null");
   EXPECT_FALSE(read_regular(device, request_of({.years = {1901, 1901},

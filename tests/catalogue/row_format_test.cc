@@ -41,18 +41,18 @@ std::string text_of(const GridRanges& ranges) {
   return text;
 }
 
-TEST(RowFormat, OfOneRangeSkipsTheFieldsBeforeIt) {
+TEST(RowFormat, ForOneRangeSkipsTheFieldsBeforeIt) {
   EXPECT_EQ(text_of(columns(0, 20)), "( 1800x,   40i5)");
   EXPECT_EQ(text_of(columns(-0.5F, 0.5F)), "( 1795x,    2i5)");
   EXPECT_EQ(text_of(columns(0.25F, 20.25F)), "( 1805x,   40i5)");
   EXPECT_EQ(text_of(columns(179.75F, 179.75F)), "( 3595x,    1i5)");
 }
 
-TEST(RowFormat, OfOneRangeFromTheFirstColumnSkipsNothing) {
+TEST(RowFormat, ForOneRangeFromTheFirstColumnSkipsNothing) {
   EXPECT_EQ(text_of(columns(-180, 180)), "(         720i5)");
 }
 
-TEST(RowFormat, OfTwoPiecesSkipsTheFieldsBetween) {
+TEST(RowFormat, ForTwoRangesSkipsTheFieldsBetween) {
   EXPECT_EQ(text_of(columns(170, -170)), "(   20i5, 3400x,   20i5)");
   EXPECT_EQ(text_of(columns(175, -175)), "(   10i5, 3500x,   10i5)");
   EXPECT_EQ(text_of(columns(170, -180)), "(    0i5, 3500x,   20i5)");
@@ -60,7 +60,7 @@ TEST(RowFormat, OfTwoPiecesSkipsTheFieldsBetween) {
   EXPECT_EQ(text_of(columns(0.5F, 0)), "(  360i5,    5x,  359i5)");
 }
 
-TEST(RowFormat, OfPiecesThatMeetOrOverlapReadsThemBackToBack) {
+TEST(RowFormat, ForRangesThatMeetOrOverlapReadsThemBackToBack) {
   EXPECT_EQ(text_of(columns(0.5F, 0.25F)), "(  361i5,         359i5)");
   EXPECT_EQ(text_of(columns(180, -170)), "(   20i5,         721i5)");
   const GridRanges sticky = columns(0, 20, columns(170, -170));
@@ -89,7 +89,7 @@ TEST(ReadRow, PutsFieldCIntoColumnC) {
   }
 }
 
-TEST(ReadRow, ReadsBothPieces) {
+TEST(ReadRow, ReadsBothRanges) {
   const RowValues values = read_numbered(columns(170, -170));
   for (std::size_t column = 0; column <= 720; ++column) {
     const bool wanted = (1 <= column && column <= 20) || 701 <= column;
@@ -144,7 +144,7 @@ TEST(ReadRow, RefusesLettersAndLinesThatEndTooEarly) {
   EXPECT_FALSE(read_row("        1.    2", two_columns, values));
 }
 
-TEST(ReadRow, NeedsNoLineForNoFields) {
+TEST(ReadRow, AcceptsAnEmptyLineIfNoFieldsAreRead) {
   RowValues values{};
   EXPECT_TRUE(read_row("", FieldGroups{}, values));
 }

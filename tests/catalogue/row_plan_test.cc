@@ -27,14 +27,14 @@ namespace {
 using Columns = std::vector<std::int32_t>;
 using Runs = std::vector<FieldRun>;
 
-TEST(MissingLine, HoldsTheCodeInEveryField) {
+TEST(MissingLine, HasTheCodeInEveryField) {
   const std::string line = missing_line(-999);
   EXPECT_EQ(line.size(), 3600U);
   EXPECT_EQ(line.substr(0, 15), " -999 -999 -999");
   EXPECT_EQ(line.substr(5), line.substr(0, 3595));
 }
 
-TEST(PlanRow, JoinsNeighboursOfAKind) {
+TEST(PlanRow, JoinsConsecutiveFieldsOfAKind) {
   const FieldGroups format{.first = {10, 10, 8}, .second = {}};
   const RowPlan plan = plan_row(format, Columns{10, 11, 14, 17});
   EXPECT_EQ(plan.runs, (Runs{{10, 2, true},
@@ -45,38 +45,38 @@ TEST(PlanRow, JoinsNeighboursOfAKind) {
   EXPECT_EQ(plan.blank_fields, 0U);
 }
 
-TEST(PlanRow, OfNoFieldsIsEmpty) {
+TEST(PlanRow, IsEmptyForNoFields) {
   const RowPlan plan = plan_row({.first = {1, 1, 0}, .second = {}}, Columns{1, 2});
   EXPECT_EQ(plan.runs, Runs{});
   EXPECT_EQ(plan.blank_fields, 0U);
 }
 
-TEST(PlanRow, TakesASecondPieceOfOneField) {
+TEST(PlanRow, AcceptsASecondRangeOfOneField) {
   const FieldGroups format{.first = {1, 1, 2}, .second = {720, 720, 1}};
   EXPECT_EQ(plan_row(format, Columns{1, 720}).runs,
             (Runs{{1, 1, true}, {2, 1, false}, {720, 1, true}}));
 }
 
-TEST(PlanRow, KeepsPiecesApartThatAreApartOnTheLine) {
+TEST(PlanRow, KeepsRangesApartThatAreApartOnTheLine) {
   const FieldGroups format{.first = {1, 1, 2}, .second = {719, 719, 2}};
   EXPECT_EQ(plan_row(format, Columns{1, 2, 719, 720}).runs,
             (Runs{{1, 2, true}, {719, 2, true}}));
   EXPECT_EQ(plan_row(format, Columns{}).runs, (Runs{{1, 2, false}, {719, 2, false}}));
 }
 
-TEST(PlanRow, JoinsPiecesThatMeet) {
+TEST(PlanRow, JoinsRangesThatMeet) {
   const FieldGroups format{.first = {1, 1, 360}, .second = {361, 361, 360}};
   EXPECT_EQ(plan_row(format, Columns{}).runs, (Runs{{1, 720, false}}));
 }
 
-TEST(PlanRow, GivesCommonColumnsOfOverlappingPiecesToTheSecond) {
+TEST(PlanRow, AssignsCommonColumnsOfOverlappingRangesToTheSecond) {
   // Columns 1..5, and 4..6 from fields 6..8.
   const FieldGroups format{.first = {1, 1, 5}, .second = {6, 4, 3}};
   EXPECT_EQ(plan_row(format, Columns{3, 4, 5, 6}).runs,
             (Runs{{1, 2, false}, {3, 1, true}, {4, 2, false}, {6, 3, true}}));
 }
 
-TEST(PlanRow, LeavesFieldsOutsideTheLineAlone) {
+TEST(PlanRow, IgnoresFieldsOutsideTheLine) {
   const FieldGroups before{.first = {0, 0, 3}, .second = {}};
   EXPECT_EQ(plan_row(before, Columns{1}).runs, (Runs{{1, 1, true}, {2, 1, false}}));
 
@@ -87,7 +87,7 @@ TEST(PlanRow, LeavesFieldsOutsideTheLineAlone) {
   EXPECT_EQ(plan_row(behind, Columns{719, 720}).blank_fields, 2U);
 }
 
-TEST(PlanRow, TakesTheLastColumnOfASingleRange) {
+TEST(PlanRow, IncludesTheLastColumnOfASingleRange) {
   const FieldGroups format{.first = {719, 719, 2}, .second = {}};
   EXPECT_EQ(plan_row(format, Columns{720}).runs,
             (Runs{{719, 1, false}, {720, 1, true}}));
@@ -117,12 +117,12 @@ std::string read(const std::string& line_and_end) {
   return values;
 }
 
-TEST(ReadByPlan, GivesTheValuesOfTheCellsWithData) {
+TEST(ReadByPlan, ReadsTheValuesOfTheCellsWithData) {
   EXPECT_EQ(read(line_with({{11, "  123"}, {12, "   -5"}, {19, "-9999"}})),
             " 123 -5 -9999 -7");
 }
 
-TEST(ReadByPlan, LooksAtTheOtherWantedFields) {
+TEST(ReadByPlan, ChecksTheOtherRequestedFields) {
   EXPECT_EQ(read(line_with({{10, "    x"}})), " bad");
   EXPECT_EQ(read(line_with({{11, "    x"}})), " bad");
   EXPECT_EQ(read(line_with({{13, "x    "}})), " bad");
@@ -131,7 +131,7 @@ TEST(ReadByPlan, LooksAtTheOtherWantedFields) {
   EXPECT_EQ(read(line_with({{10, "    7"}, {18, "  1 2"}})), " -999 -999 -999 -7");
 }
 
-TEST(ReadByPlan, LooksForLineEndsInAllOtherFields) {
+TEST(ReadByPlan, FindsNewlinesInAllOtherFields) {
   EXPECT_EQ(read(line_with({{9, "x   x"}, {20, "x   x"}})), " -999 -999 -999 -7");
   for (const std::size_t field : {1U, 5U, 9U, 20U, 400U, 720U}) {
     EXPECT_EQ(read(line_with({{field, "\n    "}})), " bad") << field;
@@ -139,7 +139,7 @@ TEST(ReadByPlan, LooksForLineEndsInAllOtherFields) {
   }
 }
 
-TEST(ReadByPlan, LooksForLineEndsBetweenPieces) {
+TEST(ReadByPlan, FindsNewlinesBetweenRanges) {
   const RowPlan plan =
       plan_row({.first = {1, 1, 2}, .second = {719, 719, 2}}, Columns{});
   const std::string missing = line_with({});
@@ -152,7 +152,7 @@ TEST(ReadByPlan, LooksForLineEndsBetweenPieces) {
   EXPECT_FALSE(is_good(line_with({{718, "xxxx\n"}})));
 }
 
-TEST(ReadByPlan, GivesZeroForFieldsBehindTheLine) {
+TEST(ReadByPlan, ReadsFieldsAfterTheLineAsZero) {
   const RowPlan plan =
       plan_row({.first = {1, 1, 1}, .second = {720, 718, 3}}, Columns{718, 719, 720});
   const std::string line = line_with({{720, "   42"}});

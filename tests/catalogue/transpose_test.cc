@@ -8,7 +8,7 @@
 namespace veldmark {
 namespace {
 
-TEST(TransposeSquare, PutsRowsIntoColumnsAndTouchesNothingElse) {
+TEST(TransposeSquare, TransposesAndChangesNothingElse) {
   constexpr std::size_t kFromStep = 11;
   constexpr std::size_t kToStep = 9;
   std::vector<std::int16_t> from(kFromStep * kSquareSize);

@@ -37,7 +37,7 @@ TEST(VariableCatalogue, OfTheDroughtIndexDiffersFromTheOthers) {
 }
 
 // Tenths, but for frost days, wet days and the drought index, which are hundredths.
-TEST(VariableCatalogue, TellsWhatToDivideStoredValuesBy) {
+TEST(VariableCatalogue, HasTheDivisorOfStoredValues) {
   std::string hundredths;
   for (const VariableEntry& entry : VariableCatalogue) {
     if (entry.stored_per_unit != 10) {

@@ -54,7 +54,7 @@ std::size_t different(int count, const std::function<int(int)>& value) {
   return values.size();
 }
 
-TEST(WholeFile, ItsValuesTellPlacesApart) {
+TEST(WholeFile, ValuesDifferInEveryDirection) {
   for (const int row : {1, 73, 360}) {
     EXPECT_EQ(
         different(720, [&](int column) { return value_of(2016, 12, row, column); }),
@@ -194,7 +194,7 @@ void expect_all_searches() {
 
 class RegularWholeFile : public ::testing::TestWithParam<Shape> {};
 
-TEST_P(RegularWholeFile, GivesTheValuesOfItsFirstAndLastYears) {
+TEST_P(RegularWholeFile, ReadsItsFirstAndLastYears) {
   const TemporaryFolder folder;
   SparseFile file(data_file_name("pre"), GetParam());
   for_each_wanted_line([&](int year, int month, int row) {
@@ -214,7 +214,7 @@ INSTANTIATE_TEST_SUITE_P(LineEnds, RegularWholeFile, ::testing::ValuesIn(kShapes
                          });
 
 // Read line by line, which any other file is.
-TEST(WholeFile, GivesTheValuesOfItsFirstAndLastYearsLineByLine) {
+TEST(WholeFile, ReadsItsFirstAndLastYearsLineByLine) {
   const TemporaryFolder folder;
   GridText grid(kLastYear, 0, 0, 0);
   for_each_wanted_line([&](int year, int month, int row) {

@@ -41,7 +41,7 @@ const std::string kPastEnd =
 const std::string kBadNumber =
     "Run-time error:\nIllegal character in numeric input\n? READ(UNIT=5,...\n";
 
-TEST(ConsoleDialogue, WritesTextsBehindTheirMargin) {
+TEST(ConsoleDialogue, WritesTextsAsTheyAre) {
   TestConsole console("");
   console.dialogue().blank_line();
   console.dialogue().write_line("   three");
@@ -116,7 +116,7 @@ TEST(ConsoleDialogue, ReadsTextsOfTheirWidth) {
   EXPECT_EQ(console.dialogue().read_text(4), "abcd");
 }
 
-TEST(ConsoleDialogue, ReadsFreeIntegersPassingOverLinesWithoutValue) {
+TEST(ConsoleDialogue, SkipsLinesWithoutAValueWhenReadingFreeIntegers) {
   TestConsole console("\n  \n, 5\n 17 18\n1x\n");
   EXPECT_EQ(console.dialogue().read_free_integer(), 17);
   EXPECT_EQ(report_of([&] { console.dialogue().read_free_integer(); }), kBadNumber);
@@ -133,7 +133,7 @@ TEST(ConsoleDialogue, ReadsLogicalValuesAndCharacters) {
   EXPECT_EQ(console.dialogue().read_free_character(), ' ');
 }
 
-TEST(ConsoleDialogue, ACarriageReturnBelongsToTheLineEnd) {
+TEST(ConsoleDialogue, RemovesACarriageReturnBeforeTheNewline) {
   TestConsole console("ab\r\n\r\n\ra\rb\r\r\nlast\r");
   EXPECT_EQ(console.dialogue().read_text(4), "ab  ");
   EXPECT_EQ(console.dialogue().read_text(4), "    ");
@@ -142,7 +142,7 @@ TEST(ConsoleDialogue, ACarriageReturnBelongsToTheLineEnd) {
   EXPECT_EQ(report_of([&] { console.dialogue().read_text(4); }), kPastEnd);
 }
 
-TEST(ConsoleDialogue, KeepsABoundedPartOfALine) {
+TEST(ConsoleDialogue, TruncatesVeryLongLines) {
   constexpr std::size_t kKept = 65536;
   TestConsole console(std::string(kKept, 'a') + "bc\nnext\n");
   EXPECT_EQ(console.dialogue().read_text(kKept + 1), std::string(kKept, 'a') + " ");
@@ -159,7 +159,7 @@ class NoOutput : public std::streambuf {
   int_type overflow(int_type character) override { return character; }
 };
 
-TEST(ConsoleDialogue, ThatCannotBeWrittenEndsTheRun) {
+TEST(ConsoleDialogue, EndsTheRunIfItCannotBeWritten) {
   NoOutput no_output;
   std::ostream output(&no_output);
   std::istringstream input("1\n");
@@ -190,7 +190,7 @@ class BrokenInput : public std::streambuf {
   bool read_ = false;
 };
 
-TEST(ConsoleDialogue, ThatCannotBeReadEndsTheRun) {
+TEST(ConsoleDialogue, EndsTheRunIfItCannotBeRead) {
   BrokenInput broken_input;
   std::istream input(&broken_input);
   std::ostringstream output;

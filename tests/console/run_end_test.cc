@@ -8,7 +8,7 @@
 namespace veldmark {
 namespace {
 
-TEST(RunEnd, QuietlySaysNothing) {
+TEST(RunEnd, HasNoReportIfQuiet) {
   const RunEnd end = RunEnd::quiet();
   EXPECT_EQ(end.status(), 0);
   EXPECT_EQ(end.report(), "");
@@ -33,7 +33,7 @@ TEST(RunEnd, NamesOperationsAndChannels) {
             "? WRITE(UNIT=16,...\n");
 }
 
-TEST(RunEnd, SaysWhichFileAndWhy) {
+TEST(RunEnd, NamesTheFileAndTheReason) {
   EXPECT_EQ(cannot_open("a name", Channel::kGridFile).report(),
             "Run-time error:\nCannot open file: a name\n? OPEN(UNIT=13,...\n");
   EXPECT_EQ(cannot_read("a name", EIO, Channel::kGridFile).report(),
@@ -48,13 +48,13 @@ TEST(RunEnd, SaysWhichFileAndWhy) {
             "? OPEN(UNIT=15,...\n");
 }
 
-TEST(RunEnd, TellsThatMemoryRanOut) {
+TEST(RunEnd, ReportsLackOfMemory) {
   EXPECT_EQ(not_enough_memory().status(), 255);
   EXPECT_EQ(not_enough_memory().report(),
             "Run-time error:\nNot enough memory\n? READ(UNIT=13,...\n");
 }
 
-TEST(RunEnd, TellsOfNumbersAndOfTheEndOfTheInput) {
+TEST(RunEnd, HasMessagesForBadNumbersAndTheEndOfTheInput) {
   EXPECT_STREQ(kIllegalCharacter, "Illegal character in numeric input");
   EXPECT_STREQ(kPastEndOfFile, "Attempt to read past end of file");
 }

@@ -32,7 +32,7 @@ std::string text_of(std::size_t size) {
 // Sizes around what is held at a time.
 constexpr std::size_t kSizes[] = {0, 1, 8191, 8192, 8193, 16384, 50000};
 
-TEST(StandardStream, WritesAllThatIsFlushed) {
+TEST(StandardStream, WritesEverythingOnFlush) {
   for (const std::size_t size : kSizes) {
     const TemporaryFolder folder;
     const FileDescriptor file("out", O_WRONLY | O_CREAT);
@@ -49,7 +49,7 @@ TEST(StandardStream, WritesAllThatIsFlushed) {
   }
 }
 
-TEST(StandardStream, HoldsBackWhatIsNotFlushed) {
+TEST(StandardStream, BuffersUntilFlush) {
   const TemporaryFolder folder;
   const FileDescriptor file("out", O_WRONLY | O_CREAT);
   StandardStream buffer(file.get());
@@ -71,7 +71,7 @@ TEST(StandardStream, ReadsToTheEnd) {
   }
 }
 
-TEST(StandardStream, IsBadWhereItCannotBeWritten) {
+TEST(StandardStream, IsBadIfItCannotBeWritten) {
   const FileDescriptor full("/dev/full", O_WRONLY);
   StandardStream buffer(full.get());
   std::ostream stream(&buffer);
@@ -82,7 +82,7 @@ TEST(StandardStream, IsBadWhereItCannotBeWritten) {
   EXPECT_TRUE(stream.bad());
 }
 
-TEST(StandardStream, IsBadWhereItCannotBeRead) {
+TEST(StandardStream, IsBadIfItCannotBeRead) {
   const FileDescriptor folder("/", O_RDONLY);
   StandardStream buffer(folder.get());
   std::istream stream(&buffer);

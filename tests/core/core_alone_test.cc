@@ -50,7 +50,7 @@ GridText grid() {
   return grid;
 }
 
-std::string six_columns(int value) {
+std::string six_characters(int value) {
   const std::string text = std::to_string(value);
   return std::string(6 - text.size(), ' ') + text;
 }
@@ -58,7 +58,7 @@ std::string six_columns(int value) {
 std::string year_line(int year, int step) {
   std::string line = " " + std::to_string(year);
   for (int month = 1; month <= 12; ++month) {
-    line += six_columns(step * month);
+    line += six_characters(step * month);
   }
   return line + "\n";
 }

@@ -82,7 +82,7 @@ TEST(ProgramArguments, VersionIsTheProjects) {
   EXPECT_EQ(file_content("errors"), "");
 }
 
-TEST(ProgramArguments, TheFirstOfTwoIsAnswered) {
+TEST(ProgramArguments, TheFirstOfTwoCounts) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_with("--version --help"), 0);
   EXPECT_EQ(file_content("screen"), "veldmark " VELDMARK_PROJECT_VERSION "\n");
@@ -98,11 +98,11 @@ TEST(ProgramArguments, RefusesAnyOtherArgument) {
   expect_refused("--help tmp", "tmp");
 }
 
-TEST(ProgramArguments, ShowsNoControlCharacterOfThem) {
+TEST(ProgramArguments, ShowsNoControlCharacters) {
   expect_refused("\"$(printf '\\033[2Jx')\"", "?[2Jx");
 }
 
-TEST(ProgramArguments, WithoutArgumentsTheSessionBegins) {
+TEST(ProgramArguments, WithoutArgumentsTheSessionStarts) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_with(""), 0);
   EXPECT_NE(file_content("screen").find("Program Veldmark_v24"), std::string::npos);

@@ -47,7 +47,7 @@ Said said_of(const ReadFault::Fact& fact, bool CrossesDateLine) {
   return {output.str(), end};
 }
 
-TEST(FailureWords, TellABadFieldByTheNumberOfColumnRanges) {
+TEST(FailureWords, NameABadFieldByTheNumberOfColumnRanges) {
   const std::string rest =
       " Program Terminating Without Completion\n"
       " Try re-entering your search criteria again being sure to\n"
@@ -60,7 +60,7 @@ TEST(FailureWords, TellABadFieldByTheNumberOfColumnRanges) {
   EXPECT_EQ(two_ranges.end.status(), 0);
 }
 
-TEST(FailureWords, TellTheEndOfTheFileWithItsPaddedName) {
+TEST(FailureWords, ShowThePaddedNameAtTheEndOfTheFile) {
   const Said said = said_of(EndAtRequestedLine{.line = 1}, false);
   EXPECT_EQ(said.screen, "\n End Of File Reached Prematurely :pre.dat.new" +
                              std::string(54, ' ') +
@@ -69,7 +69,7 @@ TEST(FailureWords, TellTheEndOfTheFileWithItsPaddedName) {
   EXPECT_EQ(said.end.status(), 0);
 }
 
-TEST(FailureWords, LeaveTheEndInASkippedLineToTheReport) {
+TEST(FailureWords, ReportTheEndInASkippedLineAsARunTimeError) {
   const Said said = said_of(EndAtSkippedLine{.line = 1}, false);
   EXPECT_EQ(said.screen, "");
   EXPECT_EQ(said.end.report(),

@@ -94,7 +94,7 @@ void expect_right_outputs() {
   }
 }
 
-TEST(TwoRuns, LoseNothingOfWhatTheFirstIsWriting) {
+TEST(TwoRuns, DoNotLoseTheOutputOfTheFirst) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
   RunningProgram first;
@@ -119,7 +119,7 @@ TEST(TwoRuns, LoseNothingOfWhatTheFirstIsWriting) {
   expect_right_outputs();
 }
 
-TEST(TwoRuns, LoseNothingOfAnotherSearchOfTheSameRun) {
+TEST(TwoRuns, DoNotLoseTheOutputOfAnotherSearch) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
   std::vector<std::string> answers = session();
@@ -147,7 +147,7 @@ TEST(TwoRuns, OfDifferentVariablesDoNotDisturbEachOther) {
 }
 
 // Any of the three may be the one that another run holds.
-TEST(TwoRuns, LoseNoOutputThatIsLocked) {
+TEST(TwoRuns, DoNotLoseALockedOutput) {
   for (const Output& output : kOutputs) {
     const TemporaryFolder folder;
     write_file(kData, grid_text());
@@ -198,7 +198,7 @@ TEST(OutputsThatAreLinks, DoNotLoseTheOtherOutput) {
   }
 }
 
-TEST(OutputsThatAreLinks, ToEachOtherLoseNothing) {
+TEST(OutputsThatAreLinks, ToEachOtherAreNotTruncated) {
   for (const Link kind : {Link::kSymbolic, Link::kHard}) {
     const TemporaryFolder folder;
     write_file(kData, grid_text());
@@ -211,7 +211,7 @@ TEST(OutputsThatAreLinks, ToEachOtherLoseNothing) {
   }
 }
 
-TEST(OutputsThatAreLinks, ToOneFileThatIsNotThereYetAreNotMixed) {
+TEST(OutputsThatAreLinks, ToOneNewFileAreRefused) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
   std::filesystem::create_symlink("both", kTsf);
@@ -222,7 +222,7 @@ TEST(OutputsThatAreLinks, ToOneFileThatIsNotThereYetAreNotMixed) {
   EXPECT_EQ(file_content("both"), "");
 }
 
-TEST(OutputsThatAreLinks, DoNotMixTheReportWithAnotherOutput) {
+TEST(OutputsThatAreLinks, AreRefusedForTheReportToo) {
   for (const std::string& target : {kTsf, kXy}) {
     const TemporaryFolder folder;
     write_file(kData, grid_text());
@@ -235,7 +235,7 @@ TEST(OutputsThatAreLinks, DoNotMixTheReportWithAnotherOutput) {
 }
 
 // As before: a link to any other file is followed, and devices take anything.
-TEST(OutputsThatAreLinks, LeadElsewhereAsEver) {
+TEST(OutputsThatAreLinks, ToOtherFilesAreFollowed) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
   write_file("elsewhere", kOld);
@@ -247,7 +247,7 @@ TEST(OutputsThatAreLinks, LeadElsewhereAsEver) {
   EXPECT_EQ(written, right_outputs().at(kTsf));
 }
 
-TEST(Pipes, InPlaceOfAnOutputDoNotHangTheRun) {
+TEST(Pipes, InPlaceOfAnOutputDoNotBlockTheRun) {
   for (const Output& output : kOutputs) {
     const TemporaryFolder folder;
     write_file(kData, grid_text());
@@ -259,7 +259,7 @@ TEST(Pipes, InPlaceOfAnOutputDoNotHangTheRun) {
   }
 }
 
-TEST(Pipes, InPlaceOfTheDataFileWaitForTheirWriter) {
+TEST(Pipes, InPlaceOfTheDataFileWaitForAWriter) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo(kData.c_str(), 0666), 0);
   RunningProgram program;
@@ -300,7 +300,7 @@ const std::string kManyWrongAnswers = [] {
   return text;
 }();
 
-TEST(NonBlockingStreams, LoseNothingOfTheScreen) {
+TEST(NonBlockingStreams, LoseNoOutput) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
   RunningProgram waiting;

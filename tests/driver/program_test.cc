@@ -42,7 +42,7 @@ TEST(Program, EndsWithStatusZeroAtTheMenu) {
       screen.ends_with("Enter a value from 0 to 11 ==>  \nProgram Terminating\n"));
 }
 
-TEST(Program, WritesWhatItHasBeforeItRunsACommand) {
+TEST(Program, FlushesBeforeItRunsACommand) {
   const TemporaryFolder folder;
   write_file("a.dat.new", "");
   run_program_with("\n\n0\n", "> screen 2> errors");
@@ -75,7 +75,7 @@ TEST(Program, EndsWithoutInput) {
 
 // The number of a closed stream must not be an output's: a late report would land in
 // it.
-TEST(Program, OpensNoFileInPlaceOfAClosedStream) {
+TEST(Program, GivesNoFileTheDescriptorOfAClosedStream) {
   const TemporaryFolder folder;
   write_file("cru_ts4.01.1901.2016.pre.dat.new", std::string(4320, '\n'));
   RunningProgram program([] { ::close(STDERR_FILENO); });
@@ -85,7 +85,7 @@ TEST(Program, OpensNoFileInPlaceOfAClosedStream) {
   EXPECT_EQ(program.end(), 255);
 }
 
-TEST(Program, SaysThatAFullDiskStoppedTheSaving) {
+TEST(Program, ReportsAFullDiskWhileSaving) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
   const TemporaryFolder folder;
   std::filesystem::create_symlink("/dev/full", "cru_ts4.01.1901.2016.pre.dat.new.XY");

@@ -52,7 +52,7 @@ void write_all_years(const std::string& variable, int first_row, int last_row) {
   write_file(data_file_name(variable), grid.text());
 }
 
-TEST(SampleSession, SavesThe71CellsOfTheGlobeValueForValue) {
+TEST(SampleSession, SavesThe71CellsOfTheGlobeExactly) {
   const TemporaryFolder folder;
   expand_sample("tmp", "--years 1901-1910", data_file_name("tmp"));
   const SessionResult result = run_session(

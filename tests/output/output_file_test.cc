@@ -30,7 +30,7 @@ using testing::same_text;
 using testing::TemporaryFolder;
 using testing::write_file;
 
-TEST(OutputFile, HoldsWhatWasWritten) {
+TEST(OutputFile, HasTheContentThatWasWritten) {
   const TemporaryFolder folder;
   OutputFile file("out");
   std::string expected;
@@ -46,7 +46,7 @@ TEST(OutputFile, HoldsWhatWasWritten) {
   EXPECT_TRUE(same_text(file_content("out"), expected + longer_than_any_buffer));
 }
 
-TEST(OutputFile, ReplacesAnExistingFileWhenItIsOpened) {
+TEST(OutputFile, TruncatesAnExistingFileWhenItIsOpened) {
   const TemporaryFolder folder;
   write_file("out", "old content");
   OutputFile file("out");
@@ -63,7 +63,7 @@ ino_t inode_of(const std::string& name) {
   return status.st_ino;
 }
 
-TEST(OutputFile, EmptiesFilesOfAnySizeInPlace) {
+TEST(OutputFile, TruncatesFilesOfAnySizeInPlace) {
   const TemporaryFolder folder;
   for (const std::size_t size : {std::size_t{1}, kLargeContent.size()}) {
     write_file("out", std::string(size, 'o'));
@@ -147,7 +147,7 @@ TEST(OutputFile, KeepsTheExtendedAttributesOfTheFile) {
   expect_attribute_kept("user.source", "station 12");
 }
 
-TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
+TEST(OutputFile, CreatesANewFileWithTheUsualPermissions) {
   const TemporaryFolder folder;
   const mode_t mask = ::umask(0027);
   const OutputFile file("out");
@@ -157,7 +157,7 @@ TEST(OutputFile, GetsTheUsualPermissionsWhereThereWasNoFile) {
 }
 
 // Every write costs a call to the system: a file is written in few large pieces.
-TEST(OutputFile, HoldsBackAQuarterOfAMegabyte) {
+TEST(OutputFile, BuffersAQuarterOfAMegabyte) {
   const TemporaryFolder folder;
   constexpr std::size_t kHeldBack = 256 * 1024;
   OutputFile file("out");
@@ -182,7 +182,7 @@ bool holds_for_an_ordinary_user(const std::function<bool()>& holds) {
   return status == 0;
 }
 
-TEST(OutputFile, LeavesALargeProtectedFileAlone) {
+TEST(OutputFile, DoesNotChangeALargeProtectedFile) {
   const TemporaryFolder folder;
   write_file("out", kLargeContent);
   std::filesystem::permissions("out", std::filesystem::perms::owner_read);
@@ -199,7 +199,7 @@ TEST(OutputFile, LeavesALargeProtectedFileAlone) {
 
 // What a limit on open files leaves of an earlier, large output.
 #ifndef __SANITIZE_ADDRESS__  // whose check of objects needs descriptors itself
-TEST(OutputFile, LosesNoOldContentWhereItCannotBeOpened) {
+TEST(OutputFile, KeepsOldContentIfItCannotBeOpened) {
   const TemporaryFolder folder;
   write_file("out", kLargeContent);
   rlimit before{};
@@ -213,7 +213,7 @@ TEST(OutputFile, LosesNoOldContentWhereItCannotBeOpened) {
 }
 #endif
 
-TEST(OutputFile, LosesNoFileInUseThatALinkLeadsTo) {
+TEST(OutputFile, DoesNotTruncateAFileInUseThroughALink) {
   const TemporaryFolder folder;
   write_file("data", "values");
   std::filesystem::create_symlink("data", "symbolic");
@@ -228,7 +228,7 @@ TEST(OutputFile, LosesNoFileInUseThatALinkLeadsTo) {
 }
 
 // Two descriptors of one process lock a file against each other as two processes do.
-TEST(OutputFile, LosesNothingOfAFileThatAnotherRunIsWriting) {
+TEST(OutputFile, DoesNotTruncateAFileThatAnotherRunIsWriting) {
   const TemporaryFolder folder;
   OutputFile first("out");
   first.write(std::string(1 << 19, 'x'));
@@ -241,7 +241,7 @@ TEST(OutputFile, LosesNothingOfAFileThatAnotherRunIsWriting) {
   EXPECT_EQ(file_content("out"), "");
 }
 
-TEST(OutputFile, IsFreeForOthersWhenTheRunHasEndedOtherwise) {
+TEST(OutputFile, IsUnlockedWhenTheRunEndsEarly) {
   const TemporaryFolder folder;
   {
     OutputFile file("out");
@@ -251,7 +251,7 @@ TEST(OutputFile, IsFreeForOthersWhenTheRunHasEndedOtherwise) {
 }
 
 // A pipe's opening would wait for a reader; the watchdog ends the test then.
-TEST(OutputFile, IsNoPipe) {
+TEST(OutputFile, RefusesAPipe) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("out", 0666), 0);
   ::alarm(20);
@@ -259,7 +259,7 @@ TEST(OutputFile, IsNoPipe) {
   ::alarm(0);
 }
 
-TEST(OutputFile, MayBeADeviceThatServesTwice) {
+TEST(OutputFile, MayBeADeviceThatIsUsedTwice) {
   // By links: a fault of the program must not cost the machine its device.
   const TemporaryFolder folder;
   std::filesystem::create_symlink("/dev/null", "one");
@@ -287,7 +287,7 @@ TEST(OutputFile, WritesThroughLinksToLargeFiles) {
   EXPECT_EQ(std::filesystem::status("target").permissions(), before);
 }
 
-TEST(OutputFile, KeepsTheOtherNamesOfALargeFile) {
+TEST(OutputFile, KeepsTheHardLinksOfALargeFile) {
   const TemporaryFolder folder;
   write_file("other", kLargeContent);
   std::filesystem::create_hard_link("other", "out");
@@ -297,7 +297,7 @@ TEST(OutputFile, KeepsTheOtherNamesOfALargeFile) {
   EXPECT_EQ(file_content("other"), "new");
 }
 
-TEST(OutputFile, KeepsWhatWasWrittenWhenTheRunEndsOtherwise) {
+TEST(OutputFile, FlushesWhenTheRunEndsEarly) {
   const TemporaryFolder folder;
   {
     OutputFile file("out");
@@ -306,20 +306,20 @@ TEST(OutputFile, KeepsWhatWasWrittenWhenTheRunEndsOtherwise) {
   EXPECT_EQ(file_content("out"), "begun");
 }
 
-TEST(OutputFile, ThatCannotBeCreatedIsAFault) {
+TEST(OutputFile, ThrowsIfItCannotBeCreated) {
   const TemporaryFolder folder;
   EXPECT_EQ(fault_of([] { const OutputFile file("no/such"); }),
             "not opened: no/such: No such file or directory");
 }
 
-TEST(OutputFile, OnAFullDiskIsAFaultBeforeItIsClosed) {
+TEST(OutputFile, ThrowsOnAFullDiskWhenItIsClosed) {
   OutputFile file("/dev/full");
   file.write("text");
   EXPECT_EQ(fault_of([&] { file.close(); }),
             "not written: /dev/full: No space left on device");
 }
 
-TEST(OutputFile, OnAFullDiskIsAFaultAtALargeWrite) {
+TEST(OutputFile, ThrowsOnAFullDiskAtALargeWrite) {
   OutputFile file("/dev/full");
   const std::string large(1 << 19, 'x');
   EXPECT_EQ(fault_of([&] { file.write(large); }),

@@ -43,14 +43,14 @@ std::vector<float> values_of(int first, int last) {
   return values;
 }
 
-TEST(CollectSample, TakesTheMonthsOfTheYears) {
+TEST(CollectSample, HasTheMonthsOfTheYears) {
   EXPECT_EQ(sample_of({.first = 1, .last = 3}), values_of(1, 3));
   EXPECT_EQ(sample_of({.first = 1, .last = 1}), values_of(1, 1));
   EXPECT_EQ(sample_of({.first = 2, .last = 3}), values_of(2, 3));
   EXPECT_EQ(sample_of({.first = 3, .last = 3}), values_of(3, 3));
 }
 
-TEST(CollectSample, TakesOnlyYearsThatTheSeriesHas) {
+TEST(CollectSample, IgnoresYearsOutsideTheSeries) {
   EXPECT_EQ(sample_of({.first = -kFarAway, .last = kFarAway}), values_of(1, 3));
   EXPECT_EQ(sample_of({.first = 0, .last = 1}), values_of(1, 1));
   EXPECT_EQ(sample_of({.first = 3, .last = 4}), values_of(3, 3));
@@ -58,7 +58,7 @@ TEST(CollectSample, TakesOnlyYearsThatTheSeriesHas) {
   EXPECT_EQ(sample_of({.first = -5, .last = 0}), std::vector<float>{});
 }
 
-TEST(CollectSample, OfNoYearsIsEmpty) {
+TEST(CollectSample, IsEmptyForNoYears) {
   EXPECT_EQ(sample_of({.first = 2, .last = 1}), std::vector<float>{});
   EXPECT_EQ(sample_of({.first = 3, .last = 1}), std::vector<float>{});
   EXPECT_EQ(sample_of({}), std::vector<float>{});
@@ -71,7 +71,7 @@ TEST(CollectSample, ScalesInSinglePrecision) {
   EXPECT_EQ(sample.back(), 112.0F * 0.01F);
 }
 
-TEST(CollectSample, LeavesMissingMonthsOutAndAppends) {
+TEST(CollectSample, SkipsMissingMonthsAndAppends) {
   std::vector<std::int16_t> series(12, kMissing);
   series[3] = 0;
   series[11] = -998;
@@ -81,7 +81,7 @@ TEST(CollectSample, LeavesMissingMonthsOutAndAppends) {
 }
 
 // The heading fits the buffer, so that nothing is written before the close.
-TEST(VarianceReportFile, TellsAFailureToWriteWhenItIsClosed) {
+TEST(VarianceReportFile, ThrowsOnClose) {
   VarianceReportFile report("/dev/full",
                             {.years = {.FYOD = 1901, .LYOD = 1910},
                              .CutoffYear = 1905,

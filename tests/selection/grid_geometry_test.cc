@@ -78,7 +78,7 @@ TEST(CellCentres, AreWhatRepeatedAdditionGives) {
   }
 }
 
-TEST(FindRows, EdgesOnCellBoundariesTakeTheCellsInside) {
+TEST(FindRows, BoundsOnCellEdgesSelectTheCellsInside) {
   expect_rows(-10, 10, kSouthFirst, 161, 200);
   expect_rows(50, 60, kSouthFirst, 281, 300);
   expect_rows(51, 52, kSouthFirst, 283, 284);
@@ -112,7 +112,7 @@ TEST(FindRows, BoundsBeyondTheLastCentreMatchNoRow) {
   expect_rows(89.8F, 90, kSouthFirst, 0, 360);
 }
 
-TEST(FindRows, NorthFirstTakesOneRowMoreAtEitherEnd) {
+TEST(FindRows, NorthFirstSelectsOneMoreRowAtEachEnd) {
   expect_rows(-10, 10, kNorthFirst, 160, 201);
   expect_rows(10, 20, kNorthFirst, 140, 161);
   expect_rows(10.25F, 10.25F, kNorthFirst, 159, 160);
@@ -158,7 +158,7 @@ TEST(FindRanges, BoundsBeyondTheLastColumnMatchNone) {
   expect_columns(ranges_of(179.8F, 180), 0, 720, 28840);
 }
 
-TEST(FindRanges, BoxesAcrossTheMeridianHaveTwoPieces) {
+TEST(FindRanges, BoxesAcrossTheMeridianHaveTwoRanges) {
   expect_two_pieces(ranges_of(170, -170), 20, 701, 1600);
   expect_two_pieces(ranges_of(179.75F, -179.75F), 1, 720, 80);
   expect_two_pieces(ranges_of(0.5F, 0), 360, 362, 28760);
@@ -166,7 +166,7 @@ TEST(FindRanges, BoxesAcrossTheMeridianHaveTwoPieces) {
 }
 
 // Kept on purpose: no end corrections in two pieces.
-TEST(FindRanges, TwoPiecesAreNotCorrectedAtTheirEnds) {
+TEST(FindRanges, TwoRangesAreNotCorrectedAtTheirEnds) {
   expect_two_pieces(ranges_of(170, -180), 0, 701, 800);
   expect_two_pieces(ranges_of(180, -170), 20, 0, 29640);
 }

@@ -194,7 +194,7 @@ std::vector<std::int32_t> plainly_kept(std::int32_t first, std::int32_t last, in
   return kept;
 }
 
-TEST(GridRangesSweep, KeptCells) {
+TEST(GridRangesSweep, MakeLattice) {
   std::size_t cases = 0;
   for (std::int32_t first = 0; first <= 9; ++first) {
     for (std::int32_t last = 0; last <= 30; ++last) {

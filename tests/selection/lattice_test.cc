@@ -49,7 +49,7 @@ TEST(Estimate, ShowsExactTiesRoundedHalfToEven) {
   }
 }
 
-TEST(Estimate, OfAnEmptyBoxIsNotANumberOfPercent) {
+TEST(Estimate, OfAnEmptyBoxIsNanPercent) {
   expect_estimate(0, 40, 1, 0, "    NaN");
   expect_estimate(0, 40, 5, 0, "    NaN");
 }
@@ -72,7 +72,7 @@ GridRanges ranges_across(std::int32_t LastCol, std::int32_t EastFirstCol) {
           .CrossesDateLine = true};
 }
 
-TEST(KeptCells, StrideRowsAndColumnsFromTheirFirst) {
+TEST(MakeLattice, StridesRowsAndColumnsFromTheFirst) {
   const GridRanges ranges{.FirstRow = 3, .LastRow = 9, .FirstCol = 10, .LastCol = 14};
   EXPECT_EQ(kept_cells(ranges, 1).rows, (Places{3, 4, 5, 6, 7, 8, 9}));
   EXPECT_EQ(kept_cells(ranges, 3).rows, (Places{3, 6, 9}));
@@ -81,7 +81,7 @@ TEST(KeptCells, StrideRowsAndColumnsFromTheirFirst) {
   EXPECT_EQ(kept_cells(ranges, 2147483647).columns, Places{10});
 }
 
-TEST(KeptCells, StrideEachPieceOnItsOwn) {
+TEST(MakeLattice, StridesEachRangeSeparately) {
   const GridRanges ranges = ranges_across(20, 701);
   EXPECT_EQ(kept_cells(ranges, 6).columns, (Places{1, 7, 13, 19, 701, 707, 713, 719}));
   EXPECT_EQ(kept_cells(ranges, 6).rows, (Places{161, 167, 173, 179, 185, 191, 197}));
@@ -90,7 +90,7 @@ TEST(KeptCells, StrideEachPieceOnItsOwn) {
   EXPECT_EQ(kept_cells(ranges, 21).columns, (Places{1, 701}));
 }
 
-TEST(KeptCells, RowAndColumnZeroAreCountedButNotKept) {
+TEST(MakeLattice, CountsRowAndColumnZeroButOmitsThem) {
   GridRanges ranges = ranges_across(3, 0);
   ranges.FirstRow = 0;
   ranges.LastRow = 5;
@@ -98,12 +98,12 @@ TEST(KeptCells, RowAndColumnZeroAreCountedButNotKept) {
   EXPECT_EQ(kept_cells(ranges, 300).columns, (Places{1, 300, 600}));
 }
 
-TEST(KeptCells, OverlappingPiecesVisitTheirCommonColumnsTwice) {
+TEST(MakeLattice, RepeatsCommonColumnsOfOverlappingRanges) {
   EXPECT_EQ(kept_cells(ranges_across(400, 361), 120).columns,
             (Places{1, 121, 241, 361, 361, 481, 601}));
 }
 
-TEST(KeptCells, EmptyRangesKeepNothing) {
+TEST(MakeLattice, IsEmptyForEmptyRanges) {
   const GridRanges ranges{.FirstRow = 202, .LastRow = 201, .FirstCol = 1, .LastCol = 0};
   EXPECT_TRUE(kept_cells(ranges, 1).rows.empty());
   EXPECT_TRUE(kept_cells(ranges, 1).columns.empty());

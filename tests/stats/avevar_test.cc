@@ -30,7 +30,7 @@ TEST(Avevar, DividesByOneLessThanTheCount) {
   EXPECT_EQ(got.var, 5.0F / 3.0F);
 }
 
-TEST(Avevar, TakesTheFirstValuesOnly) {
+TEST(Avevar, UsesOnlyTheFirstValues) {
   const std::vector<float> data = {1, 3, 1000};
   Moments got;
   avevar(data, 2, got.ave, got.var);
@@ -38,20 +38,20 @@ TEST(Avevar, TakesTheFirstValuesOnly) {
   EXPECT_EQ(got.var, 2.0F);
 }
 
-TEST(Avevar, GivesNanForAnEmptySample) {
+TEST(Avevar, IsNanForAnEmptySample) {
   const Moments got = moments({});
   EXPECT_TRUE(std::isnan(got.ave));
   EXPECT_TRUE(std::isnan(got.var));
 }
 
 // 0/0.
-TEST(Avevar, GivesNanVarianceForOneValue) {
+TEST(Avevar, HasANanVarianceForOneValue) {
   const Moments got = moments({7.25F});
   EXPECT_EQ(got.ave, 7.25F);
   EXPECT_TRUE(std::isnan(got.var));
 }
 
-TEST(Avevar, GivesTheKnownVariancesOfFrostDays) {
+TEST(Avevar, MatchesKnownVariancesOfFrostDays) {
   EXPECT_FLOAT_EQ(moments(frost_days({100, 250, 300, 500, 900, 1200, 1100, 800, 600,
                                       400, 200, 150}))
                       .var,
@@ -72,7 +72,7 @@ struct SeededVariances {
   float var2;
 };
 
-TEST(Avevar, GivesTheKnownVariancesOfGeneratedSamples) {
+TEST(Avevar, MatchesKnownVariancesOfGeneratedSamples) {
   for (const SeededVariances& known :
        {SeededVariances{1, 120, 120, 79.4726334F, 45.3043289F},
         SeededVariances{2, 12, 12, 109.894356F, 57.6843719F},
@@ -88,7 +88,7 @@ TEST(Avevar, GivesTheKnownVariancesOfGeneratedSamples) {
 }
 
 // Kept on purpose: a constant sample gets no special case.
-TEST(Avevar, LetsRoundingMakeTheVarianceOfAConstantTinyOrNegative) {
+TEST(Avevar, GivesAConstantATinyOrNegativeVarianceByRounding) {
   EXPECT_TRUE(same_bits(moments(constant_sample(300, 1313)).var, 1.90111767e-16F));
   EXPECT_TRUE(same_bits(moments(constant_sample(732, 1313)).var, -6.22089425e-16F));
   EXPECT_TRUE(same_bits(moments(constant_sample(12, 681)).var, 0.0F));

@@ -33,7 +33,7 @@ TEST(Betacf, IsWithinTheStatedErrorOfTheTrueValue) {
 
 TEST(Betacf, IsOneAtZero) { EXPECT_EQ(betacf(3.5F, 7.0F, 0.0F), 1.0F); }
 
-TEST(Betacf, PassesNanOn) {
+TEST(Betacf, IsNanForNan) {
   EXPECT_TRUE(std::isnan(betacf(2.0F, 3.0F, std::numeric_limits<float>::quiet_NaN())));
 }
 
@@ -63,7 +63,7 @@ void expect_plain(float a, float b, float x, std::array<int, plain::kPlaces>& se
 
 // A denominator that would be zero becomes 1e-30, at each of the five places. Most of
 // them need arguments that betai only hands over after reporting a bad x.
-TEST(Betacf, KeepsEveryDenominatorOffZero) {
+TEST(Betacf, ReplacesEveryDenominatorOfZero) {
   std::array<int, plain::kPlaces> seen{};
   for (int a = -24; a <= 24; ++a) {
     for (int b = -24; b <= 24; ++b) {
@@ -79,7 +79,7 @@ TEST(Betacf, KeepsEveryDenominatorOffZero) {
 }
 
 // Kept on purpose: after 100 steps the value reached so far is returned.
-TEST(Betacf, ReturnsWhatItHasAfterAHundredSteps) {
+TEST(Betacf, ReturnsTheLastValueAfterAHundredIterations) {
   const float a = 500000.0F;
   const float x = 0.4999F;
   const plain::Fraction expected = plain::betacf(a, a, x);

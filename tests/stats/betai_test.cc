@@ -32,7 +32,7 @@ std::vector<std::string> reports_of(float a, float b, float x, float& result) {
   return reports;
 }
 
-TEST(Betai, GivesTheKnownValues) {
+TEST(Betai, MatchesKnownValues) {
   EXPECT_NEAR(betai_quietly(0.5F, 0.5F, 0.5F), 0.5F, 0.5e-5);
   EXPECT_NEAR(betai_quietly(2.0F, 3.0F, 0.25F), 0.261718631F, 0.26e-5);
   EXPECT_NEAR(betai_quietly(10.0F, 10.0F, 0.5F), 0.49999851F, 0.5e-5);
@@ -42,7 +42,7 @@ TEST(Betai, GivesTheKnownValues) {
 // The bits depend on the 32-bit logarithm and exponential of the library; these are
 // those of the GNU C library (2.36).
 #ifdef __GLIBC__
-TEST(Betai, GivesTheKnownBitsWithTheGnuLibrary) {
+TEST(Betai, MatchesKnownBitsWithTheGnuLibrary) {
   EXPECT_EQ(betai_quietly(0.5F, 0.5F, 0.5F), 0x1p-1F);
   EXPECT_EQ(betai_quietly(2.0F, 3.0F, 0.25F), 0x1.0BFFF8p-2F);
   EXPECT_EQ(betai_quietly(10.0F, 10.0F, 0.5F), 0x1.FFFF9Cp-2F);
@@ -80,7 +80,7 @@ int expect_branch(bool on_the_bound) {
 }
 
 // The fraction is turned round from that x on, itself included.
-TEST(Betai, TakesTheOtherwiseBranchOnTheBound) {
+TEST(Betai, TakesTheSecondBranchOnTheBound) {
   EXPECT_GT(expect_branch(/*on_the_bound=*/true), 100);
   EXPECT_EQ(betai_quietly(1.0F, 1.0F, 0.5F), 0.5F);
 }
@@ -119,7 +119,7 @@ TEST(Betai, HasTheBitsOfThePlainDefinition) {
   }
 }
 
-TEST(Betai, ReportsABadArgumentOnceAndGoesOn) {
+TEST(Betai, ReportsABadArgumentOnceAndContinues) {
   for (const float x :
        {-0.5F, -1e-30F, 1.0000001F, 1.5F, std::numeric_limits<float>::infinity(),
         -std::numeric_limits<float>::infinity()}) {
@@ -132,11 +132,11 @@ TEST(Betai, ReportsABadArgumentOnceAndGoesOn) {
 }
 
 // A NaN is neither below 0 nor above 1.
-TEST(Betai, PassesNanOnWithoutAReport) {
+TEST(Betai, IsNanForNanWithoutAReport) {
   EXPECT_TRUE(std::isnan(betai_quietly(2.0F, 3.0F, kNan)));
 }
 
-TEST(Betai, LetsThrowsOfTheHandlerPass) {
+TEST(Betai, PassesOnExceptionsOfTheHandler) {
   EXPECT_THROW(
       betai(1.0F, 1.0F, -0.5F,
             [](std::string_view) { throw std::runtime_error("end of input"); }),

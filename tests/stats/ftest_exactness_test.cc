@@ -27,7 +27,7 @@ void expect_kurtosis(const std::vector<std::int32_t>& stored1,
 
 // The pooled kurtosis stays inside ftest; here it shows that the plain definition is
 // right on its own.
-TEST(FtestExactness, RestsOnAPlainDefinitionWithTheKnownKurtosis) {
+TEST(FtestExactness, PlainDefinitionHasTheKnownKurtosis) {
   expect_kurtosis({1, 2, 3, 4, 5}, {2, 4, 6, 8, 10}, 2.31200004F);
   expect_kurtosis({1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, 1.69999993F);
   expect_kurtosis({5, 5, 5, 5, 5}, {1, 2, 3, 4, 5}, 3.39999986F);
@@ -174,7 +174,7 @@ TEST(FtestExactness, IsWithinTheStatedErrorForRealFrostDays) {
 
 // The report lines of the worked example in docs/variance-test.md: f has these bits,
 // prob may differ in its last digits with another library.
-TEST(FtestExactness, GivesTheWorkedExampleOfTheDocumentation) {
+TEST(FtestExactness, MatchesTheWorkedExampleOfTheDocumentation) {
   struct Line {
     float f;
     float prob;

@@ -60,7 +60,7 @@ TEST(Ftest, ComparesTwoFrostDayYears) {
               {.d1 = 21, .d2 = 21, .f = 0x1.055ABEp+0F, .prob = 0x1.ED558p-1F});
 }
 
-TEST(Ftest, PutsTheLargerVarianceOnTopInEitherOrder) {
+TEST(Ftest, DividesTheLargerVarianceByTheSmallerInEitherOrder) {
   expect_test(kYearK, kYearJ,
               {.d1 = 21, .d2 = 21, .f = 0x1.055ABEp+0F, .prob = 0x1.ED558p-1F});
 }
@@ -73,7 +73,7 @@ TEST(Ftest, ComparesSmallSamples) {
 }
 
 // The quotient is 2.94: it is cut off to 2, not rounded to 3.
-TEST(Ftest, CutsTheFractionOfTheAdjustedCountsOff) {
+TEST(Ftest, TruncatesTheAdjustedCounts) {
   expect_test({100, 200, 300}, {100, 300, 500},
               {.d1 = 2, .d2 = 2, .f = 0x1p+2F, .prob = 0x1.2E404Ep-1F});
 }
@@ -119,7 +119,7 @@ TEST(Ftest, ComparesGeneratedSamples) {
 }
 
 // The quotient is formed even where neither variance is the larger.
-TEST(Ftest, GivesOneForEqualVariances) {
+TEST(Ftest, IsOneForEqualVariances) {
   expect_test({1, 2, 3, 4, 5}, {1, 2, 3, 4, 5},
               {.d1 = 8, .d2 = 8, .f = 0x1p+0F, .prob = 0x1.FFFFE8p-1F});
 }
@@ -127,7 +127,7 @@ TEST(Ftest, GivesOneForEqualVariances) {
 // Both variances are 3, with counts 3 and 4: the second goes on top, so df1 = d2 - 1
 // and df2 = d1 - 1. With the first on top prob would be the same in exact arithmetic,
 // but not in its bits.
-TEST(Ftest, PutsTheSecondOfEqualVariancesOnTop) {
+TEST(Ftest, TakesTheSecondOfEqualVariancesAsNumerator) {
   const FtestOutcome got = run_ftest({9, 9, 6}, {6, 3, 6, 7});
   EXPECT_EQ(got.d1, 3);
   EXPECT_EQ(got.d2, 4);
@@ -143,20 +143,20 @@ TEST(Ftest, PutsTheSecondOfEqualVariancesOnTop) {
 }
 
 // A sample of one value: its adjusted count is 2, and so is the other's.
-TEST(Ftest, GivesNanForASampleOfOneValue) {
+TEST(Ftest, IsNanForASampleOfOneValue) {
   expect_nan(frost_days({250}), frost_days(kYearK));
   expect_nan(frost_days(kYearJ), frost_days({250}));
   expect_nan(frost_days({250}), frost_days({260}));
 }
 
-TEST(Ftest, GivesNanForAnEmptySample) {
+TEST(Ftest, IsNanForAnEmptySample) {
   expect_nan({}, frost_days(kYearK));
   expect_nan(frost_days(kYearJ), {});
   expect_nan({}, {});
 }
 
 // What every variable but frost days gives: the scale is 0, so are all values.
-TEST(Ftest, GivesNanForZerosOfAnySizes) {
+TEST(Ftest, IsNanForSamplesOfZeros) {
   for (const std::size_t n1 : {0U, 1U, 2U, 12U, 300U, 1392U}) {
     for (const std::size_t n2 : {0U, 1U, 2U, 12U, 732U, 1392U}) {
       expect_nan(constant_sample(n1, 0), constant_sample(n2, 0));
@@ -164,14 +164,14 @@ TEST(Ftest, GivesNanForZerosOfAnySizes) {
   }
 }
 
-TEST(Ftest, GivesNanForAConstantThatIsSummedExactly) {
+TEST(Ftest, IsNanForAConstantThatIsSummedExactly) {
   for (std::size_t n1 = 2; n1 <= 288; n1 += 13) {
     expect_nan(constant_sample(n1, 500), constant_sample(288, 500));
   }
 }
 
 // Nothing varies in the sample below the line, and something above it.
-TEST(Ftest, GivesInfinityWhenOnlyOneSampleVaries) {
+TEST(Ftest, IsInfiniteIfOnlyOneSampleVaries) {
   expect_test({5, 5, 5, 5, 5}, {1, 2, 3, 4, 5},
               {.d1 = 3, .d2 = 3, .f = kInfinity, .prob = 0});
   expect_test({1, 2, 3, 4, 5}, {5, 5, 5, 5, 5},
@@ -179,7 +179,7 @@ TEST(Ftest, GivesInfinityWhenOnlyOneSampleVaries) {
 }
 
 // A constant that varies by rounding alone counts as varying.
-TEST(Ftest, TakesARoundingErrorForAVariance) {
+TEST(Ftest, TreatsARoundingErrorAsAVariance) {
   const FtestOutcome got =
       run_ftest(constant_sample(12, 681), constant_sample(300, 681));
   EXPECT_EQ(got.d1, 2);
@@ -210,14 +210,14 @@ TEST(Ftest, ReportsTheBadArgumentWhenOnlyOneSampleIsConstant) {
 }
 
 // 37 hundredths, over 1 and 61 years: the smaller variance is negative, the larger 0.
-TEST(Ftest, GivesMinusZeroForZeroOverANegativeVariance) {
+TEST(Ftest, IsMinusZeroForZeroOverANegativeVariance) {
   const FtestOutcome got = run_ftest(constant_sample(12, 37), constant_sample(732, 37));
   EXPECT_TRUE(same_bits(got.f, -0.0F));
   EXPECT_TRUE(same_bits(got.prob, 0.0F));
   EXPECT_TRUE(got.bad_arguments.empty());
 }
 
-TEST(Ftest, HasItsCountsAndFReadyWhenTheHandlerIsCalled) {
+TEST(Ftest, SetsCountsAndFBeforeTheHandlerIsCalled) {
   const auto data1 = constant_sample(300, 1313);
   const auto data2 = constant_sample(732, 1313);
   std::int32_t n1 = 300;
@@ -234,7 +234,7 @@ TEST(Ftest, HasItsCountsAndFReadyWhenTheHandlerIsCalled) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(Ftest, TakesTheFirstValuesOnly) {
+TEST(Ftest, UsesOnlyTheFirstValues) {
   std::vector<float> data1 = frost_days({1, 2, 3, 4, 5});
   std::vector<float> data2 = frost_days({2, 4, 6, 8, 10});
   data1.push_back(1e6F);
@@ -251,7 +251,7 @@ TEST(Ftest, TakesTheFirstValuesOnly) {
 
 // Normal-shaped data: n - 1 in exact arithmetic, but where the quotient is rounded to
 // just below it, the fraction is cut off and n - 2 is left.
-TEST(AdjustedCount, IsOneLessThanTheCountAtKurtosisThreeButForRounding) {
+TEST(AdjustedCount, IsOneLessThanTheCountAtKurtosisThreeApartFromRounding) {
   std::vector<std::int32_t> two_less;
   for (std::int32_t n = 12; n <= 1392; n += 12) {
     const std::int32_t d = adjusted_count(static_cast<float>(n), 3.0F);

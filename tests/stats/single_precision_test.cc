@@ -12,14 +12,14 @@ namespace {
 
 constexpr std::int32_t kMostNegative = std::numeric_limits<std::int32_t>::min();
 
-TEST(TruncatedToInt32, CutsTheFractionOff) {
+TEST(TruncatedToInt32, TruncatesTowardZero) {
   EXPECT_EQ(truncated_to_int32(10.9999F), 10);
   EXPECT_EQ(truncated_to_int32(2.94F), 2);
   EXPECT_EQ(truncated_to_int32(-1.5F), -1);
   EXPECT_EQ(truncated_to_int32(-0.0F), 0);
 }
 
-TEST(TruncatedToInt32, GivesTheMostNegativeIntegerOutsideTheRange) {
+TEST(TruncatedToInt32, IsTheSmallestIntegerOutsideTheRange) {
   EXPECT_EQ(truncated_to_int32(std::numeric_limits<float>::quiet_NaN()), kMostNegative);
   EXPECT_EQ(truncated_to_int32(std::numeric_limits<float>::infinity()), kMostNegative);
   EXPECT_EQ(truncated_to_int32(-std::numeric_limits<float>::infinity()), kMostNegative);

@@ -7,7 +7,7 @@
 namespace veldmark {
 namespace {
 
-TEST(ReasonOf, IsInWordsEvenWhereMemoryRanOut) {
+TEST(ReasonOf, IsReadableAfterBadAllocToo) {
   EXPECT_STREQ(reason_of(Failure("no such series")), "no such series");
   EXPECT_STREQ(reason_of(std::bad_alloc()), "not enough memory");
 }

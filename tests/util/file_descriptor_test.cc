@@ -68,7 +68,7 @@ std::thread undisturbed(Action action) {
 
 void wait_a_little() { std::this_thread::sleep_for(std::chrono::milliseconds(30)); }
 
-TEST(FileDescriptor, TakesUpInterruptedOpeningAndReading) {
+TEST(FileDescriptor, RetriesInterruptedOpenAndRead) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("pipe", 0600), 0);
   const Interruptions interruptions;
@@ -88,7 +88,7 @@ TEST(FileDescriptor, TakesUpInterruptedOpeningAndReading) {
   writer.join();
 }
 
-TEST(FileDescriptor, TakesUpInterruptedWriting) {
+TEST(FileDescriptor, RetriesInterruptedWrites) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("pipe", 0600), 0);
   std::string text;
@@ -112,7 +112,7 @@ TEST(FileDescriptor, TakesUpInterruptedWriting) {
   EXPECT_EQ(received, text);
 }
 
-TEST(FileDescriptor, ReadsAtAnOffsetJustWhatIsThere) {
+TEST(FileDescriptor, ReadsAtAnOffsetOnlyWhatExists) {
   const TemporaryFolder folder;
   write_file("file", "0123456789");
   const FileDescriptor file("file", O_RDONLY);
@@ -128,7 +128,7 @@ TEST(FileDescriptor, ReadsAtAnOffsetJustWhatIsThere) {
   EXPECT_EQ(std::string(four.data(), 2), "01");
 }
 
-TEST(FileDescriptor, TellsTheEndOfTheFileWhateverFailedBefore) {
+TEST(FileDescriptor, ReportsTheEndOfTheFileWhateverErrnoHolds) {
   const TemporaryFolder folder;
   write_file("in", "abc");
   const FileDescriptor file("in", O_RDONLY);
@@ -139,7 +139,7 @@ TEST(FileDescriptor, TellsTheEndOfTheFileWhateverFailedBefore) {
   }
 }
 
-TEST(FileDescriptor, ReadsAtAnOffsetInSeveralPieces) {
+TEST(FileDescriptor, RetriesPartialReadsAtAnOffset) {
   // The system gives a few thousand bytes of this file at a time.
   const char* name = "/proc/kallsyms";
   const FileDescriptor file(name, O_RDONLY);
@@ -153,7 +153,7 @@ TEST(FileDescriptor, ReadsAtAnOffsetInSeveralPieces) {
   EXPECT_EQ(found, expected.substr(7));
 }
 
-TEST(FileDescriptor, TellsFailures) {
+TEST(FileDescriptor, ReportsFailures) {
   const TemporaryFolder folder;
   write_file("file", "text");
   const FileDescriptor for_reading("file", O_RDONLY);
@@ -167,7 +167,7 @@ TEST(FileDescriptor, TellsFailures) {
   EXPECT_FALSE(FileDescriptor("no/such", kCreate).is_open());
 }
 
-TEST(FileDescriptor, CreatesFilesThatTheMaskAllows) {
+TEST(FileDescriptor, CreatesFilesWithTheModeThatTheUmaskAllows) {
   const TemporaryFolder folder;
   const mode_t before = ::umask(0);
   const FileDescriptor open_to_all("all", kCreate);
@@ -181,13 +181,13 @@ TEST(FileDescriptor, CreatesFilesThatTheMaskAllows) {
   EXPECT_EQ(status.st_mode & 07777U, 0640U);
 }
 
-TEST(FileDescriptor, IsNotHandedToCommands) {
+TEST(FileDescriptor, IsNotInheritedByCommands) {
   const TemporaryFolder folder;
   const FileDescriptor file("file", kCreate);
   EXPECT_NE(::fcntl(file.get(), F_GETFD) & FD_CLOEXEC, 0);
 }
 
-TEST(FileDescriptor, ClosesOnceAndTellsLosses) {
+TEST(FileDescriptor, ClosesOnceAndReportsLostData) {
   const TemporaryFolder folder;
   FileDescriptor file("file", kCreate);
   EXPECT_TRUE(file.write_all("text"));
@@ -202,7 +202,7 @@ TEST(FileDescriptor, ClosesOnceAndTellsLosses) {
   EXPECT_FALSE(lost.is_open());
 }
 
-TEST(FileDescriptor, IsOpenForEveryNumber) {
+TEST(FileDescriptor, IsOpenForDescriptorZeroToo) {
   const TemporaryFolder folder;
   write_file("file", "text");
   const int input = ::dup(0);
@@ -218,7 +218,7 @@ TEST(FileDescriptor, IsOpenForEveryNumber) {
   ::close(input);
 }
 
-TEST(FileDescriptor, ClosesAtItsEndAndMovesItsFile) {
+TEST(FileDescriptor, ClosesInTheDestructorAndCanBeMoved) {
   const TemporaryFolder folder;
   int number = -1;
   {

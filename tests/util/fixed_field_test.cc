@@ -12,7 +12,7 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-TEST(FixedInteger, StandsAtTheRightOfItsField) {
+TEST(FixedInteger, IsRightAligned) {
   EXPECT_EQ(fixed_integer(40, 4), "  40");
   EXPECT_EQ(fixed_integer(-358, 4), "-358");
   EXPECT_EQ(fixed_integer(1901, 5), " 1901");
@@ -30,7 +30,7 @@ TEST(FixedInteger, ThatDoesNotFitIsAsterisks) {
   EXPECT_EQ(fixed_integer(-257760, 6), "******");
 }
 
-TEST(FixedReal, StandsAtTheRightOfItsField) {
+TEST(FixedReal, IsRightAligned) {
   EXPECT_EQ(fixed_real(0.0F, 8, 2), "    0.00");
   EXPECT_EQ(fixed_real(0.5F, 8, 2), "    0.50");
   EXPECT_EQ(fixed_real(-179.75F, 8, 2), " -179.75");
@@ -64,7 +64,7 @@ TEST(FixedReal, ThatDoesNotFitIsAsterisks) {
   EXPECT_EQ(fixed_real(std::numeric_limits<float>::max(), 8, 2), "********");
 }
 
-TEST(FixedReal, WritesWordsForWhatIsNoNumber) {
+TEST(FixedReal, WritesNanAndInfinitiesAsWords) {
   EXPECT_EQ(fixed_real(std::numeric_limits<float>::quiet_NaN(), 7, 3), "    NaN");
   EXPECT_EQ(fixed_real(-std::numeric_limits<float>::quiet_NaN(), 7, 3), "    NaN");
   EXPECT_EQ(fixed_real(kInfinity, 7, 2), "    Inf");
@@ -74,7 +74,7 @@ TEST(FixedReal, WritesWordsForWhatIsNoNumber) {
   EXPECT_EQ(fixed_real(-kInfinity, 3, 1), "***");
 }
 
-TEST(ParseInteger, PassesOverBlanksAndTabs) {
+TEST(ParseInteger, SkipsBlanksAndTabs) {
   EXPECT_EQ(parse_integer("12"), 12);
   EXPECT_EQ(parse_integer(" 7"), 7);
   EXPECT_EQ(parse_integer("1 2"), 12);
@@ -83,13 +83,13 @@ TEST(ParseInteger, PassesOverBlanksAndTabs) {
   EXPECT_EQ(parse_integer("+0012"), 12);
 }
 
-TEST(ParseInteger, TakesAnEmptyFieldForZero) {
+TEST(ParseInteger, ReadsAnEmptyFieldAsZero) {
   EXPECT_EQ(parse_integer(""), 0);
   EXPECT_EQ(parse_integer("     "), 0);
   EXPECT_EQ(parse_integer(" \t "), 0);
 }
 
-TEST(ParseInteger, RefusesWhatIsNoInteger) {
+TEST(ParseInteger, RefusesWhatIsNotAnInteger) {
   for (const char* field :
        {"3x", "1.5", "--1", "+-1", "1-", "1+2", "-", "+", "- ", "1\r", "a", "1,2"}) {
     EXPECT_EQ(parse_integer(field), std::nullopt) << field;
@@ -97,7 +97,7 @@ TEST(ParseInteger, RefusesWhatIsNoInteger) {
   EXPECT_EQ(parse_integer(std::string_view("1\0", 2)), std::nullopt);
 }
 
-TEST(ParseInteger, KnowsEverySingleCharacter) {
+TEST(ParseInteger, AgreesOnEverySingleCharacter) {
   const std::string digits = "0123456789";
   for (int code = 0; code < 256; ++code) {
     const std::string field(1, static_cast<char>(code));

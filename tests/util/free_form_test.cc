@@ -24,14 +24,14 @@ TEST(FirstValue, EndsAtASeparator) {
   EXPECT_EQ(first_value("'a b'"), "'a");
 }
 
-TEST(FirstValue, IsMissingOnAnEmptyLineAndBehindALeadingSeparator) {
+TEST(FirstValue, IsEmptyOnABlankLineAndAfterALeadingSeparator) {
   EXPECT_EQ(first_value(""), "");
   EXPECT_EQ(first_value(" \t "), "");
   EXPECT_EQ(first_value(",5"), "");
   EXPECT_EQ(first_value("  /5"), "");
 }
 
-TEST(ParseLogical, LooksForATBehindOneFullStop) {
+TEST(ParseLogical, IsTrueForATAfterAnOptionalFullStop) {
   for (const char* value : {"T", "t", "TRUE", "true", ".T.", ".t", "tomato"}) {
     EXPECT_TRUE(parse_logical(value)) << value;
   }
@@ -77,7 +77,7 @@ TEST(FreeFormInteger, IsABlankAndTheDigits) {
   EXPECT_EQ(free_form_integer(2147483648), " 2147483648");
 }
 
-TEST(FreeFormReal, IsABlankAndFifteenColumns) {
+TEST(FreeFormReal, IsABlankAndFifteenCharacters) {
   EXPECT_EQ(free_form_real(1.02091587F), "       1.0209159");
   EXPECT_EQ(free_form_real(0.963542938F), "      0.96354294");
   EXPECT_EQ(free_form_real(6.53733805e-05F), "    6.537338e-05");
@@ -91,14 +91,14 @@ TEST(FreeFormReal, TakesTheNearestOfEquallyShortDecimals) {
   EXPECT_EQ(free_form_real(0.000065F), "         6.5e-05");
 }
 
-TEST(FreeFormReal, HasAFractionAlways) {
+TEST(FreeFormReal, AlwaysHasAFraction) {
   EXPECT_EQ(free_form_real(4.0F), "             4.0");
   EXPECT_EQ(free_form_real(0.0F), "             0.0");
   EXPECT_EQ(free_form_real(-0.0F), "            -0.0");
   EXPECT_EQ(free_form_real(1e20F), "         1.0e+20");
 }
 
-TEST(FreeFormReal, WritesWordsForWhatIsNoNumber) {
+TEST(FreeFormReal, WritesNanAndInfinitiesAsWords) {
   EXPECT_EQ(free_form_real(std::numeric_limits<float>::quiet_NaN()),
             "             NaN");
   EXPECT_EQ(free_form_real(kInfinity), "             Inf");

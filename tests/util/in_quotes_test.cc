@@ -8,7 +8,7 @@
 namespace veldmark {
 namespace {
 
-TEST(InQuotes, ShowsWhereANameBeginsAndEnds) {
+TEST(InQuotes, ShowsWhereANameStartsAndEnds) {
   EXPECT_EQ(in_quotes(" my data.dat "), "' my data.dat '");
   EXPECT_EQ(in_quotes(""), "''");
 }
@@ -18,17 +18,17 @@ TEST(InQuotes, AnEscapeSequenceDoesNotReachTheTerminal) {
   EXPECT_EQ(in_quotes("a\nb\tc\r\x7f"), "'a?b?c?\?'");
 }
 
-TEST(InQuotes, ANullCharacterCutsNothingOff) {
+TEST(InQuotes, ANullCharacterDoesNotTruncate) {
   EXPECT_EQ(in_quotes(std::string_view("60.25\0x", 7)), "'60.25?x'");
 }
 
-TEST(InQuotes, LettersOfOtherLanguagesStay) {
+TEST(InQuotes, LettersOfOtherLanguagesAreShown) {
   EXPECT_EQ(in_quotes("Z\u00fcrich \u0141\u00f3d\u017a \u4e1c\u4eac \U0001F30D"),
             "'Z\u00fcrich \u0141\u00f3d\u017a \u4e1c\u4eac \U0001F30D'");
 }
 
 // The bytes of a sequence may have other values at the ends of each of these ranges.
-TEST(InQuotes, CharactersAtTheEndsOfTheirRangesStay) {
+TEST(InQuotes, CharactersAtTheEndsOfTheirRangesAreShown) {
   for (const std::string_view pair :
        {" ~", "\u00a0\u00bf", "\u00c0\u07ff", "\u0800\u0fff", "\u1000\ucfff",
         "\ud000\ud7ff", "\ue000\uffff", "\U00010000\U0003ffff", "\U00040000\U000fffff",

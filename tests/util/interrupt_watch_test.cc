@@ -12,7 +12,7 @@ TEST(InterruptWatch, NothingIsCaughtAtFirst) {
   EXPECT_EQ(InterruptWatch::signal_caught(), 0);
 }
 
-TEST(InterruptWatch, EachStopSignalIsNotedAndSurvived) {
+TEST(InterruptWatch, EachStopSignalIsCaught) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXCPU}) {
     const InterruptWatch watch;
     std::raise(number);
@@ -36,7 +36,7 @@ TEST(InterruptWatch, AnIgnoredSignalStaysIgnored) {
   std::signal(SIGHUP, before);
 }
 
-TEST(InterruptWatch, ObeyingNamesTheSignal) {
+TEST(InterruptWatch, TheExceptionNamesTheSignal) {
   const InterruptWatch watch;
   InterruptWatch::obey();
   std::raise(SIGQUIT);
@@ -61,15 +61,15 @@ void watch_and_then_raise(int number) {
   std::raise(number);
 }
 
-TEST(InterruptWatch, AfterwardsAnInterruptKills) {
+TEST(InterruptWatch, AfterwardsSigintKills) {
   EXPECT_EXIT(watch_and_then_raise(SIGINT), ::testing::KilledBySignal(SIGINT), "");
 }
 
-TEST(InterruptWatch, AfterwardsARequestToTerminateKills) {
+TEST(InterruptWatch, AfterwardsSigtermKills) {
   EXPECT_EXIT(watch_and_then_raise(SIGTERM), ::testing::KilledBySignal(SIGTERM), "");
 }
 
-TEST(InterruptWatch, AfterwardsAHangUpKills) {
+TEST(InterruptWatch, AfterwardsSighupKills) {
   EXPECT_EXIT(watch_and_then_raise(SIGHUP), ::testing::KilledBySignal(SIGHUP), "");
 }
 

@@ -38,7 +38,7 @@ std::uintptr_t advised_bytes(std::uintptr_t begin, std::uintptr_t end) {
 }
 
 // Its ends may lie in pages that an earlier buffer asked for.
-TEST(LargeBuffer, WantsHugePagesForItsWholePages) {
+TEST(LargeBuffer, AdvisesHugePagesForItsWholePages) {
   if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
     GTEST_SKIP() << "this system has no huge pages to ask for";
   }

@@ -53,7 +53,7 @@ struct stat status_of(const char* name) {
   return found;
 }
 
-TEST(PartFile, TheFileHasItsNameOnlyWhenItIsComplete) {
+TEST(PartFile, TheFileGetsItsNameOnlyWhenItIsComplete) {
   const TemporaryFolder folder;
   PartFile file("grid");
   file.write("one\n");
@@ -107,14 +107,14 @@ TEST(PartFile, AFileInAnotherFolderIsMadeThere) {
   EXPECT_EQ(file_content("data/grid"), "new");
 }
 
-TEST(PartFile, NothingOfAnAbandonedPartIsKept) {
+TEST(PartFile, AnAbandonedPartIsReplaced) {
   const TemporaryFolder folder;
   write_file("grid.part", "left by a run that was killed");
   make("grid", "new");
   EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
 }
 
-TEST(PartFile, OnceCompleteItLeavesTheNextPartAlone) {
+TEST(PartFile, OnceCompleteItDoesNotRemoveTheNextPart) {
   const TemporaryFolder folder;
   {
     PartFile file("grid");
@@ -126,7 +126,7 @@ TEST(PartFile, OnceCompleteItLeavesTheNextPartAlone) {
 
 // --- What stands in the place of the part
 
-TEST(PartFile, AThesisThatASymbolicLinkLeadsToIsNotOverwritten) {
+TEST(PartFile, TheTargetOfASymbolicLinkIsNotOverwritten) {
   const TemporaryFolder folder;
   write_file("thesis", "years of work");
   std::filesystem::create_symlink("thesis", "grid.part");
@@ -135,7 +135,7 @@ TEST(PartFile, AThesisThatASymbolicLinkLeadsToIsNotOverwritten) {
   EXPECT_TRUE(S_ISREG(status_of("grid").st_mode));
 }
 
-TEST(PartFile, AThesisThatAHardLinkLeadsToIsNotOverwritten) {
+TEST(PartFile, TheTargetOfAHardLinkIsNotOverwritten) {
   const TemporaryFolder folder;
   write_file("thesis", "years of work");
   std::filesystem::create_hard_link("thesis", "grid.part");
@@ -143,7 +143,7 @@ TEST(PartFile, AThesisThatAHardLinkLeadsToIsNotOverwritten) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "new"}, {"thesis", "years of work"}}));
 }
 
-TEST(PartFile, AFaultyRunLeavesTheThesisAlone) {
+TEST(PartFile, AFailedRunLeavesTheTargetUnchanged) {
   const TemporaryFolder folder;
   write_file("thesis", "years of work");
   std::filesystem::create_symlink("thesis", "grid.part");
@@ -151,7 +151,7 @@ TEST(PartFile, AFaultyRunLeavesTheThesisAlone) {
   EXPECT_EQ(folder_content(), (Files{{"thesis", "years of work"}}));
 }
 
-TEST(PartFile, ACopyDoesNotVanishIntoADevice) {
+TEST(PartFile, ALinkToADeviceIsReplacedByTheFile) {
   const TemporaryFolder folder;
   std::filesystem::create_symlink("/dev/null", "grid.part");
   make("grid", "new");
@@ -159,7 +159,7 @@ TEST(PartFile, ACopyDoesNotVanishIntoADevice) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
 }
 
-TEST(PartFile, APipeInPlaceOfThePartDoesNotHoldItUp) {
+TEST(PartFile, APipeInPlaceOfThePartDoesNotBlock) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("grid.part", 0600), 0);
   ::alarm(20);  // ends the tests where it does
@@ -168,7 +168,7 @@ TEST(PartFile, APipeInPlaceOfThePartDoesNotHoldItUp) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "new"}}));
 }
 
-TEST(PartFile, TheRightsOfAnAbandonedPartAreNotInherited) {
+TEST(PartFile, ThePermissionsOfAnAbandonedPartAreNotInherited) {
   const TemporaryFolder folder;
   write_file("grid.part", "left");
   ASSERT_EQ(::chmod("grid.part", 06777), 0);
@@ -219,7 +219,7 @@ TEST(PartFile, AProtectedPartDoesNotBlockAllLaterRuns) {
   EXPECT_EQ(file_content("grid"), "new");
 }
 
-TEST(PartFile, AnOwnPartThatCannotBeOpenedDoesNotBlockThemEither) {
+TEST(PartFile, AnOwnPartThatCannotBeOpenedDoesNotBlockLaterRuns) {
   const TemporaryFolder folder;
   ASSERT_EQ(::chmod(".", 0777), 0);
   EXPECT_EQ(failure_as_nobody([] {
@@ -231,7 +231,7 @@ TEST(PartFile, AnOwnPartThatCannotBeOpenedDoesNotBlockThemEither) {
   EXPECT_EQ(file_content("grid"), "new");
 }
 
-TEST(PartFile, APartThatAnotherUserMayBeWritingStays) {
+TEST(PartFile, APartThatAnotherUserMayBeWritingIsNotRemoved) {
   if (::geteuid() != 0) {
     GTEST_SKIP() << "needs two users";
   }
@@ -246,7 +246,7 @@ TEST(PartFile, APartThatAnotherUserMayBeWritingStays) {
   EXPECT_EQ(file_content("grid"), "of the first run");
 }
 
-TEST(PartFile, AFolderInPlaceOfThePartStays) {
+TEST(PartFile, AFolderInPlaceOfThePartIsNotRemoved) {
   const TemporaryFolder folder;
   std::filesystem::create_directory("grid.part");
   expect_failure([] { PartFile file("grid"); },
@@ -304,7 +304,7 @@ class AnotherRun {
   pid_t child_ = -1;
 };
 
-TEST(TwoRuns, TheSecondOneEndsAndHarmsNothing) {
+TEST(TwoRuns, TheSecondOneFailsAndDoesNoHarm) {
   const TemporaryFolder folder;
   write_file("grid", "earlier");
   AnotherRun first;
@@ -315,7 +315,7 @@ TEST(TwoRuns, TheSecondOneEndsAndHarmsNothing) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "of the first run"}}));
 }
 
-TEST(TwoRuns, OneAfterTheOtherBothWrite) {
+TEST(TwoRuns, BothWriteIfTheyFollowEachOther) {
   const TemporaryFolder folder;
   AnotherRun first;
   EXPECT_EQ(first.end(), 0);
@@ -323,7 +323,7 @@ TEST(TwoRuns, OneAfterTheOtherBothWrite) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "of the second run"}}));
 }
 
-TEST(TwoRuns, OnOtherOutputsGoOnSideBySide) {
+TEST(TwoRuns, OnDifferentOutputsDoNotDisturbEachOther) {
   const TemporaryFolder folder;
   AnotherRun first;
   make("other", "of the second run");
@@ -332,7 +332,7 @@ TEST(TwoRuns, OnOtherOutputsGoOnSideBySide) {
             (Files{{"grid", "of the first run"}, {"other", "of the second run"}}));
 }
 
-TEST(PartFile, SomebodyElseMayLockAndWriteIt) {
+TEST(PartFile, AnotherWriterMayLockAndWriteItAfterReleaseLock) {
   const TemporaryFolder folder;
   PartFile file("grid");
   file.hand_over();
@@ -344,7 +344,7 @@ TEST(PartFile, SomebodyElseMayLockAndWriteIt) {
   EXPECT_EQ(folder_content(), (Files{{"grid", "of a library"}}));
 }
 
-TEST(PartFile, APartThatWasExchangedIsNotCalledComplete) {
+TEST(PartFile, APartThatWasReplacedIsNotCompleted) {
   const TemporaryFolder folder;
   write_file("grid", "earlier");
   {
@@ -360,7 +360,7 @@ TEST(PartFile, APartThatWasExchangedIsNotCalledComplete) {
             (Files{{"grid", "earlier"}, {"grid.part", "hello"}, {"moved", "new"}}));
 }
 
-TEST(PartFile, APartThatWasRemovedIsNotCalledComplete) {
+TEST(PartFile, APartThatWasRemovedIsNotCompleted) {
   const TemporaryFolder folder;
   PartFile file("grid");
   std::filesystem::remove("grid.part");
@@ -369,7 +369,7 @@ TEST(PartFile, APartThatWasRemovedIsNotCalledComplete) {
   EXPECT_EQ(folder_content(), Files{});
 }
 
-TEST(PartFile, ALinkToItInItsPlaceIsNotCalledComplete) {
+TEST(PartFile, APartThatWasReplacedByALinkToItIsNotCompleted) {
   const TemporaryFolder folder;
   PartFile file("grid");
   std::filesystem::rename("grid.part", "moved");
@@ -380,7 +380,7 @@ TEST(PartFile, ALinkToItInItsPlaceIsNotCalledComplete) {
 
 // --- Signals
 
-TEST(PartFile, ASignalBeforeTheOpeningEndsIt) {
+TEST(PartFile, ASignalBeforeOpeningEndsIt) {
   const TemporaryFolder folder;
   write_file("grid.part", "left");
   const InterruptWatch watch;
@@ -394,7 +394,7 @@ TEST(PartFile, ASignalBeforeTheOpeningEndsIt) {
   EXPECT_EQ(folder_content(), (Files{{"grid.part", "left"}}));
 }
 
-TEST(PartFile, ASignalBeforeTheRenamingLeavesNothing) {
+TEST(PartFile, ASignalBeforeTheRenameLeavesNothing) {
   const TemporaryFolder folder;
   write_file("grid", "earlier");
   const InterruptWatch watch;
@@ -429,7 +429,7 @@ TEST(PartFile, ADeviceIsNotReplaced) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST(PartFile, AFileThatMayNotGrowIsAnErrorAndLeavesNothing) {
+TEST(PartFile, AFileSizeLimitIsAnErrorAndLeavesNothing) {
   const TemporaryFolder folder;
   write_file("grid", "earlier");
   const InterruptWatch watch;  // SIGXFSZ is ignored meanwhile
@@ -466,7 +466,7 @@ std::ptrdiff_t open_files() {
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-TEST(PartFile, LeavesNoFileOpenHoweverItEnds) {
+TEST(PartFile, LeavesNoDescriptorOpen) {
   const TemporaryFolder folder;
   const std::ptrdiff_t before = open_files();
   { PartFile("grid").write("half"); }
@@ -478,7 +478,7 @@ TEST(PartFile, LeavesNoFileOpenHoweverItEnds) {
   EXPECT_EQ(open_files(), before);
 }
 
-TEST(PartFile, MayBeReadAndWrittenByAllWhomTheMaskAllows) {
+TEST(PartFile, HasTheModeThatTheUmaskAllows) {
   const TemporaryFolder folder;
   const mode_t before = ::umask(0);
   make("open to all", "");
@@ -489,7 +489,7 @@ TEST(PartFile, MayBeReadAndWrittenByAllWhomTheMaskAllows) {
   EXPECT_EQ(status_of("masked").st_mode & 07777U, 0640U);
 }
 
-TEST(PartFile, IsNotHandedToCommands) {
+TEST(PartFile, IsNotInheritedByCommands) {
   const TemporaryFolder folder;
   const PartFile file("grid");
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {

@@ -12,7 +12,7 @@ std::string cleaned(std::string text) {
   return text;
 }
 
-TEST(Stringclean, ClosesUpBlanks) {
+TEST(Stringclean, RemovesBlanks) {
   EXPECT_EQ(cleaned("ab c "), "abc  ");
   EXPECT_EQ(cleaned("a  b "), "ab   ");
   EXPECT_EQ(cleaned("  abc  "), "abc    ");
@@ -28,14 +28,14 @@ TEST(Stringclean, RepeatsALastCharacterThatIsNoBlank) {
   EXPECT_EQ(cleaned("   ab"), "abbbb");
 }
 
-TEST(Stringclean, LeavesBlanksAloneAndTextWithoutBlanks) {
+TEST(Stringclean, LeavesBlankTextAndTextWithoutBlanksUnchanged) {
   EXPECT_EQ(cleaned("      "), "      ");
   EXPECT_EQ(cleaned("abc"), "abc");
   EXPECT_EQ(cleaned("abc   "), "abc   ");
   EXPECT_EQ(cleaned("a\tb "), "a\tb ");
 }
 
-TEST(Stringclean, DoesNothingToOneCharacterOrNone) {
+TEST(Stringclean, DoesNotChangeOneCharacterOrNone) {
   EXPECT_EQ(cleaned(" "), " ");
   EXPECT_EQ(cleaned(""), "");
   std::string text = " a";

@@ -23,7 +23,7 @@ std::string grid_text(bool regular) {
   return grid.text();
 }
 
-TEST(ManyPasses, LeaveNoDescriptorOpen) {
+TEST(ManySearches, LeaveNoDescriptorOpen) {
   constexpr int kPasses = 12;
   constexpr rlim_t kDescriptors = 16;
   const TemporaryFolder folder;
