@@ -46,7 +46,7 @@ int run_main(int argc, char** argv, std::string_view program,
              const std::function<int(Arguments, const Surroundings&)>& run) try {
   // A closed pipe then shows up as a failed write, which leaves no part of a file.
   std::signal(SIGPIPE, SIG_IGN);
-  take_up_closed_streams();
+  reserve_closed_streams();
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
   StandardStream output_stream(STDOUT_FILENO);
   StandardStream message_stream(STDERR_FILENO);

@@ -34,7 +34,7 @@ int main(int argc, char** argv) try {
   // which the files are closed properly.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-  veldmark::take_up_closed_streams();
+  veldmark::reserve_closed_streams();
   veldmark::StandardStream standard_input(STDIN_FILENO);
   veldmark::StandardStream standard_output(STDOUT_FILENO);
   veldmark::StandardStream standard_error(STDERR_FILENO);

@@ -8,7 +8,7 @@
 namespace veldmark {
 
 // Opens the input for writing and the outputs for reading, so that any use fails.
-void take_up_closed_streams() {
+void reserve_closed_streams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(stream, F_GETFD) < 0) {
       ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);

@@ -10,7 +10,7 @@ namespace veldmark {
 //
 // A newly opened file gets the lowest free descriptor. Without this it could be given
 // that of a standard stream, and messages would end up in the file.
-void take_up_closed_streams();
+void reserve_closed_streams();
 
 }  // namespace veldmark
 
