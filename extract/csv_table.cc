@@ -97,7 +97,7 @@ class Parser {
 void wait_for_text(const FileDescriptor& file) {
   pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = 0};
   do {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
   } while (::poll(&until_readable, 1, -1) < 0 && errno == EINTR);
 }
 

@@ -17,7 +17,7 @@ class LateProgress {
         begin_(screen.shown ? screen.clock() + kSecondsBefore : 0) {}
 
   void add(std::int64_t count) {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
     if (!screen_.shown) {
       return;
     }

@@ -67,7 +67,7 @@ class NetcdfCopy {
 
   // Reads a tile and writes its lines where they belong.
   void condense(const NetcdfTile& tile) {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
     values_.resize(tile.months * tile.rows.count * kGridColumns);
     input_.read(
         layout_.variable, std::array{tile.first_month, tile.rows.first, std::size_t{0}},
@@ -86,7 +86,7 @@ class NetcdfCopy {
  private:
   std::string_view lines_of(std::size_t month, std::span<const double> values,
                             const NetcdfRows& rows) {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
     try {
       return lines_.make(values, rows);
     } catch (const NetcdfFault& fault) {

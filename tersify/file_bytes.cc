@@ -5,7 +5,7 @@
 namespace veldmark::tersify {
 
 std::size_t FileBytes::read(char* buffer, std::size_t size) {
-  InterruptWatch::obey();
+  InterruptWatch::throw_if_caught();
   const std::size_t count = file_.read(buffer, size);
   count_ += static_cast<std::int64_t>(count);
   if (count == 0 && count_ < file_.size()) {

@@ -37,7 +37,7 @@ InterruptWatch::~InterruptWatch() {
 
 int InterruptWatch::signal_caught() { return noted_signal(); }
 
-void InterruptWatch::obey() {
+void InterruptWatch::throw_if_caught() {
   if (const int number = signal_caught(); number != 0) {
     throw Interrupted(number);
   }

@@ -34,7 +34,7 @@ class InterruptWatch {
   [[nodiscard]] static int signal_caught();
 
   // Throws Interrupted if a signal was caught.
-  static void obey();
+  static void throw_if_caught();
 
  private:
   static constexpr std::array kSignals = {SIGINT,  SIGTERM, SIGHUP,

@@ -14,7 +14,7 @@ namespace veldmark {
 bool sync_to_disk(const FileDescriptor& file) {
   int result = 0;
   do {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
     result = ::fsync(file.get());
   } while (result != 0 && errno == EINTR);
   return result == 0 || errno == EINVAL || errno == ENOTSUP;

@@ -103,7 +103,7 @@ FileDescriptor make_part(const std::string& name, const std::string& part_name) 
   }
   constexpr int kMaxAttempts = 100;
   for (int i = 0; i < kMaxAttempts; ++i) {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
     remove_abandoned(name, part_name);
     FileDescriptor part(part_name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
     if (!part.is_open() && errno != EEXIST) {
@@ -187,7 +187,7 @@ void PartFile::settle(Durability durability) {
   if (!written) {
     fail_with_errno(part_name_);
   }
-  InterruptWatch::obey();
+  InterruptWatch::throw_if_caught();
   if (!names_open_file(part_name_, file_)) {
     fail(name_, in_quotes(part_name_) + " was removed or replaced meanwhile");
   }

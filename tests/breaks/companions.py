@@ -91,8 +91,8 @@ SHARED = [
         faults("EveryCallOfTersifyFailsOnce"),
         Change("src/util/part_file.cc",
                "  if (!sync_to_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
-               "  InterruptWatch::obey();\n",
-               "  InterruptWatch::obey();\n"),
+               "  InterruptWatch::throw_if_caught();\n",
+               "  InterruptWatch::throw_if_caught();\n"),
         Change("src/util/part_file.cc",
                "    fail_with_errno(name_);\n  }\n  sync_folder_of(name_);\n",
                "    fail_with_errno(name_);\n  }\n"

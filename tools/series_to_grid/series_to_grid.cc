@@ -71,7 +71,7 @@ std::int64_t write_grid_file(const Series& series, const Command& command,
       around.messages, in_quotes(command.output),
       count_grid_months(command.years.last) * month_size(command.form));
   make_grid(series, command.years, command.form, [&](std::string_view month) {
-    InterruptWatch::obey();
+    InterruptWatch::throw_if_caught();
     file.write(month);
     progress.add(static_cast<std::int64_t>(month.size()));
   });
