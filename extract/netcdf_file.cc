@@ -35,7 +35,7 @@ NetcdfFile::NetcdfFile(const std::string& name, PartFile::Earlier earlier)
 
 // The library opens the part by its name, and locks it itself.
 int NetcdfFile::create() {
-  part_.hand_over();
+  part_.release_lock();
   int file{};
   check(netcdf_.nc_create(PartFile::part_name(name_).c_str(), NC_NETCDF4, &file));
   return file;

@@ -26,7 +26,7 @@ std::string without_folders(const std::string& name) {
 
 // Opens the part of the file `name` as the dialogue opens its outputs.
 OutputFile output_into(PartFile& part, const std::string& name) {
-  part.hand_over();
+  part.release_lock();
   return OutputFile(PartFile::part_name(name));
 }
 

@@ -137,7 +137,7 @@ PartFile::~PartFile() {
 }
 
 // The descriptor stays open, so that no other file can get the same inode.
-void PartFile::hand_over() { unlock(file_); }
+void PartFile::release_lock() { unlock(file_); }
 
 void PartFile::write(std::string_view text) {
   if (!file_.write_all(text)) {

@@ -41,7 +41,7 @@ class PartFile {
 
   // Releases the lock, for a library that opens the part by its name. It must have
   // closed the part before `complete` is called.
-  void hand_over();
+  void release_lock();
 
   // Appends the whole text.
   void write(std::string_view text);

@@ -335,7 +335,7 @@ TEST(TwoRuns, OnDifferentOutputsDoNotDisturbEachOther) {
 TEST(PartFile, AnotherWriterMayLockAndWriteItAfterReleaseLock) {
   const TemporaryFolder folder;
   PartFile file("grid");
-  file.hand_over();
+  file.release_lock();
   FileDescriptor other("grid.part", O_WRONLY);
   EXPECT_FALSE(is_locked_by_another(other));
   EXPECT_TRUE(other.write_all("of a library"));
