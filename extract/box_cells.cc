@@ -32,7 +32,7 @@ std::vector<Cell> all_cells(const BoxCells& box) {
 BoxCells find_box_cells(const Options& options, RowOrder order) {
   BoxCells box;
   box.ranges = chosen_ranges(options, order);
-  box.lattice = kept_cells(box.ranges, options.every);
+  box.lattice = make_lattice(box.ranges, options.every);
   box.rows_from_south = box.lattice.rows;
   if (order == RowOrder::kNorthFirst) {
     std::reverse(box.rows_from_south.begin(), box.rows_from_south.end());

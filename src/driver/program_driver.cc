@@ -128,7 +128,7 @@ void run_search(ConsoleDialogue& console, RunState& state) {
   const std::int32_t ThinningFactor = ask_thinning_factor(console, state.ranges);
   const std::unique_ptr<VarianceReportFile> variance_report =
       offer_variance_test(console, state, in_use);
-  const Lattice lattice = kept_cells(state.ranges, ThinningFactor);
+  const Lattice lattice = make_lattice(state.ranges, ThinningFactor);
   const std::int32_t CellsSaved =
       save(console, state, values, lattice, outputs, variance_report.get());
 

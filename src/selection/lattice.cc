@@ -31,7 +31,7 @@ float percentage_of_cells(std::int64_t EstimatedCells, std::int32_t CellCount) {
   return static_cast<float>(EstimatedCells) / static_cast<float>(CellCount) * 100.0F;
 }
 
-Lattice kept_cells(const GridRanges& ranges, std::int32_t ThinningFactor) {
+Lattice make_lattice(const GridRanges& ranges, std::int32_t ThinningFactor) {
   Lattice lattice;
   append_stride(lattice.rows, ranges.FirstRow, ranges.LastRow, ThinningFactor);
   for (const ColumnRange& columns : ranges.columns()) {

@@ -32,7 +32,7 @@ struct Lattice {
 // Returns the lattice of `ranges`: every n-th row, counted from FirstRow, and every
 // n-th column of each column range, counted from its first. Ranges may start outside
 // the grid; those rows and columns count for the stride but are left out.
-Lattice kept_cells(const GridRanges& ranges, std::int32_t ThinningFactor);
+Lattice make_lattice(const GridRanges& ranges, std::int32_t ThinningFactor);
 
 }  // namespace veldmark
 

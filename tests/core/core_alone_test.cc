@@ -67,7 +67,7 @@ TEST(CoreAlone, ReadsABlockSavesItAndTestsIt) {
   const TemporaryFolder folder;
   write_file("frs", grid().text());
   const GridValues values = read_block(GridFile("frs"), request());
-  const Lattice lattice = kept_cells(request().ranges, 1);
+  const Lattice lattice = make_lattice(request().ranges, 1);
 
   OutputFile series_output("out.TSF");
   OutputFile list_output("out.XY");

@@ -207,7 +207,7 @@ TEST(GridRangesSweep, MakeLattice) {
                                   .EastFirstCol = east,
                                   .EastLastCol = 720,
                                   .CrossesDateLine = east < 721};
-          const Lattice lattice = kept_cells(ranges, n);
+          const Lattice lattice = make_lattice(ranges, n);
           std::vector<std::int32_t> columns = plainly_kept(first, last, n);
           for (const std::int32_t column : plainly_kept(east, 720, n)) {
             columns.push_back(column);

@@ -74,39 +74,40 @@ GridRanges ranges_across(std::int32_t LastCol, std::int32_t EastFirstCol) {
 
 TEST(MakeLattice, StridesRowsAndColumnsFromTheFirst) {
   const GridRanges ranges{.FirstRow = 3, .LastRow = 9, .FirstCol = 10, .LastCol = 14};
-  EXPECT_EQ(kept_cells(ranges, 1).rows, (Places{3, 4, 5, 6, 7, 8, 9}));
-  EXPECT_EQ(kept_cells(ranges, 3).rows, (Places{3, 6, 9}));
-  EXPECT_EQ(kept_cells(ranges, 3).columns, (Places{10, 13}));
-  EXPECT_EQ(kept_cells(ranges, 2147483647).rows, Places{3});
-  EXPECT_EQ(kept_cells(ranges, 2147483647).columns, Places{10});
+  EXPECT_EQ(make_lattice(ranges, 1).rows, (Places{3, 4, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(make_lattice(ranges, 3).rows, (Places{3, 6, 9}));
+  EXPECT_EQ(make_lattice(ranges, 3).columns, (Places{10, 13}));
+  EXPECT_EQ(make_lattice(ranges, 2147483647).rows, Places{3});
+  EXPECT_EQ(make_lattice(ranges, 2147483647).columns, Places{10});
 }
 
 TEST(MakeLattice, StridesEachRangeSeparately) {
   const GridRanges ranges = ranges_across(20, 701);
-  EXPECT_EQ(kept_cells(ranges, 6).columns, (Places{1, 7, 13, 19, 701, 707, 713, 719}));
-  EXPECT_EQ(kept_cells(ranges, 6).rows, (Places{161, 167, 173, 179, 185, 191, 197}));
-  EXPECT_EQ(kept_cells(ranges, 7).columns, (Places{1, 8, 15, 701, 708, 715}));
-  EXPECT_EQ(kept_cells(ranges, 20).columns, (Places{1, 701}));
-  EXPECT_EQ(kept_cells(ranges, 21).columns, (Places{1, 701}));
+  EXPECT_EQ(make_lattice(ranges, 6).columns,
+            (Places{1, 7, 13, 19, 701, 707, 713, 719}));
+  EXPECT_EQ(make_lattice(ranges, 6).rows, (Places{161, 167, 173, 179, 185, 191, 197}));
+  EXPECT_EQ(make_lattice(ranges, 7).columns, (Places{1, 8, 15, 701, 708, 715}));
+  EXPECT_EQ(make_lattice(ranges, 20).columns, (Places{1, 701}));
+  EXPECT_EQ(make_lattice(ranges, 21).columns, (Places{1, 701}));
 }
 
 TEST(MakeLattice, CountsRowAndColumnZeroButOmitsThem) {
   GridRanges ranges = ranges_across(3, 0);
   ranges.FirstRow = 0;
   ranges.LastRow = 5;
-  EXPECT_EQ(kept_cells(ranges, 2).rows, (Places{2, 4}));
-  EXPECT_EQ(kept_cells(ranges, 300).columns, (Places{1, 300, 600}));
+  EXPECT_EQ(make_lattice(ranges, 2).rows, (Places{2, 4}));
+  EXPECT_EQ(make_lattice(ranges, 300).columns, (Places{1, 300, 600}));
 }
 
 TEST(MakeLattice, RepeatsCommonColumnsOfOverlappingRanges) {
-  EXPECT_EQ(kept_cells(ranges_across(400, 361), 120).columns,
+  EXPECT_EQ(make_lattice(ranges_across(400, 361), 120).columns,
             (Places{1, 121, 241, 361, 361, 481, 601}));
 }
 
 TEST(MakeLattice, IsEmptyForEmptyRanges) {
   const GridRanges ranges{.FirstRow = 202, .LastRow = 201, .FirstCol = 1, .LastCol = 0};
-  EXPECT_TRUE(kept_cells(ranges, 1).rows.empty());
-  EXPECT_TRUE(kept_cells(ranges, 1).columns.empty());
+  EXPECT_TRUE(make_lattice(ranges, 1).rows.empty());
+  EXPECT_TRUE(make_lattice(ranges, 1).columns.empty());
 }
 
 }  // namespace
