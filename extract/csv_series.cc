@@ -59,7 +59,7 @@ void CsvSeries::write(std::string_view place, std::span<const std::int16_t> seri
 
 void CsvSeries::write_long_line(std::string_view place, std::string_view month,
                                 std::int16_t value) {
-  if (place.size() > TextOutput::kMostReserved / 2) {  // a site's own columns
+  if (place.size() > TextOutput::kMaxReserved / 2) {  // a site's own columns
     output_.write(place);
     place = {};
   }

@@ -43,7 +43,7 @@ TextOutput::TextOutput(const std::optional<std::string>& name,
 
 void TextOutput::write(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view piece = text.substr(0, kMostReserved);
+    const std::string_view piece = text.substr(0, kMaxReserved);
     piece.copy(reserve(piece.size()), piece.size());
     commit(piece.size());
     text.remove_prefix(piece.size());

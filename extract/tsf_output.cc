@@ -18,7 +18,7 @@ namespace {
 // A year line has 78 characters, and all of a cell's are reserved at once.
 constexpr std::int32_t kMostYears = 800;
 constexpr std::size_t kYearLine = 78;
-static_assert((kMostYears + 1) * kYearLine <= OutputFile::kMostReserved);
+static_assert((kMostYears + 1) * kYearLine <= OutputFile::kMaxReserved);
 
 std::string without_folders(const std::string& name) {
   return name.substr(name.rfind('/') + 1);  // npos + 1 is 0

@@ -96,7 +96,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::write(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view part = text.substr(0, kMostReserved);
+    const std::string_view part = text.substr(0, kMaxReserved);
     part.copy(reserve(part.size()), part.size());
     commit(part.size());
     text.remove_prefix(part.size());

@@ -43,8 +43,8 @@ class OutputFile {
 
   // Appends without a copy, for the hot loop: `reserve` returns a buffer of `size`
   // characters, and `commit` appends the first `size` of them. Requires size <=
-  // kMostReserved.
-  static constexpr std::size_t kMostReserved = std::size_t{64} * 1024;
+  // kMaxReserved.
+  static constexpr std::size_t kMaxReserved = std::size_t{64} * 1024;
   char* reserve(std::size_t size);
   void commit(std::size_t size) { used_ += size; }
 

@@ -41,7 +41,7 @@ class TimeSeriesFile : public CellSink {
   // All year lines of a cell fit into one reservation.
   static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
                     ValueText::kCopied <=
-                OutputFile::kMostReserved);
+                OutputFile::kMaxReserved);
 
   void write_years(std::span<const std::int16_t> series);
 
