@@ -117,7 +117,7 @@ std::string write_plainly(const std::vector<std::int16_t>& values) {
 void write_by_table(benchmark::State& state) {
   const ValueText value_text;
   const std::vector<std::int16_t> values = land_values();
-  std::string text(kValues * ValueText::kWidth + ValueText::kCopied, ' ');
+  std::string text(kValues * ValueText::kWidth + ValueText::kCopySize, ' ');
   char* end = nullptr;
   while (state.KeepRunning()) {
     end = text.data();

@@ -63,7 +63,7 @@ void CsvSeries::write_long_line(std::string_view place, std::string_view month,
     output_.write(place);
     place = {};
   }
-  const std::size_t most = place.size() + month.size() + ValueTexts::kCopied + 1;
+  const std::size_t most = place.size() + month.size() + ValueTexts::kCopySize + 1;
   char* const begin = output_.reserve(most);
   char* out = append(append(begin, place), month);
   out = texts_.write(value, out);
@@ -74,7 +74,8 @@ void CsvSeries::write_long_line(std::string_view place, std::string_view month,
 void CsvSeries::write_wide_line(std::string_view place, std::string_view year,
                                 std::span<const std::int16_t> values) {
   output_.write(place);
-  const std::size_t most = year.size() + values.size() * (1 + ValueTexts::kCopied) + 1;
+  const std::size_t most =
+      year.size() + values.size() * (1 + ValueTexts::kCopySize) + 1;
   char* const begin = output_.reserve(most);
   char* out = append(begin, year);
   for (const std::int16_t value : values) {

@@ -22,20 +22,20 @@ class ValueTexts {
  public:
   ValueTexts(std::int32_t decimals, std::int32_t MissingCode);
 
-  // A text has at most kLongest characters, but is copied as kCopied.
+  // A text has at most kLongest characters, but is copied as kCopySize.
   static constexpr std::size_t kLongest = 7;
-  static constexpr std::size_t kCopied = 8;
+  static constexpr std::size_t kCopySize = 8;
 
-  // Writes `value` at `out`, where kCopied characters may be overwritten; returns the
+  // Writes `value` at `out`, where kCopySize characters may be overwritten; returns the
   // place behind the text.
   char* write(std::int16_t value, char* out) const {
     const Text& text = texts_[static_cast<std::uint16_t>(value)];
-    std::memcpy(out, text.data(), kCopied);
+    std::memcpy(out, text.data(), kCopySize);
     return out + text.back();
   }
 
  private:
-  using Text = std::array<char, kCopied>;  // characters, and their number at the end
+  using Text = std::array<char, kCopySize>;  // characters, and their number at the end
 
   std::vector<Text> texts_;  // by the value modulo 2^16
 };

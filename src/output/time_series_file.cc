@@ -37,7 +37,7 @@ void TimeSeriesFile::add(const SavedCell& cell) {
 // Writes the year lines of a cell straight into the buffer of the file.
 void TimeSeriesFile::write_years(std::span<const std::int16_t> series) {
   const std::size_t size = year_texts_.size() * kYearLineSize;
-  char* out = file_.reserve(size + ValueText::kCopied);
+  char* out = file_.reserve(size + ValueText::kCopySize);
   const std::int16_t* value = series.data();
   for (const YearText& year_text : year_texts_) {
     std::memcpy(out, year_text.data(), kYearTextSize);

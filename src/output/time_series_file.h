@@ -40,7 +40,7 @@ class TimeSeriesFile : public CellSink {
 
   // All year lines of a cell fit into one reservation.
   static_assert((kLastDataYear - kFirstDataYear + 1) * kYearLineSize +
-                    ValueText::kCopied <=
+                    ValueText::kCopySize <=
                 OutputFile::kMaxReserved);
 
   void write_years(std::span<const std::int16_t> series);

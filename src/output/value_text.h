@@ -20,18 +20,18 @@ class ValueText {
   // A text is six characters wide; eight are copied, because that is a single store.
   // The caller overwrites the last two.
   static constexpr std::size_t kWidth = 6;
-  static constexpr std::size_t kCopied = 8;
+  static constexpr std::size_t kCopySize = 8;
 
-  // Writes `value` at `out`. Requires space for kCopied characters. Returns the end of
-  // the text, `out` + kWidth.
+  // Writes `value` at `out`. Requires space for kCopySize characters. Returns the end
+  // of the text, `out` + kWidth.
   char* write(std::int16_t value, char* out) const {
     const Text& text = texts_[static_cast<std::uint16_t>(value)];
-    std::memcpy(out, text.data(), kCopied);
+    std::memcpy(out, text.data(), kCopySize);
     return out + kWidth;
   }
 
  private:
-  using Text = std::array<char, kCopied>;
+  using Text = std::array<char, kCopySize>;
 
   std::vector<Text> texts_;  // indexed by the value modulo 2^16
 };

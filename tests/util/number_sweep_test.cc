@@ -51,7 +51,7 @@ TEST(NumberSweep, ValueText) {
   const ValueText value_text;
   std::size_t cases = 0;
   for (std::int32_t value = -32768; value <= 32767; ++value, ++cases) {
-    std::array<char, ValueText::kCopied> out{};
+    std::array<char, ValueText::kCopySize> out{};
     const char* end = value_text.write(static_cast<std::int16_t>(value), out.data());
     ASSERT_EQ(end, out.data() + 6);
     ASSERT_EQ(std::string(out.data(), 6), plain::in_columns(digits_of(value), 6));
