@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 
+#include "companion/line_buffer.h"
 #include "compressed.h"
 #include "raw_text.h"
 #include "run_in_process.h"
@@ -205,29 +206,65 @@ TEST(Gzip, ADamagedFileIsCalledDamaged) {
   expect_refusal(flags, damaged + "unknown header flags set");
 }
 
-// What is damaged in the middle makes text that is no grid file: the archive is to
-// blame, not line and field.
-TEST(Gzip, DamageIsToldRatherThanTheTextThatItMakes) {
-  const TemporaryFolder folder;
-  std::string wrong = kTwelve;
-  wrong.at(wrong.size() / 2) = 'x';
-  // Stored, so that a changed byte changes a character.
-  const auto stored = [](const std::string& text) {
-    const auto length = static_cast<std::uint32_t>(text.size());
-    std::string bytes("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10);
-    bytes += '\x01';
+// A text in a gzip file that doesn't compress it: a changed byte changes a character.
+//
+//   checked    the text that its checksum is that of, as long as `text`
+std::string stored(const std::string& text, const std::string& checked) {
+  constexpr std::size_t kLongestBlock = 65535;
+  std::string bytes("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10);
+  for (std::size_t begin = 0; begin < text.size(); begin += kLongestBlock) {
+    const std::string block = text.substr(begin, kLongestBlock);
+    const bool is_last = begin + block.size() == text.size();
+    const auto length = static_cast<std::uint32_t>(block.size());
+    bytes += is_last ? '\x01' : '\x00';
     for (const std::uint32_t number : {length, ~length}) {
       bytes += static_cast<char>(number & 0xFFU);
       bytes += static_cast<char>(number >> 8U & 0xFFU);
     }
-    const std::string whole = compressed(kTwelve);
-    return bytes + text + whole.substr(whole.size() - 8);
-  };
-  expect_copy(stored(kTwelve), kTwelve, kTwelveCondensed);
-  expect_refusal(stored(wrong),
-                 "the compressed file 'a.dat.gz' is damaged: incorrect data check");
-  expect_refusal(stored("x" + kTwelve.substr(1)),
-                 "the compressed file 'a.dat.gz' is damaged: incorrect data check");
+    bytes += block;
+  }
+  const std::string whole = compressed(checked);
+  return bytes + whole.substr(whole.size() - 8);
+}
+
+// What is damaged in the middle makes text that is no grid file: the archive is to
+// blame, not line and field. The text is longer than what is read of it at once.
+TEST(Gzip, DamageIsToldRatherThanTheTextThatItMakes) {
+  const TemporaryFolder folder;
+  const std::string text = repeated(240, kRaw);
+  ASSERT_GT(text.size(), 3 * companion::kLongestLine);
+  expect_copy(stored(text, text), text, repeated(240, kCondensed));
+  for (const std::size_t place : {std::size_t{0}, text.size() / 2, text.size() - 2}) {
+    std::string wrong = text;
+    wrong.at(place) = 'x';
+    expect_refusal(stored(wrong, text),
+                   "the compressed file 'a.dat.gz' is damaged: incorrect data check");
+  }
+}
+
+// `bytes`, which hold no name, with one in their header that makes them so long.
+std::string with_name(std::string bytes, std::size_t size) {
+  constexpr std::size_t kFlags = 3;
+  constexpr std::size_t kHeader = 10;
+  bytes.at(kFlags) = '\x08';
+  bytes.insert(kHeader, std::string(size - bytes.size() - 1, 'n') + '\0');
+  return bytes;
+}
+
+// Wherever one read of the file ends and the next one begins.
+TEST(Gzip, AMemberMayBeginAnywhere) {
+  const TemporaryFolder folder;
+  constexpr std::size_t kRead = std::size_t{256} * 1024;
+  const std::string bytes = compressed(kTwelve);
+  for (std::size_t size = kRead - 3; size <= kRead + 1; ++size) {
+    expect_copy(
+        with_name(bytes, size) + bytes, kTwelve + kTwelve,
+        kTwelveCondensed + kTwelveCondensed,
+        "tersify: 'a.dat.gz' has 2 compressed members; they were read one after "
+        "the other\n");
+    expect_copy(with_name(bytes, size) + "xy", kTwelve, kTwelveCondensed,
+                "tersify: 'a.dat.gz': trailing garbage ignored\n");
+  }
 }
 
 TEST(Gzip, AFaultOfTheTextIsToldWhereTheFileIsSound) {
