@@ -85,7 +85,9 @@ std::string fault_of_too_many(const GridShape& shape) {
 // All lines are good: are there as many as there should be?
 std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& shape) {
   const std::int64_t year = shape.lines_per_year();
-  if (lines > 0 && lines % year == 0) {
+  const bool are_whole_years = lines > 0 && lines % year == 0;
+  const bool are_too_few = shape.years_are_named && lines < shape.line_count();
+  if (are_whole_years && !are_too_few) {
     return std::nullopt;
   }
   if (is_just_beyond(lines, shape)) {
@@ -93,7 +95,10 @@ std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& sha
   }
   const std::int64_t all = std::max(shape.line_count(), (lines / year + 1) * year);
   return "the file ends after " + std::to_string(lines) + " of " + std::to_string(all) +
-         " lines; the next is " + name_of_line(lines + 1, shape);
+         " lines; the next is " + name_of_line(lines + 1, shape) +
+         (are_whole_years ? "; its name says " + std::to_string(shape.years) +
+                                " years, and it holds " + std::to_string(lines / year)
+                          : "");
 }
 
 }  // namespace

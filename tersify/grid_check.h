@@ -19,14 +19,13 @@ namespace veldmark::tersify {
 using SeeLine = std::function<void(std::int64_t line, std::string_view text)>;
 
 // Checks all lines. A grid file is complete when it has the lines of whole years, one
-// at least, and each line just its fields of five characters: blanks, an optional sign,
-// and digits up to the field's right edge. A blank field and a number with a blank in
+// at least and no fewer than its name tells, and each line just its fields of five
+// characters: blanks, an optional sign, and digits up to the field's right edge.
+// A blank field and a number with a blank in
 // it or after it are faults, although veldmark's own reader accepts them: no producer
 // writes them. CR LF is a line end, too, and the last line may lack its line end.
 //
-//   shape    its number of years is what is expected: a file that isn't of whole years
-//   is
-//            told by how much it differs from that
+//   shape    its years are those to expect, and those to measure a faulty file by
 //   see      is handed every line that is not at fault
 //
 // Returns the first fault, with its line, year, month, row and column; nullopt when the

@@ -13,11 +13,14 @@ namespace veldmark::tersify {
 
 // The extent of a grid file: for each year, in each of its 12 months, `rows` lines of
 // `columns` fields. Tests take smaller ones.
+//
+//   years_are_named    the file's name tells the years, so that fewer are too few
 struct GridShape {
   std::int32_t first_year = kFirstDataYear;
   std::int32_t years = kLastDataYear - kFirstDataYear + 1;
   std::int32_t rows = kGridRows;
   std::int32_t columns = kGridColumns;
+  bool years_are_named = false;
 
   [[nodiscard]] std::int64_t lines_per_year() const {
     return std::int64_t{kMonthsPerYear} * rows;

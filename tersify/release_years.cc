@@ -40,6 +40,7 @@ GridShape shape_by_name(std::string_view name, GridShape shape) {
   if (const std::optional<Years> years = years_in_name(name)) {
     shape.first_year = years->first;
     shape.years = years->count();
+    shape.years_are_named = true;
   }
   return shape;
 }

@@ -53,7 +53,7 @@ PAGES = {
     "docs/variance-test.md": Page(USERS, examples=8, texts=2),
     "docs/man/series_to_grid.1": Page(USERS, examples=3, folder=None),
     "docs/man/tersify.1": Page(
-        USERS, examples=4, texts=1, folder=None, failing=("tersify --check",)
+        USERS, examples=4, texts=2, folder=None, failing=("tersify --check",)
     ),
     "docs/man/veldmark-extract.1": Page(
         USERS, examples=8, texts=0, folder=None, program="veldmark-extract"

@@ -76,14 +76,21 @@ TEST(CheckOfAnyRelease, SaysWhichYearsAFileHolds) {
 }
 
 TEST(CheckOfAnyRelease, WarnsWhereTheNameSaysOtherYears) {
-  EXPECT_EQ(check("a.1901.1903.b", 24),
-            "0 'a.1901.1903.b': complete: 2 years, 1901 to 1902\n"
-            "warning: 'a.1901.1903.b': its name says 1901 to 1903, and it holds 2 "
+  EXPECT_EQ(check("a.1961.1962.b", 36),
+            "0 'a.1961.1962.b': complete: 3 years, 1961 to 1963\n"
+            "warning: 'a.1961.1962.b': its name says 1961 to 1962, and it holds 3 "
             "years\n");
-  EXPECT_EQ(check("a.1901.1903.b", 12),
-            "0 'a.1901.1903.b': complete: 1 year, 1901\n"
-            "warning: 'a.1901.1903.b': its name says 1901 to 1903, and it holds 1 "
-            "year\n");
+}
+
+// A file that was cut between two years is no other release.
+TEST(CheckOfAnyRelease, FewerYearsThanTheNameSaysAreAFault) {
+  EXPECT_EQ(
+      check("a.1961.1963.b", 24),
+      "1 'a.1961.1963.b': the file ends after 24 of 36 lines; the next is line 25 "
+      "(year 1963, January, row 1); its name says 3 years, and it holds 2\n");
+  EXPECT_EQ(check("a.1961.1963.b", 0),
+            "1 'a.1961.1963.b': the file ends after 0 of 36 lines; the next is line 1 "
+            "(year 1961, January, row 1)\n");
 }
 
 TEST(CheckOfAnyRelease, WhatIsNotOfWholeYearsIsAtFault) {
