@@ -15,11 +15,14 @@ import time
 from collections import Counter
 from pathlib import Path
 
+import gzip_scenes
 from fault_runs import Fault, Scene
 from scenes import SCENES, play_scenes
 
 sys.path.append(str(Path(__file__).resolve().parent.parent / "support"))
 from figures import note_figures  # noqa: E402
+
+SCENES.update(gzip_scenes.SCENES)
 
 
 # The requests of each scene at the least: three quarters of what they are.
@@ -29,6 +32,8 @@ LEAST = {
     "tersify": 12,
     "tersify-refusal": 12,
     "tersify-check": 11,
+    "tersify-gzip": 20,
+    "tersify-gzip-refusal": 25,
     "series_to_grid": 250,
 }
 

@@ -20,11 +20,14 @@ from collections import Counter
 from pathlib import Path
 from typing import Iterator, List
 
+import gzip_scenes
 from fault_runs import Call, Fault, Scene
 from scenes import SCENES, play_scenes
 
 sys.path.append(str(Path(__file__).resolve().parent.parent / "support"))
 from figures import note_figures  # noqa: E402
+
+SCENES.update(gzip_scenes.SCENES)
 
 INTERRUPTED = [errno.EINTR]
 NOT_FOUND_OUT = [errno.EIO, errno.EACCES]
@@ -75,6 +78,8 @@ LEAST = {
     "tersify": (370, 90),
     "tersify-refusal": (160, 40),
     "tersify-check": (70, 16),
+    "tersify-gzip": (150, 42),
+    "tersify-gzip-refusal": (165, 44),
     "series_to_grid": (250, 50),
 }
 SHARE_SANITIZED = 0.6
