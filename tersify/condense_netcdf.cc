@@ -114,8 +114,8 @@ void expect_prospects(const std::string& path, const CondenseJob& job,
 }
 
 Condensed condense(const std::string& path, const CondenseJob& job) {
-  const NetcdfInput input(path);
   expect_whole(path);
+  const NetcdfInput input(path);
   const NetcdfLayout layout = find_layout(input, job.name);
   const std::int64_t months = std::int64_t{layout.years.years} * kMonthsPerYear;
   Condensed done;

@@ -87,8 +87,8 @@ void expect_unpacked(const NetcdfInput& input, const NetcdfVariable& variable) {
        std::array{Packing{"scale_factor", 1}, Packing{"add_offset", 0}}) {
     for (const double number : input.numbers(variable, attribute)) {
       if (number != none) {
-        throw NetcdfFault(in_quotes(variable.name) + " is packed, with a " + attribute +
-                          " of " + number_text(number) +
+        throw NetcdfFault(in_quotes(variable.name) + " is packed: " + attribute +
+                          " is " + number_text(number) +
                           "; expected the values themselves");
       }
     }

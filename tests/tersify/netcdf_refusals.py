@@ -1,0 +1,330 @@
+"""Gives tersify netCDF files that are no published ones, and reads what it says.
+
+    netcdf_refusals.py --tools FOLDER
+
+Each file is a good one with one thing changed. The message must name the file, what was
+found and what was expected; the exit status is 1, and the folder is as it was before:
+no copy, no part of one, an earlier copy untouched.
+"""
+
+import argparse
+import resource
+import shutil
+import subprocess
+import sys
+import tempfile
+from datetime import date
+from pathlib import Path
+
+import netCDF4
+import numpy
+from netcdf_files import COLUMNS, FILL, MISSING, ROWS, Form, write_netcdf
+
+NAME = "cru_ts4.01.1901.2016.tmp.dat.nc"
+COPY = "cru_ts4.01.1901.2016.tmp.dat.new"
+CELL = 5, 300, 80  # June 1901, 60.25 N, 139.75 W
+PLACE = "June 1901, latitude 60.25, longitude -139.75: "
+SMALL = {"format": "NETCDF4", "chunks": (1, ROWS, COLUMNS), "level": 1}
+
+
+def stored_year(months=12):
+    stored = numpy.full((months, ROWS, COLUMNS), MISSING, dtype=numpy.int32)
+    stored[:, 100:310, 50:200] = 84
+    return stored
+
+
+def with_value(value, name="tmp", form=None):
+    """A good file but for one value, in physical units."""
+    def write(path):
+        write_netcdf(path, name, stored_year(), form or Form(**SMALL))
+        with netCDF4.Dataset(path, "a") as file:
+            file[name].set_auto_maskandscale(False)
+            file[name][CELL] = value
+    return write
+
+
+def with_form(name="tmp", months=12, **changes):
+    return lambda path: write_netcdf(path, name, stored_year(months), Form(**{**SMALL, **changes}))
+
+
+def edited(edit, **changes):
+    """A good file that `edit(file)` has changed afterwards."""
+    def write(path):
+        with_form(**changes)(path)
+        with netCDF4.Dataset(path, "a") as file:
+            edit(file)
+    return write
+
+
+def other_grid(rows, columns, step):
+    """A file of another resolution."""
+    def write(path):
+        with netCDF4.Dataset(path, "w", format="NETCDF3_CLASSIC") as file:
+            for name, size in ("lon", columns), ("lat", rows), ("time", None):
+                file.createDimension(name, size)
+                file.createVariable(name, "f4", (name,))
+            file["lon"][:] = numpy.arange(columns) * step - 180 + step / 2
+            file["lat"][:] = numpy.arange(rows) * step - 90 + step / 2
+            file["time"].units = "days since 1900-1-1"
+            file["time"][:] = [380 + 30.4 * i for i in range(12)]
+            values = file.createVariable("tmp", "f4", ("time", "lat", "lon"), fill_value=FILL)
+            values[:] = numpy.zeros((12, rows, columns))
+    return write
+
+
+def bare(*variables):
+    """A file that holds variables of these names alone, without dimensions."""
+    def write(path):
+        with netCDF4.Dataset(path, "w", format="NETCDF3_CLASSIC") as file:
+            for name in variables:
+                file.createVariable(name, "f4", ())
+    return write
+
+
+def cut(size, **changes):
+    """A good file without its last bytes, or its first `size` ones."""
+    def write(path):
+        write_netcdf(path, "tmp", stored_year(), Form(**changes))
+        with path.open("r+b") as file:
+            file.truncate(size if size > 0 else path.stat().st_size + size)
+    return write
+
+
+def text(content):
+    return lambda path: path.write_bytes(content)
+
+
+def set_time(index, value):
+    def edit(file):
+        file["time"][index] = value
+    return edited(edit)
+
+
+def set_coordinate(name, index, value):
+    def edit(file):
+        file[name][index] = value
+    return edited(edit)
+
+
+def two_variables(path):
+    with_form()(path)
+    with netCDF4.Dataset(path, "a") as file:
+        file.createVariable("pre", "f4", ("time", "lat", "lon"))
+
+
+def without_coordinate(name):
+    def write(path):
+        with_form()(path)
+        with netCDF4.Dataset(path, "a") as file:
+            file.renameVariable(name, "other")
+    return write
+
+
+def flat(path):
+    with_form()(path)
+    with netCDF4.Dataset(path, "a") as file:
+        file.renameVariable("tmp", "tmp3")
+        file.createVariable("tmp", "f4", ("lat", "lon"))
+
+
+def turned(path):
+    with_form()(path)
+    with netCDF4.Dataset(path, "a") as file:
+        file.renameVariable("tmp", "tmp3")
+        file.createVariable("tmp", "f4", ("lon", "lat", "time"))
+
+
+ALL = "'lon', 'lat', 'time', 'tmp', 'stn'"
+KNOWN = "pre tmp dtr tmn tmx vap pet cld frs wet scPDSI"
+UNITS = "; expected days since a date, as 1900-1-1, in UTC"
+LIMITS = " is no integer from -9999 to 99999"
+
+# (what it is, how it is made, the message behind the name)
+CASES = [
+    ("hundredths", with_value(8.43), PLACE + "10 times 8.43000031" + LIMITS),
+    ("off by 0.011", with_value(8.4011), PLACE + "10 times 8.40110016" + LIMITS),
+    ("kelvin", with_value(281.55), PLACE + "10 times 281.549988" + LIMITS),
+    ("too wide", with_value(10000), PLACE + "10 times 10000" + LIMITS),
+    ("too wide below", with_value(-1000), PLACE + "10 times -1000" + LIMITS),
+    ("not a number", with_value(float("nan")), PLACE + "10 times nan" + LIMITS),
+    ("infinite", with_value(float("inf")), PLACE + "10 times inf" + LIMITS),
+    ("another missing code", with_value(-9.99e8), PLACE + "10 times -999000000" + LIMITS),
+    ("a value like the missing code", with_value(-99.9),
+     PLACE + "10 times -99.9000015 is the code of a missing value"),
+    ("latitudes turned", with_value(8.43, form=Form(**SMALL, north_first=True)),
+     "June 1901, latitude -60.25, longitude -139.75: 10 times 8.43000031" + LIMITS),
+    ("longitudes from 0", with_value(8.43, form=Form(**SMALL, from_greenwich=True)),
+     "June 1901, latitude 60.25, longitude 40.25: 10 times 8.43000031" + LIMITS),
+    ("packed", with_form(attributes={"scale_factor": 0.1}),
+     "'tmp' is packed: scale_factor is 0.1; expected the values themselves"),
+    ("moved", with_form(attributes={"add_offset": 273.15}),
+     "'tmp' is packed: add_offset is 273.15; expected the values themselves"),
+    ("integers", with_form(type="i4", fill=-999, missing_value=None),
+     "'tmp' holds integers; expected float or double"),
+    ("no longitudes", without_coordinate("lon"),
+     "there are no coordinates for the dimension 'lon'; expected a variable of that name"),
+    ("no latitudes", without_coordinate("lat"),
+     "there are no coordinates for the dimension 'lat'; expected a variable of that name"),
+    ("no times", without_coordinate("time"),
+     "there are no coordinates for the dimension 'time'; expected a variable of that name"),
+    ("one degree", other_grid(180, 360, 1.0),
+     "there are 180 latitudes; expected 360, half a degree apart"),
+    ("a quarter", other_grid(360, 1440, 0.25),
+     "the first latitude is -89.875; expected -89.75 or 89.75"),
+    ("edges of rows", set_coordinate("lat", 0, -90.0),
+     "the first latitude is -90; expected -89.75 or 89.75"),
+    ("a latitude amiss", set_coordinate("lat", 17, -81.5),
+     "latitude 18 is -81.5; expected -81.25, half a degree from the one before"),
+    ("edges of columns", set_coordinate("lon", 0, -180.0),
+     "the first longitude is -180; expected -179.75 or 0.25"),
+    ("a longitude amiss", set_coordinate("lon", 719, float("nan")),
+     "longitude 720 is nan; expected 179.75, half a degree from the one before"),
+    ("from February", with_form(epoch=date(1900, 1, 1), units="days since 1900-2-1"),
+     "the first month is February 1901; expected a January"),
+    ("eleven months", with_form(months=11), "there are 11 months; expected 12 for each year"),
+    ("no month", with_form(months=0), "there are 0 months; expected 12 for each year"),
+    ("a month twice", set_time(3, 450), "time 4 is in March 1901; expected April 1901"),
+    ("a month left out", set_time(11, 760), "time 12 is in January 1902; expected December 1901"),
+    ("no time at all", set_time(4, float("nan")), "a time is nan days; expected a month"),
+    ("days of the earth", set_time(0, 1e30), "a time is 1.00000002e+30 days; expected a month"),
+    ("hours", with_form(units="hours since 1900-1-1"),
+     "the units of time are 'hours since 1900-1-1'" + UNITS),
+    ("months", with_form(units="months since 1900-1-1"),
+     "the units of time are 'months since 1900-1-1'" + UNITS),
+    ("no date", with_form(units="days since 1900-13-1"),
+     "the units of time are 'days since 1900-13-1'" + UNITS),
+    ("another zone", with_form(units="days since 1900-1-1 00:00 +1:00"),
+     "the units of time are 'days since 1900-1-1 00:00 +1:00'" + UNITS),
+    ("no units", edited(lambda file: file["time"].delncattr("units")),
+     "the units of time are ''" + UNITS),
+    ("no leap years", with_form(calendar="noleap"),
+     "the calendar of time is 'noleap'; expected standard, gregorian or proleptic_gregorian"),
+    ("months of 30 days", with_form(calendar="360_day"),
+     "the calendar of time is '360_day'; expected standard, gregorian or proleptic_gregorian"),
+    ("another variable", with_form(name="pre"),
+     "the variables are 'lon', 'lat', 'time', 'pre', 'stn'; expected 'tmp', which the "
+     "file's name tells"),
+    ("an unknown variable", with_form(name="temperature"),
+     "the variables are 'lon', 'lat', 'time', 'temperature', 'stn'; expected 'tmp', which "
+     "the file's name tells"),
+    ("no variable", bare(), "the variables are none; expected 'tmp', which the file's name tells"),
+    ("a number", bare("tmp"), "'tmp' has the dimensions (); expected (time, lat, lon)"),
+    ("a map", flat, "'tmp' has the dimensions ('lat', 'lon'); expected (time, lat, lon)"),
+    ("series", turned,
+     "'tmp' has the dimensions ('lon', 'lat', 'time'); expected (time, lat, lon)"),
+    ("half of HDF5", cut(100_000, **SMALL),
+     "the netCDF library can't read it: NetCDF: HDF error"),
+    ("no netCDF", text(b"CDF\x07" + bytes(1000)),
+     "the netCDF library can't read it: NetCDF: Unknown file format"),
+    ("a damaged header", text(b"CDF\x01" + bytes(8) + b"\xff" * 8 + bytes(1000)),
+     "the file ends in its header"),
+    ("a mark alone", text(b"\x89HDF\r\n\x1a\n"),
+     "the netCDF library can't read it: NetCDF: HDF error"),
+    ("half a header", cut(500), "the file ends in its header"),
+]
+# Under a name that tells no variable.
+NAMELESS = [
+    ("two variables", two_variables, "the variables are 'lon', 'lat', 'time', 'tmp', 'stn', "
+     "'pre'; expected just one of " + KNOWN),
+    ("an unknown variable", with_form(name="temperature"), "the variables are 'lon', 'lat', "
+     "'time', 'temperature', 'stn'; expected just one of " + KNOWN),
+]
+
+
+def folder_state(folder):
+    return {path.name: path.read_bytes() for path in folder.iterdir()}
+
+
+def tersify(tools, folder, *names, limit=None):
+    def limited():
+        if limit:
+            resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+    return subprocess.run([tools / "tersify", *names], cwd=folder, capture_output=True,
+                          text=True, preexec_fn=limited)
+
+
+def expect_refused(tools, folder, what, name, message, limit=None):
+    """With an earlier copy and without one."""
+    copy = folder / (name.removesuffix(".nc") + ".new")
+    for earlier in (None, b"an earlier copy"):
+        if earlier:
+            copy.write_bytes(earlier)
+        before = folder_state(folder)
+        done = tersify(tools, folder, name, limit=limit)
+        assert done.returncode == 1, f"{what}: status {done.returncode}"
+        first = done.stderr.splitlines()[0]
+        assert first == f"tersify: {message}", f"{what}:\n  {first}\n  tersify: {message}"
+        assert done.stdout == "", f"{what}: {done.stdout}"
+        assert folder_state(folder) == before, f"{what}: the folder is another one"
+    copy.unlink()
+
+
+def check_cases(tools, folder):
+    for name, cases in (NAME, CASES), ("grid.nc", NAMELESS):
+        for what, write, message in cases:
+            path = folder / name
+            write(path)
+            expect_refused(tools, folder, what, name, f"'{name}': {message}")
+            path.unlink()
+    return len(CASES) + len(NAMELESS)
+
+
+def check_cut_files(tools, folder):
+    """The library reads zeros where a classic file has been cut."""
+    path = folder / NAME
+    whole = folder / "whole"
+    count = 0
+    for kind in "NETCDF3_CLASSIC", "NETCDF3_64BIT_OFFSET", "NETCDF3_64BIT_DATA":
+        for stations in True, False:
+            write_netcdf(whole, "tmp", stored_year(), Form(format=kind, stations=stations))
+            size = whole.stat().st_size
+            for less in 1, 4, 5000, 3_000_000, size - 60_000:
+                shutil.copyfile(whole, path)
+                with path.open("r+b") as file:
+                    file.truncate(size - less)
+                expect_refused(
+                    tools, folder, f"{kind}, {less} bytes less", NAME,
+                    f"'{NAME}': the file is cut: it has {size - less} bytes; expected {size}")
+                count += 1
+    whole.unlink()
+    path.unlink()
+    return count
+
+
+def check_disk(tools, folder):
+    """A disk that is full in the middle."""
+    path = folder / NAME
+    with_form()(path)
+    expect_refused(tools, folder, "a full disk", NAME,
+                   f"cannot write '{COPY}.part': File too large", limit=3_000_000)
+    path.unlink()
+    return 1
+
+
+def check_several(tools, folder):
+    """A file at fault among others: those are condensed all the same."""
+    with_form()(folder / NAME)
+    with_value(8.43, "pre")(folder / "b.pre.nc")
+    done = tersify(tools, folder, NAME, "b.pre.nc")
+    assert done.returncode == 1 and (folder / COPY).stat().st_size == 12 * ROWS * 3601
+    assert done.stdout.endswith("condensed 1 of 2 files\n"), done.stdout
+    assert done.stderr.endswith("tersify: not condensed: 'b.pre.nc'\n"), done.stderr
+    assert not (folder / "b.pre.new").exists()
+    return 1
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--tools", required=True, type=Path)
+    tools = parser.parse_args().tools.resolve()
+    with tempfile.TemporaryDirectory() as name:
+        folder = Path(name)
+        count = check_cases(tools, folder)
+        count += check_cut_files(tools, folder)
+        count += check_disk(tools, folder)
+        count += check_several(tools, folder)
+    print(f"{count} files refused, and nothing left of them")
+
+
+if __name__ == "__main__":
+    sys.exit(main())
