@@ -74,7 +74,7 @@ class NetcdfCopy {
         std::array{tile.months, tile.rows.count, std::size_t{kGridColumns}}, values_);
     for (std::size_t i = 0; i < tile.months; ++i) {
       const std::size_t month = tile.first_month + i;
-      const std::span<const double> values = std::span(values_).subspan(
+      const std::span<const float> values = std::span(values_).subspan(
           i * tile.rows.count * kGridColumns, tile.rows.count * kGridColumns);
       file_.write_at(
           static_cast<std::int64_t>(month) * kBytesPerMonth +
@@ -84,7 +84,7 @@ class NetcdfCopy {
   }
 
  private:
-  std::string_view lines_of(std::size_t month, std::span<const double> values,
+  std::string_view lines_of(std::size_t month, std::span<const float> values,
                             const NetcdfRows& rows) {
     InterruptWatch::throw_if_caught();
     try {
@@ -99,7 +99,7 @@ class NetcdfCopy {
   const NetcdfLayout& layout_;
   NetcdfLines lines_;
   PartFile& file_;
-  std::vector<double> values_;
+  std::vector<float> values_;
 };
 
 // Throws Failure when there is no use in beginning.

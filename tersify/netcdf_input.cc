@@ -85,8 +85,7 @@ NetcdfVariable NetcdfInput::describe(int number) const {
   check(nc_inq_var(file_, number, name.data(), &type, &rank, nullptr, nullptr));
   variable.name = name.data();
   variable.is_real = type == NC_FLOAT || type == NC_DOUBLE;
-  variable.is_single = type == NC_FLOAT;
-  variable.fill = variable.is_single ? double{NC_FILL_FLOAT} : NC_FILL_DOUBLE;
+  variable.fill = type == NC_FLOAT ? double{NC_FILL_FLOAT} : NC_FILL_DOUBLE;
   std::vector<int> dimensions(static_cast<std::size_t>(rank));
   check(nc_inq_vardimid(file_, number, dimensions.data()));
   for (const int dimension : dimensions) {
@@ -136,12 +135,18 @@ std::vector<double> NetcdfInput::numbers(const NetcdfVariable& variable,
   return numbers;
 }
 
+std::vector<double> NetcdfInput::read_all(const NetcdfVariable& variable) const {
+  std::vector<double> values(variable.dimensions.front().length);
+  check(nc_get_var_double(file_, variable.number, values.data()));
+  return values;
+}
+
 void NetcdfInput::read(const NetcdfVariable& variable,
                        std::span<const std::size_t> starts,
                        std::span<const std::size_t> counts,
-                       std::span<double> values) const {
-  check(nc_get_vara_double(file_, variable.number, starts.data(), counts.data(),
-                           values.data()));
+                       std::span<float> values) const {
+  check(nc_get_vara_float(file_, variable.number, starts.data(), counts.data(),
+                          values.data()));
 }
 
 }  // namespace veldmark::tersify

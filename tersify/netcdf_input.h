@@ -18,7 +18,7 @@ struct NetcdfDimension {
 
 // A variable of the file, known to the library by its number.
 //
-//   is_real    of single or double precision; is_single tells which
+//   is_real    of single or double precision
 //   fill       what the library fills it with where nothing was written, unless an
 //              attribute says otherwise
 //   chunk      the extent along each dimension of what the file can read or decompress
@@ -27,7 +27,6 @@ struct NetcdfVariable {
   int number = -1;
   std::string name;
   bool is_real = false;
-  bool is_single = false;
   double fill = 0;
   std::vector<NetcdfDimension> dimensions{};
   std::vector<std::size_t> chunk{};
@@ -55,10 +54,13 @@ class NetcdfInput {
   [[nodiscard]] std::vector<double> numbers(const NetcdfVariable& variable,
                                             const char* attribute) const;
 
-  // Reads `counts` values along each dimension from `starts` on. Requires that
-  // `values` has the room.
+  // Reads all values of a variable of one dimension.
+  [[nodiscard]] std::vector<double> read_all(const NetcdfVariable& variable) const;
+
+  // Reads `counts` values along each dimension from `starts` on, in single precision
+  // whatever the variable is of. Requires that `values` has the room.
   void read(const NetcdfVariable& variable, std::span<const std::size_t> starts,
-            std::span<const std::size_t> counts, std::span<double> values) const;
+            std::span<const std::size_t> counts, std::span<float> values) const;
 
  private:
   [[nodiscard]] NetcdfVariable describe(int number) const;

@@ -118,19 +118,13 @@ std::vector<double> coordinates(const NetcdfInput& input,
                       " has a length of " + std::to_string(length) +
                       "; expected at most " + std::to_string(kMost));
   }
-  std::vector<double> values(length);
-  input.read(variable, std::array{std::size_t{0}}, std::array{length}, values);
-  return values;
+  return input.read_all(variable);
 }
 
-// An attribute counts in the precision of the variable, as its values do.
-double as_stored(double code, bool is_single) {
-  const bool fits = std::abs(code) <= std::numeric_limits<float>::max();
-  return is_single && fits ? double{static_cast<float>(code)} : code;
-}
-
-std::vector<double> missing_values(const NetcdfInput& input,
-                                   const NetcdfVariable& variable) {
+// A code may be of higher precision than the values that it is compared with; no value
+// is one that single precision doesn't reach.
+std::vector<float> missing_values(const NetcdfInput& input,
+                                  const NetcdfVariable& variable) {
   std::vector<double> codes = input.numbers(variable, "_FillValue");
   if (codes.empty()) {
     codes.push_back(variable.fill);
@@ -138,11 +132,11 @@ std::vector<double> missing_values(const NetcdfInput& input,
   for (const double code : input.numbers(variable, "missing_value")) {
     codes.push_back(code);
   }
-  std::vector<double> missing;
+  std::vector<float> missing;
   for (const double code : codes) {
-    const double stored = as_stored(code, variable.is_single);
-    if (std::find(missing.begin(), missing.end(), stored) == missing.end()) {
-      missing.push_back(stored);
+    const bool reached = std::abs(code) <= std::numeric_limits<float>::max();
+    if (reached || !std::isfinite(code)) {
+      missing.push_back(static_cast<float>(code));
     }
   }
   return missing;

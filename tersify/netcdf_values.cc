@@ -4,8 +4,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <string>
-#include <utility>
 
 #include "tersify/netcdf_fault.h"
 #include "tersify/netcdf_number.h"
@@ -54,23 +54,29 @@ std::optional<std::int32_t> stored_value(double value, std::int32_t stored_per_u
   return nearest;
 }
 
-NetcdfLines::NetcdfLines(const VariableEntry& entry, NetcdfGridForm form)
+NetcdfLines::NetcdfLines(const VariableEntry& entry, const NetcdfGridForm& form)
     : entry_(entry),
-      form_(std::move(form)),
-      has_missing_nan_(std::any_of(form_.missing.begin(), form_.missing.end(),
-                                   [](double code) { return std::isnan(code); })) {}
+      form_(form),
+      has_missing_nan_(std::any_of(form.missing.begin(), form.missing.end(),
+                                   [](float code) { return std::isnan(code); })) {
+  std::copy_if(form.missing.begin(), form.missing.end(), std::back_inserter(missing_),
+               [](float code) { return !std::isnan(code); });
+  std::sort(missing_.begin(), missing_.end());
+  missing_.erase(std::unique(missing_.begin(), missing_.end()), missing_.end());
+  put_number(entry.MissingCode, missing_field_.data());
+}
 
-bool NetcdfLines::is_missing(double value) const {
-  return (has_missing_nan_ && std::isnan(value)) ||
-         std::find(form_.missing.begin(), form_.missing.end(), value) !=
-             form_.missing.end();
+// Most values are those of the sea.
+bool NetcdfLines::is_missing(float value) const {
+  return std::find(missing_.begin(), missing_.end(), value) != missing_.end() ||
+         (has_missing_nan_ && std::isnan(value));
 }
 
 std::size_t NetcdfLines::first_line(const NetcdfRows& rows) const {
   return is_reversed() ? kGridRows - rows.first - rows.count : rows.first;
 }
 
-std::string_view NetcdfLines::make(std::span<const double> values,
+std::string_view NetcdfLines::make(std::span<const float> values,
                                    const NetcdfRows& rows) {
   text_.assign(rows.count * kBytesPerLine, '\n');
   for (std::size_t i = 0; i < rows.count; ++i) {
@@ -81,12 +87,16 @@ std::string_view NetcdfLines::make(std::span<const double> values,
   return text_;
 }
 
-void NetcdfLines::write_line(std::span<const double> values, std::size_t row,
+void NetcdfLines::write_line(std::span<const float> values, std::size_t row,
                              char* line) const {
-  for (std::size_t column = 0; column < kGridColumns; ++column) {
-    const double value = values[(form_.first_column + column) % kGridColumns];
+  for (std::size_t column = 0; column < kGridColumns; ++column, line += kFieldWidth) {
+    const float value = values[(form_.first_column + column) % kGridColumns];
+    if (is_missing(value)) {
+      std::copy(missing_field_.begin(), missing_field_.end(), line);
+      continue;
+    }
     try {
-      write_field(value, line + column * kFieldWidth);
+      write_value(value, line);
     } catch (const NetcdfFault& fault) {
       throw NetcdfFault("latitude " + number_text(latitude(form_.rows, row)) +
                         ", longitude " + number_text(longitude(column)) + ": " +
@@ -95,11 +105,7 @@ void NetcdfLines::write_line(std::span<const double> values, std::size_t row,
   }
 }
 
-void NetcdfLines::write_field(double value, char* field) const {
-  if (is_missing(value)) {
-    put_number(entry_.MissingCode, field);
-    return;
-  }
+void NetcdfLines::write_value(float value, char* field) const {
   const std::optional<std::int32_t> stored =
       stored_value(value, entry_.stored_per_unit);
   if (!stored || *stored == entry_.MissingCode) {

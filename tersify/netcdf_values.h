@@ -5,6 +5,7 @@
 #ifndef VELDMARK_TERSIFY_NETCDF_VALUES_H_
 #define VELDMARK_TERSIFY_NETCDF_VALUES_H_
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -31,7 +32,7 @@ std::optional<std::int32_t> stored_value(double value, std::int32_t stored_per_u
 struct NetcdfGridForm {
   RowOrder rows = RowOrder::kSouthFirst;
   std::size_t first_column = 0;
-  std::vector<double> missing{};
+  std::vector<float> missing{};
 };
 
 // Rows of a month as they lie in the netCDF file, counted from 0.
@@ -43,7 +44,7 @@ struct NetcdfRows {
 // Makes condensed lines of a variable.
 class NetcdfLines {
  public:
-  NetcdfLines(const VariableEntry& entry, NetcdfGridForm form);
+  NetcdfLines(const VariableEntry& entry, const NetcdfGridForm& form);
 
   // Returns the index, from 0, of the first line of these rows among the lines of their
   // month.
@@ -56,17 +57,19 @@ class NetcdfLines {
   //
   // Throws NetcdfFault that names latitude, longitude and value when a value is none of
   // the variable's, or would be taken for a missing one.
-  std::string_view make(std::span<const double> values, const NetcdfRows& rows);
+  std::string_view make(std::span<const float> values, const NetcdfRows& rows);
 
  private:
   [[nodiscard]] bool is_reversed() const { return entry_.row_order != form_.rows; }
-  [[nodiscard]] bool is_missing(double value) const;
-  void write_line(std::span<const double> values, std::size_t row, char* line) const;
-  void write_field(double value, char* field) const;
+  [[nodiscard]] bool is_missing(float value) const;
+  void write_line(std::span<const float> values, std::size_t row, char* line) const;
+  void write_value(float value, char* field) const;
 
   const VariableEntry& entry_;
   NetcdfGridForm form_;
+  std::vector<float> missing_;  // each once, without NaN
   bool has_missing_nan_;
+  std::array<char, kFieldWidth> missing_field_{};
   std::string text_;
 };
 
