@@ -1,11 +1,13 @@
 #include "extract/block_reader.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "catalogue/transpose.h"
 #include "extract/line_fault.h"
 #include "extract/line_plan.h"
 #include "grid/grid_layout.h"
@@ -39,13 +41,16 @@ class BlockReader {
  private:
   // Finds the cells that have data in the first month.
   void find_cells() {
+    std::vector<std::int16_t> values;
     lines_.for_each(0, [&](std::size_t index, std::string_view line) {
-      expect_sound_fields(0, index, line, cells_.columns(index));
+      const std::span<const std::int32_t> columns = cells_.columns(index);
+      values.resize(columns.size());
+      read_fields(0, index, line, plan_cells(columns, columns, {}), values.data());
       block_.rows_.push_back(cells_.rows()[index]);
       block_.begin_.push_back(block_.columns_.size());
-      for (const std::int32_t column : cells_.columns(index)) {
-        if (value_of(line, column) != MissingCode_) {
-          block_.columns_.push_back(column);
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (values[i] != MissingCode_) {
+          block_.columns_.push_back(columns[i]);
         }
       }
     });
@@ -67,31 +72,32 @@ class BlockReader {
   }
 
   void read_line(std::size_t month, std::size_t index, std::string_view line) {
-    const RowPlan& plan = plans_[index];
     std::int16_t* values = block_.values_.data() +
                            block_.begin_[index] * block_.month_count_ +
                            month * cells_of_row(index);
-    const bool is_read = read_by_plan(line, plan, missing_, values);
-    bool suspicious = !is_read;
-    bool late_cells = false;
-    for (const FieldRun& run : plan.runs) {
-      suspicious |= run.has_data && may_be_too_large(line, run);
-      late_cells |= !run.has_data && differs(line, run, missing_);
-    }
-    if (suspicious || late_cells) {
-      expect_sound_fields(month, index, line, cells_.columns(index));
-    }
-    if (!is_read) {
-      lines_.fail(month, index, "it can't be read; tersify --check tells more");
-    }
-    if (late_cells) {
+    if (!read_fields(month, index, line, plans_[index], values)) {
       find_late_cells(index, line);
     }
     keep_late_cells(month, index, line);
   }
 
+  // Reads the fields of a plan. Returns whether the line is as nearly all are, without
+  // cells that begin to have data.
+  bool read_fields(std::size_t month, std::size_t index, std::string_view line,
+                   const RowPlan& plan, std::int16_t* values) const {
+    if (read_usual_line(line, plan, missing_, values)) {
+      return true;
+    }
+    expect_sound_fields(month, index, line, cells_.columns(index));
+    if (!read_by_plan(line, plan, missing_, values)) {
+      lines_.fail(month, index, "it can't be read; tersify --check tells more");
+    }
+    return false;
+  }
+
   // Finds the cells that begin to have data with this line.
   void find_late_cells(std::size_t index, std::string_view line) {
+    const std::size_t before = late_columns_[index].size();
     for (const FieldRun& run : plans_[index].runs) {
       for (std::int32_t i = 0; !run.has_data && i < run.count; ++i) {
         if (value_of(line, run.first_field + i) != MissingCode_) {
@@ -99,7 +105,9 @@ class BlockReader {
         }
       }
     }
-    plans_[index] = plan_of(index);
+    if (late_columns_[index].size() > before) {
+      plans_[index] = plan_of(index);
+    }
   }
 
   void keep_late_cells(std::size_t month, std::size_t index, std::string_view line) {
@@ -119,16 +127,16 @@ class BlockReader {
   // Turns each row from [month][cell] into [cell][month].
   void transpose_rows() {
     const std::size_t months = block_.month_count_;
-    std::vector<std::int16_t> by_month;
+    std::size_t most = 0;
+    for (std::size_t index = 0; index < block_.rows_.size(); ++index) {
+      most = std::max(most, cells_of_row(index));
+    }
+    LargeBuffer by_month = make_large_buffer(most * months);
     for (std::size_t index = 0; index < block_.rows_.size(); ++index) {
       const std::size_t cells = cells_of_row(index);
       std::int16_t* row = block_.values_.data() + block_.begin_[index] * months;
-      by_month.assign(row, row + cells * months);
-      for (std::size_t cell = 0; cell < cells; ++cell) {
-        for (std::size_t month = 0; month < months; ++month) {
-          row[cell * months + month] = by_month[month * cells + cell];
-        }
-      }
+      std::copy_n(row, cells * months, by_month.data());
+      transpose(by_month.data(), months, cells, row);
     }
   }
 

@@ -5,7 +5,9 @@
 namespace veldmark::extract {
 
 CellSet::CellSet(std::vector<Cell> cells) {
-  std::sort(cells.begin(), cells.end());
+  if (!std::is_sorted(cells.begin(), cells.end())) {
+    std::sort(cells.begin(), cells.end());
+  }
   cells.erase(std::unique(cells.begin(), cells.end()), cells.end());
   for (const Cell& cell : cells) {
     if (rows_.empty() || rows_.back() != cell.GridY) {

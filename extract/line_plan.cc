@@ -1,9 +1,11 @@
 #include "extract/line_plan.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 
+#include "catalogue/field_conversion.h"
 #include "grid/grid_layout.h"
 #include "util/fixed_field.h"
 
@@ -12,6 +14,29 @@ namespace {
 
 constexpr std::size_t byte_of(std::int32_t column) {
   return static_cast<std::size_t>(column - 1) * kFieldWidth;
+}
+
+// 0xFF for the first character of each field, 0 for the others.
+constexpr std::array<unsigned char, kLineLength> kFirstCharacters = [] {
+  std::array<unsigned char, kLineLength> marks{};
+  for (std::size_t i = 0; i < kLineLength; i += kFieldWidth) {
+    marks[i] = 0xFF;
+  }
+  return marks;
+}();
+
+// Could one of the fields hold a value beyond 16 bits? Those have five digits, the
+// first of them a 3 or more; blanks and signs before the first digit make the number
+// smaller. All characters are looked at, as vectors take sixteen at a time of those.
+bool may_be_too_large(std::string_view fields) {
+  constexpr unsigned char kDigits = 7;  // from '3' to '9'
+  unsigned char found = 0;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const auto above = static_cast<unsigned char>(fields[i] - '3');
+    const unsigned char is_large = above < kDigits ? 0xFF : 0;
+    found = static_cast<unsigned char>(found | (is_large & kFirstCharacters[i]));
+  }
+  return found != 0;
 }
 
 void add_column(RowPlan& plan, std::int32_t column, bool has_data) {
@@ -42,20 +67,30 @@ RowPlan plan_cells(std::span<const std::int32_t> columns,
   return plan;
 }
 
-bool may_be_too_large(std::string_view line, const FieldRun& run) {
-  constexpr unsigned kDigits = 7;  // from '3' to '9'
-  bool found = false;
-  const char* field = line.data() + byte_of(run.first_field);
-  for (std::int32_t i = 0; i < run.count; ++i) {
-    found |= static_cast<unsigned>(*field - '3') < kDigits;
-    field += kFieldWidth;
+// No line end can hide in the fields, which are integers or the missing code; elsewhere
+// it is looked for.
+bool read_usual_line(std::string_view line, const RowPlan& plan,
+                     std::string_view missing, std::int16_t* values) {
+  std::size_t checked = 0;
+  for (const FieldRun& run : plan.runs) {
+    const std::size_t begin = byte_of(run.first_field);
+    const std::size_t size = static_cast<std::size_t>(run.count) * kFieldWidth;
+    const std::string_view fields = line.substr(begin, size);
+    if (has_line_end(line.substr(checked, begin - checked))) {
+      return false;
+    }
+    if (!run.has_data && !missing.starts_with(fields)) {
+      return false;
+    }
+    if (run.has_data) {
+      if (may_be_too_large(fields) || !convert_fields(fields, values)) {
+        return false;
+      }
+      values += run.count;
+    }
+    checked = begin + size;
   }
-  return found;
-}
-
-bool differs(std::string_view line, const FieldRun& run, std::string_view missing) {
-  const std::size_t size = static_cast<std::size_t>(run.count) * kFieldWidth;
-  return line.substr(byte_of(run.first_field), size) != missing.substr(0, size);
+  return !has_line_end(line.substr(checked));
 }
 
 std::int16_t value_of(std::string_view line, std::int32_t column) {

@@ -18,12 +18,14 @@ RowPlan plan_cells(std::span<const std::int32_t> columns,
                    std::span<const std::int32_t> data_columns,
                    std::span<const std::int32_t> late_columns);
 
-// Could a field of `run` hold a value beyond 16 bits? Those have five digits, the first
-// of them a 3 or more; blanks and signs before the first digit make the number smaller.
-bool may_be_too_large(std::string_view line, const FieldRun& run);
-
-// Are the fields of `run` anything but the missing code?
-bool differs(std::string_view line, const FieldRun& run, std::string_view missing);
+// Reads a line that is as nearly all are: integers that are certain to fit into 16 bits
+// in the fields of cells with data, the missing code in the others.
+//
+//   line, missing, values    as for read_by_plan
+//
+// Returns false when it needs a closer look; `values` is then unfinished.
+bool read_usual_line(std::string_view line, const RowPlan& plan,
+                     std::string_view missing, std::int16_t* values);
 
 // Returns the value of a field that is known to be an integer of 16 bits.
 std::int16_t value_of(std::string_view line, std::int32_t column);

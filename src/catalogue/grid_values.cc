@@ -94,23 +94,7 @@ void transpose_row(const GridValues& values, std::int32_t GridY,
   if (cells == 0) {
     return;
   }
-  const std::int16_t* from = values.month_of_row(0, GridY).data();
-  const std::size_t whole_cells = cells - cells % kSquareSize;
-  const std::size_t whole_months = months - months % kSquareSize;
-  for (std::size_t cell = 0; cell < whole_cells; cell += kSquareSize) {
-    for (std::size_t month = 0; month < whole_months; month += kSquareSize) {
-      transpose_square(from + month * cells + cell, cells,
-                       &series[cell * months + month], months);
-    }
-  }
-  // The values outside the full squares: all months of the last cells, and the last
-  // months of the other cells.
-  for (std::size_t cell = 0; cell < cells; ++cell) {
-    const std::size_t first_month = cell < whole_cells ? whole_months : 0;
-    for (std::size_t month = first_month; month < months; ++month) {
-      series[cell * months + month] = from[month * cells + cell];
-    }
-  }
+  transpose(values.month_of_row(0, GridY).data(), months, cells, series.data());
 }
 
 }  // namespace veldmark

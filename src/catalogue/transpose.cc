@@ -42,4 +42,24 @@ void transpose_square(const std::int16_t* from, std::size_t from_step, std::int1
   }
 }
 
+void transpose(const std::int16_t* from, std::size_t months, std::size_t cells,
+               std::int16_t* to) {
+  const std::size_t whole_cells = cells - cells % kSquareSize;
+  const std::size_t whole_months = months - months % kSquareSize;
+  for (std::size_t cell = 0; cell < whole_cells; cell += kSquareSize) {
+    for (std::size_t month = 0; month < whole_months; month += kSquareSize) {
+      transpose_square(from + month * cells + cell, cells, to + cell * months + month,
+                       months);
+    }
+  }
+  // The values outside the full squares: all months of the last cells, and the last
+  // months of the other cells.
+  for (std::size_t cell = 0; cell < cells; ++cell) {
+    const std::size_t first_month = cell < whole_cells ? whole_months : 0;
+    for (std::size_t month = first_month; month < months; ++month) {
+      to[cell * months + month] = from[month * cells + cell];
+    }
+  }
+}
+
 }  // namespace veldmark

@@ -1,4 +1,4 @@
-// Transposes a small square of values: the inner step of transposing a row into series.
+// Transposes blocks of values, such as the months of a row into series.
 
 #ifndef VELDMARK_CATALOGUE_TRANSPOSE_H_
 #define VELDMARK_CATALOGUE_TRANSPOSE_H_
@@ -16,6 +16,11 @@ constexpr std::size_t kSquareSize = 8;
 // Uses the compiler's own 128-bit vectors, which work on every processor.
 void transpose_square(const std::int16_t* from, std::size_t from_step, std::int16_t* to,
                       std::size_t to_step);
+
+// Copies a block of values transposed: value [month * cells + cell] of `from` goes to
+// [cell * months + month] of `to`. Requires that the two do not overlap.
+void transpose(const std::int16_t* from, std::size_t months, std::size_t cells,
+               std::int16_t* to);
 
 }  // namespace veldmark
 
