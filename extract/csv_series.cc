@@ -1,17 +1,8 @@
 #include "extract/csv_series.h"
+
 #include "grid/grid_layout.h"
 
-#include <cstring>
-
 namespace veldmark::extract {
-namespace {
-
-char* append(char* out, std::string_view text) {
-  std::memcpy(out, text.data(), text.size());
-  return out + text.size();
-}
-
-}  // namespace
 
 std::string csv_field(std::string_view field) {
   if (field.find_first_of(",\"\r\n") == std::string_view::npos) {
@@ -37,47 +28,50 @@ CsvSeries::CsvSeries(TextOutput& output, const ValueTexts& texts, const Years& y
     : output_(output), texts_(texts), wide_(wide) {
   for (std::int32_t year = years.first; year <= years.last; ++year) {
     if (wide) {
-      times_.push_back(std::to_string(year));
+      times_.emplace_back(std::to_string(year));
       continue;
     }
     for (std::int32_t month = 1; month <= kMonthsPerYear; ++month) {
-      times_.push_back(std::to_string(year) + "," + std::to_string(month) + ",");
+      times_.emplace_back(std::to_string(year) + "," + std::to_string(month) + ",");
     }
   }
 }
 
 void CsvSeries::write(std::string_view place, std::span<const std::int16_t> series) {
-  for (std::size_t i = 0; i < times_.size(); ++i) {
+  const BlockText place_text(place);
+  for (std::size_t i = 0; i < series.size(); i += kMonthsPerYear) {
+    const std::span<const std::int16_t> values = series.subspan(i, kMonthsPerYear);
     if (wide_) {
-      write_wide_line(place, times_[i],
-                      series.subspan(i * kMonthsPerYear, kMonthsPerYear));
+      write_wide_line(place_text, times_[i / kMonthsPerYear], values);
     } else {
-      write_long_line(place, times_[i], series[i]);
+      write_long_lines(place_text, std::span(times_).subspan(i, kMonthsPerYear),
+                       values);
     }
   }
 }
 
-void CsvSeries::write_long_line(std::string_view place, std::string_view month,
-                                std::int16_t value) {
-  if (place.size() > TextOutput::kMaxReserved / 2) {  // a site's own columns
-    output_.write(place);
-    place = {};
+// The lines of a year, in one piece of the output's own memory.
+void CsvSeries::write_long_lines(const BlockText& place,
+                                 std::span<const BlockText> months,
+                                 std::span<const std::int16_t> values) {
+  const std::size_t longest =
+      place.copied() + months.back().copied() + ValueTexts::kCopySize + 1;
+  char* const begin = output_.reserve(values.size() * longest);
+  char* out = begin;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    out = months[i].write(place.write(out));
+    out = texts_.write(values[i], out);
+    *out++ = '\n';
   }
-  const std::size_t most = place.size() + month.size() + ValueTexts::kCopySize + 1;
-  char* const begin = output_.reserve(most);
-  char* out = append(append(begin, place), month);
-  out = texts_.write(value, out);
-  *out++ = '\n';
   output_.commit(static_cast<std::size_t>(out - begin));
 }
 
-void CsvSeries::write_wide_line(std::string_view place, std::string_view year,
+void CsvSeries::write_wide_line(const BlockText& place, const BlockText& year,
                                 std::span<const std::int16_t> values) {
-  output_.write(place);
   const std::size_t most =
-      year.size() + values.size() * (1 + ValueTexts::kCopySize) + 1;
+      place.copied() + year.copied() + values.size() * (1 + ValueTexts::kCopySize) + 1;
   char* const begin = output_.reserve(most);
-  char* out = append(begin, year);
+  char* out = year.write(place.write(begin));
   for (const std::int16_t value : values) {
     *out++ = ',';
     out = texts_.write(value, out);

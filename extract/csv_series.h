@@ -3,7 +3,9 @@
 #ifndef VELDMARK_EXTRACT_CSV_SERIES_H_
 #define VELDMARK_EXTRACT_CSV_SERIES_H_
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,6 +24,32 @@ std::string csv_field(std::string_view field);
 // The columns after those of the place: "year,month,value", or "year,jan,...,dec".
 std::string_view csv_series_heading(bool wide);
 
+// A short text that is written many times: in whole blocks, which takes no call of the
+// library's copy.
+class BlockText {
+ public:
+  explicit BlockText(std::string_view text) : blocks_(text), size_(text.size()) {
+    blocks_.resize((size_ + kBlock - 1) / kBlock * kBlock);
+  }
+
+  // How many characters `write` may overwrite.
+  [[nodiscard]] std::size_t copied() const { return blocks_.size(); }
+
+  // Writes the text at `out`; returns the place behind it.
+  char* write(char* out) const {
+    for (std::size_t i = 0; i < blocks_.size(); i += kBlock) {
+      std::memcpy(out + i, &blocks_[i], kBlock);
+    }
+    return out + size_;
+  }
+
+ private:
+  static constexpr std::size_t kBlock = 16;
+
+  std::string blocks_;
+  std::size_t size_;
+};
+
 class CsvSeries {
  public:
   // Values are written as `texts` has them; `texts` and `output` must outlive this.
@@ -34,15 +62,15 @@ class CsvSeries {
   void write(std::string_view place, std::span<const std::int16_t> series);
 
  private:
-  void write_long_line(std::string_view place, std::string_view month,
-                       std::int16_t value);
-  void write_wide_line(std::string_view place, std::string_view year,
+  void write_long_lines(const BlockText& place, std::span<const BlockText> months,
+                        std::span<const std::int16_t> values);
+  void write_wide_line(const BlockText& place, const BlockText& year,
                        std::span<const std::int16_t> values);
 
   TextOutput& output_;
   const ValueTexts& texts_;
   bool wide_;
-  std::vector<std::string> times_;  // "1901,1," and on, or "1901" and on
+  std::vector<BlockText> times_;  // "1901,1," and on, or "1901" and on
 };
 
 }  // namespace veldmark::extract

@@ -43,7 +43,7 @@ TextOutput::TextOutput(const std::optional<std::string>& name,
 
 void TextOutput::write(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view piece = text.substr(0, kMaxReserved);
+    const std::string_view piece = text.substr(0, kBufferSize);
     piece.copy(reserve(piece.size()), piece.size());
     commit(piece.size());
     text.remove_prefix(piece.size());
@@ -53,6 +53,9 @@ void TextOutput::write(std::string_view text) {
 char* TextOutput::reserve(std::size_t size) {
   if (used_ + size > buffer_.size()) {
     write_out();
+  }
+  if (size > buffer_.size()) {
+    buffer_.resize(size);
   }
   return buffer_.data() + used_;
 }

@@ -25,9 +25,8 @@ class TextOutput {
 
   void write(std::string_view text);
 
-  // The same without a copy: reserve returns room for `size` characters, at most
-  // kMaxReserved; commit says how many of them were filled in.
-  static constexpr std::size_t kMaxReserved = std::size_t{64} * 1024;
+  // The same without a copy: reserve returns memory for `size` characters; commit says
+  // how many of them were filled in.
   char* reserve(std::size_t size);
   void commit(std::size_t size) { used_ += size; }
 

@@ -3,27 +3,47 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <string_view>
 
 namespace veldmark::extract {
 
-std::string exact_decimal(std::int32_t value, std::int32_t decimals) {
-  std::string digits = std::to_string(std::abs(value));
-  const auto places = static_cast<std::size_t>(decimals);
-  if (places > 0) {
-    if (digits.size() <= places) {
-      digits.insert(0, places + 1 - digits.size(), '0');
+namespace {
+
+constexpr std::size_t kMostCharacters = 16;
+
+// Writes a decimal so that it ends where `memory` ends.
+std::string_view write_decimal(std::int32_t value, std::int32_t decimals,
+                               std::array<char, kMostCharacters>& memory) {
+  std::size_t begin = memory.size();
+  std::int64_t rest = std::abs(std::int64_t{value});
+  for (std::int32_t digits = 0; rest > 0 || digits <= decimals; ++digits) {
+    if (digits == decimals && decimals > 0) {
+      memory[--begin] = '.';
     }
-    digits.insert(digits.size() - places, 1, '.');
+    memory[--begin] = static_cast<char>('0' + rest % 10);
+    rest /= 10;
   }
-  return (value < 0 ? "-" : "") + digits;
+  if (value < 0) {
+    memory[--begin] = '-';
+  }
+  return {&memory[begin], memory.size() - begin};
+}
+
+}  // namespace
+
+std::string exact_decimal(std::int32_t value, std::int32_t decimals) {
+  std::array<char, kMostCharacters> memory{};
+  return std::string(write_decimal(value, decimals, memory));
 }
 
 ValueTexts::ValueTexts(std::int32_t decimals, std::int32_t MissingCode)
     : texts_(std::size_t{std::numeric_limits<std::uint16_t>::max()} + 1) {
   constexpr std::int32_t kLowest = std::numeric_limits<std::int16_t>::min();
   constexpr std::int32_t kHighest = std::numeric_limits<std::int16_t>::max();
+  std::array<char, kMostCharacters> memory{};
   for (std::int32_t value = kLowest; value <= kHighest; ++value) {
-    const std::string text = value == MissingCode ? "" : exact_decimal(value, decimals);
+    const std::string_view text =
+        value == MissingCode ? "" : write_decimal(value, decimals, memory);
     Text& entry = texts_[static_cast<std::uint16_t>(value)];
     std::copy(text.begin(), text.end(), entry.begin());
     entry.back() = static_cast<char>(text.size());

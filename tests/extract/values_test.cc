@@ -10,8 +10,10 @@
 #include "catalogue/variable_name.h"
 #include "extract/area_mean.h"
 #include "extract/csv_series.h"
+#include "extract/text_output.h"
 #include "extract/value_texts.h"
 #include "extract/variance_columns.h"
+#include "support/temporary_folder.h"
 
 namespace veldmark::extract {
 namespace {
@@ -53,6 +55,34 @@ TEST(CsvField, QuotesWhatNeedsQuotes) {
   EXPECT_EQ(csv_field("a,b"), "\"a,b\"");
   EXPECT_EQ(csv_field("say \"x\""), "\"say \"\"x\"\"\"");
   EXPECT_EQ(csv_field("two\nlines"), "\"two\nlines\"");
+}
+
+// A place may be as long as the columns of a table of sites, and longer than a buffer.
+TEST(CsvSeries, WritesPlacesOfAnyLength) {
+  const testing::TemporaryFolder folder;
+  const std::vector<std::int16_t> series = {-1, 253, -999, 0,  5,  6,
+                                            7,  8,   9,    10, 11, 12};
+  const std::vector<std::string> values = {"-0.1", "25.3", "",    "0.0", "0.5", "0.6",
+                                           "0.7",  "0.8",  "0.9", "1.0", "1.1", "1.2"};
+  for (const std::size_t size : {1, 15, 16, 17, 33, 300'000}) {
+    const std::string place = std::string(size, 'x') + ",";
+    std::string text_long;
+    std::string text_wide = place + "1901";
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      text_long += place + "1901," + std::to_string(i + 1) + "," + values[i] + "\n";
+      text_wide += "," + values[i];
+    }
+    for (const bool wide : {false, true}) {
+      TextOutput output("x.csv");
+      const ValueTexts texts(1, -999);
+      CsvSeries csv(output, texts, {1901, 1901}, wide);
+      csv.write(place, series);
+      csv.write(place, series);
+      output.complete();
+      const std::string text = wide ? text_wide + "\n" : text_long;
+      EXPECT_TRUE(testing::file_content("x.csv") == text + text) << size << wide;
+    }
+  }
 }
 
 TEST(AreaMean, WeightsByTheCosineOfLatitude) {
