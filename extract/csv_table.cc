@@ -3,8 +3,10 @@
 #include <csv.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <string_view>
 #include <system_error>
 
@@ -94,34 +96,49 @@ class Parser {
 }
 
 // Waits for what a pipe or a terminal has to give, until a signal asks to stop.
-void wait_for_text(const FileDescriptor& file) {
+// Returns how many bytes were read, 0 at the end.
+std::size_t read_some(const std::string& name, const FileDescriptor& file, char* buffer,
+                      std::size_t size) {
   pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = 0};
-  do {
+  for (;;) {
     InterruptWatch::throw_if_caught();
-  } while (::poll(&until_readable, 1, -1) < 0 && errno == EINTR);
+    ::poll(&until_readable, 1, -1);
+    const std::ptrdiff_t count = file.read(buffer, size);
+    if (count >= 0) {
+      return static_cast<std::size_t>(count);
+    }
+    if (errno != EAGAIN) {
+      fail_to_read(name);
+    }
+  }
+}
+
+// A file that becomes shorter while it is read may end inside a number.
+void expect_whole(const std::string& name, std::size_t size, const struct stat& opened) {
+  if (S_ISREG(opened.st_mode) && static_cast<std::int64_t>(size) < opened.st_size) {
+    throw Failure("cannot read " + in_quotes(name) + ": it became shorter");
+  }
 }
 
 std::string read_whole_file(const std::string& name) {
   constexpr std::size_t kPiece = std::size_t{256} * 1024;
   // A pipe is opened whether somebody writes to it already or not.
   const FileDescriptor file(name, O_RDONLY | O_NONBLOCK);
-  if (!file.is_open()) {
+  struct stat opened {};
+  if (!file.is_open() || ::fstat(file.get(), &opened) != 0) {
     fail_to_read(name);
   }
   std::string content;
-  for (;;) {
-    const std::size_t size = content.size();
+  std::size_t size = 0;
+  std::size_t count = 0;
+  do {
     content.resize(size + kPiece);
-    wait_for_text(file);
-    const std::ptrdiff_t count = file.read(content.data() + size, kPiece);
-    if (count < 0) {
-      fail_to_read(name);
-    }
-    content.resize(size + static_cast<std::size_t>(count));
-    if (count == 0) {
-      return content;
-    }
-  }
+    count = read_some(name, file, content.data() + size, kPiece);
+    size += count;
+  } while (count > 0);
+  expect_whole(name, size, opened);
+  content.resize(size);
+  return content;
 }
 
 }  // namespace

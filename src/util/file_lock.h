@@ -22,7 +22,10 @@ inline bool is_locked_by_another(const FileDescriptor& file) {
 }
 
 // Releases the lock while the file stays open.
-inline void unlock(const FileDescriptor& file) { ::flock(file.get(), LOCK_UN); }
+inline void unlock(const FileDescriptor& file) {
+  while (::flock(file.get(), LOCK_UN) != 0 && errno == EINTR) {
+  }
+}
 
 }  // namespace veldmark
 

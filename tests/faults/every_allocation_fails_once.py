@@ -15,14 +15,12 @@ import time
 from collections import Counter
 from pathlib import Path
 
-import gzip_scenes
+from all_scenes import SCENES, play_scenes
 from fault_runs import Fault, Scene
-from scenes import SCENES, play_scenes
 
 sys.path.append(str(Path(__file__).resolve().parent.parent / "support"))
 from figures import note_figures  # noqa: E402
 
-SCENES.update(gzip_scenes.SCENES)
 
 
 # The requests of each scene at the least: three quarters of what they are.

@@ -20,14 +20,12 @@ from collections import Counter
 from pathlib import Path
 from typing import Iterator, List
 
-import gzip_scenes
+from all_scenes import SCENES, play_scenes
 from fault_runs import Call, Fault, Scene
-from scenes import SCENES, play_scenes
 
 sys.path.append(str(Path(__file__).resolve().parent.parent / "support"))
 from figures import note_figures  # noqa: E402
 
-SCENES.update(gzip_scenes.SCENES)
 
 INTERRUPTED = [errno.EINTR]
 NOT_FOUND_OUT = [errno.EIO, errno.EACCES]
@@ -41,8 +39,11 @@ ERRORS = {
     "pread": [errno.EINTR, errno.EIO],
     "write": [errno.EINTR, errno.EIO, errno.ENOSPC],
     "writev": [errno.EINTR, errno.EIO, errno.ENOSPC],
+    "pwrite": [errno.EINTR, errno.EIO, errno.ENOSPC],
     "close": [errno.EINTR, errno.EIO, errno.ENOSPC],
     "rename": [errno.EIO, errno.ENOSPC, errno.EACCES],
+    "renameat2": [errno.EINVAL, errno.EIO],
+    "link": [errno.EPERM, errno.EIO, errno.EEXIST],
     "unlink": NOT_FOUND_OUT,
     "stat": NOT_FOUND_OUT,
     "lstat": NOT_FOUND_OUT,
@@ -56,6 +57,7 @@ ERRORS = {
     "ftruncate": [errno.EINTR, errno.EIO],
     "fsync": [errno.EINTR, errno.EIO, errno.ENOSPC, errno.EINVAL],
     "fcntl": [errno.EMFILE],
+    "poll": [errno.EINTR, errno.ENOMEM],
     "ioctl": [errno.ENOTTY],
     "lseek": [errno.ESPIPE],
     "mmap": [errno.ENOMEM],
@@ -64,10 +66,11 @@ ERRORS = {
     "munmap": [errno.ENOMEM],
     "madvise": [errno.EINVAL],
     "getrandom": [errno.ENOSYS],
+    "getcwd": NOT_FOUND_OUT,
     "system": [errno.EAGAIN],
 }
 READS = {"read", "readv", "pread"}
-WRITES = {"write", "writev"}
+WRITES = {"write", "writev", "pwrite"}
 # The faults and calls of each scene at the least, somewhat fewer than they are: a scene in
 # which nothing is saved, or a shim that misses a call, would find no fault, either. With
 # sanitizers the calls about no file are left out.
@@ -81,6 +84,12 @@ LEAST = {
     "tersify-gzip": (150, 42),
     "tersify-gzip-refusal": (165, 44),
     "series_to_grid": (250, 50),
+    "extract-csv": (1, 1),
+    "extract-output": (1, 1),
+    "extract-sites": (1, 1),
+    "extract-tsf": (1, 1),
+    "extract-tsf-replaced": (1, 1),
+    "extract-netcdf": (1, 1),
 }
 SHARE_SANITIZED = 0.6
 CANNOT_FAIL = {"exit_group", "rt_sigaction", "geteuid", "futex"}

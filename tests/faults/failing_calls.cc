@@ -25,6 +25,8 @@
 // The three standard streams are the files "standard-input", "-output" and "-error", a
 // terminal on another descriptor is "terminal"; a call that is about no file has "-".
 //
+// The time of day stands still, so that an output that holds it is the same each time.
+//
 // The shell commands that a program runs are neither seen nor counted, but as one call
 // "system", which can fail, too.
 
@@ -44,6 +46,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <initializer_list>
 
 #ifndef __x86_64__
@@ -79,6 +82,7 @@ constexpr Kind kKinds[] = {
     {SYS_rename, "rename", Names::kPath},
     {SYS_renameat, "renameat", Names::kPathInFolder},
     {SYS_renameat2, "renameat2", Names::kPathInFolder},
+    {SYS_link, "link", Names::kPath},
     {SYS_unlink, "unlink", Names::kPath},
     {SYS_unlinkat, "unlinkat", Names::kPathInFolder},
     {SYS_stat, "stat", Names::kPath},
@@ -95,11 +99,11 @@ constexpr Kind kKinds[] = {
     {SYS_ftruncate, "ftruncate", Names::kDescriptor},
     {SYS_fsync, "fsync", Names::kDescriptor},
     {SYS_flock, "flock", Names::kDescriptor},
-    {SYS_poll, "poll", Names::kNothing},
     {SYS_lseek, "lseek", Names::kDescriptor},
     {SYS_ioctl, "ioctl", Names::kDescriptor},
     {SYS_fcntl, "fcntl", Names::kDescriptor},
     {SYS_readlink, "readlink", Names::kPath},
+    {SYS_getcwd, "getcwd", Names::kNothing},
     {SYS_poll, "poll", Names::kNothing},
     {SYS_mmap, "mmap", Names::kNothing},
     {SYS_mremap, "mremap", Names::kNothing},
@@ -470,4 +474,16 @@ extern "C" int system(const char* command) {
   log_call(call, count, result, meant);
   selector = SYSCALL_DISPATCH_FILTER_BLOCK;
   return result;
+}
+
+// Not a system call: the C library reads the clocks by itself.
+extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
+  using GetTime = int (*)(clockid_t, timespec*);
+  if (clock == CLOCK_REALTIME) {
+    *time = {.tv_sec = 1'500'000'000, .tv_nsec = 0};
+    return 0;
+  }
+  static const auto get_time =
+      reinterpret_cast<GetTime>(dlsym(RTLD_NEXT, "clock_gettime"));
+  return get_time(clock, time);
 }

@@ -19,6 +19,7 @@ from pathlib import Path
 from typing import Dict, List, Optional, Sequence, Tuple, Union
 
 MOST_SECONDS = 60
+LARGE = 1 << 20  # bytes; larger files that are linked are not compared by their content
 END_OF_INPUT = b"\x04"
 
 # `clear` and `ls` leave a mark, so that they and their place on the screen are compared.
@@ -80,7 +81,7 @@ class Outcome:
     status: Optional[int]  # -N after signal N, None when it didn't end in time
     screen: bytes
     errors: bytes
-    files: Dict[str, bytes]  # mode and content; of a linked file size and time
+    files: Dict[str, bytes]  # mode and content; of a large linked file size and time
     calls: List[Call] = field(default_factory=list)
 
     def differs_from(self, other: "Outcome") -> str:
@@ -231,7 +232,7 @@ def files_of(folder: Path) -> Dict[str, bytes]:
     for entry in os.scandir(folder):
         about = entry.stat(follow_symlinks=False)
         mode = b"%o " % about.st_mode
-        if about.st_nlink > 1:
+        if about.st_nlink > 1 and about.st_size > LARGE:
             found[entry.name] = mode + b"%d, %d" % (about.st_size, about.st_mtime_ns)
         else:
             found[entry.name] = mode + Path(entry.path).read_bytes()

@@ -1,0 +1,186 @@
+"""The scenes of veldmark-extract, and what must come of a fault in each."""
+
+import errno
+import random
+import re
+from pathlib import Path
+from typing import Dict, List, Optional, Sequence
+
+from fault_runs import Bench, Call, Content, Fault, Outcome, end_of
+from scenes import COLUMNS, MONTHS, NOTES, OF_NO_CONSEQUENCE, ROWS, PartFiles, is_taken_up, reason
+
+GRID = "cru_ts4.01.1901.1901.tmp.dat.new"
+SITES = "sites.csv"
+PROGRAM = "veldmark-extract: "
+SECONDS = re.compile(rb", \d+\.\d\d s\n")
+
+
+def grid_file(path: Path) -> Path:
+    """A year in which the first ten columns have no data, and the others always have."""
+    rng = random.Random(4)
+
+    def line() -> bytes:
+        land = ("%5d" % rng.randint(-200, 300) for _ in range(COLUMNS - 10))
+        return b" -999" * 10 + "".join(land).encode() + b"\n"
+
+    pool = [line() for _ in range(20)]
+    path.write_bytes(b"".join(rng.choice(pool) for _ in range(MONTHS * ROWS)))
+    return path
+
+
+class Extraction(PartFiles):
+    """All outputs are new ones, or none is.
+
+    outputs    the names of the files that are written
+    """
+
+    def __init__(
+        self,
+        bench: Bench,
+        programs: Path,
+        words: Sequence[str],
+        files: Dict[str, Content],
+        outputs: Sequence[str],
+    ) -> None:
+        command = [str(programs / "veldmark-extract"), GRID, *words]
+        grid = grid_file(bench.folder / GRID)
+        files = {GRID: grid, NOTES: b"not ours\n", **files}
+        super().__init__(bench, command, files, {name: GRID for name in outputs})
+
+    def run(self, fault: Optional[Fault] = None) -> Outcome:
+        outcome = super().run(fault)
+        outcome.errors = SECONDS.sub(b", 0.00 s\n", outcome.errors)
+        return outcome
+
+    def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
+        new = [outcome.files.get(name) == calm.files.get(name) for name in self.sources]
+        if any(new) and not all(new):
+            return "one output is new, and another isn't: %s" % (end_of(outcome),)
+        if not calm.screen.startswith(outcome.screen):
+            return "standard output differs"
+        if outcome.status == 0 and outcome.screen != calm.screen:
+            return "claims success of a part of the output"
+        if b" saved to " in outcome.errors and not all(new):
+            return "claims to have saved: %s" % (end_of(outcome),)
+        return super().broken_rule(calm, fault, outcome)
+
+    def messages(self, fault: Fault) -> List[Optional[str]]:
+        if fault.file == "standard-output" and fault.name == "write" and not is_taken_up(fault):
+            return [PROGRAM + "cannot write to standard output: %s\n" % reason(fault)]
+        if fault.name == "poll":
+            return [None]  # a reading that can't wait tries again
+        if fault.file == "standard-output" and fault.name in OF_NO_CONSEQUENCE:
+            return [None]
+        return super().messages(fault)
+
+    def messages_of_part(self, program: str, fault: Fault) -> List[Optional[str]]:
+        output = re.escape(fault.file[: -len(".part")])
+        if fault.name == "link":
+            if fault.error() == errno.EPERM:
+                return [None]  # a file system without hard links
+            taken = "another file has got this name meanwhile"
+            why = taken if fault.error() == errno.EEXIST else reason(fault)
+            return [PROGRAM + "cannot write '%s': %s\n" % (output, why)]
+        if fault.name == "renameat2":
+            return [None]  # a plain renaming does as well
+        return super().messages_of_part(program, fault)
+
+    def messages_of_source(self, program: str, fault: Fault) -> List[Optional[str]]:
+        if fault.name == "fstat" and fault.file == GRID and fault.number > 1:
+            return [None]
+        name = re.escape(fault.file)
+        if fault.error() is None:
+            return [PROGRAM + "cannot read '%s': it became shorter\n" % name]
+        if fault.name == "openat" and fault.file == GRID:
+            return [PROGRAM + "cannot open '%s': %s\n" % (name, reason(fault))]
+        return super().messages_of_source(program, fault)
+
+
+class TwoFiles(Extraction):
+    """The part of each file is opened, locked and closed once more where it is written."""
+
+    def messages_of_part(self, program: str, fault: Fault) -> List[Optional[str]]:
+        part = re.escape(fault.file)
+        expected = super().messages_of_part(program, fault)
+        if fault.name in ("fstat", "close"):
+            expected.append(PROGRAM + "cannot write '%s': %s\n" % (part, reason(fault)))
+        if fault.name == "flock" and fault.error() in (errno.EWOULDBLOCK, errno.ENOLCK):
+            # A lock that couldn't be given up is in the way of the second one.
+            expected.append(PROGRAM + "cannot write '%s': another run is writing it\n" % part)
+        return expected
+
+    def messages(self, fault: Fault) -> List[Optional[str]]:
+        if fault.name == "close" and fault.file.endswith(".part") and not is_taken_up(fault):
+            return [None, *self.messages_of_part(PROGRAM, fault)]
+        return super().messages(fault)
+
+
+class Netcdf(Extraction):
+    """The library makes the calls on the part: whatever it makes of a fault, nothing that
+    isn't true is claimed and nothing is left."""
+
+    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        if fault.name != "pwrite" and not fault.file.endswith(".part"):
+            return super().complaint(calm, fault, call, outcome)
+        found = self.broken_rule(calm, fault, outcome)
+        if found or outcome.status == 0 or outcome.errors:
+            return found
+        return "no message: %s" % (end_of(outcome),)
+
+    def wrong_order(self, calm: Outcome) -> str:
+        del calm
+        return ""
+
+
+BOX = ["--lat", "40:60", "--lon", "-170:-140"]
+SMALL_BOX = ["--lat", "40:41", "--lon", "-170:-169"]
+
+
+def csv(bench: Bench, programs: Path) -> Extraction:
+    """Some hundred kilobytes, over an abandoned part."""
+    files: Dict[str, Content] = {"x.csv.part": b"left by a run that was killed\n"}
+    return Extraction(bench, programs, [*BOX, "-o", "x.csv"], files, ["x.csv"])
+
+
+def standard_output(bench: Bench, programs: Path) -> Extraction:
+    return Extraction(bench, programs, BOX, {}, [])
+
+
+def sites(bench: Bench, programs: Path) -> Extraction:
+    """One site at sea, and an earlier file that is replaced."""
+    table = b"name,lat,lon\n" + b"".join(b"P%d,40.3,%d\n" % (i, i) for i in range(40))
+    files: Dict[str, Content] = {
+        SITES: table + b"Sea,0.1,-179.9\n",
+        "x.csv": b"an earlier table\n",
+    }
+    words = ["--sites", SITES, "-o", "x.csv", "--overwrite"]
+    scene = Extraction(bench, programs, words, files, ["x.csv"])
+    scene.notes = r"(veldmark-extract: Sea \(0\.1, -179\.9\) is left out: [^\n]*\n)?"
+    return scene
+
+
+def tsf(bench: Bench, programs: Path) -> Extraction:
+    words = [*SMALL_BOX, "--format", "tsf", "-o", "x"]
+    return TwoFiles(bench, programs, words, {}, ["x.TSF", "x.XY"])
+
+
+def tsf_replaced(bench: Bench, programs: Path) -> Extraction:
+    files: Dict[str, Content] = {"x.TSF": b"earlier series\n", "x.XY": b"an earlier list\n"}
+    words = [*SMALL_BOX, "--format", "tsf", "-o", "x", "--overwrite"]
+    return TwoFiles(bench, programs, words, files, ["x.TSF", "x.XY"])
+
+
+def netcdf(bench: Bench, programs: Path) -> Extraction:
+    files: Dict[str, Content] = {"x.nc": b"an earlier file\n"}
+    words = [*SMALL_BOX, "-o", "x.nc", "--format", "netcdf", "--overwrite"]
+    return Netcdf(bench, programs, words, files, ["x.nc"])
+
+
+SCENES = {
+    "extract-csv": csv,
+    "extract-output": standard_output,
+    "extract-sites": sites,
+    "extract-tsf": tsf,
+    "extract-tsf-replaced": tsf_replaced,
+    "extract-netcdf": netcdf,
+}
