@@ -33,6 +33,9 @@ LEAST = {
     "tersify-gzip": 20,
     "tersify-gzip-refusal": 25,
     "series_to_grid": 250,
+    "extract-csv": 485,
+    "extract-sites": 610,
+    "extract-tsf-replaced": 450,
 }
 
 

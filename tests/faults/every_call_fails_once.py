@@ -84,12 +84,12 @@ LEAST = {
     "tersify-gzip": (150, 42),
     "tersify-gzip-refusal": (165, 44),
     "series_to_grid": (250, 50),
-    "extract-csv": (1, 1),
-    "extract-output": (1, 1),
-    "extract-sites": (1, 1),
-    "extract-tsf": (1, 1),
-    "extract-tsf-replaced": (1, 1),
-    "extract-netcdf": (1, 1),
+    "extract-csv": (260, 55),
+    "extract-output": (175, 33),
+    "extract-sites": (380, 70),
+    "extract-tsf": (345, 80),
+    "extract-tsf-replaced": (340, 79),
+    "extract-netcdf": (450, 90),
 }
 SHARE_SANITIZED = 0.6
 CANNOT_FAIL = {"exit_group", "rt_sigaction", "geteuid", "futex"}
