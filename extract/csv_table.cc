@@ -102,7 +102,9 @@ std::size_t read_some(const std::string& name, const FileDescriptor& file, char*
   pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = 0};
   for (;;) {
     InterruptWatch::throw_if_caught();
-    ::poll(&until_readable, 1, -1);
+    if (::poll(&until_readable, 1, -1) < 0 && errno == EINTR) {
+      continue;
+    }
     const std::ptrdiff_t count = file.read(buffer, size);
     if (count >= 0) {
       return static_cast<std::size_t>(count);
