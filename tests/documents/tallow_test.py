@@ -42,13 +42,13 @@ class Tallow(DocumentTest):
             int,
             self.find(
                 r"July 1905 of the cell at 60\.25 N, 139\.75 W\..* \+ 60 = (\d+) "
-                r"place characters (\d+) to (\d+)",
+                r"value characters (\d+) to (\d+)",
                 one_line(page("docs/Tallow")),
                 "the example",
             ),
         )
         self.assertEqual((first % 5, last - first), (1, 4))
-        # Every wanted line has to be there; the missing code would hide the cell.
+        # Every requested line has to be there; the missing code would hide the cell.
         fields = {
             4 * LINES_PER_YEAR + month * 360 + row: {81: 0}
             for month in range(12)
