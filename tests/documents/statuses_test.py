@@ -45,10 +45,10 @@ class VeldmarkStatus(DocumentTest):
     SCENES = (
         (0, "ended by an answer", [], [PAUSE, PAUSE, "0"], one_year),
         (0, "ended by an answer", [], SEARCH, one_year),
-        (0, "a value that is no number", [], SEARCH, a_value_that_is_none),
+        (0, "a value that is not a number", [], SEARCH, a_value_that_is_none),
         (0, "the end of the file, where a cell", [], SEARCH, no_lines_to_skip),
         (2, "Wrong command line", ["--nonsense"], None, one_year),
-        (255, "an answer that is no number", [], [PAUSE, PAUSE, "x"], one_year),
+        (255, "an answer that is not a number", [], [PAUSE, PAUSE, "x"], one_year),
         (255, "the end of the input", [], [PAUSE], one_year),
         (255, "ends before the chosen years do", [], SEARCH, a_short_file),
     )

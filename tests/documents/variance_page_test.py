@@ -82,7 +82,7 @@ class WorkedExample(DocumentTest):
         self.assertEqual(ratio, f"{float(f):.5f}")
         self.assertEqual((int(df1), int(df2)), (count1 - 1, count2 - 1))
         true, printed, error = self.find(
-            r"The true prob is ([\d.]+); the printed ([\d.]+) is ([\d.e-]+) of itself below",
+            r"The true prob is ([\d.]+); the printed ([\d.]+) is too small by ([\d.e-]+) of that",
             self.text,
             "prob",
         )
