@@ -1,27 +1,56 @@
 #include "extract/release.h"
 
 #include <algorithm>
-#include <regex>
+#include <array>
+#include <cstddef>
+
+#include "extract/variable_name.h"
 
 namespace veldmark::extract {
 namespace {
 
-// The number in a file's name; empty where there is none. A number of four digits
-// behind it is a year.
-std::string release_number(const VariableEntry& entry, std::string_view file_name) {
-  constexpr auto kFlags = std::regex::ECMAScript | std::regex::icase;
-  static const std::regex kCruTs(R"(cru_?ts_?(\d{1,2}([._]\d{1,2})+)(?!\d))", kFlags);
-  static const std::regex kDrought(R"(scpdsi[._](\d{1,2}([._]\d{1,2})+)(?!\d))",
-                                   kFlags);
-  const std::string name(file_name.substr(file_name.rfind('/') + 1));  // npos + 1 is 0
-  std::smatch found;
-  if (!std::regex_search(name, found,
-                         entry.is_in_cru_ts_distribution ? kCruTs : kDrought)) {
-    return "";
+using Markers = std::array<std::string_view, 3>;
+constexpr Markers kCruTs{"cru_ts_", "cru_ts", "cruts"};
+constexpr Markers kDrought{"scpdsi.", "scpdsi_", "scpdsi"};
+
+bool is_digit(char c) { return '0' <= c && c <= '9'; }
+
+// The number at the start of `text`: two or more groups of one or two digits, with
+// points or underscores between them, as in "4.09" and "3_24_01". A longer group is a
+// year and no part of it. Empty where there is none.
+std::string leading_number(std::string_view text) {
+  constexpr std::ptrdiff_t kMostDigits = 2;
+  std::string number;
+  std::size_t groups = 0;
+  const char* place = text.begin();
+  for (;;) {
+    const char* const end = std::find_if_not(place, text.end(), is_digit);
+    if (end == place || end - place > kMostDigits) {
+      break;
+    }
+    number += (groups > 0 ? "." : "") + std::string(place, end);
+    ++groups;
+    if (end == text.end() || (*end != '.' && *end != '_')) {
+      break;
+    }
+    place = end + 1;
   }
-  std::string number = found[1];
-  std::replace(number.begin(), number.end(), '_', '.');
-  return number;
+  return groups > 1 ? number : "";
+}
+
+// The number behind the name of the data set in a file's name; empty where there is
+// none.
+std::string release_number(const VariableEntry& entry, std::string_view file_name) {
+  file_name.remove_prefix(file_name.rfind('/') + 1);  // npos + 1 is 0
+  const std::string name = lower_case(file_name);
+  for (const std::string_view marker :
+       entry.is_in_cru_ts_distribution ? kCruTs : kDrought) {
+    const std::size_t place = name.find(marker);
+    if (place != std::string::npos) {
+      return leading_number(std::string_view(name).substr(place + marker.size()));
+    }
+  }
+  return "";
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
 #include "extract/sites_file.h"
 
-#include <algorithm>
-#include <cctype>
 #include <initializer_list>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "extract/csv_table.h"
+#include "extract/variable_name.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -23,13 +22,6 @@ std::string_view without_blanks_around(std::string_view text) {
     return {};
   }
   return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
-
-std::string lower_case(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return lower;
 }
 
 // The column headed by the first of `titles` that is there; kNoColumn for none.

@@ -4,7 +4,6 @@
 #include <cctype>
 
 namespace veldmark {
-namespace {
 
 std::string lower_case(std::string_view text) {
   std::string lower(text);
@@ -12,8 +11,6 @@ std::string lower_case(std::string_view text) {
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return lower;
 }
-
-}  // namespace
 
 std::string short_names() {
   std::string names;

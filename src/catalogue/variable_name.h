@@ -11,6 +11,9 @@
 
 namespace veldmark {
 
+// Returns `text` with small letters in the place of capital ones.
+std::string lower_case(std::string_view text);
+
 // Returns the short names of all variables with blanks between them.
 std::string short_names();
 
