@@ -194,6 +194,7 @@ class Building(DocumentTest):
         )
         demo = page("demo")
         self.assertRegex(demo, rf"(?m)^scripts/configure {preset}$")
+        # By hand it needs no libraries; the demo sets up those of the last program.
         self.assertRegex(demo, rf"(?m)^{build} veldmark-extract$")
         generator = self.find(r'"generator": "(\w+)"', page("CMakePresets.json"), "generator")
         self.assertIn(generator.lower(), page("README.md"))

@@ -174,6 +174,64 @@ TEST_F(Extract, SitesHaveTheirOwnColumnsAndTheCellsPlace) {
       heading + a + "Sea,60.3,-138.6,,60.25,-139.25,36.3,1901,,,,77,,,,,,,,\n" + b);
 }
 
+TEST_F(Extract, ATableAsASpreadsheetSavesItGivesTheSame) {
+  write_grid();
+  write_file("plain.csv", "name,lat,lon,note\nA,60.3,-139.7,\"x, \"\"y\"\"\"\n");
+  const std::string plain =
+      csv_of({kName, "--sites", "plain.csv", "--years", "1901", "--wide", "--stored"});
+  EXPECT_EQ(plain,
+            "name,lat,lon,note,cell_lat,cell_lon,distance_km,year,"
+            "jan,feb,mar,apr,may,jun,jul,aug,sep,oct,nov,dec\n"
+            "A,60.3,-139.7,\"x, \"\"y\"\"\",60.25,-139.75,6.2,1901,"
+            "-12,-11,-10,-9,-8,-7,-6,-5,-4,-3,-2,-1\n");
+  write_file("sheet.csv",
+             "\xEF\xBB\xBF\"name\",\"lat\",\"lon\",\"note\"\r\n"
+             "\"A\",\"60.3\",\"-139.7\",\"x, \"\"y\"\"\"\r\n");
+  EXPECT_EQ(
+      csv_of({kName, "--sites", "sheet.csv", "--years", "1901", "--wide", "--stored"}),
+      plain);
+}
+
+// What belongs to which cell: CellOf in place_test.cc. These come through a table and
+// --cell alike.
+TEST_F(Extract, PointsOnEdgesCornersAndPolesHaveTheCellNorthAndEastOfThem) {
+  for (int month = 0; month < 24; ++month) {
+    set(month, 1, 1, 1);      // 89.75 S, 179.75 W
+    set(month, 360, 1, 2);    // 89.75 N, 179.75 W
+    set(month, 181, 361, 3);  // 0.25 N, 0.25 E
+    set(month, 180, 360, 4);  // 0.25 S, 0.25 W
+  }
+  write_grid();
+  struct Case {
+    const char* lat;
+    const char* lon;
+    const char* cell;
+  };
+  const std::vector<Case> cases{{"60.25", "-139.75", "60.25,-139.75"},
+                                {"60", "-140", "60.25,-139.75"},
+                                {"60.5", "-139.5", "60.75,-139.25"},
+                                {"60.5", "-139.2", "60.75,-139.25"},
+                                {"60.9", "220.5", "60.75,-139.25"},
+                                {"90", "180", "89.75,-179.75"},
+                                {"90", "-180", "89.75,-179.75"},
+                                {"-90", "-180", "-89.75,-179.75"},
+                                {"-90", "180", "-89.75,-179.75"},
+                                {"0", "0", "0.25,0.25"},
+                                {"0", "360", "0.25,0.25"},
+                                {"-0.0001", "-0.0001", "-0.25,-0.25"}};
+  for (const Case& point : cases) {
+    const std::string place = std::string(point.lat) + "," + point.lon;
+    write_file("s.csv", "lat,lon\n" + place + "\n");
+    const std::string by_site =
+        csv_of({kName, "--sites", "s.csv", "--years", "1901", "--wide"});
+    EXPECT_EQ(by_site.substr(by_site.find('\n') + 1).find(place + "," + point.cell), 0U)
+        << by_site;
+    const std::string by_cell =
+        csv_of({kName, "--cell", place, "--years", "1901", "--wide"});
+    EXPECT_EQ(by_cell.substr(by_cell.find('\n') + 1).find(point.cell), 0U) << by_cell;
+  }
+}
+
 TEST_F(Extract, SaysWhatItDidUnlessQuiet) {
   write_grid();
   const Outcome outcome =
