@@ -71,7 +71,7 @@ Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginnin
   // The library locks HDF5 files itself. All others stay locked, so that no other run
   // takes this one's file for abandoned.
   if (is_hdf5(beginning)) {
-    decompressed.hand_over();
+    decompressed.release_lock();
   }
   return condense_netcdf(PartFile::part_name(name), job);
 }
