@@ -76,7 +76,7 @@ bool read_usual_line(std::string_view line, const RowPlan& plan,
     const std::size_t begin = byte_of(run.first_field);
     const std::size_t size = static_cast<std::size_t>(run.count) * kFieldWidth;
     const std::string_view fields = line.substr(begin, size);
-    if (has_line_end(line.substr(checked, begin - checked))) {
+    if (contains_newline(line.substr(checked, begin - checked))) {
       return false;
     }
     if (!run.has_data && !missing.starts_with(fields)) {
@@ -90,7 +90,7 @@ bool read_usual_line(std::string_view line, const RowPlan& plan,
     }
     checked = begin + size;
   }
-  return !has_line_end(line.substr(checked));
+  return !contains_newline(line.substr(checked));
 }
 
 std::int16_t value_of(std::string_view line, std::int32_t column) {
