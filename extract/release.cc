@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-#include "extract/variable_name.h"
+#include "catalogue/variable_name.h"
 
 namespace veldmark::extract {
 namespace {

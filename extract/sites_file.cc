@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "extract/csv_table.h"
-#include "extract/variable_name.h"
+#include "catalogue/variable_name.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
