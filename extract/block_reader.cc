@@ -1,158 +1,104 @@
 #include "extract/block_reader.h"
 
 #include <algorithm>
-#include <optional>
-#include <string>
-#include <string_view>
+#include <mutex>
 #include <utility>
 #include <vector>
 
 #include "catalogue/transpose.h"
-#include "extract/line_fault.h"
-#include "extract/line_plan.h"
+#include "extract/months_reader.h"
+#include "extract/parallel_parts.h"
 #include "grid/grid_layout.h"
 
 namespace veldmark::extract {
+namespace {
+
+// Ends a part whose result nobody waits for.
+struct InVain {};
+
+}  // namespace
 
 class BlockReader {
  public:
   BlockReader(const InputFile& input, const CellSet& cells, const Years& years,
               const Progress& progress)
-      : cells_(cells),
-        lines_(input, cells.rows(), years, progress),
-        MissingCode_(static_cast<std::int16_t>(input.entry.MissingCode)),
-        missing_(missing_line(input.entry.MissingCode)) {
-    const std::int64_t year_count = std::int64_t{years.last} - years.first + 1;
-    block_.month_count_ = static_cast<std::size_t>(year_count) * kMonthsPerYear;
-  }
+      : input_(input),
+        cells_(cells),
+        years_(years),
+        progress_(progress),
+        parts_(
+            parts_for(static_cast<std::size_t>(bytes_to_read(input, cells, years)))) {}
 
   SeriesBlock read() {
-    find_cells();
-    block_.values_ = make_large_buffer(block_.columns_.size() * block_.month_count_);
-    for (std::size_t month = 0; month < block_.month_count_; ++month) {
-      lines_.for_each(month, [&](std::size_t index, std::string_view line) {
-        read_line(month, index, line);
-      });
+    BlockLayout& layout = block_.layout_;
+    layout = MonthsReader(input_, cells_, years_, progress_).find_cells();
+    layout.month_count =
+        static_cast<std::size_t>(years_.last - years_.first + 1) * kMonthsPerYear;
+    block_.values_ = make_large_buffer(layout.columns.size() * layout.month_count);
+    std::vector<LateCells> late_cells(parts_);
+    run_parts(parts_,
+              [&](const Part& part) { late_cells[part.index()] = read_months(part); });
+    for (const LateCells& cells : late_cells) {
+      add_late_cells(cells);
     }
-    transpose_rows();
+    run_parts(parts_, [&](const Part& part) { transpose_rows(part); });
     return std::move(block_);
   }
 
  private:
-  // Finds the cells that have data in the first month.
-  void find_cells() {
-    std::vector<std::int16_t> values;
-    lines_.for_each(0, [&](std::size_t index, std::string_view line) {
-      const std::span<const std::int32_t> columns = cells_.columns(index);
-      values.resize(columns.size());
-      read_fields(0, index, line, plan_cells(columns, columns, {}), values.data());
-      block_.rows_.push_back(cells_.rows()[index]);
-      block_.begin_.push_back(block_.columns_.size());
-      for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (values[i] != MissingCode_) {
-          block_.columns_.push_back(columns[i]);
-        }
+  LateCells read_months(const Part& part) {
+    const Progress progress = [&](std::int64_t count) {
+      if (part.is_in_vain()) {
+        throw InVain();
       }
-    });
-    block_.begin_.push_back(block_.columns_.size());
-    late_columns_.resize(block_.rows_.size());
-    for (std::size_t index = 0; index < block_.rows_.size(); ++index) {
-      plans_.push_back(plan_of(index));
-    }
+      const std::lock_guard lock(one_at_a_time_);
+      if (progress_) {
+        progress_(count);
+      }
+    };
+    const std::size_t months = block_.layout_.month_count;
+    return MonthsReader(input_, cells_, years_, progress)
+        .read(block_.layout_, part.begin(months), part.end(months),
+              block_.values_.data());
   }
 
-  [[nodiscard]] std::size_t cells_of_row(std::size_t index) const {
-    return block_.begin_[index + 1] - block_.begin_[index];
-  }
-
-  [[nodiscard]] RowPlan plan_of(std::size_t index) const {
-    const std::span<const std::int32_t> data_columns =
-        std::span(block_.columns_).subspan(block_.begin_[index], cells_of_row(index));
-    return plan_cells(cells_.columns(index), data_columns, late_columns_[index]);
-  }
-
-  void read_line(std::size_t month, std::size_t index, std::string_view line) {
-    std::int16_t* values = block_.values_.data() +
-                           block_.begin_[index] * block_.month_count_ +
-                           month * cells_of_row(index);
-    if (!read_fields(month, index, line, plans_[index], values)) {
-      find_late_cells(index, line);
-    }
-    keep_late_cells(month, index, line);
-  }
-
-  // Reads the fields of a plan. Returns whether the line is as nearly all are, without
-  // cells that begin to have data.
-  bool read_fields(std::size_t month, std::size_t index, std::string_view line,
-                   const RowPlan& plan, std::int16_t* values) const {
-    if (read_usual_line(line, plan, missing_, values)) {
-      return true;
-    }
-    expect_sound_fields(month, index, line, cells_.columns(index));
-    if (!read_by_plan(line, plan, missing_, values)) {
-      lines_.fail(month, index, "it can't be read; tersify --check tells more");
-    }
-    return false;
-  }
-
-  // Finds the cells that begin to have data with this line.
-  void find_late_cells(std::size_t index, std::string_view line) {
-    const std::size_t before = late_columns_[index].size();
-    for (const FieldRun& run : plans_[index].runs) {
-      for (std::int32_t i = 0; !run.has_data && i < run.count; ++i) {
-        if (value_of(line, run.first_field + i) != MissingCode_) {
-          late_columns_[index].push_back(run.first_field + i);
+  // Each part has the missing code in the months of the others.
+  void add_late_cells(const LateCells& cells) {
+    for (const auto& [cell, series] : cells) {
+      std::vector<std::int16_t>& all = block_.late_cells_[cell];
+      all.resize(series.size(), static_cast<std::int16_t>(input_.entry.MissingCode));
+      for (std::size_t month = 0; month < series.size(); ++month) {
+        if (series[month] != input_.entry.MissingCode) {
+          all[month] = series[month];
         }
       }
     }
-    if (late_columns_[index].size() > before) {
-      plans_[index] = plan_of(index);
-    }
   }
 
-  void keep_late_cells(std::size_t month, std::size_t index, std::string_view line) {
-    const std::vector<std::int32_t>& columns = late_columns_[index];
-    if (columns.empty()) {
-      return;
-    }
-    expect_sound_fields(month, index, line, columns);
-    for (const std::int32_t column : columns) {
-      std::vector<std::int16_t>& series =
-          block_.late_cells_[{.GridY = cells_.rows()[index], .GridX = column}];
-      series.resize(block_.month_count_, MissingCode_);
-      series[month] = value_of(line, column);
-    }
-  }
-
-  // Turns each row from [month][cell] into [cell][month].
-  void transpose_rows() {
-    const std::size_t months = block_.month_count_;
+  // Turns rows from [month][cell] into [cell][month].
+  void transpose_rows(const Part& part) {
+    const BlockLayout& layout = block_.layout_;
+    const std::size_t months = layout.month_count;
+    const std::size_t end = part.end(layout.rows.size());
     std::size_t most = 0;
-    for (std::size_t index = 0; index < block_.rows_.size(); ++index) {
-      most = std::max(most, cells_of_row(index));
+    for (std::size_t index = part.begin(layout.rows.size()); index < end; ++index) {
+      most = std::max(most, layout.columns_of_row(index).size());
     }
     LargeBuffer by_month = make_large_buffer(most * months);
-    for (std::size_t index = 0; index < block_.rows_.size(); ++index) {
-      const std::size_t cells = cells_of_row(index);
-      std::int16_t* row = block_.values_.data() + block_.begin_[index] * months;
+    for (std::size_t index = part.begin(layout.rows.size()); index < end; ++index) {
+      const std::size_t cells = layout.columns_of_row(index).size();
+      std::int16_t* row = block_.values_.data() + layout.begin[index] * months;
       std::copy_n(row, cells * months, by_month.data());
       transpose(by_month.data(), months, cells, row);
     }
   }
 
-  void expect_sound_fields(std::size_t month, std::size_t index, std::string_view line,
-                           std::span<const std::int32_t> columns) const {
-    if (const auto fault = find_line_fault(line, columns)) {
-      lines_.fail(month, index, *fault);
-    }
-  }
-
+  const InputFile& input_;
   const CellSet& cells_;
-  FramedLines lines_;
-  std::int16_t MissingCode_;
-  std::string missing_;                                  // a line of missing codes
-  std::vector<RowPlan> plans_;                           // of the rows
-  std::vector<std::vector<std::int32_t>> late_columns_;  // of the rows
+  const Years& years_;
+  const Progress& progress_;
+  std::size_t parts_;
+  std::mutex one_at_a_time_;  // for progress_
   SeriesBlock block_;
 };
 

@@ -5,15 +5,16 @@
 namespace veldmark::extract {
 
 std::span<const std::int16_t> SeriesBlock::series(const Cell& cell) const {
-  const auto row = std::lower_bound(rows_.begin(), rows_.end(), cell.GridY);
-  if (row != rows_.end() && *row == cell.GridY) {
-    const auto index = static_cast<std::size_t>(row - rows_.begin());
-    const auto begin = columns_.begin() + static_cast<std::ptrdiff_t>(begin_[index]);
-    const auto end = columns_.begin() + static_cast<std::ptrdiff_t>(begin_[index + 1]);
-    const auto found = std::lower_bound(begin, end, cell.GridX);
-    if (found != end && *found == cell.GridX) {
-      const auto place = static_cast<std::size_t>(found - columns_.begin());
-      return {values_.data() + place * month_count_, month_count_};
+  const std::vector<std::int32_t>& rows = layout_.rows;
+  const auto row = std::lower_bound(rows.begin(), rows.end(), cell.GridY);
+  if (row != rows.end() && *row == cell.GridY) {
+    const auto index = static_cast<std::size_t>(row - rows.begin());
+    const std::span<const std::int32_t> columns = layout_.columns_of_row(index);
+    const auto found = std::lower_bound(columns.begin(), columns.end(), cell.GridX);
+    if (found != columns.end() && *found == cell.GridX) {
+      const std::size_t place =
+          layout_.begin[index] + static_cast<std::size_t>(found - columns.begin());
+      return {values_.data() + place * month_count(), month_count()};
     }
   }
   const auto late = late_cells_.find(cell);

@@ -15,6 +15,23 @@
 
 namespace veldmark::extract {
 
+// Which cells of a block have data in its first month, and where their values lie.
+struct BlockLayout {
+  std::size_t month_count = 0;
+  std::vector<std::int32_t> rows;     // ascending
+  std::vector<std::size_t> begin;     // of each row in columns, and the end
+  std::vector<std::int32_t> columns;  // ascending in each row
+
+  // The columns of rows[index].
+  [[nodiscard]] std::span<const std::int32_t> columns_of_row(std::size_t index) const {
+    return std::span(columns).subspan(begin[index], begin[index + 1] - begin[index]);
+  }
+};
+
+// The series of cells that begin to have data later. There are hardly any: CRU TS has
+// the same cells in every month.
+using LateCells = std::map<Cell, std::vector<std::int16_t>>;
+
 // Series in stored units, the missing code in months without data. Cells are found by
 // row and column in the order of the file.
 class SeriesBlock {
@@ -23,25 +40,19 @@ class SeriesBlock {
   // has no data in any month or was not asked for.
   [[nodiscard]] std::span<const std::int16_t> series(const Cell& cell) const;
 
-  [[nodiscard]] std::size_t month_count() const { return month_count_; }
+  [[nodiscard]] std::size_t month_count() const { return layout_.month_count; }
 
   // How many cells have data.
   [[nodiscard]] std::size_t cell_count() const {
-    return columns_.size() + late_cells_.size();
+    return layout_.columns.size() + late_cells_.size();
   }
 
  private:
   friend class BlockReader;
 
-  std::size_t month_count_ = 0;
-  std::vector<std::int32_t> rows_;
-  std::vector<std::size_t> begin_;     // of each row in columns_, and the end
-  std::vector<std::int32_t> columns_;  // of the cells with data in the first month
-  LargeBuffer values_;                 // [cell][month] when complete
-
-  // Cells that begin later. There are hardly any: CRU TS has the same cells in every
-  // month.
-  std::map<Cell, std::vector<std::int16_t>> late_cells_;
+  BlockLayout layout_;
+  LargeBuffer values_;  // [cell][month] when complete
+  LateCells late_cells_;
 };
 
 }  // namespace veldmark::extract

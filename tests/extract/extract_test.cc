@@ -393,6 +393,27 @@ TEST_F(Extract, ABadFieldOfACellThatBeganLateIsNamed) {
           "for a value");
 }
 
+// The globe is read in parts, where there are processors for it: these months and lines
+// lie in the first and in the last.
+TEST_F(Extract, CellsThatBeginLateHaveTheirDataFromAllParts) {
+  set(23, kRow, 82, 78);
+  write_grid();
+  const std::string csv = csv_of({kName, "--wide"});
+  EXPECT_NE(csv.find("60.25,-139.25,1901,,,,7.7,,,,,,,,\n"
+                     "60.25,-139.25,1902,,,,,,,,,,,,7.8\n"),
+            std::string::npos);
+}
+
+TEST_F(Extract, OfTwoBadFieldsTheFirstIsNamed) {
+  grid_.set_field(1901, 3, kRow, 81, " 1.23");
+  grid_.set_field(1902, 12, 1, 81, "  x12");
+  write_grid();
+  expect_failure({kName}, 1,
+                 quoted(kName) +
+                     ": line 1021: characters 401-405 (column 81): ' 1.23' is no "
+                     "integer");
+}
+
 TEST_F(Extract, AValueThatNeedsMoreThan16BitsIsNamed) {
   grid_.set_field(1902, 3, kRow, 81, "64537");
   write_grid();

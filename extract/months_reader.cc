@@ -1,0 +1,121 @@
+#include "extract/months_reader.h"
+
+#include <utility>
+
+#include "extract/line_fault.h"
+#include "extract/line_plan.h"
+
+namespace veldmark::extract {
+
+MonthsReader::MonthsReader(const InputFile& input, const CellSet& cells,
+                           const Years& years, const Progress& progress)
+    : cells_(cells),
+      lines_(input, cells.rows(), years, progress),
+      MissingCode_(static_cast<std::int16_t>(input.entry.MissingCode)),
+      missing_(missing_line(input.entry.MissingCode)) {}
+
+BlockLayout MonthsReader::find_cells() {
+  BlockLayout layout;
+  std::vector<std::int16_t> values;
+  lines_.for_each(0, [&](std::size_t index, std::string_view line) {
+    const std::span<const std::int32_t> columns = cells_.columns(index);
+    values.resize(columns.size());
+    read_fields(0, index, line, plan_cells(columns, columns, {}), values.data());
+    layout.rows.push_back(cells_.rows()[index]);
+    layout.begin.push_back(layout.columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (values[i] != MissingCode_) {
+        layout.columns.push_back(columns[i]);
+      }
+    }
+  });
+  layout.begin.push_back(layout.columns.size());
+  return layout;
+}
+
+LateCells MonthsReader::read(const BlockLayout& layout, std::size_t first,
+                             std::size_t end, std::int16_t* values) {
+  late_columns_.assign(layout.rows.size(), {});
+  plans_.clear();
+  for (std::size_t index = 0; index < layout.rows.size(); ++index) {
+    plans_.push_back(plan_of(layout, index));
+  }
+  for (std::size_t month = first; month < end; ++month) {
+    lines_.for_each(month, [&](std::size_t index, std::string_view line) {
+      read_line(layout, month, index, line, values);
+    });
+  }
+  return std::move(late_cells_);
+}
+
+RowPlan MonthsReader::plan_of(const BlockLayout& layout, std::size_t index) const {
+  return plan_cells(cells_.columns(index), layout.columns_of_row(index),
+                    late_columns_[index]);
+}
+
+void MonthsReader::read_line(const BlockLayout& layout, std::size_t month,
+                             std::size_t index, std::string_view line,
+                             std::int16_t* values) {
+  std::int16_t* month_of_row = values + layout.begin[index] * layout.month_count +
+                               month * layout.columns_of_row(index).size();
+  if (!read_fields(month, index, line, plans_[index], month_of_row)) {
+    find_late_cells(layout, index, line);
+  }
+  keep_late_cells(layout, month, index, line);
+}
+
+// Reads the fields of a plan. Returns whether the line is as nearly all are, without
+// cells that begin to have data.
+bool MonthsReader::read_fields(std::size_t month, std::size_t index,
+                               std::string_view line, const RowPlan& plan,
+                               std::int16_t* values) const {
+  if (read_usual_line(line, plan, missing_, values)) {
+    return true;
+  }
+  expect_sound_fields(month, index, line, cells_.columns(index));
+  if (!read_by_plan(line, plan, missing_, values)) {
+    lines_.fail(month, index, "it can't be read; tersify --check tells more");
+  }
+  return false;
+}
+
+// Finds the cells that begin to have data with this line.
+void MonthsReader::find_late_cells(const BlockLayout& layout, std::size_t index,
+                                   std::string_view line) {
+  const std::size_t before = late_columns_[index].size();
+  for (const FieldRun& run : plans_[index].runs) {
+    for (std::int32_t i = 0; !run.has_data && i < run.count; ++i) {
+      if (value_of(line, run.first_field + i) != MissingCode_) {
+        late_columns_[index].push_back(run.first_field + i);
+      }
+    }
+  }
+  if (late_columns_[index].size() > before) {
+    plans_[index] = plan_of(layout, index);
+  }
+}
+
+void MonthsReader::keep_late_cells(const BlockLayout& layout, std::size_t month,
+                                   std::size_t index, std::string_view line) {
+  const std::vector<std::int32_t>& columns = late_columns_[index];
+  if (columns.empty()) {
+    return;
+  }
+  expect_sound_fields(month, index, line, columns);
+  for (const std::int32_t column : columns) {
+    std::vector<std::int16_t>& series =
+        late_cells_[{.GridY = cells_.rows()[index], .GridX = column}];
+    series.resize(layout.month_count, MissingCode_);
+    series[month] = value_of(line, column);
+  }
+}
+
+void MonthsReader::expect_sound_fields(std::size_t month, std::size_t index,
+                                       std::string_view line,
+                                       std::span<const std::int32_t> columns) const {
+  if (const auto fault = find_line_fault(line, columns)) {
+    lines_.fail(month, index, *fault);
+  }
+}
+
+}  // namespace veldmark::extract
