@@ -2,13 +2,14 @@
 // requested rows once and writes as many bytes as the outputs have once, looking at
 // none of them.
 //
-//   limit [--commands] GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER SIZE...
+//   limit [--commands] GRID ROWS FIRST_YEAR LAST_YEAR FOLDER SIZE...
 //
 // With --commands it first runs the three shell commands that a session has to run.
 //
-// Rows 1..360 and years 1..116 (1 is 1901), both ends included. Makes one file in
-// FOLDER for each SIZE, named 1, 2, ...; a file that is there is emptied in place, as
-// the outputs of a search are. GRID is a condensed file with LF line ends.
+// ROWS are ascending ranges, 281-300 or 1-1,5-9, of rows 1..360; years are 1..116 (1 is
+// 1901), both ends included. Makes one file in FOLDER for each SIZE, named 1, 2, ...; a
+// file that is there is emptied in place, as the outputs of a search are. GRID is a
+// condensed file with LF line ends.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -43,20 +45,37 @@ struct Stretch {
   throw std::system_error(errno, std::generic_category(), what);
 }
 
-// The requested lines: a stretch for each month, or a single one for whole months.
-std::vector<Stretch> requested_stretches(std::int64_t first_row, std::int64_t last_row,
-                                         std::int64_t first_year,
-                                         std::int64_t last_year) {
-  const std::int64_t first_month = (first_year - 1) * kMonthsPerYear;
-  const std::int64_t end_month = last_year * kMonthsPerYear;
-  if (first_row == 1 && last_row == kRows) {
+struct Range {
+  std::int64_t first;
+  std::int64_t last;
+};
+
+std::vector<Range> parse_ranges(const std::string& text) {
+  std::vector<Range> ranges;
+  std::istringstream words(text);
+  for (std::string word; std::getline(words, word, ',');) {
+    const std::size_t dash = word.find('-');
+    ranges.push_back({std::stoll(word), std::stoll(word.substr(dash + 1))});
+  }
+  return ranges;
+}
+
+// The requested lines: a stretch for each range of rows in each month, or a single one
+// for whole months.
+std::vector<Stretch> requested_stretches(const std::vector<Range>& rows,
+                                         const Range& years) {
+  const std::int64_t first_month = (years.first - 1) * kMonthsPerYear;
+  const std::int64_t end_month = years.last * kMonthsPerYear;
+  if (rows.front().first == 1 && rows.front().last == kRows) {
     return {{first_month * kRows * kLineSize,
              (end_month - first_month) * kRows * kLineSize}};
   }
   std::vector<Stretch> stretches;
   for (std::int64_t month = first_month; month < end_month; ++month) {
-    stretches.push_back({(month * kRows + first_row - 1) * kLineSize,
-                         (last_row - first_row + 1) * kLineSize});
+    for (const Range& range : rows) {
+      stretches.push_back({(month * kRows + range.first - 1) * kLineSize,
+                           (range.last - range.first + 1) * kLineSize});
+    }
   }
   return stretches;
 }
@@ -107,10 +126,9 @@ void run(std::vector<std::string> arguments) {
   if (commands) {
     arguments.erase(arguments.begin());
   }
-  if (arguments.size() < 6) {
+  if (arguments.size() < 5) {
     throw std::runtime_error(
-        "usage: limit [--commands] GRID FIRST_ROW LAST_ROW FIRST_YEAR LAST_YEAR FOLDER "
-        "SIZE...");
+        "usage: limit [--commands] GRID ROWS FIRST_YEAR LAST_YEAR FOLDER SIZE...");
   }
   if (commands) {
     run_commands();
@@ -120,14 +138,14 @@ void run(std::vector<std::string> arguments) {
     fail(arguments[0]);
   }
   std::vector<char> piece(kPieceSize, ' ');
+  const Range years{std::stoll(arguments[2]), std::stoll(arguments[3])};
   for (const Stretch& stretch :
-       requested_stretches(std::stoll(arguments[1]), std::stoll(arguments[2]),
-                           std::stoll(arguments[3]), std::stoll(arguments[4]))) {
+       requested_stretches(parse_ranges(arguments[1]), years)) {
     read_stretch(grid, stretch, piece);
   }
   ::close(grid);
-  for (std::size_t i = 6; i < arguments.size(); ++i) {
-    write_file(arguments[5] + "/" + std::to_string(i - 5), std::stoull(arguments[i]),
+  for (std::size_t i = 5; i < arguments.size(); ++i) {
+    write_file(arguments[4] + "/" + std::to_string(i - 4), std::stoull(arguments[i]),
                piece);
   }
 }

@@ -136,13 +136,12 @@ class Stage:
         """
         if not replace:
             empty_folder(self.limit_outputs)
-        first_row, last_row = search.rows()
         years = (search.first_year - 1900, search.last_year - 1900)
         grid, folder = self.data_file(variable), self.limit_outputs
         return self.run(
             self.bench_program("limit"),
             *(["--commands"] if commands else []),
-            *(grid, first_row, last_row, *years, folder, *self.expected_sizes()),
+            *(grid, "%d-%d" % search.rows(), *years, folder, *self.expected_sizes()),
         )
 
     def expect(self, variable, search):
