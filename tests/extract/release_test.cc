@@ -6,7 +6,7 @@
 #include <string>
 
 #include "extract/citation.h"
-#include "extract/variable_name.h"
+#include "catalogue/variable_name.h"
 
 namespace veldmark::extract {
 namespace {

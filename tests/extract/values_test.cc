@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,7 @@ TEST(CsvSeries, WritesPlacesOfAnyLength) {
       output.complete();
       const std::string text = wide ? text_wide + "\n" : text_long;
       EXPECT_TRUE(testing::file_content("x.csv") == text + text) << size << wide;
+      std::filesystem::remove("x.csv");
     }
   }
 }
