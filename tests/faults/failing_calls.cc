@@ -108,6 +108,7 @@ constexpr Kind kKinds[] = {
     {SYS_mmap, "mmap", Names::kNothing},
     {SYS_mremap, "mremap", Names::kNothing},
     {SYS_munmap, "munmap", Names::kNothing},
+    {SYS_mprotect, "mprotect", Names::kNothing},
     {SYS_madvise, "madvise", Names::kNothing},
     {SYS_brk, "brk", Names::kNothing},
     {SYS_getrandom, "getrandom", Names::kNothing},
@@ -285,7 +286,7 @@ class CallCounts {
     long calls = 0;
   };
 
-  static constexpr std::size_t kRoom = 200;
+  static constexpr std::size_t kRoom = 800;
   Count counts_[kRoom];
   std::size_t used_ = 0;
 };
