@@ -1,12 +1,12 @@
 #include "tersify/condense_netcdf.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 #include "companion/input_file.h"
@@ -17,6 +17,7 @@
 #include "tersify/netcdf_layout.h"
 #include "tersify/netcdf_tiles.h"
 #include "tersify/netcdf_values.h"
+#include "tersify/release_years.h"
 #include "util/failure.h"
 #include "util/file_identity.h"
 #include "util/in_quotes.h"
@@ -54,6 +55,21 @@ std::string output_name(const CondenseJob& job, const NetcdfLayout& layout) {
   return std::filesystem::path(job.name)
       .replace_filename(layout.entry.DataFileName.trimmed())
       .string();
+}
+
+// Who reads the copy takes its first year from its name, and where that tells none for
+// 1901. Fewer or more years than the name tells are seen in the copy itself.
+void note_first_year(const NetcdfLayout& layout, Condensed& done) {
+  const std::optional<Years> named = years_in_name(done.output);
+  const std::int32_t expected = named ? named->first : kFirstDataYear;
+  if (layout.years.first != expected) {
+    done.warnings.push_back(
+        "warning: " + in_quotes(done.output) + " begins in " +
+        std::to_string(layout.years.first) + ", and by its name it begins in " +
+        std::to_string(expected) + "; give it a name with its years, as ." +
+        std::to_string(layout.years.first) + "." + std::to_string(layout.years.last()) +
+        ".");
+  }
 }
 
 // The way from the netCDF file to the condensed one.
@@ -136,6 +152,7 @@ Condensed condense(const std::string& path, const CondenseJob& job) {
   done.lines = months * kGridRows;
   done.size_before = InputFile(path, InputFile::Kind::kRegular).size();
   done.size_after = file.size();
+  note_first_year(layout, done);
   return done;
 }
 

@@ -10,9 +10,11 @@ no copy, no part of one, an earlier copy untouched.
 import argparse
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 from datetime import date
 from pathlib import Path
 
@@ -313,6 +315,60 @@ def check_several(tools, folder):
     return 1
 
 
+def check_signals(tools, folder):
+    """A run that is killed leaves no copy, and one that is asked to stop no part of one."""
+    path, copy, part = folder / "big.tmp.nc", folder / "big.tmp.new", folder / "big.tmp.new.part"
+    write_netcdf(path, "tmp", stored_year(60), Form(stations=False))
+    for number, status in (signal.SIGKILL, -9), (signal.SIGTERM, 143), (signal.SIGINT, 130):
+        for _ in range(20):  # a busy machine lets a run end before it is met
+            part.unlink(missing_ok=True)
+            run = subprocess.Popen([tools / "tersify", path.name], cwd=folder,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+            while run.poll() is None and not (part.exists() and part.stat().st_size > 0):
+                time.sleep(0.0005)
+            run.send_signal(number)
+            said = run.communicate()[1]
+            if not copy.exists():
+                break
+            copy.unlink()
+        assert run.returncode == status, f"{number}: status {run.returncode}"
+        assert not copy.exists(), f"a copy after {number}"
+        assert part.exists() == (number == signal.SIGKILL), f"a part after {number}"
+        expected = "" if number == signal.SIGKILL else (
+            "tersify: interrupted\ntersify: not condensed: 'big.tmp.nc'\n")
+        assert said == expected, said
+    # The rest of the killed run is in nobody's way.
+    part.write_bytes(b"rest")
+    done = tersify(tools, folder, path.name)
+    assert done.returncode == 0 and copy.exists() and not part.exists()
+    copy.unlink()
+    path.unlink()
+    return 3
+
+
+def check_first_years(tools, folder):
+    """A copy whose name tells another first year than it has is made, with a warning."""
+    for name, told in ("cru_ts4.01.1901.1901.tmp.dat", 1901), ("grid.tmp", 1901):
+        path = folder / (name + ".nc")
+        write_netcdf(path, "tmp", stored_year(), Form(**SMALL), first_year=1950)
+        done = tersify(tools, folder, path.name)
+        assert done.returncode == 0
+        assert done.stderr == (
+            f"tersify: warning: '{name}.new' begins in 1950, and by its name it begins in "
+            f"{told}; give it a name with its years, as .1950.1950.\n"), done.stderr
+        (folder / (name + ".new")).unlink()
+        path.unlink()
+    path = folder / "cru_ts4.01.1950.1950.tmp.dat.nc"
+    write_netcdf(path, "tmp", stored_year(), Form(**SMALL), first_year=1950)
+    assert tersify(tools, folder, path.name).stderr == ""
+    # The index would be read as if from 1901 on: not under the name that is looked for.
+    path = folder / "scPDSI.1950.1950.nc"
+    write_netcdf(path, "scpdsi", stored_year(), Form(**SMALL), first_year=1950)
+    done = tersify(tools, folder, path.name)
+    assert done.stdout.startswith("wrote 'scPDSI.1950.1950.new': "), done.stdout
+    return 4
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--tools", required=True, type=Path)
@@ -323,6 +379,8 @@ def main():
         count += check_cut_files(tools, folder)
         count += check_disk(tools, folder)
         count += check_several(tools, folder)
+        count += check_signals(tools, folder)
+        count += check_first_years(tools, folder)
     print(f"{count} files refused, and nothing left of them")
 
 
