@@ -92,8 +92,8 @@ def as_published(stored, per_unit, form):
     missing = stored == MISSING
     step = numpy.float32(1) / numpy.float32(per_unit)
     values = (stored.astype(numpy.float32) * step).astype(form.type)
-    fill = FILL if form.fill is None else form.fill
-    values[missing] = fill
+    marks = [mark for mark in (form.fill, form.missing_value, FILL) if mark is not None]
+    values[missing] = marks[0]
     if form.north_first:
         values = values[:, ::-1, :]
     if form.from_greenwich:

@@ -3,8 +3,8 @@
     netcdf_release.py --tools FOLDER [--first YEAR]
 
 The series of the sample, which end with 2016, go on with those of 1901 and later years.
-They are written as netCDF-4, compressed in chunks of two years; tersify condenses that and
-checks the copy, and veldmark-extract, where it is built, reads it. FIRST is the release's
+They are written as netCDF-4 from north to south, compressed in chunks of ten years, for
+which the grid is read in bands of rows; tersify condenses that and checks the copy, and veldmark-extract, where it is built, reads it. FIRST is the release's
 first year (default 1901, with which the copy has 1.9 GB; 2021 makes one of the pieces that
 are published, too).
 """
@@ -85,7 +85,8 @@ def main():
     tools = options.tools.resolve()
     release = Release(options.first)
     name = f"cru_ts4.09.{options.first}.{LAST}.tmp.dat"
-    form = Form(format="NETCDF4", chunks=(24, 90, 180), level=1, stations=False)
+    form = Form(format="NETCDF4", chunks=(120, 100, 180), level=1, stations=False,
+                north_first=True)
     with tempfile.TemporaryDirectory() as scratch:
         path = Path(scratch) / (name + ".nc")
         copy = Path(scratch) / (name + ".new")

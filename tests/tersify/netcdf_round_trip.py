@@ -39,7 +39,8 @@ STORAGE = [{}, {"chunks": (1, ROWS, COLUMNS), "level": 1}, {"chunks": (12, 40, 9
 MARKS = [
     {},
     {"missing_value": None},
-    {"fill": None},  # what the library fills with
+    {"fill": None, "missing_value": None},  # what the library fills with
+    {"fill": None, "missing_value": numpy.float32(-1e6)},
     {"fill": numpy.float32("nan"), "missing_value": None},
     {"type": "f8", "fill": -9999.0, "missing_value": -9999.0},
     {"names": ("time", "latitude", "longitude"), "stations": False},
