@@ -1,5 +1,5 @@
-// Whole grid files, read as a search reads them, against a reading that splits the text
-// into lines and knows nothing of how files usually look.
+// Compares reading a block from whole grid files with a plain reader, which splits the
+// text into lines and has no fast path.
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ using testing::write_file;
 
 constexpr std::int32_t kMissing = -999;
 
-// Both ways of reading must give what the plain one gives.
+// Both readers must agree with the plain one.
 void expect_plain(std::string_view text, const BlockRequest& request) {
   const plain::Block expected = plain::Reading(text, request).block();
   const auto by = [&](auto read) {
@@ -49,7 +49,7 @@ void expect_plain(std::string_view text, const BlockRequest& request) {
   ASSERT_EQ(by(read_block), expected) << text.size() << " bytes";
 }
 
-// The first and the last of each.
+// The first and the last of each, both included.
 struct Search {
   YearSpan years;
   struct {
@@ -67,8 +67,8 @@ BlockRequest request_of(const Search& search) {
           .MissingCode = kMissing};
 }
 
-// Cuts the file "grid", which holds `text`, from its end on, byte after byte, down to
-// `shortest` bytes, and compares every time; gives how often.
+// Truncates the file "grid", which contains `text`, byte by byte down to `shortest`
+// bytes and compares each time. Returns the number of comparisons.
 std::size_t expect_plain_wherever_cut(std::string_view text, std::size_t shortest,
                                       const BlockRequest& request) {
   write_file("grid", text);
@@ -84,15 +84,16 @@ std::size_t expect_plain_wherever_cut(std::string_view text, std::size_t shortes
   return cases;
 }
 
-// A file of a year with `wanted` in the wanted rows and nothing in the others.
-std::string small_file(const BlockRequest& request, const std::string& wanted,
+// Returns a file of one year with `requested` in the requested rows and empty lines
+// elsewhere.
+std::string small_file(const BlockRequest& request, const std::string& requested,
                        const std::string& line_end) {
   std::string text;
   for (int line = 0; line < 4320; ++line) {
     const std::int32_t row = line % 360 + 1;
-    const bool is_wanted =
+    const bool is_requested =
         request.ranges.FirstRow <= row && row <= request.ranges.LastRow;
-    text += (is_wanted ? wanted : "") + line_end;
+    text += (is_requested ? requested : "") + line_end;
   }
   return text;
 }
@@ -114,7 +115,7 @@ TEST(BlockSweep, SmallFileWithCarriageReturnsCutAtEveryByteOfItsLastMonths) {
   record_cases(expect_plain_wherever_cut(text, text.size() - 3000, request), 3'001);
 }
 
-// Only a last line of 3600 characters can do without its line end.
+// The newline can be missing only after a last line of 3600 characters.
 TEST(BlockSweep, FullLastLineCutAtEveryByte) {
   const TemporaryFolder folder;
   const BlockRequest request =
@@ -153,7 +154,7 @@ std::string random_fields(std::mt19937& random, std::size_t count) {
   return line;
 }
 
-// What kinds of oddness a random file has, each in so many lines of a thousand.
+// How often a random file has each kind of fault, in lines per thousand.
 struct Oddness {
   std::size_t carriage_returns;
   std::size_t longer;
@@ -174,9 +175,9 @@ void put_fault(std::mt19937& random, std::string& line) {
   }
 }
 
-// Years up to the request's last, lines as long as they must be or longer; empty lines
-// and other text between; now and then a fault, a line too many or too few, or an end
-// before the end.
+// Returns a file with all years up to the last one of the request. Its lines are as
+// long as required or longer; those that are not requested can be empty or hold other
+// text. There can be faults, a line too many or too few, or an early end.
 std::string random_file(std::mt19937& random, const BlockRequest& request) {
   const std::size_t often[] = {0, 0, 5, 300, 1000};
   const Oddness odd{often[random() % 5], often[random() % 5], often[random() % 5],
@@ -241,7 +242,8 @@ TEST(BlockSweep, RandomIrregularFiles) {
   record_cases(kCases, 300);
 }
 
-// A whole regular file of a year, damaged in one place, read and mended again.
+// Damages a regular file of one year in one place, compares, and repairs it; many
+// times.
 void damage_regular_file(const std::string& line_end, std::uint32_t seed,
                          std::size_t cases) {
   const TemporaryFolder folder;
@@ -264,8 +266,8 @@ void damage_regular_file(const std::string& line_end, std::uint32_t seed,
         {.years = {1901, 1901},
          .rows = {row, row + 4},
          .columns = {column, column + static_cast<std::int32_t>(random() % 20)}});
-    // In a wanted line or its line ends; a line end made or lost elsewhere could not be
-    // seen by computation, which is documented.
+    // Only in a requested line or its line endings: a newline added or removed
+    // elsewhere is not detected, which is documented.
     const std::size_t line =
         random() % 12 * 360 + static_cast<std::size_t>(row) - 1 + random() % 5;
     const std::size_t in_line =

@@ -15,7 +15,7 @@
 namespace veldmark {
 namespace {
 
-// One field as the definition reads it; nothing for a field that is no integer.
+// Returns a field as the definition reads it; nullopt if it is not an integer.
 std::optional<std::int16_t> plainly_converted(const std::string& field) {
   const std::optional<std::int32_t> value = parse_integer(field);
   if (!value) return std::nullopt;
@@ -28,7 +28,7 @@ std::optional<std::int16_t> converted(const std::string& field) {
   return value;
 }
 
-// The same at `place` of eight fields, so many that they are converted together.
+// Returns the same for the field at `place` of eight, enough for the vector code.
 std::optional<std::int16_t> converted_among_others(const std::string& field,
                                                    std::size_t place) {
   std::string fields = " -999    1-9999   12 1234    0   -5 9999";
@@ -104,7 +104,8 @@ bool is_usual(const std::string& field) {
          field.find_first_not_of("0123456789", begin) == std::string::npos;
 }
 
-// A usual field that is not taken is read by parse_integer all the same, but slowly.
+// A simple field that is not converted here would go through parse_integer, correctly
+// but slowly.
 TEST(ConvertFieldByTables, ConvertsSimpleFieldsAndNoOthers) {
   const std::string alphabet = " +-059x";
   std::string field(5, ' ');
@@ -133,7 +134,7 @@ TEST(ConvertFieldByTables, ConvertsAllDigitsAtAllPositions) {
   }
 }
 
-// Neighbours must not disturb each other, whatever the number of fields.
+// Neighbouring fields must not affect each other, however many there are.
 TEST(ConvertFields, AgreesWithTheDefinitionOnRandomRuns) {
   std::mt19937 random(7);
   for (int i = 0; i < 20000; ++i) {
@@ -158,8 +159,8 @@ TEST(ConvertFields, AgreesWithTheDefinitionOnRandomRuns) {
   }
 }
 
-// Blanks, an optional minus and digits up to the right edge: every such field of some
-// digits.
+// Returns every field of blanks, an optional minus and some digits up to the right
+// edge.
 std::vector<std::string> usual_fields() {
   std::vector<std::string> fields;
   for (const std::string digits : {"0", "9", "10", "59", "908", "3471", "0026"}) {
@@ -172,7 +173,7 @@ std::vector<std::string> usual_fields() {
   return fields;
 }
 
-// The vectors must not leave usual fields to the slower ways.
+// The vector code must not leave simple fields to the slower code.
 TEST(ConvertFieldsAvx2, ConvertsSimpleFieldsAtAnyPosition) {
   if (!has_avx2()) {
     GTEST_SKIP() << "this processor has no such vectors";

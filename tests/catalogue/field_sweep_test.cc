@@ -1,5 +1,5 @@
-// Every way of converting a field against the plain reading, on all fields of the
-// characters that fields are made of and two that they are not.
+// Compares all functions that convert a field with a plain one, on all fields made of
+// the characters that occur in fields and two others.
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ namespace {
 using testing::for_each_text;
 using testing::record_cases;
 
-// 14 characters: 537,824 fields of five.
+// 14 characters, so 537,824 fields of five.
 constexpr std::string_view kAlphabet = " +-0123456789x";
 
 using Value = std::optional<std::int16_t>;
@@ -52,7 +52,7 @@ void sweep(Value (*convert)(const std::string&)) {
 TEST(FieldSweep, ParseInteger) {
   sweep([](const std::string& field) -> Value {
     const std::optional<std::int32_t> value = parse_integer(field);
-    return value ? Value(plain::kept(*value)) : std::nullopt;
+    return value ? Value(plain::stored_value(*value)) : std::nullopt;
   });
 }
 
@@ -66,7 +66,7 @@ TEST(FieldSweep, ConvertFieldsByTables) {
   });
 }
 
-// The definition of what a line means.
+// read_row defines what a line means.
 TEST(FieldSweep, ReadRow) {
   sweep([](const std::string& field) -> Value {
     static constexpr FieldGroups kOneField{.first = {2, 2, 1}, .second = {}};
@@ -90,8 +90,8 @@ TEST(FieldSweep, AreIntegers) {
       kAllTexts);
 }
 
-// At each place of twelve fields: in the first six of a vector, in the second, and in
-// the last fields, which are left to the tables.
+// At each of twelve positions: in the first six fields of a vector, in the second six,
+// and among the last fields, which are converted by the tables.
 TEST(FieldSweep, ConvertFieldsAtEveryPlace) {
   const std::string others =
       " -999    1-9999   12 1234    0   -5 9999  123    8 4321  -77";
@@ -108,16 +108,17 @@ TEST(FieldSweep, ConvertFieldsAtEveryPlace) {
                      ASSERT_EQ(convert_fields(fields, got.data()), expected.has_value())
                          << fields;
                      if (expected) {
-                       std::vector<std::int16_t> wanted = values;
-                       wanted[place] = *expected;
-                       ASSERT_EQ(got, wanted) << fields;
+                       std::vector<std::int16_t> expected_values = values;
+                       expected_values[place] = *expected;
+                       ASSERT_EQ(got, expected_values) << fields;
                      }
                      place = (place + 5) % values.size();
                    }),
                kAllTexts);
 }
 
-// The vectors stop where a field is not usual, and what they have converted is right.
+// The vector code stops before a field that is not simple; what it has converted until
+// then is right.
 TEST(FieldSweep, ConvertFieldsAvx2) {
   if (!has_avx2()) {
     GTEST_SKIP() << "this processor has no such vectors";

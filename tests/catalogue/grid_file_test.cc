@@ -63,7 +63,7 @@ TEST(GridFile, ThrowsIfItIsMissingOrAFolder) {
 }
 
 TEST(GridFile, ThrowsIfItCannotBeRead) {
-  // Nothing is mapped at the memory's begin.
+  // No memory is mapped at address 0, so reading there fails.
   const GridFile memory("/proc/self/mem");
   std::array<char, 1> buffer{};
   EXPECT_FALSE(memory.read_at(0, buffer.data(), 1));

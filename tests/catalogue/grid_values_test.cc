@@ -55,7 +55,7 @@ TEST(GridValues, HasColumnsOfTwoRangesOnceAndNoneOutsideTheGrid) {
 }
 
 TEST(TransposeRow, PutsTheMonthsOfEachCellInOrder) {
-  // Counts around the size of the blocks in which a row is turned.
+  // Counts around the size of the squares in which a row is transposed.
   for (const std::int32_t cells : {1, 7, 8, 9, 17}) {
     const GridRanges ranges{
         .FirstRow = 2, .LastRow = 3, .FirstCol = 1, .LastCol = cells};

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::size_t kLongest = 10;
 
-// Hands out `text`, which must outlive it, in pieces of at most `piece` characters.
+// Returns a reader of `text`, which must outlive it, that gets at most `piece`
+// characters at a time.
 LineReader reader_of(const std::string& text, std::size_t piece) {
   return {
       [&text, piece, begin = std::size_t{0}](char* buffer, std::size_t size) mutable {
@@ -23,7 +24,7 @@ LineReader reader_of(const std::string& text, std::size_t piece) {
       kLongest};
 }
 
-// All lines; a line without line end is marked with a ~.
+// Returns all lines; a line without a newline is marked with ~.
 std::vector<std::string> all_lines(const std::string& text, std::size_t piece) {
   LineReader reader = reader_of(text, piece);
   std::vector<std::string> lines;
@@ -98,7 +99,7 @@ TEST(LineReader, CountsAPartialLastLineAsALine) {
   EXPECT_FALSE(reader.skip());
 }
 
-// The same cut with string operations alone.
+// Returns the same lines, using string operations only.
 Lines plainly_cut(std::string text) {
   Lines lines;
   while (!text.empty()) {

@@ -1,5 +1,5 @@
-// The two ways of reading a block must give the same. The line-by-line reader is the
-// definition; the regular one may decline a file, and otherwise has to agree.
+// Both readers of a block must agree. The line-by-line reader is the definition. The
+// regular reader may decline a file, but what it returns must be the same.
 
 #include "catalogue/regular_reader.h"
 
@@ -45,7 +45,8 @@ std::optional<plain::Block> read_fast(const BlockRequest& request) {
   return block_of(*values);
 }
 
-// 1901 and 1902, every line full, some cells of data in the rows 100..200.
+// Returns a grid of 1901 and 1902 with full lines and some cells with data in rows
+// 100..200.
 GridText regular_grid() {
   GridText grid(1902, 1, 360, kMissing);
   std::mt19937 random(42);
@@ -62,7 +63,7 @@ GridText regular_grid() {
   return grid;
 }
 
-// Degrees; the lower end first, and for longitudes the western one.
+// Degrees, from south to north and from west to east.
 struct Search {
   YearSpan years;
   struct {
@@ -87,8 +88,8 @@ GridRanges once_across() {
       .ranges;
 }
 
-// Requests of every shape: small, whole, two pieces, overlapping ones, none; 73 rows,
-// which is one more than are read at a time; one row with data.
+// Requests of every shape: small, whole, two ranges, overlapping ones, none; 73 rows,
+// one more than are read at a time; one row with data.
 std::vector<BlockRequest> requests() {
   return {
       request_of(
@@ -125,7 +126,8 @@ std::vector<BlockRequest> requests() {
                   .longitudes = {20, 20}})};
 }
 
-// Both readings agree on every request; gives how many the regular one took.
+// Checks that both readers agree on every request. Returns how many the regular reader
+// accepted.
 int expect_agreement() {
   int taken = 0;
   for (const BlockRequest& request : requests()) {
@@ -161,8 +163,9 @@ TEST(RegularReader, ReadsAFileWithoutItsLastNewline) {
   EXPECT_EQ(expect_agreement(), static_cast<int>(requests().size()));
 }
 
-// Rows at the ends of the grid and of what is read at a time (72 lines), columns at the
-// ends of a line, all months: where offsets go wrong. The values are worked out here.
+// Rows at the edges of the grid and of what is read at a time (72 lines), columns at
+// the ends of a line, all months: this is where offsets go wrong. The expected values
+// are computed here.
 constexpr std::array<int, 6> kEndRows{1, 72, 73, 144, 145, 360};
 constexpr std::array<int, 4> kEndColumns{1, 2, 719, 720};
 
@@ -236,7 +239,7 @@ TEST(RegularReader, DeclinesAFileThatIsTooShort) {
   EXPECT_EQ(read_fast(request), std::nullopt);
 }
 
-// A file of `size` bytes whose first lines are regular, as far as they go.
+// Writes a file of `size` bytes that starts with regular lines.
 void write_sized(const std::string& text, std::size_t size) {
   std::string sized = text.substr(0, size);
   sized.resize(size, ' ');
@@ -291,8 +294,8 @@ TEST(RegularReader, RequiresTheLinesOfAllYearsUpToTheLast) {
                    .has_value());
 }
 
-// The first row of the first month has no line before it, and the last one of the file
-// may have no line end.
+// The first row of the first month has no line before it, and the last row of the file
+// may have no newline.
 TEST(RegularReader, DeclinesBrokenLineEndingsAtTheEndsOfTheFile) {
   const TemporaryFolder folder;
   const std::string text = regular_grid().text();
@@ -402,9 +405,9 @@ TEST(RegularReader, DeclinesABadFieldOfALaterMonthInACellWithData) {
   EXPECT_NE(read_fast(request), std::nullopt);
 }
 
-// Random damage: whatever the regular reader still takes must be what the definition
-// gives. Damage that keeps the size and all frames, outside the wanted lines, can't
-// change the result of either.
+// What the regular reader returns for a randomly damaged file must agree with the
+// definition. Damage outside the requested lines that keeps the size and all line
+// endings changes neither result.
 TEST(RegularReader, AgreesOnRandomlyDamagedFiles) {
   const TemporaryFolder folder;
   write_file("grid", regular_grid().text());
@@ -414,16 +417,17 @@ TEST(RegularReader, AgreesOnRandomlyDamagedFiles) {
   int taken = 0;
   for (int i = 0; i < 60; ++i) {
     const BlockRequest& request = all[random() % all.size()];
-    // In a wanted row, mostly; a line end outside all looked-at lines would change the
-    // meaning of the file unseen, which is documented, so only other bytes go there.
+    // Mostly in a requested row. Elsewhere no newline is added or removed: that would
+    // change the meaning of the file undetected, which is documented.
     const std::int32_t row = std::clamp(
         request.ranges.FirstRow + static_cast<std::int32_t>(random() % 20), 1, 360);
-    const bool wanted = request.ranges.FirstRow <= row && row <= request.ranges.LastRow;
+    const bool requested =
+        request.ranges.FirstRow <= row && row <= request.ranges.LastRow;
     const int year = request.years.FYOD;
     const int month = static_cast<int>(random() % 12) + 1;
     const auto place = static_cast<std::streamoff>(
         GridText::line_index(year, month, row) * 3601 + random() % 3600);
-    const std::string bytes = wanted ? "\n\r x-+7" : "\r x-+7";
+    const std::string bytes = requested ? "\n\r x-+7" : "\r x-+7";
     char before = 0;
     grid.seekg(place).get(before);
     grid.seekp(place).put(bytes[random() % bytes.size()]).flush();

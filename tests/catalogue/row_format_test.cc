@@ -16,7 +16,8 @@ GridRanges columns(float minLon, float maxLon, const GridRanges& previous = {}) 
                      RowOrder::kSouthFirst, previous);
 }
 
-// A row format as people write it: "40i5" reads forty fields, "1800x" skips characters.
+// Returns a row format without its padding: "40i5" reads forty fields, "1800x" skips
+// characters.
 std::string written(const FieldGroups& format) {
   const auto in_five = [](std::int32_t number) { return fixed_integer(number, 5); };
   const std::int32_t skipped_before = 5 * (format.first.first_field - 1);
@@ -33,7 +34,7 @@ std::string written(const FieldGroups& format) {
          in_five(format.second.count) + "i5)";
 }
 
-// The row format's text, which the groups must say as well.
+// Returns the text of the row format and checks that the groups agree with it.
 std::string text_of(const GridRanges& ranges) {
   std::string text(row_format(ranges).trimmed());
   EXPECT_EQ(written(field_groups(ranges)), text);
@@ -67,7 +68,7 @@ TEST(RowFormat, ForRangesThatMeetOrOverlapReadsThemBackToBack) {
   EXPECT_EQ(text_of(sticky), "(  400i5,         360i5)");
 }
 
-// A line whose field c holds c.
+// A line in which field c contains c.
 std::string numbered_line() {
   std::string line;
   for (std::int32_t field = 1; field <= 720; ++field) line += fixed_integer(field, 5);
@@ -84,20 +85,20 @@ RowValues read_numbered(const GridRanges& ranges) {
 TEST(ReadRow, PutsFieldCIntoColumnC) {
   const RowValues values = read_numbered(columns(0, 20));
   for (std::size_t column = 0; column <= 720; ++column) {
-    const bool wanted = 361 <= column && column <= 400;
-    ASSERT_EQ(values[column], wanted ? static_cast<std::int16_t>(column) : -1);
+    const bool requested = 361 <= column && column <= 400;
+    ASSERT_EQ(values[column], requested ? static_cast<std::int16_t>(column) : -1);
   }
 }
 
 TEST(ReadRow, ReadsBothRanges) {
   const RowValues values = read_numbered(columns(170, -170));
   for (std::size_t column = 0; column <= 720; ++column) {
-    const bool wanted = (1 <= column && column <= 20) || 701 <= column;
-    ASSERT_EQ(values[column], wanted ? static_cast<std::int16_t>(column) : -1);
+    const bool requested = (1 <= column && column <= 20) || 701 <= column;
+    ASSERT_EQ(values[column], requested ? static_cast<std::int16_t>(column) : -1);
   }
 }
 
-// Kept on purpose.
+// Kept on purpose: the second range is read right after the first.
 TEST(ReadRow, ShiftsTheSecondOfOverlappingRanges) {
   const RowValues values = read_numbered(columns(0, 20, columns(170, -170)));
   for (std::size_t column = 1; column <= 720; ++column) {

@@ -16,7 +16,7 @@ bool operator==(const FieldRun& a, const FieldRun& b) {
          a.has_data == b.has_data;
 }
 
-// For messages of failed tests.
+// Prints a run of fields in messages of failed tests.
 void PrintTo(const FieldRun& run, std::ostream* out) {
   *out << run.count << " from " << run.first_field << (run.has_data ? "" : " without")
        << " data";
@@ -93,7 +93,7 @@ TEST(PlanRow, IncludesTheLastColumnOfASingleRange) {
             (Runs{{719, 1, false}, {720, 1, true}}));
 }
 
-// A line of 720 fields that hold the missing code, but for some.
+// Returns a line of 720 fields with the missing code, except for `fields`.
 std::string line_with(const std::vector<std::pair<std::size_t, std::string>>& fields) {
   std::string line;
   for (int field = 1; field <= 720; ++field) line += " -999";
@@ -101,8 +101,8 @@ std::string line_with(const std::vector<std::pair<std::size_t, std::string>>& fi
   return line + "\n";
 }
 
-// Reads a line by the plan of columns 10..19 of which 11, 12 and 19 have data; nothing
-// but " bad" when that fails.
+// Reads a line by the plan for columns 10..19, of which 11, 12 and 19 have data.
+// Returns " bad" if that fails.
 std::string read(const std::string& line_and_end) {
   const RowPlan plan =
       plan_row({.first = {10, 10, 10}, .second = {}}, Columns{11, 12, 19});

@@ -1,5 +1,5 @@
-// Rows: the reading of lines by format and by plan, and the turning of rows into
-// series, against plain definitions.
+// Compares reading lines by row format and by plan, and transposing rows into series,
+// with plain definitions.
 
 #include <gtest/gtest.h>
 
@@ -27,8 +27,8 @@ namespace {
 
 using testing::record_cases;
 
-// Bounds anywhere, mostly near each other, some at the ends of the grid; some searches
-// come after others.
+// Returns random ranges, most of them narrow, some at the edges of the grid. Some
+// inherit from a previous search.
 GridRanges random_ranges(std::mt19937& random) {
   GridRanges ranges;
   const std::size_t searches = 1 + random() % 2;
@@ -65,7 +65,7 @@ std::string random_field(std::mt19937& random) {
   return odd;
 }
 
-// Sometimes with a bad character, cut short, or with more behind it.
+// Some lines have a bad character, are cut short or are too long.
 std::string random_line(std::mt19937& random) {
   std::string line;
   for (int field = 0; field < 720; ++field) {
@@ -112,7 +112,7 @@ TEST(RowSweep, ReadRowOnRandomLines) {
   record_cases(kCases, 8'000);
 }
 
-// The columns of a row whose cells have data: those of the box, some of them.
+// Returns some of the columns of the box, as those of the cells with data.
 std::vector<std::int32_t> random_data_columns(std::mt19937& random,
                                               const plain::Row& row) {
   std::vector<std::int32_t> columns;
@@ -141,14 +141,14 @@ TEST(RowSweep, ReadByPlanOnRandomLines) {
       line[random() % 3600] = '\n';
     }
     const plain::Row expected = plain::read(line, ranges);
-    const bool framed = line.find('\n') == std::string::npos;
+    const bool has_no_newline = line.find('\n') == std::string::npos;
     const std::vector<std::int32_t> columns = random_data_columns(random, expected);
     std::vector<std::int16_t> cells(columns.size() + 1, -12345);
     const std::string with_end = line + "\n";
     const bool got = read_by_plan(std::string_view(with_end).substr(0, 3600),
                                   plan_row(field_groups(ranges), columns), missing_line,
                                   cells.data());
-    ASSERT_EQ(got, framed && !expected.bad_field) << i;
+    ASSERT_EQ(got, has_no_newline && !expected.bad_field) << i;
     if (!got) {
       continue;
     }
@@ -163,7 +163,7 @@ TEST(RowSweep, ReadByPlanOnRandomLines) {
   record_cases(kCases, 8'000);
 }
 
-// Months and cells in all numbers around the size of the squares that are turned.
+// All numbers of months and cells around the size of the transposed squares.
 TEST(RowSweep, TransposeRowOfAllSizes) {
   std::mt19937 random(73);
   std::size_t cases = 0;

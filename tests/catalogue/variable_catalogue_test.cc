@@ -36,7 +36,7 @@ TEST(VariableCatalogue, OfTheDroughtIndexDiffersFromTheOthers) {
   }
 }
 
-// Tenths, but for frost days, wet days and the drought index, which are hundredths.
+// Tenths, except for frost days, wet days and the drought index, which are hundredths.
 TEST(VariableCatalogue, HasTheDivisorOfStoredValues) {
   std::string hundredths;
   for (const VariableEntry& entry : VariableCatalogue) {
@@ -48,7 +48,7 @@ TEST(VariableCatalogue, HasTheDivisorOfStoredValues) {
   EXPECT_EQ(hundredths, "frs wet scPDSI ");
 }
 
-// The words that stand in the heads of CSV and netCDF files.
+// These texts appear in the headings of CSV and netCDF files.
 TEST(VariableCatalogue, NamesQuantitiesAndTheirUnits) {
   std::string quantities;
   for (const VariableEntry& entry : VariableCatalogue) {

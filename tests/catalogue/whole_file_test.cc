@@ -1,6 +1,6 @@
-// Searches in files of all 116 years, at their ends and corners. A file of full size is
-// made with holes, which take no room on the disk: only the lines that a search looks
-// at are written. Every value tells its year, month, row and column.
+// Searches in files of all 116 years, at the edges of time and space. The files have
+// full size, but only the lines that a search reads are written; the rest are holes,
+// which take no disk space. Each value identifies its year, month, row and column.
 
 #include <gtest/gtest.h>
 
@@ -27,8 +27,8 @@ constexpr int kLastYear = 2016;
 constexpr int kRows = 360;
 constexpr int kColumns = 720;
 
-// Values of 0 to 32748, a prime number of them: a place that differs in its month
-// (counted from January 1901), its row or its column alone has another value.
+// Returns a value of 0..32748, a prime number of values: it changes if only the month
+// (counted from January 1901), only the row or only the column changes.
 int value_of(int year, int month, int row, int column) {
   const int months = (year - kFirstYear) * 12 + month - 1;
   return (months * 20011 + row * 9973 + column * 31) % 32749;
@@ -43,7 +43,7 @@ std::string line_of(int year, int month, int row) {
   return line;
 }
 
-// How many different values the places 1..count of one direction have.
+// Returns the number of different values among the positions 1..count of one direction.
 std::size_t different(int count, const std::function<int(int)>& value) {
   std::set<int> values;
   for (int place = 1; place <= count; ++place) {
@@ -77,7 +77,7 @@ struct Shape {
 constexpr std::array<Shape, 4> kShapes{
     {{"\n", true}, {"\n", false}, {"\r\n", true}, {"\r\n", false}}};
 
-// A regular file of full size, of which only some lines are written.
+// A regular file of full size in which only some lines are written.
 class SparseFile {
  public:
   SparseFile(const std::string& name, const Shape& shape)
@@ -96,7 +96,7 @@ class SparseFile {
     std::filesystem::resize_file(name, size);
   }
 
-  // Writes a line, and the ends of the line before it and of itself.
+  // Writes a line with its line ending, and the line ending of the line before.
   void write(int year, int month, int row, const std::string& text) {
     const std::size_t index = GridText::line_index(year, month, row);
     const std::string end(shape_.line_end);
@@ -131,8 +131,8 @@ constexpr std::array<Range, 6> kYears{{{1901, 1901},
 constexpr std::array<Range, 3> kRowRanges{{{1, 2}, {72, 73}, {359, 360}}};
 constexpr std::array<Range, 2> kColumnRanges{{{1, 2}, {719, 720}}};
 
-// Calls `use` with every month and row that one of the searches reads.
-void for_each_wanted_line(const std::function<void(int, int, int)>& use) {
+// Calls `use` with every month and row that one of the searches requests.
+void for_each_requested_line(const std::function<void(int, int, int)>& use) {
   std::set<int> all_years;
   for (const Range& years : kYears) {
     for (int year = years.first; year <= years.last; ++year) {
@@ -149,7 +149,7 @@ void for_each_wanted_line(const std::function<void(int, int, int)>& use) {
   }
 }
 
-// The southern or western edge of a row or column, with the decimal point that an
+// Returns the southern (western) edge of a row (column), with the decimal point that an
 // answer needs.
 std::string edge(double begin, int place) {
   const int tenths = static_cast<int>(begin * 10) + 5 * (place - 1);
@@ -158,7 +158,7 @@ std::string edge(double begin, int place) {
          std::to_string(size % 10);
 }
 
-// Searches a box and compares what was saved.
+// Searches a box and compares the saved values.
 void expect_search(const Range& years, const Range& rows, const Range& columns) {
   const SessionResult result =
       run_session({"", "", "1", "", "", edge(-90, rows.last + 1), edge(-90, rows.first),
@@ -197,7 +197,7 @@ class RegularWholeFile : public ::testing::TestWithParam<Shape> {};
 TEST_P(RegularWholeFile, ReadsItsFirstAndLastYears) {
   const TemporaryFolder folder;
   SparseFile file(data_file_name("pre"), GetParam());
-  for_each_wanted_line([&](int year, int month, int row) {
+  for_each_requested_line([&](int year, int month, int row) {
     file.write(year, month, row, line_of(year, month, row));
   });
   file.flush();
@@ -213,11 +213,11 @@ INSTANTIATE_TEST_SUITE_P(LineEnds, RegularWholeFile, ::testing::ValuesIn(kShapes
                                              : "WithoutTheLast");
                          });
 
-// Read line by line, which any other file is.
+// A file that is not regular is read line by line.
 TEST(WholeFile, ReadsItsFirstAndLastYearsLineByLine) {
   const TemporaryFolder folder;
   GridText grid(kLastYear, 0, 0, 0);
-  for_each_wanted_line([&](int year, int month, int row) {
+  for_each_requested_line([&](int year, int month, int row) {
     grid.set_line(year, month, row, line_of(year, month, row));
   });
   write_file(data_file_name("pre"), grid.text());

@@ -18,7 +18,7 @@ namespace {
 
 using testing::report_of;
 
-// A console with typed input. What is flushed is seen, and the commands that were run.
+// A console with typed input, which records the flushed output and the commands.
 class TestConsole {
  public:
   explicit TestConsole(const std::string& typed) : input_(typed) {}
@@ -64,7 +64,7 @@ TEST(ConsoleDialogue, RunsCommandsAfterWhatWasWritten) {
   EXPECT_EQ(console.commands(), std::vector<std::string>{"before\n$ clear"});
 }
 
-// Holds what is written until it is flushed, and counts the flushes.
+// Buffers output until it is flushed, and counts the flushes.
 class CountingBuffer : public std::stringbuf {
  public:
   [[nodiscard]] int flushes() const { return flushes_; }
@@ -149,7 +149,7 @@ TEST(ConsoleDialogue, TruncatesVeryLongLines) {
   EXPECT_EQ(console.dialogue().read_text(4), "next");
 }
 
-// Output as a pipe gets it that nobody reads: every flush fails.
+// An output in which every flush fails, as for a pipe without a reader.
 class NoOutput : public std::streambuf {
  protected:
   int sync() override {
@@ -172,7 +172,7 @@ TEST(ConsoleDialogue, EndsTheRunIfItCannotBeWritten) {
   EXPECT_EQ(report_of([&] { console.read_text(1); }), expected);
 }
 
-// Input that breaks after its first line.
+// An input that fails after its first line.
 class BrokenInput : public std::streambuf {
  protected:
   int_type underflow() override {

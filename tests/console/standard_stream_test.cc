@@ -20,7 +20,7 @@ using testing::stream_content;
 using testing::TemporaryFolder;
 using testing::write_file;
 
-// `size` characters, none like its neighbours.
+// Returns `size` characters, each different from its neighbours.
 std::string text_of(std::size_t size) {
   std::string text;
   for (std::size_t i = 0; i < size; ++i) {
@@ -29,7 +29,7 @@ std::string text_of(std::size_t size) {
   return text;
 }
 
-// Sizes around what is held at a time.
+// Sizes around that of the buffer.
 constexpr std::size_t kSizes[] = {0, 1, 8191, 8192, 8193, 16384, 50000};
 
 TEST(StandardStream, WritesEverythingOnFlush) {

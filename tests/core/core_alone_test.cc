@@ -1,4 +1,4 @@
-// The core without the conversation: this program links no console.
+// The core without the dialogue: this program does not link the console.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ using testing::write_file;
 constexpr YearSpan kYears{.FYOD = 1902, .LYOD = 1903};
 const VariableEntry& kFrostDays = *find_variable(9);
 
-// Rows 201 and 202, columns 401 and 402, of which one cell has data.
+// Requests rows 201 and 202, columns 401 and 402. One cell has data.
 BlockRequest request() {
   const SearchRegion region{.maxLat = 11, .minLat = 10, .maxLon = 21, .minLon = 20};
   return {.years = kYears,
@@ -95,7 +95,7 @@ TEST(CoreAlone, ReadsABlockSavesItAndTestsIt) {
   EXPECT_EQ(file_content("out.XY"), " #   Lon.     Lat.      out.TSF" +
                                         std::string(58, ' ') + "\n" + place + "   " +
                                         title + "\n");
-  // The second year's deviations are twice the first year's: f is 4.
+  // The deviations of the second year are twice those of the first, so f is 4.
   const std::string tested =
       " # Ftest Comparison of Variance:  1902- 1903  1904- 1903\n"
       " # Lon.      Lat.     f      prob\n"

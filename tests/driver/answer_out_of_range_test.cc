@@ -17,7 +17,7 @@ using testing::run_session;
 using testing::TemporaryFolder;
 using testing::write_file;
 
-// A search of the drought index, which takes any minimum longitude, comes first.
+// The first search is of the drought index, which accepts any minimum longitude.
 TEST(AnswerOutOfRange, HasItsMinimumLongitudeTested) {
   const TemporaryFolder folder;
   write_file(data_file_name("scPDSI"), GridText(1901, 150, 170, -9999).text());

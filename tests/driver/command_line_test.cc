@@ -1,4 +1,4 @@
-// The program's arguments, as a process of its own: what is shown where, and the exit
+// Runs the program as a process with arguments: what it writes where, and its exit
 // status.
 
 #include <gtest/gtest.h>
@@ -17,9 +17,9 @@ const std::string kUsage =
     "Usage: veldmark\n"
     "       veldmark --help | --version\n";
 
-// Runs the program in the current folder with what a shell makes of `arguments`; the
-// answers, should it ask, end it at the menu. Result: the exit status, -1 after a
-// signal.
+// Runs the program in the current folder with `arguments`, which the shell parses. If
+// it starts a session, the answers end it at the menu. Returns the exit status, -1
+// after a signal.
 int run_with(const std::string& arguments) {
   write_file("answers", "\n\n0\n");
   const std::string command =

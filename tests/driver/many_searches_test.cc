@@ -1,4 +1,4 @@
-// Many searches in one run: nothing that a search opens may stay open.
+// Many searches in one run must not leave any file open.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -12,7 +12,8 @@
 namespace veldmark::testing {
 namespace {
 
-// 1901; the rows 283 and 284 have values, all lines are full if `regular`.
+// Returns a file of 1901 with values in rows 283 and 284. The other lines are full if
+// `regular`, otherwise empty.
 std::string grid_text(bool regular) {
   GridText grid(1901, regular ? 1 : 283, regular ? 360 : 284, -999);
   for (const int row : {283, 284}) {

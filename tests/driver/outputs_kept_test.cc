@@ -1,5 +1,5 @@
-// What a search must not destroy: the outputs of another run, the data file, outputs of
-// earlier searches.
+// What a search must not overwrite: the outputs of another run, the data file, and its
+// own outputs.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -38,7 +38,8 @@ const std::string kFtst = kOutputs[2].name;
 
 const std::string kOld = "of an earlier search\n";
 
-// Rows 283 and 284 of 1901 and 1902; each value tells its place.
+// Returns a file of 1901 and 1902 with values in rows 283 and 284; each value is
+// different.
 std::string grid_text() {
   GridText grid(1902, 283, 284, -999);
   for (int row = 283; row <= 284; ++row) {
@@ -52,7 +53,7 @@ std::string grid_text() {
   return grid.text();
 }
 
-// Up to the top of the region; the outputs are open then.
+// The answers up to the maximum latitude; by then the outputs are open.
 const std::vector<std::string> kToTheRegion{"", "", "1", "", ""};
 const std::vector<std::string> kSearch{"52.0", "51.0", "2.0", "0.0", "T", "1901",
                                        "1902", "T",    "1",   "y",   "T", "1902"};
@@ -77,7 +78,7 @@ std::string cannot_open(const std::string& name, int unit) {
          "\n? OPEN(UNIT=" + std::to_string(unit) + ",...\n";
 }
 
-// The outputs of an undisturbed search.
+// The outputs of a search that runs alone.
 std::map<std::string, std::string> right_outputs() {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
@@ -110,7 +111,7 @@ TEST(TwoRuns, DoNotLoseTheOutputOfTheFirst) {
   first.wait_for("Perform another search?\n [t]rue [f]alse ==> ");
   expect_right_outputs();
 
-  // The outputs are complete and closed, and another run may have them.
+  // By now the outputs are complete and closed, and another run may use them.
   RunningProgram third;
   third.type(typed(session()));
   EXPECT_EQ(third.end(), 0) << third.errors();
@@ -146,7 +147,7 @@ TEST(TwoRuns, OfDifferentVariablesDoNotDisturbEachOther) {
   expect_right_outputs();
 }
 
-// Any of the three may be the one that another run holds.
+// Another run may hold the lock of any of the three.
 TEST(TwoRuns, DoNotLoseALockedOutput) {
   for (const Output& output : kOutputs) {
     const TemporaryFolder folder;
@@ -234,7 +235,7 @@ TEST(OutputsThatAreLinks, AreRefusedForTheReportToo) {
   }
 }
 
-// As before: a link to any other file is followed, and devices take anything.
+// A link to any other file is followed, and a device accepts anything.
 TEST(OutputsThatAreLinks, ToOtherFilesAreFollowed) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
@@ -279,7 +280,7 @@ void set_non_blocking(int descriptor) {
   ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) | O_NONBLOCK);
 }
 
-// Another program on the same terminal may leave it so.
+// Another program on the same terminal may have set it to non-blocking.
 TEST(NonBlockingStreams, LoseNoAnswer) {
   const TemporaryFolder folder;
   write_file(kData, grid_text());
@@ -291,7 +292,7 @@ TEST(NonBlockingStreams, LoseNoAnswer) {
   expect_right_outputs();
 }
 
-// More of a screen than a pipe takes: latitudes that are asked again and again.
+// More output than fits into a pipe: a latitude that is asked for again and again.
 const std::string kManyWrongAnswers = [] {
   std::string text;
   for (int i = 0; i < 200; ++i) {

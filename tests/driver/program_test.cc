@@ -1,5 +1,5 @@
-// The program as a process of its own: exit status, standard error, the order of output
-// and shell commands, and output that cannot be written.
+// Runs the program as a process: exit status, standard error, the order of output and
+// shell commands, and output that cannot be written.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -15,9 +15,9 @@
 namespace veldmark::testing {
 namespace {
 
-// Runs the program in the current folder; `answers` are typed lines, `redirection` says
-// where standard output and standard error go. `clear` and `ls` are stand-ins that
-// write their name and arguments. Result: the exit status, -1 after a signal.
+// Runs the program in the current folder with `answers` as its input; `redirection` is
+// for standard output and standard error. `clear` and `ls` are replaced by scripts that
+// write their name and arguments. Returns the exit status, -1 after a signal.
 int run_program_with(const std::string& answers, const std::string& redirection) {
   make_stand_ins();
   write_file("answers", answers);
@@ -73,8 +73,8 @@ TEST(Program, EndsWithoutInput) {
                        "? READ(UNIT=5,...\n"));
 }
 
-// The number of a closed stream must not be an output's: a late report would land in
-// it.
+// An output must not get the descriptor of a closed stream: an error report would be
+// written to the file.
 TEST(Program, GivesNoFileTheDescriptorOfAClosedStream) {
   const TemporaryFolder folder;
   write_file("cru_ts4.01.1901.2016.pre.dat.new", std::string(4320, '\n'));
@@ -99,7 +99,7 @@ TEST(Program, ReportsAFullDiskWhileSaving) {
       "space left on device\n? WRITE(UNIT=15,...\n");
   const std::string screen = file_content("screen");
   EXPECT_EQ(screen.find("PROGRAM TERMINATING NORMALLY"), std::string::npos);
-  // What no question has flushed is not lost.
+  // Output that no question has flushed is not lost.
   EXPECT_NE(screen.find("  Saving Cell data : 1901 - 1901\n"), std::string::npos);
 }
 

@@ -37,7 +37,7 @@ struct Pipe {
 void become_program(const std::string& search_path, const Pipe& input,
                     const Pipe& output, const Pipe& error,
                     const std::function<void()>& prepare) {
-  // A test may have been started with signals ignored.
+  // The test itself may have been started with ignored signals.
   for (const int signal : {SIGPIPE, SIGHUP, SIGINT, SIGTERM}) {
     ::signal(signal, SIG_DFL);
   }
@@ -60,7 +60,7 @@ std::string rest_of(int descriptor) {
   return text;
 }
 
-// The state letter of a process: R runs, S sleeps, Z has ended.
+// Returns the state of a process: R is running, S is sleeping, Z has ended.
 char state_of(pid_t process) {
   std::ifstream status("/proc/" + std::to_string(process) + "/stat");
   std::string text;

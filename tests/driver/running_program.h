@@ -1,4 +1,4 @@
-// The program as a process beside the test, which types answers while it runs.
+// Runs the program as a process that a test gives answers to while it runs.
 
 #ifndef VELDMARK_TESTS_DRIVER_RUNNING_PROGRAM_H_
 #define VELDMARK_TESTS_DRIVER_RUNNING_PROGRAM_H_
@@ -10,17 +10,17 @@
 
 namespace veldmark::testing {
 
-// Puts stand-ins for `clear` and `ls` into the folder "bin", which write their name and
+// Creates scripts `clear` and `ls` in the folder "bin" that write their name and
 // arguments.
 void make_stand_ins();
 
 class RunningProgram {
  public:
-  // Starts the program in the current folder, with stand-ins, its streams on pipes.
-  // `prepare` is called in the new process.
+  // Starts the program in the current folder with these scripts in its path and its
+  // streams on pipes. `prepare` is called in the new process.
   explicit RunningProgram(const std::function<void()>& prepare = [] {});
 
-  // Ends it where the test hasn't seen its end.
+  // Kills the program if it is still running.
   ~RunningProgram();
 
   RunningProgram(const RunningProgram&) = delete;
@@ -28,30 +28,30 @@ class RunningProgram {
 
   void type(const std::string& answers) const;
 
-  // Reads the screen until it ends with `text`. Fails the test where that doesn't
-  // happen.
+  // Reads the output until it ends with `text`. Fails the test if that does not happen.
   void wait_for(const std::string& text);
 
-  // Waits until the program sleeps, waiting for something, or has ended.
+  // Waits until the program sleeps or has ended.
   void wait_until_idle() const;
 
-  // Waits until at least `size` bytes of the screen wait to be read.
+  // Waits until at least `size` bytes of the output can be read.
   void wait_for_unread(int size) const;
 
-  // Returns the name of the file that a descriptor of the program leads to.
+  // Returns the name of the file that a descriptor of the program refers to.
   [[nodiscard]] std::string file_of(int descriptor) const;
 
-  // Ends the input and waits for the end. Result: the exit status, -N after signal N.
+  // Closes the input and waits for the program. Returns the exit status, -N after
+  // signal N.
   int end();
 
-  // What was read of the screen; all of it after `end`.
+  // The output read so far; all of it after `end`.
   [[nodiscard]] const std::string& screen() const { return screen_; }
 
-  // Standard error, after `end`.
+  // Returns standard error. Requires that `end` was called.
   [[nodiscard]] const std::string& errors() const { return errors_; }
 
  private:
-  // Reads what comes next; false at the end of the screen or when nothing comes.
+  // Reads more output. Returns false at its end, or if none comes.
   bool read_screen();
 
   pid_t process_ = -1;

@@ -1,5 +1,5 @@
-// Whole sessions over the real CRU TS 4.01 sample: what lands in the .TSF is the
-// producers' series, value for value.
+// Whole sessions on the real CRU TS 4.01 sample: the .TSF must have exactly the values
+// of the sample.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace {
 
 using Answers = std::vector<std::string>;
 
-// The answers of a session of one pass without thinning or test.
+// Returns the answers of a session with one search, without thinning and variance test.
 Answers one_pass(const std::string& menu, const Answers& region, const Answers& years) {
   Answers answers{"RETURN", "RETURN", menu, "RETURN", "RETURN"};
   answers.insert(answers.end(), region.begin(), region.end());
@@ -29,7 +29,7 @@ Answers one_pass(const std::string& menu, const Answers& region, const Answers& 
   return answers;
 }
 
-// Expands the sample of a variable into a regular grid file, as the demo does.
+// Expands the sample of a variable to a regular grid file, as the demo does.
 void expand_sample(const std::string& variable, const std::string& options,
                    const std::string& file_name) {
   const std::string command = "gzip -dc '" + sample_path(variable) +
@@ -38,7 +38,8 @@ void expand_sample(const std::string& variable, const std::string& options,
   ASSERT_EQ(std::system(command.c_str()), 0) << command;
 }
 
-// A grid file of all years with the real values of `rows`, the other lines empty.
+// Writes a grid file of all years with the real values of the rows first_row..last_row;
+// the other lines are empty.
 void write_all_years(const std::string& variable, int first_row, int last_row) {
   GridText grid(2016, first_row, last_row, -999);
   for (const auto& [place, values] : sample_series(variable)) {
@@ -71,8 +72,8 @@ TEST(SampleSession, SavesThe71CellsOfTheGlobeExactly) {
             expected);
 }
 
-// Extracts the 3 x 3 block of the sample's mean temperature from 1901 to `last_year`;
-// its nine series must be the sample's.
+// Extracts the 3 x 3 block of the sample's mean temperature from 1901 to `last_year`
+// and compares its nine series with the sample.
 void expect_yukon_block(const std::string& menu, const std::string& data_file,
                         int last_year) {
   const SessionResult result = run_session(one_pass(

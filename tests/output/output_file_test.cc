@@ -56,7 +56,7 @@ TEST(OutputFile, TruncatesAnExistingFileWhenItIsOpened) {
 const std::string kLargeContent(3 << 20, 'o');
 constexpr uid_t kSomebodyElse = 65534;
 
-// Is it still the same file, or another one under its name?
+// Returns the inode of a file, to tell whether it is still the same file.
 ino_t inode_of(const std::string& name) {
   struct stat status {};
   EXPECT_EQ(::stat(name.c_str(), &status), 0);
@@ -93,9 +93,9 @@ TEST(OutputFile, KeepsOwnerGroupAndPermissionsOfTheFile) {
   EXPECT_EQ(after.st_mode, before.st_mode);
 }
 
-// An access list as the kernel keeps it: a version, then entries of a kind, rights and
-// an id, all little-endian. The owner may read and write, user 12345 too, the group may
-// read, others nothing.
+// An access list in the kernel's format: a version, then entries of tag, permissions
+// and id, all little-endian. The owner and user 12345 may read and write, the group may
+// read.
 std::string access_list() {
   struct Entry {
     std::uint16_t kind;
@@ -115,7 +115,7 @@ std::string access_list() {
   return text;
 }
 
-// The value of a file's extended attribute; nothing where it has none of that name.
+// Returns the value of an extended attribute; nullopt if the file does not have it.
 std::optional<std::string> attribute(const char* file, const char* name) {
   std::array<char, 256> value{};
   const ssize_t size = ::getxattr(file, name, value.data(), value.size());
@@ -156,7 +156,7 @@ TEST(OutputFile, CreatesANewFileWithTheUsualPermissions) {
             static_cast<std::filesystem::perms>(0640));
 }
 
-// Every write costs a call to the system: a file is written in few large pieces.
+// Every write is a system call, so a file is written in few large blocks.
 TEST(OutputFile, BuffersAQuarterOfAMegabyte) {
   const TemporaryFolder folder;
   constexpr std::size_t kHeldBack = 256 * 1024;
@@ -170,7 +170,7 @@ TEST(OutputFile, BuffersAQuarterOfAMegabyte) {
   EXPECT_EQ(file_content("out"), std::string(kHeldBack, 'x') + "y");
 }
 
-// Is `holds` true for a user whom files are protected from?
+// Returns whether `holds` is true for a user without root's rights.
 bool holds_for_an_ordinary_user(const std::function<bool()>& holds) {
   const pid_t child = ::fork();
   if (child == 0) {
@@ -197,7 +197,7 @@ TEST(OutputFile, DoesNotChangeALargeProtectedFile) {
   EXPECT_EQ(file_content("out"), kLargeContent);
 }
 
-// What a limit on open files leaves of an earlier, large output.
+// The content must not be lost when no descriptor is free.
 #ifndef __SANITIZE_ADDRESS__  // whose check of objects needs descriptors itself
 TEST(OutputFile, KeepsOldContentIfItCannotBeOpened) {
   const TemporaryFolder folder;
@@ -227,7 +227,7 @@ TEST(OutputFile, DoesNotTruncateAFileInUseThroughALink) {
   }
 }
 
-// Two descriptors of one process lock a file against each other as two processes do.
+// Two descriptors of one process lock a file against each other like two processes.
 TEST(OutputFile, DoesNotTruncateAFileThatAnotherRunIsWriting) {
   const TemporaryFolder folder;
   OutputFile first("out");
@@ -250,7 +250,7 @@ TEST(OutputFile, IsUnlockedWhenTheRunEndsEarly) {
   EXPECT_EQ(fault_of([] { const OutputFile file("out"); }), "no fault");
 }
 
-// A pipe's opening would wait for a reader; the watchdog ends the test then.
+// Opening the pipe would block; then the alarm ends the test.
 TEST(OutputFile, RefusesAPipe) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("out", 0666), 0);
@@ -260,7 +260,7 @@ TEST(OutputFile, RefusesAPipe) {
 }
 
 TEST(OutputFile, MayBeADeviceThatIsUsedTwice) {
-  // By links: a fault of the program must not cost the machine its device.
+  // Through links, so that a bug cannot remove the device itself.
   const TemporaryFolder folder;
   std::filesystem::create_symlink("/dev/null", "one");
   std::filesystem::create_symlink("/dev/null", "two");

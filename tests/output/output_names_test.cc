@@ -34,7 +34,7 @@ TEST(ReportName, TakesTheNameUpToItsFirstBlank) {
   EXPECT_EQ(report_name(entry_of("")).trimmed(), ".ftst");
 }
 
-// A name is joined in a field of 65 characters, which cuts the extension.
+// A name is composed in a field of 65 characters, which truncates the extension.
 TEST(ReportName, TakesNoMoreThanSixtyOneCharacters) {
   EXPECT_EQ(report_name(entry_of(std::string(58, 'a'))).trimmed(),
             std::string(58, 'a') + ".ftst");

@@ -15,7 +15,7 @@ namespace {
 constexpr std::int16_t kMissing = -999;
 constexpr std::int64_t kFarAway = std::numeric_limits<std::int32_t>::max();
 
-// Three years; month m of year y holds 100 y + m.
+// Returns a series of three years; month m of year y is 100 y + m.
 std::vector<std::int16_t> three_years() {
   std::vector<std::int16_t> series;
   for (int year = 1; year <= 3; ++year) {
@@ -32,7 +32,7 @@ std::vector<float> sample_of(SampleYears years, float SampleScale = 1) {
   return sample;
 }
 
-// The values of years first..last.
+// Returns the values of the years first..last.
 std::vector<float> values_of(int first, int last) {
   std::vector<float> values;
   for (int year = first; year <= last; ++year) {
@@ -80,7 +80,7 @@ TEST(CollectSample, SkipsMissingMonthsAndAppends) {
   EXPECT_EQ(sample, (std::vector<float>{5, 0, -998}));
 }
 
-// The heading fits the buffer, so that nothing is written before the close.
+// The heading fits into the buffer, so nothing is written before the close.
 TEST(VarianceReportFile, ThrowsOnClose) {
   VarianceReportFile report("/dev/full",
                             {.years = {.FYOD = 1901, .LYOD = 1910},

@@ -7,7 +7,7 @@
 
 namespace veldmark {
 
-// For messages of failed tests.
+// Prints a region in messages of failed tests.
 void PrintTo(const SearchRegion& region, std::ostream* out) {
   *out << "lat " << region.minLat << ".." << region.maxLat << " lon " << region.minLon
        << ".." << region.maxLon;
@@ -44,7 +44,7 @@ void expect_columns(const GridRanges& ranges, std::int32_t FirstCol,
   EXPECT_EQ(ranges.CellCount(), CellCount);
 }
 
-void expect_two_pieces(const GridRanges& ranges, std::int32_t LastCol,
+void expect_two_ranges(const GridRanges& ranges, std::int32_t LastCol,
                        std::int32_t EastFirstCol, std::int32_t CellCount) {
   EXPECT_TRUE(ranges.CrossesDateLine);
   EXPECT_EQ(ranges.FirstCol, 1);
@@ -84,7 +84,7 @@ TEST(FindRows, BoundsOnCellEdgesSelectTheCellsInside) {
   expect_rows(51, 52, kSouthFirst, 283, 284);
 }
 
-// "A minimum exactly on a centre excludes that centre's row, a maximum includes it."
+// A minimum exactly on a centre excludes that row, a maximum includes it.
 TEST(FindRows, MinimumOnACentreLeavesThatRowOut) {
   expect_rows(10.25F, 10.25F, kSouthFirst, 202, 201);
   expect_rows(10, 10.25F, kSouthFirst, 201, 201);
@@ -105,7 +105,7 @@ TEST(FindRows, PolesAreCorrected) {
   expect_rows(89.5F, 90, kSouthFirst, 360, 360);
 }
 
-// Kept on purpose.
+// Kept on purpose: such a bound gives row 0.
 TEST(FindRows, BoundsBeyondTheLastCentreMatchNoRow) {
   expect_rows(-90, -90, kSouthFirst, 1, 0);
   expect_rows(90, 90, kSouthFirst, 0, 360);
@@ -122,7 +122,7 @@ TEST(FindRows, NorthFirstSelectsOneMoreRowAtEachEnd) {
   expect_rows(-89.5F, 89.5F, kNorthFirst, 1, 360);
 }
 
-// Kept on purpose.
+// Kept on purpose: the south pole sets FirstRow, the north pole LastRow.
 TEST(FindRows, NorthFirstPolesCorrectTheOtherEnd) {
   expect_rows(-90, 90, kNorthFirst, 360, 1);
   expect_rows(0, 90, kNorthFirst, 0, 1);
@@ -151,7 +151,7 @@ TEST(FindRanges, OrdinaryBoxesAreOneRangeOfColumns) {
   expect_columns(ranges_of(-180, -179.5F), 1, 1, 40);
 }
 
-// Kept on purpose.
+// Kept on purpose: such a bound gives column 0.
 TEST(FindRanges, BoundsBeyondTheLastColumnMatchNone) {
   expect_columns(ranges_of(-180, -180), 1, 0, 0);
   expect_columns(ranges_of(180, 180), 0, 720, 28840);
@@ -159,30 +159,30 @@ TEST(FindRanges, BoundsBeyondTheLastColumnMatchNone) {
 }
 
 TEST(FindRanges, BoxesAcrossTheMeridianHaveTwoRanges) {
-  expect_two_pieces(ranges_of(170, -170), 20, 701, 1600);
-  expect_two_pieces(ranges_of(179.75F, -179.75F), 1, 720, 80);
-  expect_two_pieces(ranges_of(0.5F, 0), 360, 362, 28760);
-  expect_two_pieces(ranges_of(0.5F, 0.25F), 361, 362, 28800);
+  expect_two_ranges(ranges_of(170, -170), 20, 701, 1600);
+  expect_two_ranges(ranges_of(179.75F, -179.75F), 1, 720, 80);
+  expect_two_ranges(ranges_of(0.5F, 0), 360, 362, 28760);
+  expect_two_ranges(ranges_of(0.5F, 0.25F), 361, 362, 28800);
 }
 
-// Kept on purpose: no end corrections in two pieces.
+// Kept on purpose: two ranges are not corrected at their ends.
 TEST(FindRanges, TwoRangesAreNotCorrectedAtTheirEnds) {
-  expect_two_pieces(ranges_of(170, -180), 0, 701, 800);
-  expect_two_pieces(ranges_of(180, -170), 20, 0, 29640);
+  expect_two_ranges(ranges_of(170, -180), 0, 701, 800);
+  expect_two_ranges(ranges_of(180, -170), 20, 0, 29640);
 }
 
 TEST(FindRanges, MinimumLongitudeOfTheDroughtIndexCanBeAnything) {
   const GridRanges ranges = find_ranges(box(50, 60, 500, 10), kNorthFirst, {});
-  expect_two_pieces(ranges, 380, 0, 24222);
+  expect_two_ranges(ranges, 380, 0, 24222);
 }
 
 // Kept on purpose: the flag is never cleared.
 TEST(FindRanges, OnceAcrossTheMeridianLaterBoxesStayInTwoRanges) {
   const GridRanges across = ranges_of(170, -170);
-  expect_two_pieces(ranges_of(0, 20, across), 400, 361, 30400);
-  expect_two_pieces(ranges_of(170, -180, across), 20, 701, 1600);
-  expect_two_pieces(ranges_of(-180, 180, across), 20, 0, 29640);
-  expect_two_pieces(ranges_of(-179.5F, 179.5F, across), 719, 2, 57520);
+  expect_two_ranges(ranges_of(0, 20, across), 400, 361, 30400);
+  expect_two_ranges(ranges_of(170, -180, across), 20, 701, 1600);
+  expect_two_ranges(ranges_of(-180, 180, across), 20, 0, 29640);
+  expect_two_ranges(ranges_of(-179.5F, 179.5F, across), 719, 2, 57520);
 }
 
 // Kept on purpose: a bound that matches no column keeps the previous one.
@@ -190,12 +190,11 @@ TEST(FindRanges, BoundsThatMatchNoColumnLeaveThePreviousOnes) {
   const GridRanges first = ranges_of(0, 20);
   expect_columns(ranges_of(180, 180, first), 361, 720, 14400);
   expect_columns(ranges_of(-180, -180, first), 1, 400, 16000);
-  expect_two_pieces(ranges_of(170, -180, first), 400, 701, 16800);
+  expect_two_ranges(ranges_of(170, -180, first), 400, 701, 16800);
 }
 
-// What the rule says in words, row by row: a row is inside when its centre lies above
-// the minimum and not above the maximum; a minimum on the outermost centres takes them
-// in.
+// The rule in words, row by row: a row is inside if its centre is above the minimum and
+// not above the maximum; a minimum on an outermost centre includes its row.
 bool plainly_inside(const SearchRegion& region, std::int32_t row) {
   const float centre = -89.75F + 0.5F * static_cast<float>(row - 1);
   const bool at_an_end = region.minLat <= -89.75F || region.minLat == 89.75F;

@@ -1,5 +1,5 @@
-// Rows and columns of all bounds in eighths of a degree, against loops over all pairs
-// of neighbouring centres; and the lattice against plain counting.
+// Compares the rows and columns for all bounds in eighths of a degree with loops over
+// all pairs of neighbouring centres, and the lattice with plain counting.
 
 #include <gtest/gtest.h>
 
@@ -18,20 +18,20 @@ namespace {
 using testing::kSweepStep;
 using testing::record_cases;
 
-// All in eighths of a degree, so that nothing is ever rounded. Centres lie half a
-// degree apart, the outermost a quarter inside the end of the grid.
+// All in eighths of a degree, so that nothing is rounded. Centres are half a degree
+// apart; the outermost ones are a quarter degree from the edge of the grid.
 constexpr int kLatitudeEnd = 90 * 8;
 constexpr int kLongitudeEnd = 180 * 8;
 constexpr int kCell = 4;
 
 float degrees(int eighths) { return static_cast<float>(eighths) / 8.0F; }
 
-// Latitudes between two bounds; the longitudes don't matter to rows.
+// A region between two latitudes; longitudes don't matter for rows.
 SearchRegion band(int low, int high) {
   return {.maxLat = degrees(high), .minLat = degrees(low), .maxLon = 0, .minLon = 0};
 }
 
-// One axis of the grid, `end` eighths long on both sides of zero.
+// One axis of the grid, which ends `end` eighths on either side of zero.
 struct Axis {
   int end;
 
@@ -39,7 +39,7 @@ struct Axis {
   [[nodiscard]] int first() const { return -end + kCell / 2; }
   [[nodiscard]] int last() const { return end - kCell / 2; }
 
-  // How many centres are not above the bound.
+  // Returns the number of centres not above the bound.
   [[nodiscard]] int at_or_below(int bound) const {
     int found = 0;
     for (int centre = first(); centre <= last(); centre += kCell) {
@@ -49,15 +49,15 @@ struct Axis {
   }
 };
 
-// What a bound finds when it is a minimum and when it is a maximum: the upper and the
-// lower centre of the last pair that it lies on or between. Nothing for a bound outside
-// the outermost centres.
+// What a bound finds as a minimum and as a maximum: the upper and the lower centre of
+// the last pair that it lies on or between; nothing if it is outside the outermost
+// centres.
 struct Found {
   std::optional<int> as_minimum;
   std::optional<int> as_maximum;
 };
 
-// For every bound from -end to end.
+// Returns that for every bound from -end to end.
 std::vector<Found> plainly_found(const Axis& axis) {
   std::vector<Found> all;
   for (int bound = -axis.end; bound <= axis.end; ++bound) {
@@ -91,7 +91,8 @@ TEST(GridRangesSweep, RowsOfSouthFirstFiles) {
   record_cases(cases, 1'038'961);
 }
 
-// Rows are counted from the north: as many rows lie above a bound as centres do.
+// Rows are counted from the north: the number of rows north of a bound is the number of
+// centres above it.
 TEST(GridRangesSweep, RowsOfNorthFirstFiles) {
   const Axis axis{kLatitudeEnd};
   std::vector<int> above;
@@ -138,12 +139,12 @@ GridRanges plain_columns(const Axis& axis, const std::vector<Found>& found, int 
   return ranges;
 }
 
-// A search in which no bound finds a column, and one across the meridian.
+// Previous searches: none, one with other columns, and one across the meridian.
 const std::vector<GridRanges> kPrevious{
     {}, {.FirstCol = 77, .LastCol = 88}, {.LastCol = 20, .CrossesDateLine = true}};
 
-// All pairs of longitudes whose west bound leaves the remainder `part` when divided by
-// the number of parts: one test would take too long.
+// Each part covers the pairs whose west bound leaves the remainder `part`, because a
+// single test would take too long.
 class GridColumnsSweep : public ::testing::TestWithParam<int> {};
 
 constexpr int kParts = 16;
@@ -153,7 +154,7 @@ TEST_P(GridColumnsSweep, AllPairsOfLongitudes) {
   const std::vector<Found> found = plainly_found(axis);
   std::size_t cases = 0;
   for (int low = -axis.end + GetParam(); low <= axis.end; low += kParts) {
-    // With steps, the first one moves on from line to line.
+    // With a step above 1 the start changes from line to line.
     const int offset = static_cast<int>(cases % kSweepStep);
     for (int high = -axis.end + offset; high <= axis.end; high += kSweepStep, ++cases) {
       const GridRanges& previous = kPrevious[cases % kPrevious.size()];
@@ -178,20 +179,20 @@ TEST_P(GridColumnsSweep, AllPairsOfLongitudes) {
 
 INSTANTIATE_TEST_SUITE_P(Part, GridColumnsSweep, ::testing::Range(0, kParts));
 
-// Counts n - 1 places off after each one that is kept.
-std::vector<std::int32_t> plainly_kept(std::int32_t first, std::int32_t last, int n) {
-  std::vector<std::int32_t> kept;
+// Skips n - 1 numbers after each one that is taken.
+std::vector<std::int32_t> plain_stride(std::int32_t first, std::int32_t last, int n) {
+  std::vector<std::int32_t> taken;
   int to_pass = 0;
   for (std::int32_t place = first; place <= last; ++place) {
     if (to_pass == 0) {
       to_pass = n;
       if (place >= 1) {
-        kept.push_back(place);
+        taken.push_back(place);
       }
     }
     --to_pass;
   }
-  return kept;
+  return taken;
 }
 
 TEST(GridRangesSweep, MakeLattice) {
@@ -208,11 +209,11 @@ TEST(GridRangesSweep, MakeLattice) {
                                   .EastLastCol = 720,
                                   .CrossesDateLine = east < 721};
           const Lattice lattice = make_lattice(ranges, n);
-          std::vector<std::int32_t> columns = plainly_kept(first, last, n);
-          for (const std::int32_t column : plainly_kept(east, 720, n)) {
+          std::vector<std::int32_t> columns = plain_stride(first, last, n);
+          for (const std::int32_t column : plain_stride(east, 720, n)) {
             columns.push_back(column);
           }
-          ASSERT_EQ(lattice.rows, plainly_kept(last, 3 * first, n)) << n;
+          ASSERT_EQ(lattice.rows, plain_stride(last, 3 * first, n)) << n;
           ASSERT_EQ(lattice.columns, columns) << first << " " << last << " " << n;
         }
       }

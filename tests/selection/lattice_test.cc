@@ -54,7 +54,7 @@ TEST(Estimate, OfAnEmptyBoxIsNanPercent) {
   expect_estimate(0, 40, 5, 0, "    NaN");
 }
 
-// Kept on purpose.
+// Kept on purpose: the estimate is not clamped at 0.
 TEST(Estimate, OfNegativeRowCountsIsNegative) {
   expect_estimate(-358, 720, 1, -257760, "100.000");
   expect_estimate(-358, 720, 2, -64080, " 24.860");

@@ -44,7 +44,7 @@ TEST(Avevar, IsNanForAnEmptySample) {
   EXPECT_TRUE(std::isnan(got.var));
 }
 
-// 0/0.
+// The variance is 0/0.
 TEST(Avevar, HasANanVarianceForOneValue) {
   const Moments got = moments({7.25F});
   EXPECT_EQ(got.ave, 7.25F);
@@ -87,7 +87,7 @@ TEST(Avevar, MatchesKnownVariancesOfGeneratedSamples) {
   }
 }
 
-// Kept on purpose: a constant sample gets no special case.
+// Kept on purpose: a constant sample is not treated specially.
 TEST(Avevar, GivesAConstantATinyOrNegativeVarianceByRounding) {
   EXPECT_TRUE(same_bits(moments(constant_sample(300, 1313)).var, 1.90111767e-16F));
   EXPECT_TRUE(same_bits(moments(constant_sample(732, 1313)).var, -6.22089425e-16F));
@@ -109,7 +109,7 @@ TEST(Avevar, HasTheBitsOfThePlainDefinitionForEveryConstant) {
   }
 }
 
-// Dividing the stored hundredths by 100 is something else than multiplying by 0.01.
+// Dividing the stored hundredths by 100 is not the same as multiplying by 0.01.
 TEST(FrostDays, AreMultipliedNotDivided) {
   std::vector<std::int32_t> different;
   for (std::int32_t stored = 0; stored <= 3100; ++stored) {

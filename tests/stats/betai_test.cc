@@ -20,7 +20,7 @@ namespace {
 
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
-// betai where no bad argument may be reported.
+// Calls betai and fails the test if it reports a bad argument.
 float betai_quietly(float a, float b, float x) {
   return betai(a, b, x, [](std::string_view text) { ADD_FAILURE() << text; });
 }
@@ -39,8 +39,8 @@ TEST(Betai, MatchesKnownValues) {
   EXPECT_NEAR(betai_quietly(5.5F, 7.0F, 0.3F), 0.158661708F, 0.15e-5);
 }
 
-// The bits depend on the 32-bit logarithm and exponential of the library; these are
-// those of the GNU C library (2.36).
+// The bits depend on the 32-bit logarithm and exponential; these are the ones of the
+// GNU C library 2.36.
 #ifdef __GLIBC__
 TEST(Betai, MatchesKnownBitsWithTheGnuLibrary) {
   EXPECT_EQ(betai_quietly(0.5F, 0.5F, 0.5F), 0x1p-1F);
@@ -49,7 +49,7 @@ TEST(Betai, MatchesKnownBitsWithTheGnuLibrary) {
 }
 #endif
 
-// No logarithm is taken at the ends.
+// The prefactor is 0 there, without a logarithm.
 TEST(Betai, IsZeroAtZeroAndOneAtOne) {
   for (const float a : {0.5F, 1.0F, 7.0F, 800.0F}) {
     for (const float b : {0.5F, 1.0F, 7.0F, 800.0F}) {
@@ -60,7 +60,8 @@ TEST(Betai, IsZeroAtZeroAndOneAtOne) {
 }
 
 // Compares betai at the bound of every small a and b, or at the last x below it, with
-// the branch that belongs there. Result: how often the other branch has other bits.
+// the branch that should be taken. Returns how often the other branch has different
+// bits.
 int expect_branch(bool on_the_bound) {
   int telling = 0;
   for (int half_a = 1; half_a <= 40; ++half_a) {
@@ -79,7 +80,7 @@ int expect_branch(bool on_the_bound) {
   return telling;
 }
 
-// The fraction is turned round from that x on, itself included.
+// From the bound on, itself included, the second branch is taken.
 TEST(Betai, TakesTheSecondBranchOnTheBound) {
   EXPECT_GT(expect_branch(/*on_the_bound=*/true), 100);
   EXPECT_EQ(betai_quietly(1.0F, 1.0F, 0.5F), 0.5F);
@@ -89,10 +90,9 @@ TEST(Betai, TakesTheFirstBranchJustBelowTheBound) {
   EXPECT_GT(expect_branch(/*on_the_bound=*/false), 100);
 }
 
-// Errors over the table, per size of a and b: up to 10, 200, 1500. They come from the
-// prefactor, whose logarithms grow with a and b and are rounded to 32 bits. Measured:
-//   x below (a + 1) / (a + b + 2), relative    2.6e-6, 4.6e-5, 7.9e-4
-//   x at or above it, absolute                 2.5e-7, 9.3e-6, 5.7e-5
+// Errors over the table, for a and b up to 10, 200 and 1500: relative below the bound,
+// absolute from there on. They come from the prefactor, whose logarithms grow with a
+// and b and are rounded to 32 bits.
 TEST(Betai, IsWithinTheStatedErrorOfTheTrueValue) {
   constexpr std::array<double, 3> kRelativeBelow = {3e-6, 6e-5, 1e-3};
   constexpr std::array<double, 3> kAbsoluteAbove = {3e-7, 1.2e-5, 7e-5};
@@ -131,7 +131,7 @@ TEST(Betai, ReportsABadArgumentOnceAndContinues) {
   }
 }
 
-// A NaN is neither below 0 nor above 1.
+// NaN < 0 and NaN > 1 are both false.
 TEST(Betai, IsNanForNanWithoutAReport) {
   EXPECT_TRUE(std::isnan(betai_quietly(2.0F, 3.0F, kNan)));
 }

@@ -1,4 +1,4 @@
-// ftest against its plain twin.
+// Compares ftest with its plain definition.
 
 #ifndef VELDMARK_TESTS_STATS_EXPECT_PLAIN_FTEST_H_
 #define VELDMARK_TESTS_STATS_EXPECT_PLAIN_FTEST_H_
@@ -13,7 +13,8 @@
 
 namespace veldmark {
 
-// Fails unless ftest gives for two samples what the twin gives, to the bit.
+// Fails the test unless ftest and the plain definition give the same bits for two
+// samples.
 inline void expect_plain_ftest(const std::vector<float>& data1,
                                const std::vector<float>& data2) {
   const FtestOutcome got = run_ftest(data1, data2);

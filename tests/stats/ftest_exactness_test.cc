@@ -1,4 +1,4 @@
-// ftest against the plain definition, bit for bit, and against true values.
+// Compares ftest with the plain definition bit for bit, and with exact values.
 
 #include <gtest/gtest.h>
 
@@ -25,8 +25,8 @@ void expect_kurtosis(const std::vector<std::int32_t>& stored1,
   EXPECT_TRUE(same_bits(plain::as_float(got.kurtosis), expected));
 }
 
-// The pooled kurtosis stays inside ftest; here it shows that the plain definition is
-// right on its own.
+// The pooled kurtosis is a local variable of ftest; here the plain definition itself is
+// tested.
 TEST(FtestExactness, PlainDefinitionHasTheKnownKurtosis) {
   expect_kurtosis({1, 2, 3, 4, 5}, {2, 4, 6, 8, 10}, 2.31200004F);
   expect_kurtosis({1, 2, 3, 4, 5}, {1, 2, 3, 4, 5}, 1.69999993F);
@@ -43,8 +43,8 @@ TEST(FtestExactness, PlainDefinitionHasTheKnownKurtosis) {
   }
 }
 
-// One value of a sample of shape 0..9; what cannot occur in the data (fractions, huge
-// and tiny values, NaN, infinities) is there for the arithmetic.
+// Returns one value of a sample of shape 0..9. Some shapes cannot occur in the data
+// (fractions, huge and tiny values, NaN, infinities); they test the arithmetic.
 float shaped_value(Generator& generator, std::uint32_t shape) {
   const auto wide = static_cast<float>(generator.below(3101));
   switch (shape) {
@@ -114,8 +114,8 @@ TEST(FtestExactness, HasTheBitsOfThePlainDefinitionForLongSamples) {
   }
 }
 
-// Every constant frost-day value, over 25 and 61 years: the variances are nothing but
-// rounding errors, of both signs.
+// Every constant frost-day value, over 25 and 61 years: both variances are only
+// rounding errors, of either sign.
 TEST(FtestExactness, HasTheBitsOfThePlainDefinitionForEveryConstant) {
   int bad_arguments = 0;
   for (std::int32_t stored = 0; stored <= 3100; ++stored) {
@@ -138,10 +138,9 @@ struct TrueValues {
   double prob;
 };
 
-// True values are those of the stored integers in exact arithmetic, so these are the
-// errors of the whole way, from multiplying by 0.01 on. Measured: f 1.9e-6 of itself;
-// prob 2.1e-6 of itself for adjusted counts up to 100, 2.1e-4 up to 1000 and 5.3e-4
-// up to 3200. It grows with the counts because the logarithms inside betai do.
+// The exact values are computed from the stored integers, so these errors include the
+// multiplication by 0.01. The error of prob grows with the adjusted counts, because the
+// logarithms inside betai do.
 void expect_near(const FtestOutcome& got, const TrueValues& known) {
   EXPECT_EQ(got.d1, known.d1);
   EXPECT_EQ(got.d2, known.d2);
@@ -172,8 +171,8 @@ TEST(FtestExactness, IsWithinTheStatedErrorForRealFrostDays) {
   }
 }
 
-// The report lines of the worked example in docs/variance-test.md: f has these bits,
-// prob may differ in its last digits with another library.
+// The report lines of the worked example in docs/variance-test.md. f has these bits;
+// the last digits of prob may differ with another library.
 TEST(FtestExactness, MatchesTheWorkedExampleOfTheDocumentation) {
   struct Line {
     float f;

@@ -23,9 +23,9 @@ const std::vector<std::int32_t> kYearJ = {100,  250, 300, 500, 900, 1200,
 const std::vector<std::int32_t> kYearK = {90,   260, 310, 480, 950, 1250,
                                           1000, 850, 580, 420, 180, 160};
 
-// f and the counts have exactly these values; prob depends on the 32-bit logarithm and
-// exponential of the library in its last places. The bits given are those of the GNU C
-// library (2.36, x86-64), where all of them hold.
+// f and the counts have exactly these values. The last bits of prob depend on the
+// 32-bit logarithm and exponential; these are the ones of the GNU C library 2.36 on
+// x86-64.
 struct Expected {
   std::int32_t d1;
   std::int32_t d2;
@@ -72,7 +72,7 @@ TEST(Ftest, ComparesSmallSamples) {
               {.d1 = 2, .d2 = 2, .f = 0x1p+2F, .prob = 0x1.2E404Ep-1F});
 }
 
-// The quotient is 2.94: it is cut off to 2, not rounded to 3.
+// The quotient is 2.94, which is truncated to 2, not rounded to 3.
 TEST(Ftest, TruncatesTheAdjustedCounts) {
   expect_test({100, 200, 300}, {100, 300, 500},
               {.d1 = 2, .d2 = 2, .f = 0x1p+2F, .prob = 0x1.2E404Ep-1F});
@@ -118,15 +118,15 @@ TEST(Ftest, ComparesGeneratedSamples) {
   }
 }
 
-// The quotient is formed even where neither variance is the larger.
+// f is computed even if neither variance is larger.
 TEST(Ftest, IsOneForEqualVariances) {
   expect_test({1, 2, 3, 4, 5}, {1, 2, 3, 4, 5},
               {.d1 = 8, .d2 = 8, .f = 0x1p+0F, .prob = 0x1.FFFFE8p-1F});
 }
 
-// Both variances are 3, with counts 3 and 4: the second goes on top, so df1 = d2 - 1
-// and df2 = d1 - 1. With the first on top prob would be the same in exact arithmetic,
-// but not in its bits.
+// Both variances are 3, with counts 3 and 4. The second is the numerator, so df1 = d2 -
+// 1 and df2 = d1 - 1. With the first as numerator prob would be the same in exact
+// arithmetic, but its bits would differ.
 TEST(Ftest, TakesTheSecondOfEqualVariancesAsNumerator) {
   const FtestOutcome got = run_ftest({9, 9, 6}, {6, 3, 6, 7});
   EXPECT_EQ(got.d1, 3);
@@ -142,7 +142,7 @@ TEST(Ftest, TakesTheSecondOfEqualVariancesAsNumerator) {
   EXPECT_TRUE(same_bits(got.prob, prob_of(3.0F, 2.0F)));
 }
 
-// A sample of one value: its adjusted count is 2, and so is the other's.
+// A sample of one value: both adjusted counts are 2.
 TEST(Ftest, IsNanForASampleOfOneValue) {
   expect_nan(frost_days({250}), frost_days(kYearK));
   expect_nan(frost_days(kYearJ), frost_days({250}));
@@ -155,7 +155,7 @@ TEST(Ftest, IsNanForAnEmptySample) {
   expect_nan({}, {});
 }
 
-// What every variable but frost days gives: the scale is 0, so are all values.
+// This happens with every variable but frost days: the scale is 0, so all values are.
 TEST(Ftest, IsNanForSamplesOfZeros) {
   for (const std::size_t n1 : {0U, 1U, 2U, 12U, 300U, 1392U}) {
     for (const std::size_t n2 : {0U, 1U, 2U, 12U, 732U, 1392U}) {
@@ -170,7 +170,7 @@ TEST(Ftest, IsNanForAConstantThatIsSummedExactly) {
   }
 }
 
-// Nothing varies in the sample below the line, and something above it.
+// The smaller variance is 0, the larger is not.
 TEST(Ftest, IsInfiniteIfOnlyOneSampleVaries) {
   expect_test({5, 5, 5, 5, 5}, {1, 2, 3, 4, 5},
               {.d1 = 3, .d2 = 3, .f = kInfinity, .prob = 0});
@@ -178,7 +178,7 @@ TEST(Ftest, IsInfiniteIfOnlyOneSampleVaries) {
               {.d1 = 3, .d2 = 3, .f = kInfinity, .prob = 0});
 }
 
-// A constant that varies by rounding alone counts as varying.
+// A constant whose variance is a rounding error is treated as if it varied.
 TEST(Ftest, TreatsARoundingErrorAsAVariance) {
   const FtestOutcome got =
       run_ftest(constant_sample(12, 681), constant_sample(300, 681));
@@ -189,8 +189,8 @@ TEST(Ftest, TreatsARoundingErrorAsAVariance) {
   EXPECT_TRUE(got.bad_arguments.empty());
 }
 
-// Kept on purpose: one of the variances is negative by rounding, so f is, and the
-// argument of betai is above 1. It is reported once, and the calculation goes on.
+// Kept on purpose: rounding makes one variance negative, so f is negative and the
+// argument of betai is above 1. That is reported once, and the calculation continues.
 TEST(Ftest, ReportsTheBadArgumentOfANegativeF) {
   const FtestOutcome got =
       run_ftest(constant_sample(300, 1313), constant_sample(732, 1313));
@@ -201,7 +201,7 @@ TEST(Ftest, ReportsTheBadArgumentOfANegativeF) {
   EXPECT_EQ(got.bad_arguments, std::vector<std::string>{"bad argument x in betai"});
 }
 
-// A varying sample over a negative variance: f is negative and huge, x below 0.
+// The other sample varies: f is negative and huge, and x is below 0.
 TEST(Ftest, ReportsTheBadArgumentWhenOnlyOneSampleIsConstant) {
   const FtestOutcome got = run_ftest(frost_days(kYearJ), constant_sample(732, 1313));
   EXPECT_LT(got.f, -1e16F);
@@ -209,7 +209,8 @@ TEST(Ftest, ReportsTheBadArgumentWhenOnlyOneSampleIsConstant) {
   EXPECT_EQ(got.bad_arguments, std::vector<std::string>{"bad argument x in betai"});
 }
 
-// 37 hundredths, over 1 and 61 years: the smaller variance is negative, the larger 0.
+// 37 hundredths, over 1 and 61 years: the smaller variance is negative, the larger is
+// 0.
 TEST(Ftest, IsMinusZeroForZeroOverANegativeVariance) {
   const FtestOutcome got = run_ftest(constant_sample(12, 37), constant_sample(732, 37));
   EXPECT_TRUE(same_bits(got.f, -0.0F));
@@ -249,8 +250,8 @@ TEST(Ftest, UsesOnlyTheFirstValues) {
   EXPECT_EQ(f, 4.0F);
 }
 
-// Normal-shaped data: n - 1 in exact arithmetic, but where the quotient is rounded to
-// just below it, the fraction is cut off and n - 2 is left.
+// Kurtosis 3, as of normally distributed data: n - 1 in exact arithmetic. Where the
+// quotient is rounded to just below that, truncation leaves n - 2.
 TEST(AdjustedCount, IsOneLessThanTheCountAtKurtosisThreeApartFromRounding) {
   std::vector<std::int32_t> two_less;
   for (std::int32_t n = 12; n <= 1392; n += 12) {
@@ -265,7 +266,8 @@ TEST(AdjustedCount, IsOneLessThanTheCountAtKurtosisThreeApartFromRounding) {
                                                  1116, 1392}));
 }
 
-// Counts that no sample has, and quotients that are no integers from 2 on.
+// Counts that no sample has, and quotients for which truncation does not give 2 or
+// more.
 TEST(AdjustedCount, IsAtLeastTwo) {
   EXPECT_EQ(adjusted_count(12.0F, 0.5F), 2);  // -75.43
   EXPECT_EQ(adjusted_count(12.0F, 40.0F), 2);

@@ -20,8 +20,8 @@ TEST(Gammln, MatchesKnownValues) {
   EXPECT_TRUE(same_bits(gammln(100.5F), 361.435547F));
 }
 
-// The true value is 0; what is left is one unit of the last place of the 64-bit
-// logarithm, so another library may leave something else that small.
+// The exact value is 0. What remains is one unit in the last place of the 64-bit
+// logarithm, so another library may give a different tiny number.
 TEST(Gammln, HasARoundingErrorAtTwo) {
 #ifdef __GLIBC__
   EXPECT_EQ(gammln(2.0F), -0x1p-51F);
@@ -29,8 +29,9 @@ TEST(Gammln, HasARoundingErrorAtTwo) {
   EXPECT_LT(std::fabs(gammln(2.0F)), 2e-15F);
 }
 
-// The series errs by less than 2e-10. That is too little to be seen: over the whole
-// table the result is the 32-bit real nearest to the true value, but for the 0 at 2.
+// The error of the series, below 2e-10, is too small to be visible: over the whole
+// table, except for the 0 at 2, the result is the 32-bit real nearest to the exact
+// value.
 TEST(Gammln, IsTheNearestRealToTheTrueValue) {
   for (const reference::GammlnValue& known : reference::kGammln) {
     if (known.x == 2.0F) {

@@ -1,10 +1,10 @@
-// The statistics once more, written from docs/variance-test.md, "The arithmetic", for
-// the tests to compare bits with.
+// A plain definition of the statistics, written from docs/variance-test.md, "The
+// arithmetic", for tests that compare bits.
 //
-// Nothing is shared with src/stats: a 32-bit operation is done here in 64 bits and then
-// rounded, which gives the same bits for + - * / (a 64-bit real holds more than twice
-// the digits, and two to spare); constants are bit patterns; every step stands alone.
-// The 32-bit logarithm and exponential are the machine's own on both sides.
+// It shares nothing with src/stats. A 32-bit operation is computed in 64 bits and then
+// rounded, which gives the same bits for + - * /, because a 64-bit real has more than
+// twice as many digits. Constants are bit patterns, and each step is a statement of its
+// own. The 32-bit logarithm and exponential are those of the system's library in both.
 
 #ifndef VELDMARK_TESTS_STATS_PLAIN_STATISTICS_H_
 #define VELDMARK_TESTS_STATS_PLAIN_STATISTICS_H_
@@ -18,7 +18,7 @@
 
 namespace veldmark::plain {
 
-// A 32-bit real, kept in 64 bits.
+// A 32-bit real, stored in 64 bits.
 struct Real32 {
   double value;
   Real32(double exact) : value(static_cast<float>(exact)) {}
@@ -78,7 +78,7 @@ inline float gammln(float xx) {
   return static_cast<float>(tmp + std::log(scaled / x));
 }
 
-// The places where the continued fraction may keep a denominator off zero.
+// The places where the continued fraction may replace a denominator.
 enum Place : std::uint8_t { kStartD, kEvenD, kEvenC, kOddD, kOddC, kPlaces };
 
 struct Fraction {
@@ -135,7 +135,7 @@ struct Beta {
   int bad_arguments;
 };
 
-// The two ways to work out I_x(a, b), for the tests of the bound between them.
+// The two branches of I_x(a, b), for the tests of the bound between them.
 inline Real32 beta_front(Real32 a, Real32 b, Real32 x) {
   if (x.value == 0 || x.value == 1) {
     return 0;
@@ -166,7 +166,8 @@ inline std::int32_t adjusted_count(Real32 n, Real32 kurtosis) {
   const Real32 ratio = (n - Real32(3)) / (n - Real32(1));
   const Real32 quotient = (Real32(2) * n) / (kurtosis - ratio);
   const double whole = std::trunc(quotient.value);
-  // NaN fails both comparisons; everything else that is no 32-bit integer gives 2 too.
+  // NaN fails both comparisons. Any value that does not fit into 32 bits gives 2 as
+  // well.
   return 2 <= whole && whole <= 2147483647.0 ? static_cast<std::int32_t>(whole) : 2;
 }
 

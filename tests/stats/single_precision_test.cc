@@ -34,7 +34,7 @@ TEST(TruncatedToInt32, ReachesBothEndsOfTheRange) {
   EXPECT_EQ(truncated_to_int32(-2147483648.0F), kMostNegative);
 }
 
-// Every 977th of all bit patterns, against the same rule in 64 bits.
+// Every 977th bit pattern, compared with the same rule in 64 bits.
 TEST(TruncatedToInt32, AgreesWithSixtyFourBitsOverAllMagnitudes) {
   for (std::uint64_t pattern = 0; pattern <= 0xFFFFFFFF; pattern += 977) {
     const auto value = std::bit_cast<float>(static_cast<std::uint32_t>(pattern));

@@ -1,5 +1,5 @@
-// What the tests of the statistics share: bit comparison, samples, and one call of
-// ftest as a value.
+// Shared by the tests of the statistics: bit comparison, samples, and a call of ftest
+// that returns all its results.
 
 #ifndef VELDMARK_TESTS_STATS_STATISTICS_SUPPORT_H_
 #define VELDMARK_TESTS_STATS_STATISTICS_SUPPORT_H_
@@ -20,7 +20,7 @@ namespace veldmark {
 
 inline std::uint32_t bits(float value) { return std::bit_cast<std::uint32_t>(value); }
 
-// Passes when both have the same bits, or both are NaN (whose bits mean nothing here).
+// Returns success if both have the same bits or both are NaN, whose bits don't matter.
 inline ::testing::AssertionResult same_bits(float got, float expected) {
   if (bits(got) == bits(expected) || (std::isnan(got) && std::isnan(expected))) {
     return ::testing::AssertionSuccess();
@@ -30,7 +30,8 @@ inline ::testing::AssertionResult same_bits(float got, float expected) {
          << " [" << bits(expected) << "]";
 }
 
-// Frost days as the variance test takes them: stored hundredths times the 32-bit 0.01.
+// Returns frost days as the variance test uses them: stored hundredths times the 32-bit
+// 0.01.
 inline std::vector<float> frost_days(const std::vector<std::int32_t>& stored) {
   std::vector<float> sample;
   sample.reserve(stored.size());
@@ -44,12 +45,12 @@ inline std::vector<float> constant_sample(std::size_t count, std::int32_t stored
   return frost_days(std::vector<std::int32_t>(count, stored));
 }
 
-// Numbers that look random: 31 bits of state, of which the low 8 are never shown.
+// A linear congruential generator: 31 bits of state, of which the low 8 are not used.
 class Generator {
  public:
   explicit Generator(std::uint32_t seed) : state_(seed) {}
 
-  // A number from 0..bound - 1.
+  // Returns a number in 0..bound - 1.
   std::uint32_t below(std::uint32_t bound) {
     state_ = (state_ * 1103515245U + 12345U) & 0x7FFFFFFFU;
     return (state_ >> 8U) % bound;
@@ -69,7 +70,7 @@ class Generator {
   std::uint32_t state_;
 };
 
-// All that a call of ftest leaves behind.
+// All results of a call of ftest.
 struct FtestOutcome {
   std::int32_t d1;
   std::int32_t d2;

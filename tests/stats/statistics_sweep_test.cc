@@ -1,4 +1,4 @@
-// The statistics against the plain definition, bit for bit: all small samples, all
+// Compares the statistics with the plain definition bit for bit: all small samples, all
 // arguments that small counts lead to, and very many random ones.
 
 #include <gtest/gtest.h>
@@ -23,7 +23,8 @@ namespace {
 
 using testing::record_cases;
 
-// All samples of up to `largest` of the values 0..values - 1, times the scale.
+// Returns all samples of up to `largest` values out of 0..values - 1, multiplied by the
+// scale.
 std::vector<std::vector<float>> all_samples(std::size_t largest, std::int32_t values) {
   std::vector<std::vector<float>> samples{{}};
   for (std::size_t done = 0; done < samples.size(); ++done) {
@@ -39,7 +40,7 @@ std::vector<std::vector<float>> all_samples(std::size_t largest, std::int32_t va
   return samples;
 }
 
-// 364 samples of up to five of three values: every pair of them.
+// Every pair of the 364 samples of up to five of three values.
 TEST(StatisticsSweep, FtestOfAllPairsOfSmallSamples) {
   const std::vector<std::vector<float>> samples = all_samples(5, 3);
   std::size_t cases = 0;
@@ -68,7 +69,7 @@ TEST(StatisticsSweep, AvevarOfAllSmallSamples) {
   record_cases(samples.size(), 55'987);
 }
 
-// Frost days of two periods of whole years, as reports are made of.
+// Frost days of two periods of whole years, as in reports.
 TEST(StatisticsSweep, FtestOfRandomFrostDays) {
   Generator generator(19);
   std::size_t cases = 0;
@@ -86,7 +87,8 @@ TEST(StatisticsSweep, FtestOfRandomFrostDays) {
   record_cases(cases, 6'000);
 }
 
-// All halves of degrees of freedom up to 40, with x in hundredths, both ends included.
+// Calls `compare` for all halves of degrees of freedom up to 40, with x in hundredths
+// from 0 to 1.
 template <typename Compare>
 void for_all_arguments(Compare compare) {
   std::size_t cases = 0;

@@ -1,4 +1,4 @@
-// What one of the program's readers makes of a grid file, to compare.
+// The block that a reader returns, in a form that can be compared.
 
 #ifndef VELDMARK_TESTS_SUPPORT_BLOCK_OF_H_
 #define VELDMARK_TESTS_SUPPORT_BLOCK_OF_H_
@@ -28,7 +28,7 @@ inline plain::Block block_of(const GridValues& values) {
   return block;
 }
 
-// The values that `read` returns, or the fault that it throws.
+// Returns the values that `read` returns, or the fault that it throws.
 template <typename Read>
 plain::Block block_of_reading(Read read) {
   try {

@@ -64,7 +64,7 @@ bool ChildProcess::stop_once_written(const std::string& file) {
   ::kill(process_, SIGSTOP);
   ::waitpid(process_, &status_, WUNTRACED);
   ended_ = !WIFSTOPPED(status_);
-  // It may have been stopped when all its work was done.
+  // It may have been stopped after it had finished its work.
   return !ended_ && has_content(file);
 }
 

@@ -1,5 +1,4 @@
-// A program in a process of its own, which a test can hold up in the middle of its
-// work.
+// Runs a program as a process that a test can stop in the middle of its work.
 
 #ifndef VELDMARK_TESTS_SUPPORT_CHILD_PROCESS_H_
 #define VELDMARK_TESTS_SUPPORT_CHILD_PROCESS_H_
@@ -26,8 +25,8 @@ class ChildProcess {
   ChildProcess(ChildProcess&&) = delete;
   ChildProcess& operator=(ChildProcess&&) = delete;
 
-  // Waits until a file has content and stops the process there (SIGSTOP). Returns false
-  // when the process ended before.
+  // Waits until a file has content and stops the process then (SIGSTOP). Returns false
+  // if the process ended before.
   bool stop_once_written(const std::string& file);
 
   void send(int signal) const;
@@ -41,8 +40,8 @@ class ChildProcess {
   bool ended_ = false;
 };
 
-// Starts a process that is stopped once `file` has content, and hands it to `action`. A
-// busy machine can let a process end before it is stopped: then once more.
+// Starts a process, stops it once `file` has content, and passes it to `action`. On a
+// busy machine the process may end before it is stopped; then this is repeated.
 void with_stopped_process(const std::vector<std::string>& command,
                           const std::string& file,
                           const std::function<void(ChildProcess&)>& action,

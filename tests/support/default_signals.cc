@@ -1,6 +1,5 @@
-// Lets signals act in the tests of a program, and in what they start, as they do at a
-// prompt. A job in the background, or one under nohup, begins with some of them
-// ignored.
+// Resets signals to their default actions for a test program and the processes it
+// starts. A background job, or one under nohup, starts with some of them ignored.
 
 #include <csignal>
 #include <initializer_list>

@@ -1,4 +1,4 @@
-// What the core reports where something fails, as a text to compare.
+// Faults that the core throws, as texts to compare.
 
 #ifndef VELDMARK_TESTS_SUPPORT_FAULT_OF_H_
 #define VELDMARK_TESTS_SUPPORT_FAULT_OF_H_
@@ -13,7 +13,8 @@
 
 namespace veldmark::testing {
 
-// "bad field 3 of line 362", "end at requested line 1", "end at skipped line 1".
+// Returns "bad field 3 of line 362", "end at requested line 1" or "end at skipped line
+// 1".
 inline std::string text_of(const ReadFault& fault) {
   struct Text {
     std::string operator()(const BadField& bad) const {
@@ -30,7 +31,7 @@ inline std::string text_of(const ReadFault& fault) {
   return std::visit(Text{}, fault.fact());
 }
 
-// "not opened: NAME: reason"; without a reason where the system didn't object.
+// Returns "not opened: NAME: reason"; without a reason if the error number is 0.
 inline std::string text_of(const FileFault& fault) {
   std::string text;
   switch (fault.kind()) {
@@ -54,7 +55,7 @@ inline std::string text_of(const FileFault& fault) {
   return text;
 }
 
-// The fault that `action` reports; "no fault" where it does not.
+// Returns the fault that `action` throws; "no fault" if it does not.
 inline std::string fault_of(const std::function<void()>& action) {
   try {
     action();

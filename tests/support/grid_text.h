@@ -1,4 +1,4 @@
-// Small grid files for tests: lines of the rows that matter, all others empty.
+// Small grid files for tests: full lines for a few rows, empty lines for the others.
 
 #ifndef VELDMARK_TESTS_SUPPORT_GRID_TEXT_H_
 #define VELDMARK_TESTS_SUPPORT_GRID_TEXT_H_
@@ -11,28 +11,28 @@
 
 namespace veldmark::testing {
 
-// The text of a grid file that begins with January 1901. Years, months, rows and
+// The text of a grid file that starts with January 1901. Years, months, rows and
 // columns are counted as in the files: 1901.., 1..12, 1..360, 1..720.
 class GridText {
  public:
-  // Makes the lines of 1901..last_year; those of first_row..last_row hold 720 fields
-  // with `missing`, all others nothing.
+  // Creates the lines of 1901..last_year. Those of rows first_row..last_row have 720
+  // fields with `missing`; the others are empty.
   GridText(int last_year, int first_row, int last_row, int missing);
 
-  // Puts `value` right-aligned into a field.
+  // Writes `value`, right-aligned, into a field.
   void set_value(int year, int month, int row, int column, int value);
 
-  // Puts five characters into a field as they are.
+  // Writes five characters into a field.
   void set_field(int year, int month, int row, int column, std::string_view five);
 
   // Replaces a whole line.
   void set_line(int year, int month, int row, std::string text);
 
-  // Makes every line end CR LF.
+  // Ends every line with CR LF.
   void end_lines_with_crlf() { line_end_ = "\r\n"; }
 
-  // Ends the file after `characters` characters of a line, before its line end. More
-  // characters than the line has, up to its line end, keep that as well.
+  // Truncates the file after `characters` characters of a line, without its newline. A
+  // larger number than the line has, up to its newline, includes that.
   void cut(int year, int month, int row, std::size_t characters);
 
   [[nodiscard]] std::string text() const;
@@ -46,7 +46,7 @@ class GridText {
   std::size_t cut_characters_ = 0;
 };
 
-// The name of a variable's data file, by its three- or six-letter name ("pre").
+// Returns the name of a variable's data file, by its short name ("pre").
 std::string data_file_name(std::string_view variable);
 
 }  // namespace veldmark::testing

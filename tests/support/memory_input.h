@@ -1,4 +1,4 @@
-// A descriptor that text can be read from, in place of a standard input.
+// A descriptor from which a text can be read, in place of standard input.
 
 #ifndef VELDMARK_TESTS_SUPPORT_MEMORY_INPUT_H_
 #define VELDMARK_TESTS_SUPPORT_MEMORY_INPUT_H_

@@ -1,4 +1,4 @@
-// What the end of a run says, for tests of the functions that end it.
+// The report of the end of a run, for tests of functions that end it.
 
 #ifndef VELDMARK_TESTS_SUPPORT_REPORT_OF_H_
 #define VELDMARK_TESTS_SUPPORT_REPORT_OF_H_
@@ -12,8 +12,8 @@
 
 namespace veldmark::testing {
 
-// The report of the run-time error that `action` ends the run with; "no end" where it
-// doesn't.
+// Returns the report of the run-time error with which `action` ends the run; "no end"
+// if it does not.
 inline std::string report_of(const std::function<void()>& action) {
   try {
     action();

@@ -25,7 +25,7 @@ std::string visible(std::string_view text) {
   return shown;
 }
 
-// The line that begins at `begin`, with its line end, about the character at `at`.
+// Returns the part around `at` of the line that starts at `begin`, with its newline.
 std::string line_about(std::string_view text, std::size_t begin, std::size_t at) {
   constexpr std::size_t kAround = 200;
   if (begin >= text.size()) {

@@ -1,5 +1,5 @@
-// Comparison of long texts. EXPECT_EQ would align all lines of both on a difference,
-// which takes memory by the square of their number.
+// Compares long texts. EXPECT_EQ would align all their lines, which takes memory
+// proportional to the square of their number.
 
 #ifndef VELDMARK_TESTS_SUPPORT_SAME_TEXT_H_
 #define VELDMARK_TESTS_SUPPORT_SAME_TEXT_H_
@@ -10,8 +10,9 @@
 
 namespace veldmark::testing {
 
-// Returns success for equal texts, and otherwise the first line that differs, its
-// number and column, with blanks shown as dots and control characters escaped.
+// Returns success for equal texts; otherwise a failure with the first line that
+// differs, its number and character position. Blanks are shown as dots, control
+// characters are escaped.
 ::testing::AssertionResult same_text(std::string_view actual,
                                      std::string_view expected);
 

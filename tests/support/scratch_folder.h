@@ -1,5 +1,5 @@
-// Folders and files of tests, for the unit tests and the fuzz targets alike. What can't
-// be made or read throws std::runtime_error.
+// Folders and files for unit tests and fuzz targets. Throws std::runtime_error for what
+// cannot be created or read.
 
 #ifndef VELDMARK_TESTS_SUPPORT_SCRATCH_FOLDER_H_
 #define VELDMARK_TESTS_SUPPORT_SCRATCH_FOLDER_H_
@@ -17,7 +17,8 @@
 
 namespace veldmark::testing {
 
-// A fresh folder in the one for temporary files (TMPDIR), removed with all it holds.
+// A new folder in the one for temporary files (TMPDIR). The destructor removes it with
+// its content.
 class ScratchFolder {
  public:
   ScratchFolder() {
@@ -41,7 +42,7 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
-// The current folder is another one while this lives.
+// Changes the current folder while this object exists.
 class InFolder {
  public:
   explicit InFolder(const std::filesystem::path& path)
@@ -68,7 +69,7 @@ inline void write_file(const std::filesystem::path& path, std::string_view conte
   }
 }
 
-// Returns the whole content of a file.
+// Returns the content of a file.
 inline std::string file_content(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file.is_open()) {

@@ -38,7 +38,8 @@ std::vector<std::string> split(const std::string& line) {
   return words;
 }
 
-// A cell's line of a time-series file: longitude in columns 2-10, latitude in 11-19.
+// The heading of a cell in a time-series file: longitude at positions 2-10, latitude at
+// 11-19.
 Place place_of_header(const std::string& line) {
   return {hundredths(line.substr(1, 9)), hundredths(line.substr(10, 9))};
 }

@@ -1,4 +1,4 @@
-// Series files of the real sample, read by the tests themselves.
+// Reads the series files of the real sample, independently of the tools.
 
 #ifndef VELDMARK_TESTS_SUPPORT_SERIES_H_
 #define VELDMARK_TESTS_SUPPORT_SERIES_H_
@@ -11,28 +11,27 @@
 
 namespace veldmark::testing {
 
-// Longitude and latitude in hundredths of a degree: what the files hold is exact.
+// Longitude and latitude in hundredths of a degree, which is exact.
 using Place = std::pair<int, int>;
 
-// The monthly values of cells, January of the first year first.
+// The monthly values of cells, starting with January of the first year.
 using SeriesByPlace = std::map<Place, std::vector<int>>;
 
-// The path of the compressed sample of a variable ("tmp").
+// Returns the path of the compressed sample of a variable ("tmp").
 std::string sample_path(std::string_view variable);
 
-// Reads the real sample of a variable: all cells, January 1901 to December 2016.
+// Returns the real sample of a variable: all cells, January 1901 to December 2016.
 SeriesByPlace sample_series(std::string_view variable);
 
-// Reads a time-series file (.TSF) by the columns of its lines, `first_year` being the
-// year that the first line of every cell must show. Fails the test on anything that
-// doesn't look like a time-series file.
+// Returns the series in a time-series file (.TSF). The first line of each cell must
+// have the year `first_year`. Fails the test on any other format.
 SeriesByPlace read_time_series(const std::string& content, int first_year);
 
-// The series of the years first_year..last_year of a series that begins in 1901.
+// Returns the years first_year..last_year of a series that starts in 1901.
 std::vector<int> years_of(const std::vector<int>& series, int first_year,
                           int last_year);
 
-// Grid row (south first) and column of a place.
+// Returns the grid row (south first) and column of a place.
 int row_of(const Place& place);
 int column_of(const Place& place);
 

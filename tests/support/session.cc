@@ -11,7 +11,7 @@
 namespace veldmark::testing {
 namespace {
 
-// Puts the screen together from what is written, read and run, in that order.
+// Builds the screen from what is written, read and run, in that order.
 class Screen {
  public:
   void write(char character) {
@@ -67,7 +67,7 @@ class Screen {
   bool last_may_take_answer_ = false;
 };
 
-// Output as a terminal gets it: what isn't flushed isn't there.
+// An output that shows only what has been flushed, like a terminal.
 class ScreenOutput : public std::streambuf {
  public:
   explicit ScreenOutput(Screen& screen) : screen_(screen) {}
@@ -99,7 +99,7 @@ std::string replace_all(std::string text, const std::string& from,
   return text;
 }
 
-// What an answer of the screen's notation is when it is typed.
+// Returns the characters that are typed for an answer in the notation of the screen.
 std::string typed(const std::string& answer) {
   if (answer == "RETURN") {
     return "\n";
@@ -113,7 +113,7 @@ std::string typed(const std::string& answer) {
   return text + "\n";
 }
 
-// Hands out one answer a line, and tells the screen when it is asked for.
+// An input that returns one answer per line and tells the screen when it is read.
 class AnswerInput : public std::streambuf {
  public:
   AnswerInput(const std::vector<std::string>& answers, Screen& screen)

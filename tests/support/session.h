@@ -1,5 +1,5 @@
-// Runs whole sessions of the program in the test's own process and keeps what a person
-// at the terminal would see.
+// Runs whole sessions of the program within the test and records what a user at the
+// terminal would see.
 
 #ifndef VELDMARK_TESTS_SUPPORT_SESSION_H_
 #define VELDMARK_TESTS_SUPPORT_SESSION_H_
@@ -10,13 +10,13 @@
 namespace veldmark::testing {
 
 struct SessionResult {
-  // The screen, a string per line:
-  //   |text|          a line of output with its line end
-  //   |text           output whose line end never came
+  // The screen, one string per line:
+  //   |text|          a line of output with its newline
+  //   |text           output without a newline
   //   |text<answer>   a prompt and the answer that was read there; <RETURN> is an empty
   //                   line, <EOF> the end of the input, <text\EOF> a last line without
-  //                   line end, \t and \r a tab and a carriage return; answers read
-  //                   after a finished line stand behind its bar
+  //                   a newline, \t and \r a tab and a carriage return; answers that
+  //                   are read after a newline follow the second bar
   //   $ command       a shell command
   std::vector<std::string> screen;
   std::string output;  // the plain characters written to standard output

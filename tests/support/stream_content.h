@@ -1,4 +1,4 @@
-// The whole of a file, for tests of what programs write.
+// Reads a whole file, for tests of what programs write.
 
 #ifndef VELDMARK_TESTS_SUPPORT_STREAM_CONTENT_H_
 #define VELDMARK_TESTS_SUPPORT_STREAM_CONTENT_H_
@@ -10,8 +10,8 @@
 
 namespace veldmark::testing {
 
-// What is left in a stream; nothing where it cannot be read. It is read in large
-// pieces: character by character, a file of 15 MB takes ten seconds with sanitizers.
+// Returns the rest of a stream; "" if it cannot be read. It is read in large blocks,
+// because reading character by character is slow with sanitizers.
 inline std::string stream_content(std::istream& stream) {
   std::ostringstream content;
   content << stream.rdbuf();

@@ -1,4 +1,4 @@
-// What sweeps over very many inputs share: every text of an alphabet, and the count.
+// Shared by the sweeps: all texts over an alphabet, and a count of the inputs.
 
 #ifndef VELDMARK_TESTS_SUPPORT_SWEEP_H_
 #define VELDMARK_TESTS_SUPPORT_SWEEP_H_
@@ -14,17 +14,17 @@
 
 namespace veldmark::testing {
 
-// The longest sweeps take one of so many inputs: all of them, but for builds with
-// address sanitizer or without optimisation, which are several times as slow.
+// The longest sweeps take every n-th input in builds with the address sanitizer or
+// without optimisation, which are several times as slow.
 #if defined(__SANITIZE_ADDRESS__) || !defined(__OPTIMIZE__)
 constexpr int kSweepStep = 16;
 #else
 constexpr int kSweepStep = 1;
 #endif
 
-// Notes how many inputs a test has compared, for the table of docs/testing.md (see
-// figures.py), and fails unless they are `expected`: a sweep that has lost its inputs
-// finds nothing.
+// Records how many inputs a test has compared, for the table of docs/testing.md (see
+// figures.py), and fails unless that is `expected`: a sweep without its inputs finds
+// nothing.
 inline void record_cases(std::size_t count, std::size_t expected) {
   if (const char* folder = std::getenv("VELDMARK_FIGURES")) {
     const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
@@ -36,8 +36,8 @@ inline void record_cases(std::size_t count, std::size_t expected) {
   EXPECT_EQ(count, expected) << "cases compared";
 }
 
-// Calls `visit` with every text of `length` characters of `alphabet`; gives their
-// number. Stops when the test has failed.
+// Calls `visit` with every text of `length` characters over `alphabet`. Returns the
+// number of texts. Stops after a failure.
 template <typename Visit>
 std::size_t for_each_text(std::string_view alphabet, std::size_t length, Visit visit) {
   std::string text(length, alphabet.front());

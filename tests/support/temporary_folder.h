@@ -1,4 +1,4 @@
-// A fresh folder that is the current one while a test runs.
+// A new folder that is the current one while a test runs.
 
 #ifndef VELDMARK_TESTS_SUPPORT_TEMPORARY_FOLDER_H_
 #define VELDMARK_TESTS_SUPPORT_TEMPORARY_FOLDER_H_
@@ -11,7 +11,8 @@
 
 namespace veldmark::testing {
 
-// Makes the folder and enters it; leaves and removes it, with all it holds, at the end.
+// The constructor creates and enters the folder; the destructor leaves it and removes
+// it with its content.
 class TemporaryFolder {
  public:
   [[nodiscard]] const std::filesystem::path& path() const { return folder_.path(); }
@@ -21,10 +22,10 @@ class TemporaryFolder {
   InFolder in_folder_{folder_.path()};
 };
 
-// Every file of the current folder with its content, by name; folders with "".
+// Returns every file of the current folder with its content, by name; folders with "".
 std::map<std::string, std::string> folder_content();
 
-// What a folder holds under a name.
+// An entry of a folder.
 struct FolderEntry {
   std::filesystem::file_type type = std::filesystem::file_type::none;
   std::filesystem::perms mode = std::filesystem::perms::none;
@@ -33,7 +34,7 @@ struct FolderEntry {
   bool operator==(const FolderEntry&) const = default;
 };
 
-// Every entry of the current folder, by name. Links are not followed.
+// Returns every entry of the current folder, by name. Links are not followed.
 std::map<std::string, FolderEntry> folder_entries();
 
 }  // namespace veldmark::testing

@@ -1,4 +1,4 @@
-// A terminal of a test's own.
+// A pseudo-terminal for a test.
 
 #ifndef VELDMARK_TESTS_SUPPORT_TERMINAL_H_
 #define VELDMARK_TESTS_SUPPORT_TERMINAL_H_
@@ -19,7 +19,7 @@ class Terminal {
   // Returns the descriptor that a program writes to.
   [[nodiscard]] int descriptor() const { return program_end_; }
 
-  // Returns what was written so far. Requires that nobody writes any more.
+  // Returns what was written so far. Requires that no one writes any more.
   std::string screen();
 
  private:

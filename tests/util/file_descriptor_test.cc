@@ -26,8 +26,8 @@ using testing::write_file;
 
 constexpr int kCreate = O_WRONLY | O_CREAT | O_TRUNC;
 
-// While it lives, this thread gets a signal every two milliseconds, which interrupts
-// the system calls that wait.
+// While it exists, this thread gets a signal every two milliseconds, which interrupts
+// blocking system calls.
 class Interruptions {
  public:
   Interruptions() {
@@ -53,7 +53,7 @@ class Interruptions {
   struct sigaction before_ {};
 };
 
-// Runs `action` in a thread that the interruptions don't hit.
+// Runs `action` in a thread that gets no signals.
 template <typename Action>
 std::thread undisturbed(Action action) {
   sigset_t alarm;
@@ -140,7 +140,7 @@ TEST(FileDescriptor, ReportsTheEndOfTheFileWhateverErrnoHolds) {
 }
 
 TEST(FileDescriptor, RetriesPartialReadsAtAnOffset) {
-  // The system gives a few thousand bytes of this file at a time.
+  // The system returns only a few thousand bytes of this file at a time.
   const char* name = "/proc/kallsyms";
   const FileDescriptor file(name, O_RDONLY);
   constexpr std::size_t kSize = 20000;

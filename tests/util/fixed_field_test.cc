@@ -121,7 +121,7 @@ TEST(ParseInteger, RefusesValuesBeyond32Bits) {
   EXPECT_EQ(parse_integer("00000000000000000000000001"), 1);
 }
 
-// The same rule as a person would apply it: strike out the blanks, then look.
+// Returns the same, as a person would find it: remove the blanks, then look.
 std::optional<std::int32_t> plainly_parsed(const std::string& field) {
   std::string rest;
   for (const char character : field) {

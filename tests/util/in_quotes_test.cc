@@ -27,7 +27,7 @@ TEST(InQuotes, LettersOfOtherLanguagesAreShown) {
             "'Z\u00fcrich \u0141\u00f3d\u017a \u4e1c\u4eac \U0001F30D'");
 }
 
-// The bytes of a sequence may have other values at the ends of each of these ranges.
+// Each is at the end of a range of first bytes or of second bytes.
 TEST(InQuotes, CharactersAtTheEndsOfTheirRangesAreShown) {
   for (const std::string_view pair :
        {" ~", "\u00a0\u00bf", "\u00c0\u07ff", "\u0800\u0fff", "\u1000\ucfff",

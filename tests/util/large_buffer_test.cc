@@ -14,9 +14,9 @@
 namespace veldmark {
 namespace {
 
-// How many bytes from `begin` up to `end` lie in memory that huge pages are wanted for,
-// as the system lists this process's memory: a line "begin-end ..." for each piece, and
-// further down "VmFlags: ..." with hg among the flags.
+// Returns how many bytes of begin..end are in memory that is advised for huge pages,
+// according to the kernel's list: a line "begin-end ..." for each mapping, and further
+// down "VmFlags: ..." with hg among the flags.
 std::uintptr_t advised_bytes(std::uintptr_t begin, std::uintptr_t end) {
   std::ifstream list("/proc/self/smaps");
   std::uintptr_t found = 0;
@@ -37,7 +37,7 @@ std::uintptr_t advised_bytes(std::uintptr_t begin, std::uintptr_t end) {
   return found;
 }
 
-// Its ends may lie in pages that an earlier buffer asked for.
+// The pages at its ends may have been advised for an earlier buffer.
 TEST(LargeBuffer, AdvisesHugePagesForItsWholePages) {
   if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
     GTEST_SKIP() << "this system has no huge pages to ask for";

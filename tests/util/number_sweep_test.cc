@@ -1,4 +1,4 @@
-// Numbers in columns against plain definitions.
+// Compares numbers in fixed fields with plain definitions.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 using testing::record_cases;
 
-// Digit by digit, from the right.
+// Returns the digits, computed one by one from the right.
 std::string digits_of(std::int64_t value) {
   std::string text;
   for (std::int64_t rest = value < 0 ? -value : value; rest > 0; rest /= 10) {
@@ -59,7 +59,7 @@ TEST(NumberSweep, ValueText) {
   record_cases(cases, 65'536);
 }
 
-// All decimals of a 32-bit real: it has no more than 149 behind the point.
+// Returns all decimals of a 32-bit real; it has at most 149.
 std::string all_decimals(float value) {
   std::array<char, 256> text{};
   const int length =
@@ -67,7 +67,7 @@ std::string all_decimals(float value) {
   return {text.data(), static_cast<std::size_t>(length)};
 }
 
-// Cuts all decimals but `decimals` off and rounds by what was cut off, half to even.
+// Truncates to `decimals` decimals and then rounds half to even by what was cut off.
 std::string plainly_rounded(float value, std::size_t decimals) {
   const std::string exact = all_decimals(value);
   std::string kept = exact.substr(0, exact.find('.') + 1 + decimals);
@@ -95,7 +95,7 @@ struct Layout {
   int decimals;
 };
 
-// The layouts of the screens and files.
+// The widths and decimals that screens and files use.
 constexpr std::array<Layout, 6> kLayouts{
     {{6, 2}, {7, 2}, {8, 2}, {7, 3}, {9, 3}, {10, 3}}};
 
@@ -109,7 +109,7 @@ void expect_plain(float value) {
   }
 }
 
-// Coordinates, ties among them: multiples of 1/16 up to 1000.
+// Coordinates, including ties: multiples of 1/16 up to 1000.
 TEST(NumberSweep, FixedRealOfSixteenths) {
   std::size_t cases = 0;
   for (int sixteenths = -16000; sixteenths <= 16000; ++sixteenths) {
@@ -126,7 +126,7 @@ TEST(NumberSweep, FixedRealOfRandomBits) {
   std::mt19937 random(12);
   std::size_t cases = 0;
   for (int i = 0; i < 30000; ++i) {
-    // Up to 2^20 every exponent that shows; rarely one beyond.
+    // Mostly exponents up to 2^20, which fit the fields; rarely larger ones.
     const auto bits = static_cast<std::uint32_t>(random());
     const auto value = std::bit_cast<float>(bits);
     const float scaled =

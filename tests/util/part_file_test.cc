@@ -40,7 +40,7 @@ void expect_failure(const std::function<void()>& action, const std::string& mess
   }
 }
 
-// Writes a whole file.
+// Writes a complete file.
 void make(const std::string& name, const std::string& content) {
   PartFile file(name);
   file.write(content);
@@ -124,7 +124,7 @@ TEST(PartFile, OnceCompleteItDoesNotRemoveTheNextPart) {
   EXPECT_EQ(folder_content(), (Files{{"grid", ""}, {"grid.part", "of the next run"}}));
 }
 
-// --- What stands in the place of the part
+// --- Another file in place of the part
 
 TEST(PartFile, TheTargetOfASymbolicLinkIsNotOverwritten) {
   const TemporaryFolder folder;
@@ -184,8 +184,8 @@ TEST(PartFile, ThePermissionsOfAnAbandonedPartAreNotInherited) {
   EXPECT_EQ(status_of("grid").st_uid, ::geteuid());
 }
 
-// Runs `action` in a process of its own, by a user who may not do everything, and
-// returns what it failed with, "" for nothing.
+// Runs `action` in a process of its own, as an ordinary user. Returns the message of
+// its failure, "" if there was none.
 std::string failure_as_nobody(const std::function<void()>& action) {
   const pid_t child = ::fork();
   if (child == 0) {
@@ -254,9 +254,9 @@ TEST(PartFile, AFolderInPlaceOfThePartIsNotRemoved) {
   EXPECT_TRUE(std::filesystem::is_directory("grid.part"));
 }
 
-// --- Two runs on one output
+// --- Two runs with the same output
 
-// Another process that has begun to write "grid" and waits in the middle of it.
+// Another process, which is in the middle of writing "grid".
 class AnotherRun {
  public:
   AnotherRun() {
@@ -272,7 +272,7 @@ class AnotherRun {
     EXPECT_EQ(::read(begun_[0], &byte, 1), 1);
   }
 
-  // Lets it go on to its end. Returns its exit status, 0 when it has made its file.
+  // Lets the process finish. Returns its exit status, 0 if it has completed its file.
   int end() {
     ::close(go_on_[1]);
     ::close(begun_[0]);
@@ -459,9 +459,9 @@ TEST(PartFile, AFailedRenameIsAnErrorAndLeavesNothing) {
   EXPECT_EQ(folder_content(), (Files{{"grid", ""}}));
 }
 
-// --- What it opens
+// --- Descriptors and permissions
 
-// Returns how many files this process has open.
+// Returns the number of open descriptors of this process.
 std::ptrdiff_t open_files() {
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }

@@ -18,7 +18,7 @@ TEST(Stringclean, RemovesBlanks) {
   EXPECT_EQ(cleaned("  abc  "), "abc    ");
 }
 
-// Kept on purpose.
+// Kept on purpose: the last character is copied, not moved.
 TEST(Stringclean, RepeatsALastCharacterThatIsNoBlank) {
   EXPECT_EQ(cleaned("ab c"), "abcc");
   EXPECT_EQ(cleaned("x y"), "xyy");
@@ -49,7 +49,8 @@ TEST(Stringclean, TouchesOnlyTheFirstNCharacters) {
   EXPECT_EQ(text, "ab  c d");
 }
 
-// The result in one step: what is no blank, then the last character over and over.
+// Returns the result in one step: the non-blank characters, then copies of the last
+// character.
 std::string plainly_cleaned(const std::string& text) {
   std::string kept;
   for (const char character : text) {
@@ -68,7 +69,8 @@ TEST(Stringclean, AgreesWithAPlainDefinitionOnAllPatternsOfTwelve) {
         const char letter = static_cast<char>('a' + i);
         text += (pattern >> i & 1U) != 0 ? letter : ' ';
       }
-      // A single character is left alone, and is its own cleaned form.
+      // A single character is not changed, which is also what the plain definition
+      // gives.
       ASSERT_EQ(cleaned(text), plainly_cleaned(text)) << '"' << text << '"';
     }
   }

@@ -1,5 +1,4 @@
-// Free-form values and the closing-up of blanks against plain definitions, on all short
-// texts.
+// Compares free-form values and stringclean with plain definitions, on all short texts.
 
 #include <gtest/gtest.h>
 
@@ -41,8 +40,8 @@ TEST(TextSweep, FirstValueAndLogical) {
   record_cases(cases, 597'871);
 }
 
-// Cuts a real into sign, digits and exponent by looking for the marks between them, and
-// works its value out in 64 digits of two: more than enough for short texts.
+// Splits a real into sign, digits and exponent at the marks between them, and computes
+// its value with 64 binary digits: more than enough for short texts.
 std::optional<float> plain_real(std::string text) {
   bool negative = false;
   if (!text.empty() && (text[0] == '+' || text[0] == '-')) {
@@ -74,7 +73,7 @@ std::optional<float> plain_real(std::string text) {
   const auto digits = static_cast<long double>(std::stol(text));
   const long double power = std::pow(10.0L, std::abs(exponent));
   const long double value = exponent < 0 ? digits / power : digits * power;
-  // Halfway from the largest real to the next that there would be.
+  // Halfway between the largest real and the next one that 32 bits cannot hold.
   const bool too_large =
       digits > 0 && (std::isinf(power) ? exponent > 0 : value >= 0x1.FFFFFFp127L);
   const float real = too_large ? std::numeric_limits<float>::infinity()
@@ -104,7 +103,7 @@ TEST(TextSweep, RealsOfFewCharacters) {
   record_cases(cases, 766'292);
 }
 
-// Every coordinate that two decimals can spell.
+// Every coordinate with two decimals.
 TEST(TextSweep, RealsOfCoordinates) {
   std::size_t cases = 0;
   for (int hundredths = 0; hundredths <= 100000; ++hundredths) {
@@ -134,8 +133,8 @@ bool reads_back(const Decimal& decimal, float value) {
   return std::strtof(text.c_str(), nullptr) == value;
 }
 
-// The fewest digits that read back to a value above zero, the nearest of them: the
-// nearest decimal of so many digits, or one beside it.
+// Returns the decimal with the fewest digits that parses back to a positive value: the
+// nearest decimal of that length, or one next to it.
 Decimal plainly_shortest(float value) {
   for (int places = 0;; ++places) {
     std::array<char, 40> text{};
@@ -205,7 +204,8 @@ void expect_plain_free_form(float value) {
       << std::bit_cast<std::uint32_t>(value);
 }
 
-// All powers of two, where a real's neighbours are not equally far, and those beside.
+// All powers of two, where the neighbours of a real are not equally far away, and the
+// reals next to them.
 TEST(TextSweep, FreeFormRealsAroundPowersOfTwo) {
   std::size_t cases = 0;
   for (std::uint32_t exponent = 0; exponent < 255; ++exponent) {
@@ -221,8 +221,8 @@ TEST(TextSweep, FreeFormRealsAroundPowersOfTwo) {
   record_cases(cases, 10'200);
 }
 
-// Ratios of variances and probabilities, coordinates, what just fits and just does not,
-// and anything.
+// Ratios of variances, probabilities, coordinates, values that just fit or just don't,
+// and random bits.
 TEST(TextSweep, FreeFormReals) {
   std::mt19937 random(9);
   std::size_t cases = 0;
@@ -250,8 +250,8 @@ TEST(TextSweep, FreeFormReals) {
   record_cases(cases, 91'070);
 }
 
-// All patterns of blanks in up to twelve characters, and every length of the field from
-// none to all of them; letters that differ, and one letter over and over.
+// All patterns of blanks in up to twelve characters, with every value of n; with
+// different letters and with one repeated letter.
 TEST(TextSweep, StringcleanOfAllBlankPatterns) {
   std::size_t cases = 0;
   for (std::size_t length = 0; length <= 12; ++length) {
@@ -263,7 +263,8 @@ TEST(TextSweep, StringcleanOfAllBlankPatterns) {
         for (std::size_t n = 0; n <= length; ++n) {
           std::string cleaned = text;
           stringclean(cleaned, static_cast<std::int32_t>(n));
-          ASSERT_EQ(cleaned, plain::closed_up(text, n)) << '"' << text << "\", " << n;
+          ASSERT_EQ(cleaned, plain::without_inner_blanks(text, n))
+              << '"' << text << "\", " << n;
         }
       });
     }

@@ -1,4 +1,4 @@
-// Integers once more, as a person reads them. Shares nothing with src/.
+// A plain definition of integer fields. Shares nothing with src/.
 
 #ifndef VELDMARK_TESTS_SUPPORT_PLAIN_FIELDS_H_
 #define VELDMARK_TESTS_SUPPORT_PLAIN_FIELDS_H_
@@ -16,8 +16,8 @@ inline bool only_digits(std::string_view text) {
   return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// Strike out the blanks and tabs, look at the sign, add up the digits. Returns 0 where
-// nothing is left; nullopt where it is no integer of 32 bits.
+// Removes blanks and tabs, takes the sign and adds up the digits. Returns 0 if nothing
+// is left; nullopt if it is not an integer of 32 bits.
 inline std::optional<std::int32_t> integer(std::string_view field) {
   std::string digits;
   for (const char character : field) {
@@ -51,8 +51,9 @@ inline std::optional<std::int32_t> integer(std::string_view field) {
   return static_cast<std::int32_t>(value);
 }
 
-// What is kept of a value: the signed 16-bit integer that is the same modulo 65536.
-inline std::int16_t kept(std::int64_t value) {
+// Returns the value as it is stored: the signed 16-bit integer that is equal modulo
+// 65536.
+inline std::int16_t stored_value(std::int64_t value) {
   while (value > 32767) {
     value -= 65536;
   }
@@ -64,7 +65,7 @@ inline std::int16_t kept(std::int64_t value) {
 
 inline std::optional<std::int16_t> kept_of_field(std::string_view field) {
   const std::optional<std::int32_t> value = integer(field);
-  return value ? std::optional(kept(*value)) : std::nullopt;
+  return value ? std::optional(stored_value(*value)) : std::nullopt;
 }
 
 }  // namespace veldmark::plain

@@ -1,5 +1,5 @@
-// A data file once more: its text is split into lines, and nothing is known of how such
-// files usually look.
+// A plain definition of reading a data file: splits its text into lines, without a fast
+// path for regular files.
 
 #ifndef VELDMARK_TESTS_SUPPORT_PLAIN_READING_H_
 #define VELDMARK_TESTS_SUPPORT_PLAIN_READING_H_
@@ -20,7 +20,7 @@
 
 namespace veldmark::plain {
 
-// How a reading ends, and the series of the cells with data, by row and column.
+// How reading ended, and the series of the cells with data, by row and column.
 struct Block {
   std::string end = "complete";  // or the fault, as testing::text_of has it
   std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::int16_t>> cells;
@@ -28,12 +28,12 @@ struct Block {
   bool operator==(const Block&) const = default;
 };
 
-// For messages of failed tests.
+// Prints a block in messages of failed tests.
 inline void PrintTo(const Block& block, std::ostream* out) {
   *out << block.end << ", " << block.cells.size() << " cells";
 }
 
-// Reads what a search asks for, line after line.
+// Reads the block of a search, line by line.
 class Reading {
  public:
   Reading(std::string_view text, const BlockRequest& request)
@@ -54,7 +54,7 @@ class Reading {
   }
 
  private:
-  // Reads the next line; returns how the reading ends there, "" when it goes on.
+  // Reads the next line. Returns how reading ends there, "" if it continues.
   std::string read_line(std::int32_t year, std::int32_t month, std::int32_t row) {
     const GridRanges& ranges = request_.ranges;
     const std::optional<Line> line = take_line(text_);
@@ -62,7 +62,7 @@ class Reading {
     if (year < request_.years.FYOD || row < ranges.FirstRow || row > ranges.LastRow) {
       return line ? "" : "end at skipped";
     }
-    // Only a last line of 3600 characters can do without its line end.
+    // The newline can be missing only after a last line of 3600 characters.
     if (!line || (!line->ended && line->text.size() < 3600)) {
       return "end at requested";
     }
@@ -74,7 +74,7 @@ class Reading {
     return "";
   }
 
-  // The first January says which cells have data.
+  // A cell has data if its first January is not missing.
   void add(std::int32_t row, const Row& values, bool first) {
     for (const std::int32_t column : columns_) {
       const std::int16_t value = values.value(column).value_or(0);

@@ -1,4 +1,4 @@
-// A data line once more: which of its fields goes to which column, and what they say.
+// A plain definition of a data line: the columns and values of its fields.
 
 #ifndef VELDMARK_TESTS_SUPPORT_PLAIN_ROWS_H_
 #define VELDMARK_TESTS_SUPPORT_PLAIN_ROWS_H_
@@ -14,15 +14,15 @@
 
 namespace veldmark::plain {
 
-// A field of a line and the column that it goes to, both counted from 1.
+// A field of a line and its column, both counted from 1.
 struct FieldPlace {
   std::int32_t field;
   std::int32_t column;
 };
 
-// Returns the fields of a search in the order in which they are read. Two pieces with a
-// gap between them: field c goes to column c. Pieces that meet or overlap: the second
-// one's fields follow straight after the first one's.
+// Returns the fields of a search in the order in which they are read. If there is a gap
+// between two column ranges, field c goes to column c. If they meet or overlap, the
+// fields of the second follow right after those of the first.
 inline std::vector<FieldPlace> field_places(const GridRanges& ranges) {
   std::vector<FieldPlace> places;
   for (std::int32_t column = ranges.FirstCol; column <= ranges.LastCol; ++column) {
@@ -41,11 +41,11 @@ inline std::vector<FieldPlace> field_places(const GridRanges& ranges) {
   return places;
 }
 
-// What a line says of a search.
+// What a search reads from a line.
 struct Row {
-  // The first field that is no integer, or for which the line is too short.
+  // The first field that is not an integer or is missing because the line is too short.
   std::optional<std::int32_t> bad_field;
-  // By column, modulo 2^16; nothing for columns that are not asked for.
+  // By column, modulo 2^16; nullopt for columns that are not requested.
   std::vector<std::optional<std::int16_t>> values =
       std::vector<std::optional<std::int16_t>>(722);
 
@@ -54,7 +54,7 @@ struct Row {
   }
 };
 
-// Reads a line; fields outside the 720 of a line are 0.
+// Reads a line. Fields outside 1..720 are 0.
 inline Row read(std::string_view line, const GridRanges& ranges) {
   Row row;
   for (const FieldPlace& place : field_places(ranges)) {
@@ -72,15 +72,15 @@ inline Row read(std::string_view line, const GridRanges& ranges) {
   return row;
 }
 
-// Returns the columns on the grid that are asked for, ascending.
+// Returns the requested columns that lie on the grid, ascending.
 inline std::vector<std::int32_t> columns(const GridRanges& ranges) {
-  std::vector<bool> wanted(722);
+  std::vector<bool> requested(722);
   for (const FieldPlace& place : field_places(ranges)) {
-    wanted.at(static_cast<std::size_t>(place.column)) = true;
+    requested.at(static_cast<std::size_t>(place.column)) = true;
   }
   std::vector<std::int32_t> found;
   for (std::int32_t column = 1; column <= 720; ++column) {
-    if (wanted[static_cast<std::size_t>(column)]) {
+    if (requested[static_cast<std::size_t>(column)]) {
       found.push_back(column);
     }
   }

@@ -1,4 +1,4 @@
-// Texts once more: lines, first values, fields of a width.
+// Plain definitions of lines, first values and fixed-width fields.
 
 #ifndef VELDMARK_TESTS_SUPPORT_PLAIN_TEXTS_H_
 #define VELDMARK_TESTS_SUPPORT_PLAIN_TEXTS_H_
@@ -15,7 +15,7 @@ struct Line {
   bool ended;
 };
 
-// Takes the first line off a text; nullopt at its end.
+// Removes the first line of a text and returns it; nullopt at the end of the text.
 inline std::optional<Line> take_line(std::string_view& text) {
   if (text.empty()) {
     return std::nullopt;
@@ -30,8 +30,8 @@ inline std::optional<Line> take_line(std::string_view& text) {
   return Line{line, ended};
 }
 
-// The first value of a free-form line: blanks and tabs are passed over until it has
-// begun, and then end it; a comma and a slash end it always.
+// Returns the first value of a free-form line. Blanks and tabs before it are skipped;
+// after it they end it. A comma or slash always ends it.
 inline std::string first_value(std::string_view line) {
   std::string value;
   for (const char character : line) {
@@ -56,14 +56,14 @@ inline bool is_true(const std::string& value) {
   return false;
 }
 
-// The first `width` characters, blanks where there are none.
+// Returns the first `width` characters, padded with blanks.
 inline std::string text_field(std::string_view text, std::size_t width) {
   std::string field(text.substr(0, width));
   field.resize(width, ' ');
   return field;
 }
 
-// At the right of its columns; asterisks when it needs more.
+// Returns the text right-aligned; asterisks if it does not fit.
 inline std::string in_columns(const std::string& text, std::size_t width) {
   std::string columns(width, text.size() > width ? '*' : ' ');
   if (text.size() <= width) {
@@ -72,9 +72,10 @@ inline std::string in_columns(const std::string& text, std::size_t width) {
   return columns;
 }
 
-// The first `count` characters with their blanks closed up: what is no blank, and then
-// the last of them over and over. A single character stays, and blanks alone.
-inline std::string closed_up(const std::string& text, std::size_t count) {
+// Returns the text with the blanks in its first `count` characters removed: the
+// non-blank characters, then copies of the last character. A single character, or
+// blanks only, are not changed.
+inline std::string without_inner_blanks(const std::string& text, std::size_t count) {
   const std::string field = text.substr(0, count);
   std::string kept;
   for (const char character : field) {
