@@ -12,14 +12,14 @@
 namespace veldmark::testing {
 namespace {
 
-// {name}, {name>width} or {name<width}.
+// A placeholder: {name}, {name>width} or {name<width}.
 struct Place {
   std::string name;
   char side = 0;  // '<', '>', or 0 where the word has no columns of its own
   std::size_t width = 0;
 };
 
-// A line of a block: texts, and a place behind each of them but the last.
+// A line of a block: texts, with a placeholder after each of them but the last.
 struct BlockLine {
   std::vector<std::string> texts;
   std::vector<Place> places;
@@ -59,8 +59,8 @@ std::string line_with(const std::string& line, const BlockWords& words) {
   return text;
 }
 
-// The word at the beginning of `text` that fills `place`; what is found is only a guess
-// that the caller has to try.
+// Returns a word at the start of `text` that fits `place`. That is only a guess, which
+// the caller must check.
 std::string_view guessed_word(std::string_view text, const Place& place,
                               const std::string& behind) {
   std::string_view word = text.substr(0, place.width);
@@ -71,7 +71,8 @@ std::string_view guessed_word(std::string_view text, const Place& place,
   return word.substr(0, word.find(' '));
 }
 
-// Adds the words with which `line` is `shown`. Returns whether there are such words.
+// Adds the words with which `line` becomes `shown`. Returns whether there are such
+// words.
 bool add_words(const std::string& line, const std::string& shown, BlockWords& words) {
   const BlockLine parts = parsed(line);
   std::string_view rest = shown;
@@ -91,7 +92,7 @@ bool add_words(const std::string& line, const std::string& shown, BlockWords& wo
   return line_with(line, words) == shown;
 }
 
-// The lines of a block with those of the blocks that it names.
+// Returns the lines of a block, including those of the blocks that it names.
 std::vector<std::string> flat_lines(const std::filesystem::path& folder,
                                     const std::string& name) {
   std::vector<std::string> lines;

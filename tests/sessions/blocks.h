@@ -1,12 +1,11 @@
-// The parts of a screen that many transcripts share.
+// Parts of a screen that many transcripts share.
 //
-// A block is a file of screen lines in the notation of support/session.h. In a line,
-// {name} stands for a word that differs from transcript to transcript, {name>8} for one
-// at the right of eight columns and {name<8} for one at the left. A line @OTHER stands
-// for the lines of the block OTHER; its names are the block's own then. Lines that
-// begin with # are remarks.
+// A block is a file with lines of the screen in the notation of support/session.h. In a
+// line, {name} is a placeholder for a word that differs between transcripts; {name>8}
+// is right-aligned in eight characters, {name<8} left-aligned. A line @OTHER includes
+// the block OTHER with its placeholders. Lines that start with # are comments.
 //
-// A transcript names a block in a line "@NAME name=word ...".
+// A transcript uses a block with a line "@NAME name=word ...".
 
 #ifndef VELDMARK_TESTS_SESSIONS_BLOCKS_H_
 #define VELDMARK_TESTS_SESSIONS_BLOCKS_H_
@@ -20,7 +19,7 @@
 
 namespace veldmark::testing {
 
-// The words of a block by their names.
+// The words of a block, by the names of their placeholders.
 using BlockWords = std::map<std::string, std::string>;
 
 class Block {
@@ -29,16 +28,16 @@ class Block {
 
   [[nodiscard]] std::size_t size() const { return lines_.size(); }
 
-  // Returns the lines with `words` in them. Fails the test when a name has no word or
-  // a word no name.
+  // Returns the lines with `words` filled in. Fails the test if a placeholder has no
+  // word or a word no placeholder.
   [[nodiscard]] std::vector<std::string> lines_with(const BlockWords& words) const;
 
-  // Returns the words with which this block is the beginning of `screen`; nullopt when
-  // there are none.
+  // Returns the words with which this block is the start of `screen`; nullopt if there
+  // are none.
   [[nodiscard]] std::optional<BlockWords> words_in(
       std::span<const std::string> screen) const;
 
-  // Returns the names in the order in which they first stand in the block.
+  // Returns the names in the order in which they first appear.
   [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
 
  private:
@@ -51,11 +50,12 @@ class Blocks {
   // Reads every file of `folder`.
   explicit Blocks(const std::filesystem::path& folder);
 
-  // Returns what a line of a transcript stands for: itself, or the lines of a block.
+  // Returns the lines of the block that a line of a transcript names; other lines
+  // unchanged.
   [[nodiscard]] std::vector<std::string> spelt_out(const std::string& line) const;
 
-  // Returns `screen` with the longest block that fits in place of its lines, from the
-  // first line on.
+  // Returns `screen` with lines replaced by the longest block that fits, from the first
+  // line on.
   [[nodiscard]] std::vector<std::string> condensed(
       std::span<const std::string> screen) const;
 
@@ -63,7 +63,7 @@ class Blocks {
   std::map<std::string, Block> blocks_;
 };
 
-// Returns the lines of a file without their line ends.
+// Returns the lines of a file without their newlines.
 std::vector<std::string> read_lines(const std::filesystem::path& path);
 
 }  // namespace veldmark::testing

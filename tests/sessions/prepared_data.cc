@@ -13,7 +13,7 @@
 namespace veldmark::testing {
 namespace {
 
-// The text between the bars at the end of a data line.
+// Returns the text between the bars at the end of a data line.
 std::string text_in_bars(const std::string& line) {
   const std::size_t begin = line.find('|');
   return line.substr(begin + 1, line.rfind('|') - begin - 1);
@@ -36,7 +36,8 @@ void prepare_grid(std::istringstream& words, PreparedGrids& prepared) {
   prepared.grids.emplace(variable, GridText(last_year, first_row, last_row, missing));
 }
 
-// One line of `prepare_data` that changes a grid file. Returns whether it was one.
+// Handles a line of `prepare_data` that changes a grid file. Returns whether it was
+// one.
 bool change_grid(const std::string& kind, std::istringstream& words,
                  const std::string& line, PreparedGrids& prepared) {
   std::string variable;

@@ -1,4 +1,4 @@
-// The files on which a transcript runs, as its "data" lines describe them.
+// The files that a transcript needs, as described by its "data" lines.
 
 #ifndef VELDMARK_TESTS_SESSIONS_PREPARED_DATA_H_
 #define VELDMARK_TESTS_SESSIONS_PREPARED_DATA_H_

@@ -12,7 +12,7 @@ namespace {
 
 constexpr auto kUsualMode = static_cast<std::filesystem::perms>(0644);
 
-// |text| is a line with its line end, |text one without.
+// Returns the characters of |text|, with a newline, or of |text, without one.
 std::string content_of_bars(const std::string& line) {
   EXPECT_TRUE(line.starts_with('|')) << "no content line: " << line;
   const bool ended = line.size() > 1 && line.ends_with('|');
@@ -32,7 +32,7 @@ void write_bars(std::ostream& out, const std::string& content) {
   }
 }
 
-// The answers at the end of a line of the screen: <1> or <><5>.
+// Returns the answers at the end of a line of the screen: <1> or <><5>.
 void append_answers(std::string_view line, std::vector<std::string>& answers) {
   std::vector<std::string> last_first;
   while (line.ends_with('>')) {
@@ -44,10 +44,11 @@ void append_answers(std::string_view line, std::vector<std::string>& answers) {
   answers.insert(answers.end(), last_first.rbegin(), last_first.rend());
 }
 
-// One section of a transcript, or what stands before the first.
+// A section of a transcript, or the lines before the first one.
 class Section {
  public:
-  // Requires: `title` as it stands behind the dashes, or "answers"; "" for the head.
+  // Requires that `title` is the text after the dashes, or "answers", or "" for the
+  // lines before the first section.
   explicit Section(const std::string& title, Transcript& transcript)
       : transcript_(&transcript) {
     std::istringstream words(title);
@@ -61,7 +62,7 @@ class Section {
     }
   }
 
-  // Returns whether the line is understood.
+  // Handles a line. Returns false if it is not valid.
   [[nodiscard]] bool add(const std::string& line, const Blocks& blocks) {
     if (kind_ == "screen") {
       for (const std::string& shown : blocks.spelt_out(line)) {

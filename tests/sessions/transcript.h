@@ -1,17 +1,17 @@
-// Transcripts: whole sessions as text, the data they run on, and all they must give.
+// Transcripts: whole sessions as text, with the data they need and all expected
+// results.
 //
 //   # what the case shows
-//   data ...            how the folder is prepared, see prepared_data.h
-//   answers             the answers alone, a line each: a case whose screen is not yet
-//                       written (see README.md in this folder)
+//   data ...            a file in the folder, see prepared_data.h
+//   answers             only the answers, one per line, for a case without a screen yet
+//                       (see README.md in this folder)
 //   status N            the exit status
-//   --- screen          the screen, in the notation of support/session.h; a line @NAME
-//   ...
-//                       stands for the lines of blocks/NAME.txt, see blocks.h
-//   --- stderr          standard error, |line| each; without this section: nothing
-//   --- file NAME       a plain file with the mode 644 that the session leaves, |line|
-//                       each; with another one: --- file NAME mode 640. All files
-//                       count: beside these and the unchanged data there must be none.
+//   --- screen          the screen, in the notation of support/session.h
+//     @NAME ...         in the screen: the lines of blocks/NAME.txt, see blocks.h
+//   --- stderr          standard error, |line| each; empty without this section
+//   --- file NAME       the lines of a plain file with mode 644 that is left;
+//                       for another mode: --- file NAME mode 640. There must be no
+//                       other files except the unchanged data.
 
 #ifndef VELDMARK_TESTS_SESSIONS_TRANSCRIPT_H_
 #define VELDMARK_TESTS_SESSIONS_TRANSCRIPT_H_
@@ -36,10 +36,10 @@ struct Transcript {
   std::vector<std::string> answers;  // as the screen, or the answers section, has them
 };
 
-// Fails the test where a line is not understood.
+// Fails the test if a line is not valid.
 Transcript read_transcript(const std::filesystem::path& path, const Blocks& blocks);
 
-// Writes `transcript` to `path`, with blocks in place of their lines.
+// Writes `transcript` to `path`, using blocks for the lines that they contain.
 void write_transcript(const std::filesystem::path& path, const Transcript& transcript,
                       const Blocks& blocks);
 

@@ -24,7 +24,7 @@ using Entries = std::map<std::string, FolderEntry>;
 
 const std::filesystem::path kSessions = VELDMARK_SESSIONS_FOLDER;
 
-// Fewer than that, and some were lost. Whoever adds cases raises it.
+// With fewer cases, some were lost. Raise it when adding cases.
 constexpr std::size_t kLeastCases = 107;
 
 std::vector<std::string> case_names() {
@@ -44,7 +44,7 @@ std::string joined(const std::vector<std::string>& lines) {
   return text;
 }
 
-// What a session has left that was not there before, or not so.
+// Returns the entries that a session has created or changed.
 Entries changed_since(const Entries& before) {
   Entries changed;
   for (const auto& [name, entry] : folder_entries()) {
@@ -69,8 +69,8 @@ void expect_same_entries(const Entries& expected, const Entries& found) {
   }
 }
 
-// Writes what came of the session in place of what should have come. That is nothing
-// compared, so the test fails.
+// Replaces the expected results by the actual ones. Nothing is compared then, so the
+// test fails.
 void rewrite(const std::filesystem::path& path, Transcript transcript,
              const SessionResult& result, const Entries& before, const Blocks& blocks) {
   transcript.status = result.status;
@@ -119,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Sessions, TranscriptCase, ::testing::ValuesIn(case_name
 
 TEST(Transcripts, AreAllThere) { EXPECT_GE(case_names().size(), kLeastCases); }
 
-// A case shows what is its own: what a block can say stands in one.
+// A case must use blocks wherever they fit.
 TEST(Transcripts, NameEveryBlockThatFits) {
   const Blocks blocks(kSessions / "blocks");
   for (const std::string& name : case_names()) {
