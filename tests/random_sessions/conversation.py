@@ -1,6 +1,6 @@
-"""Reads a screen beside the answers that were typed: what a run was asked to do.
+"""Reads a screen together with the typed answers, to find out what a run should do.
 
-Every prompt takes one line of the answers, but for free-form integers, which pass over
+Every prompt takes one line of the answers, except free-form integers, which skip
 lines without a value.  So the answers can be told apart without knowing the program.
 """
 
@@ -42,12 +42,12 @@ TOKEN = re.compile("|".join("(?P<%s>%s)" % item for item in TOKENS.items()))
 
 
 @dataclass
-class Pass:
-    """One search, from the menu's answer on; what it didn't reach is None or empty."""
+class Search:
+    """One search, from the menu's answer on; what it did not reach is None or empty."""
 
     variable: int
-    entry: int | None  # the variable that names the output; not an answer out of range
-    scaled: bool  # were frost days chosen before or now?
+    entry: int | None  # the variable that names the output files; an answer out of range keeps it
+    scaled: bool  # whether frost days were chosen now or before
     region: Region = field(default_factory=Region)
     years: tuple[int, int] = (0, 0)
     selection: Selection = field(default_factory=Selection)
@@ -67,7 +67,7 @@ def first_value(line: str) -> str:
 
 
 def single_precision(text: str) -> float | None:
-    """The 32-bit real that a coordinate's eight columns hold; None when it is none."""
+    """Returns the 32-bit real in the eight characters of a coordinate; None if there is none."""
     try:
         value = float(first_value(text[:8]).lower().replace("d", "e"))
         return struct.unpack("f", struct.pack("f", value))[0]
@@ -78,14 +78,14 @@ def single_precision(text: str) -> float | None:
 
 
 class Conversation:
-    """The passes of a run, told by its screen and its answers."""
+    """The searches of a run, according to its screen and answers."""
 
     def __init__(self, screen: bytes, answers: bytes) -> None:
         lines = answers.decode("latin-1").split("\n")
         if not lines[-1]:
             lines.pop()
         self.lines = [line[:-1] if line.endswith("\r") else line for line in lines]
-        self.passes: list[Pass] = []
+        self.searches: list[Search] = []
         self.selections = Selection()
         self.scaled = False
         self.entry: int | None = None
@@ -96,7 +96,7 @@ class Conversation:
             getattr(self, "on_" + (token.lastgroup or ""), self.on_other)(token)
 
     def answer(self) -> str:
-        """The next line typed; empty behind the last one, where the run ends anyway."""
+        """Returns the next typed line; "" after the last one, when the run ends anyway."""
         return self.lines.pop(0) if self.lines else ""
 
     def free_integer(self) -> int | None:
@@ -107,7 +107,7 @@ class Conversation:
         return None
 
     def on_other(self, token: re.Match[str]) -> None:
-        """A prompt whose answer tells nothing that is needed here."""
+        """Skips a prompt whose answer is not needed."""
         if token.lastgroup != "missing":
             self.answer()
 
@@ -119,16 +119,16 @@ class Conversation:
         if 1 <= choice <= DROUGHT_INDEX:
             self.entry = choice
         self.citing = choice <= DROUGHT_INDEX  # then a pause
-        self.passes.append(Pass(choice, self.entry, self.scaled))
+        self.searches.append(Search(choice, self.entry, self.scaled))
 
     def on_pause(self, token: re.Match[str]) -> None:
         if self.citing and not self.lines:
-            self.passes.pop()  # the input ends here, before any file was opened
+            self.searches.pop()  # the input ends here, before any file was opened
         self.citing = False
         self.answer()
 
     def on_missing(self, token: re.Match[str]) -> None:
-        self.passes.pop()  # back to the menu; nothing was opened
+        self.searches.pop()  # back to the menu; nothing was opened
 
     def on_coordinate(self, token: re.Match[str]) -> None:
         value = single_precision(self.answer())
@@ -139,8 +139,8 @@ class Conversation:
         self.years[token["which"]] = integer(self.answer()[:4]) or 0
 
     def on_theory(self, token: re.Match[str]) -> None:
-        now = self.passes[-1]
-        # Region and years are those typed last: this pass's, or those of one before.
+        now = self.searches[-1]
+        # Region and years are the last ones typed, in this search or an earlier one.
         now.region = Region(**vars(self.region))
         now.years = self.years["F"], self.years["L"]
         self.selections.search(now.region, now.variable == DROUGHT_INDEX)
@@ -148,22 +148,22 @@ class Conversation:
         now.theoretical = token["theoretical"]
 
     def on_factor(self, token: re.Match[str]) -> None:
-        self.passes[-1].factor = self.free_integer()
+        self.searches[-1].factor = self.free_integer()
 
     def on_cutoff(self, token: re.Match[str]) -> None:
-        self.passes[-1].cutoff = self.free_integer()
+        self.searches[-1].cutoff = self.free_integer()
 
     def on_report(self, token: re.Match[str]) -> None:
-        self.passes[-1].periods = token["periods"]
+        self.searches[-1].periods = token["periods"]
 
     def on_saving(self, token: re.Match[str]) -> None:
-        self.passes[-1].saved_years = token["saved_years"]
+        self.searches[-1].saved_years = token["saved_years"]
 
     def on_cell(self, token: re.Match[str]) -> None:
-        self.passes[-1].cell_lines.append(token["cell_line"])
+        self.searches[-1].cell_lines.append(token["cell_line"])
 
     def on_nan(self, token: re.Match[str]) -> None:
-        self.passes[-1].nan_notices += 1
+        self.searches[-1].nan_notices += 1
 
     def on_summary(self, token: re.Match[str]) -> None:
-        self.passes[-1].summary = token["defined"], token["saved"], token["output"]
+        self.searches[-1].summary = token["defined"], token["saved"], token["output"]

@@ -1,4 +1,4 @@
-"""What random sessions must come to at the least.
+"""The minimum that random sessions must reach.
 
 A maker whose every session ends at the menu finds no difference, either.  From 50 sessions
 on, a campaign fails when it has not come as often as it should to what it is for.
@@ -9,9 +9,9 @@ from __future__ import annotations
 from collections import Counter
 from typing import Iterator
 
-FEW = 50  # sessions; a failed one that is repeated need not come to anything
+FEW = 50  # sessions; a failed one that is repeated need not reach anything
 
-# Ends of a run that are no failure, with the screen's last bytes.
+# Ends of a run that are not failures, with the last bytes of the screen.
 QUIET_ENDS = {
     "at the menu": b"\nProgram Terminating\n",
     "after a search": b" Perform another search?\n [t]rue [f]alse ==> ",
@@ -21,7 +21,7 @@ QUIET_ENDS = {
 
 
 def head_of(content: bytes | str | tuple) -> bytes:
-    """The first bytes of a data file, which may be a link to one."""
+    """Returns the first bytes of a data file, which may be a link."""
     if isinstance(content, tuple):
         with open(content[1], "rb") as source:
             return source.read(8000)
@@ -29,7 +29,7 @@ def head_of(content: bytes | str | tuple) -> bytes:
 
 
 def data_kinds(files: dict) -> set[str]:
-    """What kinds of data files a session has."""
+    """Returns the kinds of data files in a session."""
     kinds = set()
     for name, content in files.items():
         if not name.endswith(".dat.new"):
@@ -49,7 +49,7 @@ LATE_YEARS = rb"  Saving Cell data : (19[89]\d|20\d\d) - "
 
 
 def end_of(status: int, screen: bytes, errors: bytes) -> str:
-    """The kind of a run's end."""
+    """Returns how a run ended."""
     if status == 255:
         lines = errors.decode("latin-1").split("\n")
         return "report: " + ": ".join(lines[1].split(": ")[:1]) + " " + lines[2]
@@ -60,7 +60,7 @@ def end_of(status: int, screen: bytes, errors: bytes) -> str:
 
 
 def shortfalls(reached: Counter[str], sessions: int, least: dict[str, float]) -> Iterator[str]:
-    """What was not reached often enough.
+    """Returns what was not reached often enough.
 
     least   of each name how often in a hundred sessions; "kinds of end" are counted as
             such, whatever the number of sessions

@@ -1,4 +1,4 @@
-"""What the output files of a run must hold, byte for byte, by their documents.
+"""The required content of the output files of a run, byte for byte, from their documents.
 
 docs/time-series-file.md, docs/cell-list-file.md and docs/variance-report-file.md tell the
 places; the values are taken from the data file, and from nothing the program wrote.
@@ -10,7 +10,7 @@ import re
 from collections.abc import Iterator
 from fractions import Fraction
 
-from conversation import DROUGHT_INDEX, Pass
+from conversation import DROUGHT_INDEX, Search
 from grid_rules import LATITUDES, LONGITUDES, DataFile
 
 # Short name in the file's name, data set and title in the output.
@@ -42,7 +42,7 @@ def data_file_name(variable: int) -> str:
 
 
 def first_difference(what: str, expected: str, got: str) -> list[str]:
-    """The first line that differs, as a text of its own; nothing when all is equal."""
+    """Returns a text about the first line that differs; "" if there is none."""
     if expected == got:
         return []
     wanted, found = expected.split("\n"), got.split("\n")
@@ -53,9 +53,9 @@ def first_difference(what: str, expected: str, got: str) -> list[str]:
 
 
 class SavedCells:
-    """The cells that a pass must save, in their order, with their values."""
+    """The cells that a search must save, in order, with their values."""
 
-    def __init__(self, one: Pass, data: DataFile) -> None:
+    def __init__(self, one: Search, data: DataFile) -> None:
         self.one = one
         self.data = data
         self.missing = -9999 if one.variable == DROUGHT_INDEX else -999
@@ -69,25 +69,25 @@ class SavedCells:
         return self.data.value(year, month, row, self.one.selection.field_of(column))
 
     def years(self, cell: tuple[int, int]) -> Iterator[tuple[int, list[int | None]]]:
-        """Each year with its twelve values."""
+        """Returns each year with its twelve values."""
         for year in range(self.one.years[0], self.one.years[1] + 1):
             yield year, [self.value(year, month, *cell) for month in range(1, 13)]
 
     def place(self, cell: tuple[int, int]) -> tuple[float, float]:
-        """Longitude and latitude of the centre."""
+        """Returns longitude and latitude of the centre."""
         row, column = cell
         if self.one.variable == DROUGHT_INDEX:
             row = 361 - row
         return LONGITUDES[column - 1], LATITUDES[row - 1]
 
     def texts(self, count: int) -> tuple[str, str, list[str]]:
-        """Time series, cell list and table lines of the first `count` cells."""
+        """Returns time series, cell list and table lines of the first `count` cells."""
         one = self.one
         short, data_set, title = VARIABLES[one.variable]
         data_set, title = f"{data_set:13}", f"{title:27}"
         decimals = 2 if one.variable in TWO_DECIMALS else 1
         row_format = f"{f'RFMT=(1x,i4,12f6.{decimals})':65}"
-        gap = "" if one.selection.in_two_pieces else "   "
+        gap = "" if one.selection.crosses_date_line else "   "
         name = data_file_name(one.variable) + ".TSF"
         series, table = [], []
         listed = [f" #   Lon.     Lat.      {name:65}\n"]
@@ -104,7 +104,7 @@ class SavedCells:
         return "".join(series), "".join(listed), table
 
     def samples(self, cell: tuple[int, int]) -> tuple[list[int], list[int]]:
-        """The values before the cutoff year and from it on, without missing months."""
+        """Returns the values before the cutoff year and those from it on; no missing months."""
         before: list[int] = []
         after: list[int] = []
         for year, values in self.years(cell):
@@ -114,7 +114,7 @@ class SavedCells:
 
 
 def variance(sample: list[int]) -> Fraction | None:
-    """The exact variance; None when there is none."""
+    """Returns the exact variance; None if there is none."""
     count = len(sample)
     if count < 2:
         return None
@@ -124,7 +124,7 @@ def variance(sample: list[int]) -> Fraction | None:
 
 
 def true_ratio(samples: tuple[list[int], list[int]]) -> float | None:
-    """The larger variance over the smaller; None where rounding may decide it."""
+    """Returns the larger variance over the smaller; None if rounding may decide it."""
     variances = [variance(sample) for sample in samples]
     for sample, one in zip(samples, variances):
         if one is None or one * 1000 < max(abs(value) for value in sample) ** 2:
@@ -133,7 +133,7 @@ def true_ratio(samples: tuple[list[int], list[int]]) -> float | None:
 
 
 def report_faults(cells: SavedCells, count: int, text: str) -> list[str]:
-    """What is wrong with a variance report after `count` saved cells."""
+    """Returns what is wrong with a variance report after `count` saved cells."""
     one = cells.one
     cutoff = one.cutoff or 0
     periods = f" {one.years[0]}- {cutoff}  {cutoff + 1}- {one.years[1]}"
@@ -162,7 +162,7 @@ def report_faults(cells: SavedCells, count: int, text: str) -> list[str]:
             faults.append(f"a cell that is not there, or not in its order: |{line}|")
             break
         ratio = true_ratio(cells.samples(cell))
-        if ratio is None:  # a variance is rounding error, and f may be anything
+        if ratio is None:  # a variance is only rounding error, so f may be anything
             continue
         f, prob = float(match["f"]), float(match["prob"])
         if not abs(f - ratio) <= 1e-3 * ratio:
@@ -173,14 +173,14 @@ def report_faults(cells: SavedCells, count: int, text: str) -> list[str]:
 
 
 def text_of(number: int, width: int) -> str:
-    """A number in its columns, asterisks when it needs more."""
+    """Returns a number, right-aligned; asterisks if it does not fit."""
     return f"{number:{width}}" if len(str(number)) <= width else "*" * width
 
 
-def pass_faults(one: Pass, data: DataFile, files: dict[str, bytes]) -> list[str]:
-    """What is wrong with a pass that has read its data.
+def search_faults(one: Search, data: DataFile, files: dict[str, bytes]) -> list[str]:
+    """Returns what is wrong with a search that has read its data.
 
-    files   those of its files that no later pass wrote anew, by the ends of their names
+    files   those of its files that no later search has overwritten, by their extensions
     """
     defined = one.selection.cell_count()
     faults = []

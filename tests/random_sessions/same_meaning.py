@@ -1,4 +1,4 @@
-"""Changes of data files that leave their meaning alone, and how they are read changed.
+"""Changes to data files that affect how they are read but not what they mean.
 
 A regular file has lines of one length, which are found by computation; any other file is
 read line by line.  Each change makes one from the other, or stays with the one it was.
@@ -20,7 +20,7 @@ FULL_LINE = re.compile(rb"[^\n]{%d,}?(?<!\r)(?=\r?\n)" % LINE_LENGTH)
 
 
 def with_a_longer_last_line(data: bytes) -> bytes | None:
-    """One blank more behind the 720 fields of the last full line: no more regular."""
+    """Adds a blank after the 720 fields of the last full line: no longer regular."""
     end = len(data)
     while end > 0:
         start = data.rfind(b"\n", 0, end - 1) + 1
@@ -32,18 +32,18 @@ def with_a_longer_last_line(data: bytes) -> bytes | None:
 
 
 def with_a_longer_first_line(data: bytes) -> bytes | None:
-    """The same with the first line, so that no later line is where it was."""
+    """Does the same to the first line, so that all later lines move."""
     line = FULL_LINE.match(data)
     return data[: line.end()] + b" " + data[line.end() :] if line else None
 
 
 def with_carriage_returns(data: bytes) -> bytes:
-    """Every line ends CR LF; a regular file stays one, with lines a byte longer."""
+    """Ends every line with CR LF; a regular file stays regular, with longer lines."""
     return data.replace(b"\r\n", b"\n").replace(b"\n", b"\r\n")
 
 
 def with_other_line_ends(data: bytes) -> bytes:
-    """CR LF instead of LF, or LF instead of CR LF, as the first line ends."""
+    """Replaces LF by CR LF or the reverse, depending on the first line."""
     first_line_end = data.find(b"\n")
     if data[:first_line_end].endswith(b"\r"):
         return data.replace(b"\r\n", b"\n")
@@ -51,7 +51,7 @@ def with_other_line_ends(data: bytes) -> bytes:
 
 
 def with_full_lines(data: bytes) -> bytes | None:
-    """Every line has 3600 characters: regular, however short or long they were.
+    """Makes every line 3600 characters long, and so the file regular.
 
     A line too short for its wanted fields can't be read; nor can one that is filled
     with letters.
@@ -79,14 +79,14 @@ OF_OTHER_FILES: dict[str, Change] = {
 
 
 class Changes:
-    """Changes the data files of sessions; what several sessions share, once."""
+    """Changes the data files of sessions; a file that sessions share only once."""
 
     def __init__(self, folder: Path) -> None:
         self.folder = folder
         self.shared: dict[tuple[str, str], Path] = {}
 
     def changed(self, rng: random.Random, files: dict) -> tuple[str, dict | None]:
-        """A change's name and the files with every data file changed; None without any."""
+        """Returns the name of a change and the changed files; None if there are none."""
         data = {
             name: content
             for name, content in files.items()

@@ -36,20 +36,20 @@ sys.path[:0] = [str(HERE.parent / "second_program"), str(HERE.parent / "support"
 
 import least  # noqa: E402
 import same_meaning  # noqa: E402
-from conversation import Conversation, Pass  # noqa: E402
+from conversation import Conversation, Search  # noqa: E402
 from figures import note_figures  # noqa: E402
 from grid_file_maker import GridFileMaker  # noqa: E402
 from grid_rules import DataFile  # noqa: E402
-from output_files import VARIABLES, data_file_name, first_difference, pass_faults  # noqa: E402
+from output_files import VARIABLES, data_file_name, first_difference, search_faults  # noqa: E402
 from random_sessions import STAND_INS, visible  # noqa: E402
 from session_maker import Session, SessionDraft, TooDear  # noqa: E402
 
 MOST_SECONDS = 60
 REPORT = re.compile(rb"Run-time error:\n[^\n]+\n\? (OPEN|READ|WRITE)\(UNIT=\d+,\.\.\.\n")
-# How often in a hundred sessions at the least; see least.py.
+# The minimum per hundred sessions; see least.py.
 LEAST = {
-    "passes finished": 60,
-    "sessions of several finished passes": 10,
+    "searches finished": 60,
+    "sessions of several finished searches": 10,
     "cells saved": 1000,
     "values compared": 20_000,
     "report lines checked": 4,
@@ -65,7 +65,7 @@ LEAST = {
 
 
 class Draft(SessionDraft):
-    """Sessions of the comparison with more regular files, and more that end early."""
+    """Makes sessions as for the second program, but with more regular files and early ends."""
 
     def plan(self) -> list:
         self.regular = self.regular or (not self.late and self.chance(0.2))
@@ -88,7 +88,7 @@ def make_session(rng: random.Random, maker: GridFileMaker) -> Session:
 
 @dataclass
 class Outcome:
-    """What a run left behind."""
+    """The result of a run."""
 
     status: int
     screen: bytes
@@ -109,7 +109,7 @@ class Outcome:
 
 
 class Runner:
-    """Runs the program, each time in a fresh folder."""
+    """Runs the program, each time in a new folder."""
 
     def __init__(self, program: str, folder: Path) -> None:
         self.program = os.path.abspath(program)
@@ -145,7 +145,7 @@ class Runner:
                 cwd=place,
                 env=self.environment,
             )
-            # A wait with a time limit would sleep between its looks.
+            # wait() with a time limit would poll and sleep.
             limit = threading.Timer(MOST_SECONDS, process.kill)
             limit.start()
             status = process.wait()
@@ -170,14 +170,14 @@ class Runner:
 
 
 def lines_of(answers: bytes) -> list[bytes]:
-    """The lines with their ends; a carriage return alone ends none."""
+    """Returns the lines with their newlines; a carriage return alone does not end a line."""
     return re.findall(rb"[^\n]*\n|[^\n]+", answers)
 
 
-def owners(passes: list[Pass]) -> dict[str, Pass]:
-    """Which pass opened each output file last."""
+def owners(searches: list[Search]) -> dict[str, Search]:
+    """Returns which search opened each output file last."""
     found = {}
-    for one in passes:
+    for one in searches:
         stem = data_file_name(one.entry)[:40] if one.entry else ""
         found[stem + ".TSF"] = found[stem + ".XY"] = one
         if one.periods is not None:
@@ -186,12 +186,12 @@ def owners(passes: list[Pass]) -> dict[str, Pass]:
 
 
 def ending_of(name: str) -> str:
-    """".TSF" and the like, also where it is the whole name, as without a variable."""
+    """Returns the extension, such as ".TSF", even if that is the whole name."""
     return name[name.rindex(".") :]
 
 
 class DataFiles:
-    """The data files of sessions, split into lines; those shared by sessions once."""
+    """The data files of sessions, split into lines; shared files only once."""
 
     def __init__(self) -> None:
         self.shared: dict[str, DataFile] = {}
@@ -206,7 +206,7 @@ class DataFiles:
 
 
 def end_faults(outcome: Outcome) -> list[str]:
-    """What is wrong with the way a run ended."""
+    """Returns what is wrong with the way a run ended."""
     if outcome.status not in (0, 255):
         return [f"exit status {outcome.status}: {outcome.errors[:2000].decode('latin-1')}"]
     if outcome.status == 255 and not REPORT.fullmatch(outcome.errors):
@@ -219,32 +219,32 @@ def end_faults(outcome: Outcome) -> list[str]:
 
 
 def faults_of(outcome: Outcome, files: dict, answers: bytes, data: DataFiles) -> list[str]:
-    """What is wrong with a run, taken alone."""
+    """Returns what is wrong with a single run."""
     faults = end_faults(outcome)
     if faults or "directory" in files.values() or "full" in files.values():
-        return faults  # where a file can't be written, all else depends on when it's seen
+        return faults  # everything else depends on when the failed write is noticed
     try:
-        passes = Conversation(outcome.screen, answers).passes
+        searches = Conversation(outcome.screen, answers).searches
     except (AttributeError, IndexError) as error:
         return [f"prompts in an order that can't be: {error!r}"]
-    owner = owners(passes)
+    owner = owners(searches)
     rest = dict(outcome.files)
-    for number, one in enumerate(passes, 1):
+    for number, one in enumerate(searches, 1):
         kept = {name: rest.pop(name, None) for name in owner if owner[name] is one}
-        faults += [f"pass {number} made no {name}" for name in kept if kept[name] is None]
+        faults += [f"search {number} made no {name}" for name in kept if kept[name] is None]
         own = {
             ending_of(name): text for name, text in kept.items() if text is not None
         }
-        if one.saved_years is None:  # nothing is written before the saving begins
-            faults += [f"pass {number} left {end}" for end in (".TSF", ".XY") if own.get(end)]
+        if one.saved_years is None:  # nothing is written before the first cell is saved
+            faults += [f"search {number} left {end}" for end in (".TSF", ".XY") if own.get(end)]
         if one.theoretical is None:
             continue
         source = data_file_name(one.variable) if one.variable in VARIABLES else None
         if source not in files:
-            faults.append(f"pass {number} has read a file that is not there")
+            faults.append(f"search {number} has read a file that is not there")
             continue
-        found = pass_faults(one, data.of(files[source]), own)
-        faults += [f"pass {number}: {fault}" for fault in found]
+        found = search_faults(one, data.of(files[source]), own)
+        faults += [f"search {number}: {fault}" for fault in found]
     for name, text in rest.items():
         if name.endswith(".dat.new"):
             faults.append(f"{name} was changed")
@@ -254,7 +254,7 @@ def faults_of(outcome: Outcome, files: dict, answers: bytes, data: DataFiles) ->
 
 
 def beginning_faults(whole: Outcome, part: Outcome) -> list[str]:
-    """What is wrong with a run on the first lines of the answers."""
+    """Returns what is wrong with a run that gets only the first lines of the answers."""
     if part.status == 255 and whole.screen.startswith(part.screen):
         return []
     return whole.differences(part)
@@ -271,7 +271,7 @@ class Check:
         self.counts: collections.Counter[str] = collections.Counter()
 
     def session(self, seed: int) -> tuple[Session, list[str]]:
-        """Makes and runs one session; gives what is wrong with it."""
+        """Makes and runs a session. Returns what is wrong with it."""
         session = make_session(random.Random(seed), self.maker)
         rng = random.Random(f"changes {seed}")
         outcome = self.runner.run(session.files, session.answers)
@@ -301,9 +301,9 @@ class Check:
         self.counts[least.end_of(outcome.status, outcome.screen, outcome.errors)] += 1
         saved = re.findall(rb"\n +(\d+) Grids Selected and Saved\n", outcome.screen)
         self.counts[f"status {outcome.status}"] += 1
-        self.counts["passes finished"] += len(saved)
+        self.counts["searches finished"] += len(saved)
         self.counts["cells saved"] += sum(map(int, saved))
-        self.counts["sessions of several finished passes"] += len(saved) > 1
+        self.counts["sessions of several finished searches"] += len(saved) > 1
         late = re.search(least.LATE_YEARS, outcome.screen)
         self.counts["sessions that saved years from 1980 on"] += bool(late)
         for name, text in outcome.files.items():

@@ -28,7 +28,7 @@ def sample_series():
 
 
 def grid_of_row(place, series):
-    """A grid file with the sample's values in the row of `place`, all other lines empty."""
+    """Returns a grid file with the sample's values in the row of `place`; other lines are empty."""
     row = int((place[1] + 89.75) / 0.5) + 1
     grid = Grid(2016, row, row, -999)
     for (longitude, latitude), values in series.items():

@@ -22,10 +22,10 @@ class GridFileMaker:
         self.shared = {}
 
     def pool(self, missing, style):
-        """Forty ready lines of 3600 characters, without line end."""
+        """Returns forty prepared lines of 3600 characters, without newlines."""
         key = missing, style
         if key not in self.pools:
-            # Seeded by its name: a session is the same whichever sessions came before.
+            # Seeded by its name, so that a session does not depend on earlier ones.
             rng = random.Random("lines %d %s" % key)
             self.pools[key] = [self.make_line(rng, missing, style) for _ in range(40)]
         return self.pools[key]
@@ -42,12 +42,12 @@ class GridFileMaker:
                     + (0, rng.randint(-9999, 99999))
                 )
                 fields.append("%5d" % value)
-            elif style == "still":  # hardly any variance: quotients of many digits
+            elif style == "still":  # hardly any variance: quotients with many digits
                 fields.append("%5d" % (1000 + (rng.random() < 0.02)))
             elif style.startswith("calm"):
                 fields.append("%5d" % rng.randint(1000, 1000 + int(style[4:])))
             elif style == "odd":
-                # Blanks, tabs and signs that an integer field may hold.
+                # Blanks, tabs and signs that an integer field may contain.
                 value = rng.randint(0, 99)
                 fields.append(
                     rng.choice(("     ", "%-5d", "+%-4d", "-%-4d", " \t%3d", "%05d", "%2d   "))
@@ -59,7 +59,7 @@ class GridFileMaker:
         return "".join(fields).encode()
 
     def shared_file(self, years, missing, crlf):
-        """Path of a fully regular file of `years` years; its lines end CR LF or LF."""
+        """Returns the path of a regular file of `years` years with CR LF or LF."""
         key = years, missing, crlf
         if key not in self.shared:
             path = os.path.join(self.folder, "regular.%d.%d.%d" % key)
@@ -73,7 +73,7 @@ class GridFileMaker:
         return self.shared[key]
 
     def lines(self, rng, need, missing, quiet):
-        """The lines (with line ends) of a file that serves `need`, and where rows are.
+        """Returns the lines (with newlines) of a file that serves `need`, and where rows are.
 
         quiet   None, or (value, last year): up to that year every field holds `value`
                 when it is a number, or the lines have that style
@@ -82,7 +82,7 @@ class GridFileMaker:
         lines, wanted = [], []
         style = rng.choice(STYLES)
         mixed = rng.random() < 0.3
-        # A line need not be longer than its last wanted field.
+        # A line need not be longer than its last requested field.
         length = need.last_field * 5
         if rng.random() < 0.5 and need.row_lines() < 500:
             length = 3600
@@ -110,7 +110,7 @@ class GridFileMaker:
         return lines, wanted
 
     def damaged(self, rng, lines, wanted):
-        """One thing wrong, or merely unusual, somewhere in the file; the bytes."""
+        """Returns the bytes of the file with one thing wrong, or merely unusual."""
         lines = list(lines)
         last_row = lines[wanted[-1]] if wanted else b""
         kind = rng.choice(
@@ -149,7 +149,7 @@ class GridFileMaker:
             elif kind == "long":
                 lines[at] = line + rng.choice((b"12345", b" ", b"x", b"\r", b"\r\r")) + b"\n"
             else:
-                # The file ends in or after this row; a full row counts without line end.
+                # The file ends in or after this row; a full row needs no newline.
                 if kind == "open-row":
                     where = rng.choice((3598, 3599, 3599, 3600, 3601))
                     line = line.ljust(3601)
@@ -162,7 +162,7 @@ class GridFileMaker:
         return data
 
     def damaged_regular(self, rng, years, missing, crlf):
-        """A regular file with one thing moved, so that its size still looks regular."""
+        """Returns a regular file with something moved, so that its size still looks regular."""
         with open(self.shared_file(years, missing, crlf), "rb") as source:
             data = bytearray(source.read())
         kind = rng.choice("swap letter blank cut open crlf-row tail no-first".split())

@@ -41,7 +41,7 @@ STAND_INS = {
 
 
 def visible(line):
-    """A line with its blanks shown as dots and other odd characters escaped."""
+    """Returns a line with blanks shown as dots and control characters escaped."""
     text = ""
     for code in line:
         if code == 32:
@@ -54,7 +54,7 @@ def visible(line):
 
 
 def first_difference(what, expected, got):
-    """Names the first line and column at which two byte strings differ."""
+    """Returns the first line and position at which two byte strings differ."""
     at = 0
     shorter = min(len(expected), len(got))
     while at < shorter and expected[at] == got[at]:
@@ -77,17 +77,17 @@ def first_difference(what, expected, got):
 
 
 class Outcome:
-    """What one program left behind."""
+    """The result of a program."""
 
     def __init__(self, screen, errors, status, files):
         self.screen = screen
         self.errors = errors
         self.status = status
-        self.files = files  # name: bytes, or a word for what is no plain file
+        self.files = files  # name: bytes, or a word for anything but a plain file
 
 
 class Bench:
-    """A work folder, the stand-ins and the two programs."""
+    """A work folder, the fake commands and the two programs."""
 
     def __init__(self, program, folder):
         self.program = os.path.abspath(program)
@@ -104,7 +104,7 @@ class Bench:
         self.environment["LC_ALL"] = "C"
 
     def prepare(self, session):
-        """Makes the folders `second` and `program`; the data files are hard links."""
+        """Creates the folders `second` and `program`; the data files are hard links."""
         for name in ("data", "second", "program"):
             path = os.path.join(self.folder, name)
             shutil.rmtree(path, ignore_errors=True)
@@ -131,7 +131,7 @@ class Bench:
             out.write(session.answers)
 
     def run(self):
-        """Runs both programs at the same time; the result is a pair of outcomes."""
+        """Runs both programs at the same time. Returns both outcomes."""
         commands = {
             "second": [sys.executable, os.path.join(HERE, "second_program.py")],
             "program": [self.program],
@@ -171,7 +171,7 @@ class Bench:
         return Outcome(texts[0], texts[1], status, self.files_of(side))
 
     def files_of(self, side):
-        """Every file of the folder; of a linked data file only size and time."""
+        """Returns every file of the folder; for a linked data file only size and time."""
         found = {}
         with os.scandir(os.path.join(self.folder, side)) as entries:
             for entry in entries:
@@ -189,7 +189,7 @@ class Bench:
 
 
 def differences(expected, got, disk_is_full):
-    """The first difference of every kind, as texts; empty when the outcomes agree."""
+    """Returns the first difference of each kind; empty if the outcomes agree."""
     found = []
     if expected.status != got.status:
         found.append(
@@ -198,10 +198,10 @@ def differences(expected, got, disk_is_full):
     if expected.errors != got.errors:
         found.append(first_difference("standard error", expected.errors, got.errors))
     if disk_is_full and expected.status == 255:
-        # When a full disk is noticed is the writer's own business, as long as no pass
-        # claims success after it.
+        # The two may notice a full disk at different times, as long as no search claims
+        # success after that.
         if expected.screen.count(NORMAL) != got.screen.count(NORMAL):
-            found.append("passes claimed as finished differ")
+            found.append("searches claimed as finished differ")
         return found
     if expected.screen != got.screen:
         found.append(first_difference("screen", expected.screen, got.screen))
@@ -224,13 +224,13 @@ SUMMARY = re.compile(
 
 
 def broken_promises(outcome, disk_is_full):
-    """What must hold of the last pass, whatever both programs agree on."""
-    passes = list(SUMMARY.finditer(outcome.screen))
-    if not passes or outcome.status != 0 or disk_is_full:
+    """Returns what is wrong with the last search, even if both programs agree on it."""
+    searches = list(SUMMARY.finditer(outcome.screen))
+    if not searches or outcome.status != 0 or disk_is_full:
         return []
-    last = passes[-1]
+    last = searches[-1]
     if not outcome.screen.endswith(b" Perform another search?\n [t]rue [f]alse ==> "):
-        return []  # another pass was begun, or the run ended at the menu
+        return []  # another search was begun, or the run ended at the menu
     saved = int(last[2])
     name = last[3].decode()
     series = outcome.files[name].count(b"\n")
@@ -246,7 +246,7 @@ def broken_promises(outcome, disk_is_full):
 
 
 REACHED = {
-    "finished a pass": rb"PROGRAM TERMINATING NORMALLY",
+    "finished a search": rb"PROGRAM TERMINATING NORMALLY",
     "finished two or more": rb"(?s)TERMINATING NORMALLY.*TERMINATING NORMALLY",
     "saved cells": rb" *[1-9]\d* Grids Selected",
     "saved years from 1980 on": least.LATE_YEARS,
@@ -260,9 +260,9 @@ REACHED = {
 }
 
 
-# How often in a hundred sessions at the least; see least.py.
+# The minimum per hundred sessions; see least.py.
 LEAST = {
-    "finished a pass": 40,
+    "finished a search": 40,
     "finished two or more": 7,
     "saved cells": 25,
     "had the variance test": 18,

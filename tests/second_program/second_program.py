@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Veldmark written a second time, plainly, to be run beside the real program.
+"""A second, plain implementation of Veldmark, to compare with the real program.
 
 Reads the answers from standard input, works in the current directory, and gives the
 same screen, the same report on standard error, the same exit status and the same files.
@@ -300,14 +300,14 @@ class RunTimeError(Exception):
 
 
 class NotAnInteger(Exception):
-    """An answer or a field that is no 32-bit integer."""
+    """An answer or a field that is not a 32-bit integer."""
 
 
 # -------------------------------------------------- 32-bit reals
 
 
 def f32(value):
-    """`value` rounded to a 32-bit real; too large gives an infinity."""
+    """Returns `value` rounded to a 32-bit real; infinity if it is too large."""
     return ctypes.c_float(value).value
 
 
@@ -345,12 +345,12 @@ def exp32(x):
 
 
 def nearest32(exact):
-    """The 32-bit real nearest to an exact fraction >= 0; a tie goes to the even one."""
+    """Returns the 32-bit real nearest to an exact fraction >= 0, ties to even."""
     exact = Fraction(exact)
     if exact == 0:
         return 0.0
-    # Scale so that the 24-bit mantissa is the integer part; below 2^-149 nothing is held.
-    # The bit lengths tell the power of two of the fraction within one.
+    # Scale so that the 24-bit mantissa is the integer part; the smallest unit is 2^-149.
+    # The bit lengths give the power of two of the fraction, or one more or less.
     power = exact.numerator.bit_length() - exact.denominator.bit_length()
     exponent = max(-149, power - 24)
     while exact / Fraction(2) ** exponent >= 2**24:
@@ -369,7 +369,7 @@ def fixed_integer(value, width):
 
 
 def word_of(value):
-    """The word for a real that is no number or infinite, or None."""
+    """Returns the word for a NaN or an infinity; None for any other real."""
     if math.isnan(value):
         return "NaN"
     if math.isinf(value):
@@ -383,7 +383,7 @@ def fixed_real(value, width, decimals):
 
 
 def shortest_digits(value):
-    """Digits and decimal exponent of the shortest decimal that reads back to `value`.
+    """Returns digits and exponent of the shortest decimal that parses back to `value`.
 
     The result (d1 d2 d3 ..., e) means d1.d2d3... x 10^e.  Of several decimals of that
     length the one nearest to the value is taken, an even last digit on a tie.
@@ -404,7 +404,7 @@ def shortest_digits(value):
 
 
 def shortest_real(value):
-    """Shortest text of a 32-bit real: fixed or scientific, fixed on equal length.
+    """Returns the shortest text of a 32-bit real, fixed rather than scientific in a tie.
 
     Of equally short whole numbers the nearest one, which is the value itself.
     """
@@ -428,7 +428,7 @@ def shortest_real(value):
 
 
 def free_line(*items):
-    """A free-form line: texts as they are, numbers with their blank in front."""
+    """Returns a free-form line: texts as they are, numbers with a blank before them."""
     line = " "
     for item in items:
         if isinstance(item, str):
@@ -446,14 +446,14 @@ def free_line(*items):
 
 @functools.lru_cache(maxsize=None)
 def read_integer(field):
-    """The value of an integer field; a field of blanks is 0."""
+    """Returns the value of an integer field; 0 for blanks."""
     text = field.replace(" ", "").replace("\t", "")
     if text == "":
         return 0
     digits = text[1:] if text[0] in "+-" else text
     if digits == "" or any(c not in "0123456789" for c in digits):
         raise NotAnInteger
-    # Leading zeros say nothing; twelve digits are beyond 32 bits already.
+    # Ignore leading zeros; twelve digits are too large for 32 bits already.
     digits = digits.lstrip("0") or "0"
     if len(digits) > 11:
         raise NotAnInteger
@@ -464,7 +464,7 @@ def read_integer(field):
 
 
 def first_value(line):
-    """The first free-form value of a line; empty when there is none."""
+    """Returns the first free-form value of a line; "" if there is none."""
     rest = line.lstrip(" \t")
     for i, character in enumerate(rest):
         if character in " \t,/":
@@ -473,7 +473,7 @@ def first_value(line):
 
 
 def read_real(text):
-    """The 32-bit real that the first value of `text` spells, or None."""
+    """Returns the first value of `text` as a 32-bit real; None if it is not one."""
     value = first_value(text)
     negative = value[:1] == "-"
     if value[:1] in ("+", "-"):
@@ -494,7 +494,8 @@ def read_real(text):
     digits = whole + fraction
     if digits == "" or any(c not in "0123456789" for c in digits):
         return None
-    # Eight characters hold a mantissa of 10^-7..10^8: past these powers all is decided.
+    # The mantissa of eight characters is in 10^-7..10^8, so beyond these exponents the
+    # result is certain.
     exponent = max(-100, min(100, exponent))
     exact = int(digits) * Fraction(10) ** (exponent - len(fraction))
     result = nearest32(exact)
@@ -523,7 +524,7 @@ class Console:
         self.output.flush()
 
     def read_line(self):
-        """One answer without its line end; a carriage return belongs to the line end."""
+        """Returns an answer without its newline and a carriage return before that."""
         self.flush()
         raw = self.input.readline()
         if raw == b"":
@@ -547,7 +548,7 @@ class Console:
     def read_free_integer(self):
         while True:
             value = first_value(self.read_line())
-            if value != "":  # a line without a value is passed over
+            if value != "":  # a line without a value is skipped
                 return integer_or_end(value)
 
     def read_word(self):
@@ -570,7 +571,7 @@ def without_line_end(raw):
 
 
 class OutputFile:
-    """Channel 14, 15 or 16: created, or written anew from its start."""
+    """Channel 14, 15 or 16: a file that is created or truncated."""
 
     def __init__(self, unit, name):
         self.unit = unit
@@ -605,7 +606,7 @@ class OutputFile:
 
 
 def stringclean(text):
-    """Moves the blanks of a fixed-length field to its end, copying the last character."""
+    """Returns a fixed-length field without inner blanks; its last character is repeated."""
     field = list(text)
     last = len(field) - 1
     if last < 1:
@@ -623,13 +624,13 @@ def stringclean(text):
 
 
 class Selection:
-    """Rows and columns of a region.  Some bounds outlive a search, on purpose."""
+    """Rows and columns of a region.  Kept on purpose: a search inherits some bounds."""
 
     def __init__(self):
         self.FirstRow = self.LastRow = 0
         self.FirstCol = self.LastCol = 0
         self.EastFirstCol = self.EastLastCol = 0
-        self.CrossesDateLine = False  # once set, it stays set for the whole run
+        self.CrossesDateLine = False  # stays set for the rest of the run
         self.CellLat = {}
         self.CellLon = {}
 
@@ -672,7 +673,7 @@ class Selection:
                 self.LastRow = j
             if a <= maxLat < b:
                 self.FirstRow = j - 1
-        # Kept on purpose: each end correction writes the other end.
+        # Kept on purpose: each pole corrects the other end.
         if minLat <= -89.75:
             self.FirstRow = 360
         if maxLat >= 89.75:
@@ -723,21 +724,21 @@ class Selection:
         return self.RowCount * self.ColCount
 
     def fields_and_columns(self):
-        """Which field of a line goes to which column, in reading order."""
+        """Returns the field and column of each value that is read from a line, in order."""
         if not self.CrossesDateLine:
             return [(c, c) for c in range(max(1, self.FirstCol), self.LastCol + 1)]
         pairs = [(c, c) for c in range(1, self.LastCol + 1)]
         if (self.ColCount1 - 1) + (self.ColCount2 - 1) < 718:
-            field = 720 - self.ColCount2 + 1  # behind the gap
+            field = 720 - self.ColCount2 + 1  # after the gap
         else:
-            field = self.ColCount1 + 1  # straight on, also when the ranges overlap
+            field = self.ColCount1 + 1  # right after the first range, even if they overlap
         for column in range(self.EastFirstCol, self.EastLastCol + 1):
             pairs.append((field, column))
             field += 1
         return pairs
 
     def strided_cells(self, step):
-        """The cells of the lattice (row, column) in the order in which they are saved."""
+        """Returns (row, column) of the cells of the lattice in the order of saving."""
         ranges = [(self.FirstCol, self.LastCol)]
         if self.CrossesDateLine:
             ranges.append((self.EastFirstCol, self.EastLastCol))
@@ -748,7 +749,7 @@ class Selection:
 
 
 def truncated_quotient(a, b):
-    """a / b for b > 0, the remainder dropped."""
+    """Returns a / b for b > 0, truncated toward zero."""
     return a // b if a >= 0 else -(-a // b)
 
 
@@ -919,7 +920,7 @@ class Program:
     # ---- the run
 
     def main(self):
-        """Runs to the end; the result is the exit status."""
+        """Runs the program. Returns the exit status."""
         try:
             try:
                 self.run()
@@ -945,7 +946,7 @@ class Program:
             try:
                 output.close()
             except RunTimeError:
-                pass  # what ended the run has been reported already
+                pass  # the reason has been reported already
         self.outputs = {}
 
     def run(self):
@@ -982,7 +983,7 @@ class Program:
     # ---- menu, citation, opening
 
     def choose_variable(self):
-        """Returns when a variable is ready, or when the answer named none."""
+        """Returns if a variable is ready, or if the answer is not the number of one."""
         while True:
             self.console.lines(MENU)
             self.console.write(" Enter a value from 0 to 11 ==> ")
@@ -993,7 +994,7 @@ class Program:
                 self.console.line("Program Terminating")
                 raise Stop
             if not 1 <= self.MenuChoice <= 11:
-                return  # no variable: the working texts stay as they are
+                return  # no variable: the texts of the last one stay
             if self.set_up_variable():
                 return
 
@@ -1022,7 +1023,7 @@ class Program:
             return False
         try:
             self.input = open(name, "rb")
-        except OSError:  # a directory too
+        except OSError:  # a folder, for example
             raise RunTimeError("Cannot open file: " + name, "OPEN", 13) from None
         return True
 
@@ -1190,7 +1191,7 @@ class Program:
                 return
 
     def ask_year(self, heading, prompt):
-        """A year answer that is no integer is asked again without a word."""
+        """Asks again without a message if the answer is not an integer."""
         rejected = False
         while True:
             self.console.line(EMPTY)
@@ -1199,7 +1200,7 @@ class Program:
             try:
                 line = self.console.read_line()
             except RunTimeError:
-                if rejected:  # the rejected answer is why there is no year
+                if rejected:  # the rejected answer is the reason why there is no year
                     raise RunTimeError(MESSAGE_CHARACTER, "READ", 5) from None
                 raise
             try:
@@ -1238,7 +1239,7 @@ class Program:
             self.stop_at_end_of_file()
         line = line.decode("latin-1")
         for field, column in pairs:
-            value = 0  # past the last field the line reads as blank
+            value = 0  # fields after the last one read as blank
             if field <= 720:
                 text = line[5 * (field - 1) : 5 * field]
                 if len(text) < 5:
@@ -1247,7 +1248,7 @@ class Program:
                     value = read_integer(text)
                 except NotAnInteger:
                     self.stop_at_bad_value()
-            # Values are held in 16 bits, signed.
+            # Values are stored as signed 16-bit integers.
             self.GridValues[y, m, row, column] = (value + 32768) % 65536 - 32768
 
     def stop_at_end_of_file(self):
@@ -1342,7 +1343,7 @@ class Program:
         self.outputs[16].line(free_line("# Lon.      Lat.     f      prob"))
 
     def sample(self, row, column, first, last):
-        """The values of the year indices first..last as far as there are such years."""
+        """Returns the values of those year indices in first..last that exist."""
         values = []
         for y in range(max(first, 1), min(last, self.LYOD - self.FYOD + 1) + 1):
             for m in range(1, 13):
@@ -1396,14 +1397,14 @@ class Program:
             saved += 1
             self.save_cell(row, column, saved)
         for output in self.outputs.values():
-            output.flush()  # a full disk is noticed before success is claimed
+            output.flush()  # notices a full disk before success is claimed
         self.summary(saved)
 
     def save_cell(self, row, column, number):
         longitude = self.selection.CellLon[column]
         latitude = self.selection.CellLat[row]
         place = " " + fixed_real(longitude, 9, 3) + fixed_real(latitude, 9, 3) + "    "
-        # Kept on purpose: the three blanks are left out once the date line was crossed.
+        # Kept on purpose: after a box across the date line the three blanks are missing.
         between = "" if self.selection.CrossesDateLine else "   "
         self.outputs[14].line(place + self.OutputPrefix + self.TitleText + self.RFMT)
         self.outputs[15].line(place + self.OutputPrefix + between + self.TitleText)
@@ -1467,7 +1468,7 @@ def frost_days(integers):
 
 
 def tested(first, second):
-    """(f, prob, d1, d2, how often betai complained)"""
+    """(f, prob, d1, d2, how often betai reported a bad argument)"""
     complaints = []
     result = ftest(
         frost_days(first),
@@ -1482,7 +1483,7 @@ def tested(first, second):
 J = [100, 250, 300, 500, 900, 1200, 1100, 800, 600, 400, 200, 150]
 K = [90, 260, 310, 480, 950, 1250, 1000, 850, 580, 420, 180, 160]
 
-# name: (first sample, second sample, bits of f, prob, d1, d2); prob within 1e-5 of itself
+# name: (first sample, second sample, bits of f, prob, d1, d2); prob within a relative 1e-5
 STATISTICS = {
     "J and K": (J, K, 0x3F82AD5F, 0.963542938, 21, 21),
     "K and J": (K, J, 0x3F82AD5F, 0.963542938, 21, 21),
@@ -1533,7 +1534,7 @@ STATISTICS = {
     ),
 }
 
-# searches of one run (scPDSI?, maxLat, minLat, maxLon, minLon), then what the last gives:
+# searches of one run (scPDSI?, maxLat, minLat, maxLon, minLon), then the result of the last one:
 # FirstRow, LastRow, FirstCol, LastCol, EastFirstCol or None, CellCount
 REGIONS = [
     ([(0, 10, -10, 20, 0)], 161, 200, 361, 400, None, 1600),

@@ -1,22 +1,22 @@
-"""Random whole sessions: the answers typed and the data files they meet.
+"""Makes random sessions: the answers and the data files.
 
-A session is planned first (which variable, region, years, thinning and test in each
-pass), then spelled as answers.  Most sessions are valid and reach the output files;
-spelling varies within what the program takes, answers that are asked again are strewn
-in, and now and then an answer is spoiled, lost, doubled or the input ends early.
+A session is planned first (variable, region, years, thinning and test of each search),
+then written as answers.  Most sessions are valid and reach the output files.  The same
+answer is written in different ways, some answers are refused and asked for again, and
+sometimes an answer is wrong, missing or doubled, or the input ends early.
 """
 
 import second_program as second
 from grid_file_maker import FIRST_YEAR
 
 MOST_BYTES = 3_000_000  # of one made data file
-MOST_FIELDS = 250_000  # read in one pass
-MOST_LINES = 6_000  # written in one pass
-MOST_SAMPLES = 15_000  # values that go through the variance test in one pass
+MOST_FIELDS = 250_000  # read in one search
+MOST_LINES = 6_000  # written in one search
+MOST_SAMPLES = 15_000  # values that go through the variance test in one search
 
 
 class Need:
-    """What the passes of a session ask of one variable's file."""
+    """What the searches of a session need from the file of a variable."""
 
     def __init__(self):
         self.rows = set()
@@ -38,8 +38,8 @@ class Need:
         return self.row_lines() * self.last_field * 5
 
 
-class Pass:
-    """One pass of a session."""
+class Search:
+    """One search of a session."""
 
 
 class Session:
@@ -49,7 +49,7 @@ class Session:
 
 
 class TooDear(Exception):
-    """The plan would take too long; another one is drawn."""
+    """Raised if the plan would take too long; another one is drawn."""
 
 
 class SessionMaker:
@@ -86,52 +86,52 @@ class SessionDraft:
         self.late = self.chance(0.05)
         self.regular = not self.late and self.chance(0.12)
         self.crlf = self.chance(0.5)
-        passes = self.plan()
+        searches = self.plan()
         if not self.late and self.chance(0.15):
-            self.plan_quiet(passes)
+            self.plan_quiet(searches)
         session = Session()
         self.make_files(session)
-        self.spell(passes)
+        self.spell(searches)
         self.spoil()
         session.answers = self.joined()
-        self.set_folder(session, passes)
+        self.set_folder(session, searches)
         if self.chance(0.01):
-            name = second.CATALOGUE[rng.choice(passes).variable][0]
+            name = second.CATALOGUE[rng.choice(searches).variable][0]
             session.files[name + rng.choice((".TSF", ".XY"))] = "full"
         return session
 
     def plan(self):
         rng = self.rng
         selection = second.Selection()
-        passes = []
+        searches = []
         count = rng.choices((1, 2, 3, 4), (60, 22, 12, 6))[0]
         variables = list(range(1, 12))
         weights = [1] * 11
         weights[second.FROST_DAYS - 1] = 5
         weights[second.SCPDSI - 1] = 3
         for number in range(count):
-            one = Pass()
+            one = Search()
             one.pauses = []
             one.variable = rng.choices(variables, weights)[0]
             if number and self.chance(0.4):
-                one.variable = passes[-1].variable
+                one.variable = searches[-1].variable
             one.change = number == 0 or self.chance(0.5)
             if one.change:
                 one.region = self.region(one.variable)
                 one.years = self.years()
             else:
-                one.region, one.years = passes[-1].region, passes[-1].years
+                one.region, one.years = searches[-1].region, searches[-1].years
             selection.find(*one.region, one.variable == second.SCPDSI)
-            self.plan_pass(one, selection)
+            self.plan_search(one, selection)
             need = self.needs.setdefault(one.variable, Need())
             need.add(selection, *one.years)
-            passes.append(one)
+            searches.append(one)
         for need in self.needs.values():
             if not self.regular and need.size() > MOST_BYTES:
                 raise TooDear
-        return passes
+        return searches
 
-    def plan_pass(self, one, selection):
+    def plan_search(self, one, selection):
         rng = self.rng
         years = one.years[1] - one.years[0] + 1
         rows = max(0, min(360, selection.LastRow) - max(1, selection.FirstRow) + 1)
@@ -152,14 +152,14 @@ class SessionDraft:
             + [rng.choice((0, -1, first - 1, last + 2, 2147483647, -2147483648))]
         )
 
-    def plan_quiet(self, passes):
-        """Frost days that vary little or not at all before the cutoff year."""
+    def plan_quiet(self, searches):
+        """Plans frost days that vary little or not at all before the cutoff year."""
         rng = self.rng
         self.regular = False
         first = FIRST_YEAR
         last = first + rng.choice((1, 2, 5, 20, 40, 85))
-        one = passes[0]
-        del passes[1:]
+        one = searches[0]
+        del searches[1:]
         one.variable, one.region = second.FROST_DAYS, (60.0, 59.5, 10.5, 10.0)
         if last - first < 10:
             one.region = (61.0, 59.5, 11.5, 10.0)
@@ -178,7 +178,7 @@ class SessionDraft:
         self.needs[one.variable].add(selection, first, last)
 
     def plan_flat(self, one):
-        """Frost days of one value: variances of zero, next to it or even below it."""
+        """Plans frost days of one value: variances of zero, close to it or even below it."""
         rng = self.rng
         one.region = (60.0, 59.5, 10.5, 10.0)  # a single cell
         value = rng.choice((1313, 681, 500, 1, 7, 999, rng.randint(0, 3100)))
@@ -210,7 +210,7 @@ class SessionDraft:
         return first, first + rng.choice((0, 0, 1, 1, 2, 3))
 
     def region(self, variable):
-        """(maxLat, minLat, maxLon, minLon), each as the program will hold it."""
+        """Returns (maxLat, minLat, maxLon, minLon) as 32-bit reals."""
         rng = self.rng
         kind = rng.choices(
             "small between edge dateline overlap rows wide globe".split(),
@@ -283,7 +283,7 @@ class SessionDraft:
             else:
                 session.files[name] = b"".join(lines)
 
-    def set_folder(self, session, passes):
+    def set_folder(self, session, searches):
         rng = self.rng
         names = [entry[0] for entry in second.CATALOGUE.values()]
         for variable in self.absent:
@@ -293,13 +293,13 @@ class SessionDraft:
         if self.chance(0.05):
             session.files["another.dat.new"] = b""
         if self.chance(0.1):
-            name = second.CATALOGUE[rng.choice(passes).variable][0]
+            name = second.CATALOGUE[rng.choice(searches).variable][0]
             ending = rng.choice((".TSF", ".XY", ".ftst"))
             session.files[name + ending] = b"of an earlier run\n" * 50
         if self.chance(0.03):
             session.files[rng.choice((".TSF", ".XY"))] = b"of an earlier run\n"
         if self.chance(0.015):
-            name = second.CATALOGUE[rng.choice(passes).variable][0]
+            name = second.CATALOGUE[rng.choice(searches).variable][0]
             session.files[name + rng.choice(("", ".TSF", ".XY", ".ftst"))] = "directory"
 
     # ---- answers
@@ -307,9 +307,9 @@ class SessionDraft:
     def say(self, text):
         self.lines.append(text)
 
-    def spell(self, passes):
+    def spell(self, searches):
         rng = self.rng
-        for number, one in enumerate(passes):
+        for number, one in enumerate(searches):
             if one.change:
                 self.say(self.rubbish_or_nothing())  # after the banner
             self.say(self.rubbish_or_nothing())  # before the menu
@@ -319,9 +319,9 @@ class SessionDraft:
                 self.spell_years(one)
             self.spell_thinning(one)
             self.spell_test(one)
-            if number + 1 < len(passes):
+            if number + 1 < len(searches):
                 self.say(self.true())
-                self.say(self.true() if passes[number + 1].change else self.false())
+                self.say(self.true() if searches[number + 1].change else self.false())
             elif self.chance(0.15):
                 self.end_at_menu()
             else:
@@ -343,7 +343,7 @@ class SessionDraft:
             if answer.startswith("-"):
                 self.say("")
             if change:
-                one = Pass()
+                one = Search()
                 one.variable, one.region, one.years = 1, self.region(1), self.years()
                 self.spell_region(one)
                 self.spell_years(one)
@@ -414,7 +414,7 @@ class SessionDraft:
         if value == 0.0:
             forms += ["-0.0", "-.0", "0.", ".0", "0.e9"]
         text = rng.choice(forms)
-        # The first eight characters alone must spell the same value.
+        # The first eight characters must have the same value.
         padded = text[:8].ljust(8)
         if "." not in padded or second.read_real(padded) != value:
             text = plain[:8]
@@ -464,7 +464,7 @@ class SessionDraft:
 
     def integer(self, value):
         rng = self.rng
-        while self.chance(0.08):  # lines without a value are passed over
+        while self.chance(0.08):  # lines without a value are skipped
             self.say(rng.choice(("", " ", "\t", ",", " ,3", "/", " / 4")))
         text = str(value)
         if value >= 0 and self.chance(0.15):
@@ -487,7 +487,7 @@ class SessionDraft:
         )
 
     def spoil(self):
-        """Now and then something goes wrong at the keyboard."""
+        """Makes a random typing error in some sessions."""
         rng = self.rng
         nasty = (
             "x", "3x", "a.b", "45.0N", "4.5.0", ".", "-", "1e5", "0", "-1", "", "12", "-3",

@@ -19,7 +19,7 @@ HERE = Path(__file__).resolve().parent
 SESSIONS = HERE.parent / "sessions"
 MONTHS = 12
 ROWS = 360
-LEAST_CASES = 107  # fewer, and some were lost; whoever adds cases raises it
+LEAST_CASES = 107  # raise it when adding cases; fewer means that some were lost
 
 
 def data_file_name(variable):
@@ -29,7 +29,7 @@ def data_file_name(variable):
 
 
 class Grid:
-    """A grid file under preparation: full lines for some rows, empty ones for the rest."""
+    """A grid file with full lines for some rows and empty lines for the others."""
 
     def __init__(self, last_year, first_row, last_row, missing):
         full = f"{missing:5d}" * 720
@@ -110,14 +110,14 @@ def content_of_bars(line):
 
 
 def in_columns(match, words):
-    """What stands for {name}, {name>width} or {name<width} of a block."""
+    """Returns the text for {name}, {name>width} or {name<width} in a block."""
     name, side, width = match.groups()
     word = words[name]
     return f"{word:{side}{width}}" if side else word
 
 
 def block_lines(name):
-    """The lines of a block, those of the blocks that it names among them."""
+    """Returns the lines of a block, including those of the blocks that it names."""
     for line in (SESSIONS / "blocks" / f"{name}.txt").read_text().splitlines():
         if line.startswith("@"):
             yield from block_lines(line[1:])
@@ -126,7 +126,7 @@ def block_lines(name):
 
 
 def spell_out(lines):
-    """The lines of a screen with its blocks in place of their names."""
+    """Returns the lines of a screen with the names of blocks replaced by their lines."""
     for line in lines:
         if line.startswith("@"):
             name, *words = line[1:].split()
@@ -145,7 +145,7 @@ def typed(answer):
 
 
 def split_screen(lines):
-    """What is written and what is typed in a session, each as one text."""
+    """Returns what is written and what is typed in a session, each as one text."""
     written = ""
     answers = ""
     for line in spell_out(lines):
@@ -178,7 +178,7 @@ def read_case(path):
 
 
 def folder_content(folder):
-    """Of every entry its kind and mode, and what a plain file holds."""
+    """Returns the kind and mode of every entry, and the content of plain files."""
     return {
         path.name: (path.lstat().st_mode, path.read_bytes() if path.is_file() else b"")
         for path in folder.iterdir()
@@ -186,7 +186,7 @@ def folder_content(folder):
 
 
 def check_case(path, stand_ins):
-    """Runs one transcript; gives what differs, nothing when all is as written."""
+    """Runs a transcript. Returns the differences, empty if there are none."""
     case = read_case(path)
     written, answers = split_screen(case["screen"])
     with tempfile.TemporaryDirectory() as name:
@@ -219,7 +219,7 @@ def check_case(path, stand_ins):
 
 
 def make_stand_ins(folder):
-    """Commands `clear` and `ls` that write themselves as the transcripts do."""
+    """Creates commands `clear` and `ls` that write their names as transcripts show them."""
     for command, shown in (("clear", "$ clear"), ("ls", "$ ls *.dat.new")):
         script = Path(folder) / command
         script.write_text(f"#!/bin/sh\necho '{shown}'\n")
