@@ -33,16 +33,16 @@ CONVERSATION = [
                "  if (++searches < 3) {\n    state.years = years;\n  }\n"),
     ),
     Break(
-        "kept search is not looked up again for the other row order",
+        "rows of unchanged parameters are not found again for the other row order",
         transcripts("drought-index-after-cru-ts"),
         Change(DRIVER, FIND_RANGES, "  if (state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
     ),
     Break(
-        "same parameters in the third search are not looked up again",
+        "rows of unchanged parameters are not found again in the third search",
         transcripts("same-parameters-in-the-third-search"),
         Change(DRIVER, FIND_RANGES,
-               "  static int passes = 0;\n"
-               "  if (++passes < 3 || state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
+               "  static int searches = 0;\n"
+               "  if (++searches < 3 || state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
     ),
     Break(
         "crossing of the meridian is forgotten two searches later",
@@ -53,7 +53,7 @@ CONVERSATION = [
                "    state.ranges.CrossesDateLine = false;\n  }\n" + FIND_RANGES),
     ),
     Break(
-        "a drought-index pass turns the latitudes of later passes",
+        "a search of the drought index reverses the latitudes of later searches",
         transcripts("drought-index-after-cru-ts"),
         Change(DRIVER, "  return save_cells(values, lattice, state.entry.row_order, sinks);\n",
                "  static RowOrder order = RowOrder::kSouthFirst;\n"
@@ -75,7 +75,7 @@ CONVERSATION = [
                "chosen.SampleScale.value_or(0.0F);"),
     ),
     Break(
-        "grid file is never closed, one descriptor a pass",
+        "grid file is never closed, one descriptor per search",
         program("ManySearches.*"),
         Change(CHOICE, "      return GridFile(std::string(state.entry.DataFileName.trimmed()));\n",
                "      const auto* first = new GridFile(\n"
@@ -118,7 +118,7 @@ READING = [
                "        values.store_row(month, GridY, row_values);\n      }\n"),
     ),
     Break(
-        "skipped months are not looked at",
+        "skipped months are not checked",
         unit("RegularReader.*"),
         Change(REGULAR, "      if (!check_skipped_month(month)) {\n",
                "      if (month < 0 && !check_skipped_month(month)) {\n"),
@@ -159,7 +159,7 @@ READING = [
                "                       static_cast<std::int64_t>(layout_.line_size());\n"),
     ),
     Break(
-        "files of minimum and maximum temperature are exchanged",
+        "files of minimum and maximum temperature are swapped",
         unit("VariableCatalogue.*"),
         Change("src/catalogue/variable_catalogue.cc", "cru_ts4.01.1901.2016.tmn.dat.new",
                "cru_ts4.01.1901.2016.TMP.dat.new"),
@@ -169,7 +169,7 @@ READING = [
                "cru_ts4.01.1901.2016.tmx.dat.new"),
     ),
     Break(
-        "data file is handed on to the commands of the shell",
+        "data file is inherited by shell commands",
         unit("FileDescriptor.*"),
         Change("src/util/file_descriptor.cc", "flags | O_CLOEXEC, kCreationMode", "flags, kCreationMode"),
     ),
@@ -177,19 +177,19 @@ READING = [
 
 SAVING = [
     Break(
-        "east piece before west piece",
+        "east range before west range",
         transcripts("across-the-meridian"),
         Change(LATTICE, "  for (const ColumnRange& columns : ranges.columns()) {\n",
                "  const auto [west, east] = ranges.columns();\n"
                "  for (const ColumnRange& columns : {east, west}) {\n"),
     ),
     Break(
-        "thinning goes on over the seam",
+        "thinning continues across the date line",
         transcripts("thinning-across-the-meridian"),
         Change(LATTICE,
                "  for (const ColumnRange& columns : ranges.columns()) {\n"
                "    append_stride(lattice.columns, columns.first, columns.last, ThinningFactor);\n",
-               "  std::int32_t first = 0;  // of a piece, counted from its beginning\n"
+               "  std::int32_t first = 0;  // of a range, counted from its start\n"
                "  for (const ColumnRange& columns : ranges.columns()) {\n"
                "    append_stride(lattice.columns, columns.first + first, columns.last,\n"
                "                  ThinningFactor);\n"
@@ -197,12 +197,12 @@ SAVING = [
                "    first = (ThinningFactor - left % ThinningFactor) % ThinningFactor;\n"),
     ),
     Break(
-        "gap in the cell list is lost from the third pass on",
+        "gap in the cell list is lost from the third search on",
         transcripts("three-searches-with-new-years"),
         Change("src/output/cell_list_file.cc",
                "  rest += CrossesDateLine ? \"\" : \"   \";\n",
-               "  static int passes = 0;\n"
-               "  rest += CrossesDateLine || ++passes > 2 ? \"\" : \"   \";\n"),
+               "  static int searches = 0;\n"
+               "  rest += CrossesDateLine || ++searches > 2 ? \"\" : \"   \";\n"),
     ),
     Break(
         "series and cell list are written into each other's file",
@@ -220,7 +220,7 @@ SAVING = [
                "    value += kMonthsPerYear;\n"),
     ),
     Break(
-        "outputs are emptied as they are opened, whoever needs them",
+        "outputs are truncated when they are opened, even if they are in use",
         unit("OutputFile.*"),
         Change("src/output/output_file.cc", "FileDescriptor file(name, O_WRONLY | O_CREAT);",
                "FileDescriptor file(name, O_WRONLY | O_CREAT | O_TRUNC);"),
@@ -253,7 +253,7 @@ SAVING = [
 
 TESTING_VARIANCE = [
     Break(
-        "avevar adds up in 64 bits",
+        "avevar sums in 64 bits",
         unit("Avevar.*"),
         Change("src/stats/avevar.cc",
                "  float sum = 0.0F;\n  for (const float value : sample) {\n    sum += value;\n  }\n"
@@ -270,18 +270,18 @@ TESTING_VARIANCE = [
                '                            COMPILE_OPTIONS "-ffp-contract=fast;-mfma")\n'),
     ),
     Break(
-        "first sample takes the cutoff year",
+        "first sample includes the cutoff year",
         transcripts("variance-cutoff-in-the-middle"),
         Change(REPORT, "{.first = 1, .last = CutoffOffset}",
                "{.first = 1, .last = CutoffOffset + 1}"),
     ),
     Break(
-        "second sample holds that of the cell before, too",
+        "second sample includes that of the previous cell",
         transcripts("variance-frost-days-then-another"),
         Change(REPORT, "  after_.clear();\n", ""),
     ),
     Break(
-        "cell whose f is NaN is left out of the series",
+        "cell whose f is NaN is missing in the time series",
         transcripts("variance-of-another-variable"),
         Change(REPORT, "    notices_.not_a_number();\n    return;\n",
                "    notices_.not_a_number();\n    throw 0;\n"),

@@ -1,4 +1,4 @@
-"""Each oddity that src/ keeps on purpose names the test that holds it.
+"""Checks that each oddity that src/ keeps on purpose names a test for it.
 
 The form is "Kept on purpose: NAME." in a comment. NAME is a C++ test (Suite.Name) or a
 transcript of tests/sessions/cases/.
@@ -16,7 +16,7 @@ CPP_TEST = re.compile(r"\bTEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\s*\)")
 
 
 def names_of_tests() -> set[str]:
-    """All names that an oddity may give."""
+    """Returns all names that an oddity may use."""
     names = {case.stem for case in (TOP / "tests/sessions/cases").glob("*.txt")}
     for source in (TOP / "tests").rglob("*.cc"):
         names.update(".".join(test) for test in CPP_TEST.findall(source.read_text()))
@@ -24,7 +24,7 @@ def names_of_tests() -> set[str]:
 
 
 def marks_without_test(text: str, names: set[str]) -> list[str]:
-    """What the marks of a source say whose tests don't exist."""
+    """Returns the names in a source for which there is no test."""
     marks = [mark["name"] or "" for mark in MARK.finditer(text)]
     return [mark for mark in marks if mark not in names]
 
