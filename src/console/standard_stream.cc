@@ -14,7 +14,7 @@ namespace {
 class ReadFailure : public std::exception {};
 
 // Returns whether to retry a call that failed with errno. If a non-blocking descriptor
-// was not ready, waits for `event` first.
+// was not ready, first waits for `event`, POLLIN or POLLOUT.
 bool should_retry(int descriptor, short event) {
   if (errno == EINTR) {
     return true;
@@ -22,8 +22,8 @@ bool should_retry(int descriptor, short event) {
   if (errno != EAGAIN) {
     return false;
   }
-  pollfd descriptor_events{.fd = descriptor, .events = event, .revents = 0};
-  return ::poll(&descriptor_events, 1, -1) > 0 || errno == EINTR;
+  pollfd request{.fd = descriptor, .events = event, .revents = 0};
+  return ::poll(&request, 1, -1) > 0 || errno == EINTR;
 }
 
 }  // namespace
@@ -51,7 +51,8 @@ StandardStream::int_type StandardStream::overflow(int_type character) {
   return traits_type::not_eof(character);
 }
 
-// Writes the buffer and sets it up again; before the first output there is none yet.
+// Writes the buffered characters and empties the buffer. The first call finds none and
+// only sets the buffer up. Returns -1 on failure.
 int StandardStream::sync() {
   const char* next = pbase();
   while (next != pptr()) {

@@ -166,7 +166,7 @@ void run_searches(ConsoleDialogue& console) {
 }
 
 // Runs all searches and converts a FileFault to a RunEnd.
-void run_searches_and_word_faults(ConsoleDialogue& console) {
+void run_searches_converting_faults(ConsoleDialogue& console) {
   try {
     run_searches(console);
   } catch (const FileFault& fault) {
@@ -190,7 +190,7 @@ int finish_output(ConsoleDialogue& console, std::ostream& errors, const RunEnd& 
 
 int run_program(ConsoleDialogue& console, std::ostream& errors) {
   try {
-    run_searches_and_word_faults(console);
+    run_searches_converting_faults(console);
     return finish_output(console, errors, RunEnd::quiet());
   } catch (const RunEnd& end) {
     return finish_output(console, errors, end);

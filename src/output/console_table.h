@@ -18,6 +18,7 @@ class ConsoleTable : public CellSink {
   ConsoleTable(ConsoleDialogue& console, const VariableEntry& entry,
                const YearSpan& years);
 
+  // Writes the line of a cell: its number, coordinates, prefix and title.
   void add(const SavedCell& cell) override;
 
  private:

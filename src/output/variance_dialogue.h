@@ -12,15 +12,19 @@
 
 namespace veldmark {
 
-// Offers the variance test. Returns the cutoff year, which can be any 32-bit integer;
-// nullopt if the user declines.
+// Offers the variance test and asks for the cutoff year. The question shows `years`,
+// but the answer is not checked against them.
+//
+// Returns the cutoff year, any 32-bit integer; nullopt if the user declines the test.
+// Throws RunEnd for an answer that is not an integer, and at the end of the input.
 std::optional<std::int32_t> ask_cutoff_year(ConsoleDialogue& console,
                                             const YearSpan& years);
 
 // Shows the periods that `report` compares.
 void show_periods(ConsoleDialogue& console, const VarianceReportFile& report);
 
-// Returns callbacks that show failed tests on `console`, which must outlive them.
+// Returns callbacks for tests that fail: they show a message on `console`, which must
+// outlive them, and pause after a bad argument.
 VarianceNotices console_notices(ConsoleDialogue& console);
 
 }  // namespace veldmark
