@@ -13,7 +13,7 @@
 #include "catalogue/grid_values.h"
 #include "catalogue/read_block.h"
 #include "catalogue/variable_catalogue.h"
-#include "driver/failure_words.h"
+#include "driver/fault_messages.h"
 #include "driver/introduction_screens.h"
 #include "driver/run_state.h"
 #include "driver/variable_choice.h"

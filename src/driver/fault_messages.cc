@@ -1,4 +1,4 @@
-#include "driver/failure_words.h"
+#include "driver/fault_messages.h"
 
 #include <array>
 #include <string>

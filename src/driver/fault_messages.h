@@ -1,7 +1,7 @@
 // Converts the faults that the core throws to messages and to the end of the run.
 
-#ifndef VELDMARK_DRIVER_FAILURE_WORDS_H_
-#define VELDMARK_DRIVER_FAILURE_WORDS_H_
+#ifndef VELDMARK_DRIVER_FAULT_MESSAGES_H_
+#define VELDMARK_DRIVER_FAULT_MESSAGES_H_
 
 #include "catalogue/read_fault.h"
 #include "console/console_dialogue.h"
@@ -24,4 +24,4 @@ RunEnd run_end_for(const FileFault& fault);
 
 }  // namespace veldmark
 
-#endif  // VELDMARK_DRIVER_FAILURE_WORDS_H_
+#endif  // VELDMARK_DRIVER_FAULT_MESSAGES_H_

@@ -1,4 +1,4 @@
-#include "driver/failure_words.h"
+#include "driver/fault_messages.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ std::string report_of(Kind kind, const std::string& name, int error_number) {
   return end.report();
 }
 
-TEST(FailureWords, NameTheFileAndItsChannel) {
+TEST(FaultMessages, NameTheFileAndItsChannel) {
   EXPECT_EQ(report_of(Kind::kNotOpened, "pre.dat.new", ENOENT),
             "Run-time error:\nCannot open file: pre.dat.new\n? OPEN(UNIT=13,...\n");
   EXPECT_EQ(report_of(Kind::kNotOpened, "pre.dat.new.TSF", 0),
@@ -47,7 +47,7 @@ Said said_of(const ReadFault::Fact& fact, bool CrossesDateLine) {
   return {output.str(), end};
 }
 
-TEST(FailureWords, NameABadFieldByTheNumberOfColumnRanges) {
+TEST(FaultMessages, NameABadFieldByTheNumberOfColumnRanges) {
   const std::string rest =
       " Program Terminating Without Completion\n"
       " Try re-entering your search criteria again being sure to\n"
@@ -60,7 +60,7 @@ TEST(FailureWords, NameABadFieldByTheNumberOfColumnRanges) {
   EXPECT_EQ(two_ranges.end.status(), 0);
 }
 
-TEST(FailureWords, ShowThePaddedNameAtTheEndOfTheFile) {
+TEST(FaultMessages, ShowThePaddedNameAtTheEndOfTheFile) {
   const Said said = said_of(EndAtRequestedLine{.line = 1}, false);
   EXPECT_EQ(said.screen, "\n End Of File Reached Prematurely :pre.dat.new" +
                              std::string(54, ' ') +
@@ -69,7 +69,7 @@ TEST(FailureWords, ShowThePaddedNameAtTheEndOfTheFile) {
   EXPECT_EQ(said.end.status(), 0);
 }
 
-TEST(FailureWords, ReportTheEndInASkippedLineAsARunTimeError) {
+TEST(FaultMessages, ReportTheEndInASkippedLineAsARunTimeError) {
   const Said said = said_of(EndAtSkippedLine{.line = 1}, false);
   EXPECT_EQ(said.screen, "");
   EXPECT_EQ(said.end.report(),
