@@ -23,8 +23,8 @@ std::string short_names() {
 const VariableEntry* find_by_short_name(std::string_view short_name) {
   const auto* found =
       std::find_if(VariableCatalogue.begin(), VariableCatalogue.end(),
-                   [wanted = lower_case(short_name)](const VariableEntry& entry) {
-                     return lower_case(entry.short_name) == wanted;
+                   [requested = lower_case(short_name)](const VariableEntry& entry) {
+                     return lower_case(entry.short_name) == requested;
                    });
   return found == VariableCatalogue.end() ? nullptr : found;
 }

@@ -1,4 +1,4 @@
-// Finds a variable by what users call it: its short name or the name of its file.
+// Finds a variable by its short name or by the name of its file.
 
 #ifndef VELDMARK_CATALOGUE_VARIABLE_NAME_H_
 #define VELDMARK_CATALOGUE_VARIABLE_NAME_H_
@@ -11,22 +11,21 @@
 
 namespace veldmark {
 
-// Returns `text` with small letters in the place of capital ones.
+// Returns `text` in lower case.
 std::string lower_case(std::string_view text);
 
-// Returns the short names of all variables with blanks between them.
+// Returns the short names of all variables, separated by blanks.
 std::string short_names();
 
-// Returns the variable called `short_name`, whatever the case of its letters; nullptr
-// for none.
+// Returns the variable with `short_name`, ignoring case; nullptr if there is none.
 const VariableEntry* find_by_short_name(std::string_view short_name);
 
-// Returns the variable whose file is called `file_name`, folders in front allowed: the
-// short name stands between full stops, or the name begins with it, as that of the
-// drought index does. nullptr when the name does not tell.
+// Returns the variable of the file `file_name`, which may include folders: its short
+// name is between two full stops or at the start of the name, as for the drought index.
+// Returns nullptr if the name contains no short name.
 const VariableEntry* find_by_file_name(std::string_view file_name);
 
-// Returns how many decimals a physical value has: 1 for tenths, 2 for hundredths.
+// Returns the number of decimals of a physical value: 1 for tenths, 2 for hundredths.
 std::int32_t decimals_of(const VariableEntry& entry);
 
 }  // namespace veldmark

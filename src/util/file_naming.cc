@@ -10,7 +10,7 @@
 namespace veldmark {
 namespace {
 
-bool stands(const std::string& name) {
+bool may_exist(const std::string& name) {
   struct stat found {};
   return ::lstat(name.c_str(), &found) == 0 || errno != ENOENT;
 }
@@ -21,17 +21,17 @@ bool rename_plainly(const std::string& from, const std::string& to) {
 
 }  // namespace
 
-// A new name for a file is made only where there is none, unlike by renaming.
+// Unlike rename(), link() fails if the new name exists.
 bool rename_to_free_name(const std::string& from, const std::string& to) {
   if (::link(from.c_str(), to.c_str()) == 0) {
-    // The file is whole under its new name, whether the old one goes or not.
+    // The file is complete under its new name, even if this fails.
     ::unlink(from.c_str());
     return true;
   }
   if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS) {
     return false;
   }
-  if (stands(to)) {
+  if (may_exist(to)) {
     errno = EEXIST;
     return false;
   }

@@ -163,11 +163,11 @@ void PartFile::complete(Durability durability) {
 void PartFile::complete_both(PartFile& first, PartFile& second, Durability durability) {
   first.settle(durability);
   second.settle(durability);
-  const Undo undo = first.take_name_for_now();
+  const Undo undo = first.take_name_reversibly();
   try {
     second.take_name();
   } catch (const Failure& failure) {
-    if (first.give_name_back(undo)) {
+    if (first.undo_rename(undo)) {
       throw;
     }
     throw Failure(std::string(failure.what()) + "; " + in_quotes(first.name_) +
@@ -212,7 +212,7 @@ void PartFile::take_free_name() {
 }
 
 // Renames the part and keeps an existing file, under the part's name, for undoing that.
-PartFile::Undo PartFile::take_name_for_now() {
+PartFile::Undo PartFile::take_name_reversibly() {
   struct stat found {};
   const bool is_free = ::lstat(name_.c_str(), &found) != 0 && errno == ENOENT;
   if (earlier_ == Earlier::kKept || is_free) {
@@ -226,10 +226,10 @@ PartFile::Undo PartFile::take_name_for_now() {
   return Undo::kNothing;
 }
 
-// Undoes take_name_for_now(); false if that is impossible.
-bool PartFile::give_name_back(Undo undo) {
+// Undoes take_name_reversibly(); false if that is impossible.
+bool PartFile::undo_rename(Undo undo) {
   if (!names_open_file(name_, file_)) {
-    return true;  // somebody else's by now
+    return true;  // the name belongs to another file by now
   }
   if (undo == Undo::kExchange) {
     return exchange_names(part_name_, name_);

@@ -74,8 +74,8 @@ class PartFile {
   void settle(Durability durability);
   void take_name();
   void take_free_name();
-  Undo take_name_for_now();
-  [[nodiscard]] bool give_name_back(Undo undo);
+  Undo take_name_reversibly();
+  [[nodiscard]] bool undo_rename(Undo undo);
   void close(Durability durability);
 
   std::string name_;

@@ -90,14 +90,11 @@ SHARED = [
         "a part is renamed before it is on the disk",
         faults("EveryCallOfTersifyFailsOnce"),
         Change("src/util/part_file.cc",
-               "  if (!sync_to_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
-               "  InterruptWatch::throw_if_caught();\n",
-               "  InterruptWatch::throw_if_caught();\n"),
-        Change("src/util/part_file.cc",
-               "    fail_with_errno(name_);\n  }\n  sync_folder_of(name_);\n",
-               "    fail_with_errno(name_);\n  }\n"
-               "  if (!sync_to_disk(file_)) {\n    fail_with_errno(part_name_);\n  }\n"
-               "  sync_folder_of(name_);\n"),
+               "durability == Durability::kSynced ? sync_to_disk(file_) : flush(file_);\n",
+               "durability == Durability::kSynced || flush(file_);\n"),
+        Change("src/util/part_file.cc", "    sync_folder_of(name_);\n",
+               "    if (!sync_to_disk(file_)) {\n      fail_with_errno(part_name_);\n    }\n"
+               "    sync_folder_of(name_);\n"),
     ),
     Break(
         "a complaint overtakes what was shown before it",
