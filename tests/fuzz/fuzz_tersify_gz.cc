@@ -136,7 +136,7 @@ std::string gzip_file(FuzzInput& input) {
       bytes.resize(place);
       break;
     case 2:
-      bytes.at(place) = static_cast<char>(bytes.at(place) ^ (1U + input.byte() % 255U));
+      bytes.at(place) = static_cast<char>(bytes.at(place) + 1 + input.byte() % 255);
       break;
     case 3:
       bytes = std::string(kGzipMark) + input.rest();
