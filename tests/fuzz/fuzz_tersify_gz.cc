@@ -40,7 +40,8 @@ Bytef* bytes_of(std::string& text) { return reinterpret_cast<Bytef*>(text.data()
 
 std::string gzip_of(std::string text, int level) {
   z_stream stream{};
-  require(deflateInit2(&stream, level, Z_DEFLATED, kGzipFormat, 9,
+  constexpr int kUsualMemory = 8;
+  require(deflateInit2(&stream, level, Z_DEFLATED, kGzipFormat, kUsualMemory,
                        Z_DEFAULT_STRATEGY) == Z_OK,
           "a text can be compressed");
   std::string bytes(deflateBound(&stream, text.size()), '\0');
@@ -63,20 +64,19 @@ struct PlainText {
 
 // The member at the front of `bytes`, which is taken off; nothing for a faulty one.
 std::optional<std::string> take_member(std::string& bytes) {
-  constexpr std::size_t kMost = std::size_t{4} << 20U;
-  std::string text(kMost, '\0');
+  // More than the longest input can become; made once, because clearing it takes time.
+  static std::string room(std::size_t{4} << 20U, '\0');
   z_stream stream{};
   require(inflateInit2(&stream, kGzipFormat) == Z_OK, "a member can be looked at");
   stream.next_in = bytes_of(bytes);
   stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = bytes_of(text);
-  stream.avail_out = static_cast<uInt>(text.size());
+  stream.next_out = bytes_of(room);
+  stream.avail_out = static_cast<uInt>(room.size());
   const bool whole = inflate(&stream, Z_FINISH) == Z_STREAM_END;
-  text.resize(stream.total_out);
   bytes.erase(0, stream.total_in);
   inflateEnd(&stream);
   if (!whole) return std::nullopt;
-  return text;
+  return room.substr(0, stream.total_out);
 }
 
 PlainText plain_gunzip(std::string bytes) {

@@ -234,11 +234,16 @@ TEST(CondenseFile, AFileThatMayNotGrowLeavesNothing) {
   ::setrlimit(RLIMIT_FSIZE, &before);
 }
 
-// A screen whose clock does something whenever progress is made.
+// A screen whose clock does something whenever progress is made; it is read once
+// before.
 Condensed condense_while(const std::function<void()>& action) {
   std::ostringstream terminal;
+  bool begun = false;
   const ProgressLine::Screen screen{.stream = terminal, .shown = true, .clock = [&] {
-                                      action();
+                                      if (begun) {
+                                        action();
+                                      }
+                                      begun = true;
                                       return 0.0;
                                     }};
   return condense_file({"raw", std::nullopt, system_free_space, screen});
