@@ -73,6 +73,39 @@ TEST(TersifyProgramOnGzip, ARequestToTerminateLeavesNothing) {
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
 }
 
+// Begins as netCDF; long enough for the program to be met at work.
+void make_big_netcdf() {
+  write_file("big.nc.gz", compressed("CDF\x01" + std::string(9'000'000, 'x')) +
+                              repeated(20, compressed(std::string(9'000'000, 'x'))));
+}
+
+TEST(TersifyProgramOnGzip, KilledWhileItDecompressesNetcdfItLeavesNoCopy) {
+  const TemporaryFolder folder;
+  make_big_netcdf();
+  with_stopped_process({TERSIFY_PROGRAM, "big.nc.gz"}, "big.new.nc.part",
+                       [](ChildProcess& run) {
+                         run.send(SIGKILL);
+                         EXPECT_EQ(run.wait(), -SIGKILL);
+                       });
+  EXPECT_FALSE(std::filesystem::exists("big.new"));
+  EXPECT_FALSE(std::filesystem::exists("big.new.part"));
+  EXPECT_TRUE(std::filesystem::exists("big.new.nc.part"));
+}
+
+TEST(TersifyProgramOnGzip, AnInterruptWhileItDecompressesNetcdfLeavesNothing) {
+  const TemporaryFolder folder;
+  make_big_netcdf();
+  with_stopped_process({TERSIFY_PROGRAM, "big.nc.gz"}, "big.new.nc.part",
+                       [](ChildProcess& run) {
+                         run.send(SIGINT);
+                         run.send(SIGCONT);
+                         EXPECT_EQ(run.wait(), 128 + SIGINT);
+                       });
+  EXPECT_EQ(file_content("messages"),
+            "tersify: interrupted\ntersify: not condensed: 'big.nc.gz'\n");
+  EXPECT_FALSE(std::filesystem::exists("big.new.nc.part"));
+}
+
 #if !defined(__SANITIZE_ADDRESS__)  // which takes more address space itself
 // Room for a piece of the text, and none for the whole of it.
 TEST(TersifyProgramOnGzip, ItsMemoryDoesNotGrowWithTheText) {

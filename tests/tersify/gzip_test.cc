@@ -324,6 +324,50 @@ TEST(Gzip, GarbageAtTheEndIsNotTakenForASize) {
   EXPECT_EQ(condense("a.dat.gz", [](const std::string&) { return 50'000; }).status, 0);
 }
 
+// Whether or not the netCDF library is there: a file that only begins as netCDF is
+// none.
+TEST(Gzip, CompressedNetcdfIsDecompressedBesideTheCopyAndLeavesNothing) {
+  const TemporaryFolder folder;
+  const std::string content = "CDF\x01" + std::string(700'000, 'x');
+  const std::string bytes = compressed(content);
+  write_file("a.dat.nc.gz", bytes);
+  const auto message = [](const FreeSpace& room) {
+    const Outcome result = condense("a.dat.nc.gz", room);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    return result.messages.substr(0, result.messages.find('\n'));
+  };
+  EXPECT_EQ(message([](const std::string&) { return 600'000; }),
+            "tersify: not enough room for 'a.dat.new.nc': it takes about 700004 bytes, "
+            "and 600000 are free");
+  EXPECT_EQ(folder_content().size(), 1U);
+
+  write_file("a.dat.new.nc.part", "of a run that was killed");
+  EXPECT_TRUE(message(system_free_space).starts_with("tersify: 'a.dat.nc.gz'"));
+  EXPECT_TRUE(folder_content() == (Files{{"a.dat.nc.gz", bytes}}));
+
+  write_file("a.dat.nc.gz", damaged_at(bytes, bytes.size() - 8));
+  EXPECT_EQ(message(system_free_space),
+            "tersify: the compressed file 'a.dat.nc.gz' is damaged: incorrect data "
+            "check");
+  EXPECT_EQ(folder_content().size(), 1U);
+
+  std::filesystem::create_directory("a.dat.new.nc.part");
+  EXPECT_EQ(message(system_free_space),
+            "tersify: cannot write 'a.dat.new.nc.part': Is a directory");
+}
+
+TEST(Gzip, WhatIsDecompressedTakesNoInputsPlace) {
+  const TemporaryFolder folder;
+  const std::string bytes = compressed("CDF\x01 and more");
+  write_file("a.dat.nc.gz", bytes);
+  std::filesystem::create_hard_link("a.dat.nc.gz", "a.dat.new.nc.part");
+  EXPECT_EQ(condense("a.dat.nc.gz").messages,
+            "tersify: 'a.dat.new.nc.part' is the same file as 'a.dat.nc.gz'; nothing "
+            "was written\ntersify: not condensed: 'a.dat.nc.gz'\n");
+  EXPECT_TRUE(file_content("a.dat.nc.gz") == bytes);
+}
+
 TEST(Gzip, TheCopyTakesNoInputsPlace) {
   const TemporaryFolder folder;
   const std::string bytes = compressed(kTwelve);
