@@ -12,13 +12,14 @@ import dataclasses
 import io
 import pathlib
 import re
-import statistics
 import subprocess
 import sys
 
+import extract
 import machine
 from searches import LEAVE_AT_THE_MENU, Search, answers
 from stage import Stage, tell
+from tables import print_table, take_turns, verdict
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 PAGE = TOP / "docs" / "performance.md"
@@ -44,37 +45,6 @@ JOBS = {
     "M": Job(EUROPE, 15, 1.5, 2.0, 32),
     "L": Job(GLOBE, 7, 1.6, 2.5, 256),
 }
-
-
-class Runs:
-    """What the runs of one kind took: seconds, and the highest peak in MiB."""
-
-    def __init__(self, taken):
-        self.median = statistics.median(run.seconds for run in taken)
-        self.least = min(run.seconds for run in taken)
-        self.most = max(run.seconds for run in taken)
-        self.peak = max(run.peak for run in taken)
-
-    def seconds(self):
-        return f"{self.median:.4f} ({self.least:.4f}-{self.most:.4f})"
-
-    def ratio(self, base):
-        return f"{self.median / base.median:.2f}"
-
-
-def take_turns(rounds, *actions):
-    """Runs the actions in turn, once to warm up and then `rounds` times."""
-    taken = [[action() for action in actions] for _ in range(1 + rounds)]
-    return [Runs(runs) for runs in zip(*taken[1:])]
-
-
-def print_table(heading, rows):
-    """A Markdown table; the first column holds text, the others numbers."""
-    print("| " + " | ".join(heading) + " |")
-    print("|---" + "|---:" * (len(heading) - 1) + "|")
-    for row in rows:
-        print("| " + " | ".join(str(entry) for entry in row) + " |", flush=True)
-    print()
 
 
 def new_outputs(stage, variable, typed):
@@ -103,12 +73,6 @@ def limit_and_session(stage, search, rounds):
         lambda: new_outputs(stage, "pre", typed),
     )
     return limit, session, cells
-
-
-def verdict(value, goal, must):
-    if value <= goal:
-        return "goal"
-    return "must" if value <= must else "missed"
 
 
 def measure_start(stage, rounds):
@@ -320,6 +284,7 @@ WHAT = {
     "growth": measure_growth,
     "variance": measure_variance,
     "micro": measure_loops,
+    "extract": extract.measure,
 }
 
 

@@ -1,0 +1,40 @@
+"""Runs that take turns, and their tables in Markdown."""
+
+import statistics
+
+
+class Runs:
+    """What the runs of one kind took: seconds, and the highest peak in MiB."""
+
+    def __init__(self, taken):
+        self.median = statistics.median(run.seconds for run in taken)
+        self.least = min(run.seconds for run in taken)
+        self.most = max(run.seconds for run in taken)
+        self.peak = max(run.peak for run in taken)
+
+    def seconds(self):
+        return f"{self.median:.4f} ({self.least:.4f}-{self.most:.4f})"
+
+    def ratio(self, base):
+        return f"{self.median / base.median:.2f}"
+
+
+def take_turns(rounds, *actions):
+    """Runs the actions in turn, once to warm up and then `rounds` times."""
+    taken = [[action() for action in actions] for _ in range(1 + rounds)]
+    return [Runs(runs) for runs in zip(*taken[1:])]
+
+
+def print_table(heading, rows):
+    """A Markdown table; the first column holds text, the others numbers."""
+    print("| " + " | ".join(heading) + " |")
+    print("|---" + "|---:" * (len(heading) - 1) + "|")
+    for row in rows:
+        print("| " + " | ".join(str(entry) for entry in row) + " |", flush=True)
+    print()
+
+
+def verdict(value, goal, must):
+    if value <= goal:
+        return "goal"
+    return "must" if value <= must else "missed"
