@@ -1,0 +1,93 @@
+// The table of sites of veldmark-extract: any bytes. What is accepted must be what a
+// plain twin reads, and what the twin reads must be accepted.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "extract/csv_series.h"
+#include "extract/sites_file.h"
+#include "reached.h"
+#include "require.h"
+#include "sites_twin.h"
+#include "support/scratch_folder.h"
+#include "util/failure.h"
+
+namespace veldmark::fuzz {
+namespace {
+
+using extract::SiteTable;
+using testing::ScratchFolder;
+using testing::write_file;
+
+const std::string& file_name() {
+  static const ScratchFolder folder;
+  static const std::string name = (folder.path() / "sites.csv").string();
+  return name;
+}
+
+// The table, or nothing when it is refused.
+std::optional<SiteTable> read_table(const std::string& text) {
+  write_file(file_name(), text);
+  try {
+    return extract::read_sites(file_name());
+  } catch (const Failure& failure) {
+    const std::string_view message = failure.what();
+    require(message.starts_with("'" + file_name() + "': "), "a refusal names the file",
+            message);
+    return std::nullopt;
+  }
+}
+
+void check_sites(const SiteTable& table, const PlainSites& expected,
+                 const std::string& text) {
+  require(table.header == expected.records.front(), "the header is the twin's", text);
+  require(table.sites.size() == expected.sites.size(), "the sites are counted", text);
+  for (std::size_t i = 0; i < table.sites.size(); ++i) {
+    const extract::Site& site = table.sites[i];
+    const PlainSite& plain = expected.sites[i];
+    require(site.fields == expected.records[i + 1], "the columns are the twin's", text);
+    require(site.point.latitude == plain.latitude &&
+                site.point.longitude == plain.longitude,
+            "the place is the twin's", text);
+    require(extract::site_title(table, i) == plain.title, "the name is the twin's",
+            text);
+  }
+}
+
+// The columns are written as CSV, and must be read back as they were.
+void check_columns_written(const SiteTable& table) {
+  for (const extract::Site& site : table.sites) {
+    std::string line;
+    for (const std::string& field : site.fields) {
+      line += (line.empty() ? "" : ",") + extract::csv_field(field);
+    }
+    const auto records = PlainCsv(line + "\n").records();
+    require(records && records->size() == 1 && records->front() == site.fields,
+            "the columns are carried through", line);
+  }
+}
+
+void check(const std::string& text) {
+  const std::optional<SiteTable> table = read_table(text);
+  const std::optional<PlainSites> expected = plain_sites(text);
+  reached(table ? "tables read" : "tables refused");
+  require(table.has_value() == expected.has_value(),
+          "a table is accepted when its twin accepts it", text);
+  if (!table) return;
+  reached("sites read", table->sites.size());
+  check_sites(*table, *expected, text);
+  check_columns_written(*table);
+}
+
+}  // namespace
+}  // namespace veldmark::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  veldmark::fuzz::check(std::string(reinterpret_cast<const char*>(data), size));
+  return 0;
+}
