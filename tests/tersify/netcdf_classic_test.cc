@@ -4,44 +4,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
-#include <vector>
 
+#include "support/classic_netcdf.h"
 #include "tersify/netcdf_fault.h"
 
 namespace veldmark::tersify {
 namespace {
 
-// Writes headers of a version.
-struct Header {
-  int version;
-  std::string bytes = "CDF" + std::string(1, static_cast<char>(version));
-
-  Header& number(std::uint64_t value, int width) {
-    for (int i = width - 1; i >= 0; --i) {
-      bytes += static_cast<char>(value >> (8 * i) & 0xff);
-    }
-    return *this;
-  }
-
-  Header& word(std::uint64_t value) { return number(value, 4); }
-  Header& count(std::uint64_t value) { return number(value, version == 5 ? 8 : 4); }
-  Header& offset(std::uint64_t value) { return number(value, version == 1 ? 4 : 8); }
-
-  Header& name(const std::string& text) {
-    count(text.size());
-    bytes += text + std::string((4 - text.size() % 4) % 4, '\0');
-    return *this;
-  }
-
-  Header& no_list() { return word(0).count(0); }
-
-  Header& text_attribute(const std::string& text) {
-    return name("a").word(2).name(text);
-  }
-};
+using Header = veldmark::testing::ClassicHeader;
 
 std::uint64_t least(const std::string& bytes) {
   std::string rest = bytes;
@@ -52,26 +27,35 @@ std::uint64_t least(const std::string& bytes) {
   });
 }
 
-constexpr std::uint64_t kFloat = 5;
-constexpr std::uint64_t kShort = 3;
-
 // time (unlimited, `records` now), lat 3, lon 5; lon(lon) at 200; of each record
 // tmp(time, lat, lon) at 300 and, where there are two, stn(time) of shorts behind it.
 std::string header(int version, std::uint64_t records, bool two) {
-  Header header{version};
+  Header header(version);
   header.count(records);
-  header.word(10).count(3);
+  header.list(Header::kDimensions, 3);
   header.name("time").count(0).name("lat").count(3).name("lon").count(5);
-  header.word(12).count(1).text_attribute("a history");
-  header.word(11).count(two ? 3 : 2);
-  header.name("lon").count(1).count(2).no_list().word(kFloat).count(20).offset(200);
+  header.list(Header::kAttributes, 1).text_attribute("a", "a history");
+  header.list(Header::kVariables, two ? 3 : 2);
+  header.name("lon")
+      .count(1)
+      .count(2)
+      .no_list()
+      .word(Header::kFloat)
+      .count(20)
+      .offset(200);
   header.name("tmp").count(3).count(0).count(1).count(2);
-  header.word(12).count(2).text_attribute("x").text_attribute("");
-  header.word(kFloat).count(60).offset(300);
+  header.list(Header::kAttributes, 2).text_attribute("a", "x").text_attribute("a", "");
+  header.word(Header::kFloat).count(60).offset(300);
   if (two) {
-    header.name("stn").count(1).count(0).no_list().word(kShort).count(4).offset(360);
+    header.name("stn")
+        .count(1)
+        .count(0)
+        .no_list()
+        .word(Header::kShort)
+        .count(4)
+        .offset(360);
   }
-  return header.bytes;
+  return header.bytes();
 }
 
 TEST(LeastClassicSize, CountsTheLastRecord) {
@@ -87,20 +71,20 @@ TEST(LeastClassicSize, WithoutRecordsTheOtherVariablesCount) {
 }
 
 TEST(LeastClassicSize, ASingleVariableOfRecordsIsNotPadded) {
-  Header header{1};
-  header.count(3).word(10).count(1).name("time").count(0).no_list();
-  header.word(11).count(1).name("v").count(1).count(0).no_list();
-  header.word(kShort).count(4).offset(100);
-  EXPECT_EQ(least(header.bytes), 100U + 3 * 2);
+  Header header(1);
+  header.count(3).list(Header::kDimensions, 1).name("time").count(0).no_list();
+  header.list(Header::kVariables, 1).name("v").count(1).count(0).no_list();
+  header.word(Header::kShort).count(4).offset(100);
+  EXPECT_EQ(least(header.bytes()), 100U + 3 * 2);
 }
 
 TEST(LeastClassicSize, SizesDontOverflow) {
-  Header header{5};
-  header.count(1).word(10).count(2);
+  Header header(5);
+  header.count(1).list(Header::kDimensions, 2);
   header.name("a").count(1ULL << 62).name("b").count(1ULL << 62).no_list();
-  header.word(11).count(1).name("v").count(2).count(0).count(1).no_list();
-  header.word(kFloat).count(0).offset(100);
-  EXPECT_EQ(least(header.bytes), std::numeric_limits<std::uint64_t>::max());
+  header.list(Header::kVariables, 1).name("v").count(2).count(0).count(1).no_list();
+  header.word(Header::kFloat).count(0).offset(100);
+  EXPECT_EQ(least(header.bytes()), std::numeric_limits<std::uint64_t>::max());
 }
 
 TEST(LeastClassicSize, IsZeroForOtherFiles) {
@@ -127,13 +111,19 @@ TEST(LeastClassicSize, AHeaderThatEndsTooEarlyIsAFault) {
 }
 
 TEST(LeastClassicSize, WhatIsNoHeaderIsAFault) {
-  Header header{1};
+  Header header(1);
   header.count(0).no_list().no_list();
-  header.word(11).count(1).name("v").count(1).count(0);
-  expect_fault("the file's header is damaged", header.bytes);
-  Header other{1};
-  other.count(0).no_list().word(12).count(1).name("a").word(99).count(1).word(0);
-  expect_fault("the file's header is damaged", other.bytes);
+  header.list(Header::kVariables, 1).name("v").count(1).count(0);
+  expect_fault("the file's header is damaged", header.bytes());
+  Header other(1);
+  other.count(0)
+      .no_list()
+      .list(Header::kAttributes, 1)
+      .name("a")
+      .word(99)
+      .count(1)
+      .word(0);
+  expect_fault("the file's header is damaged", other.bytes());
 }
 
 }  // namespace
