@@ -17,15 +17,22 @@ struct Signature {
 using namespace std::string_view_literals;
 
 constexpr std::array kSignatures{
-    Signature{"\x1f\x8b"sv, "is compressed: decompress it with gzip -d"},
+    Signature{
+        "\x1f\x8b"sv,
+        "is compressed: decompress it with gzip -d (tersify condenses a published "
+        "file as it is)"},
     Signature{"BZh"sv, "is compressed: decompress it with bzip2 -d"},
     Signature{"\xfd"
               "7zXZ"sv,
               "is compressed: decompress it with xz -d"},
     Signature{"\x28\xb5\x2f\xfd"sv, "is compressed: decompress it with zstd -d"},
     Signature{"PK\x03\x04"sv, "is an archive: unpack it with unzip"},
-    Signature{"CDF"sv, "is a netCDF file, no condensed grid file"},
-    Signature{"\x89HDF"sv, "is a netCDF-4 or HDF5 file, no condensed grid file"},
+    Signature{
+        "CDF"sv,
+        "is a netCDF file, no condensed grid file; tersify condenses published ones"},
+    Signature{"\x89HDF"sv,
+              "is a netCDF-4 or HDF5 file, no condensed grid file; tersify condenses "
+              "published ones"},
 };
 
 std::size_t count_words(std::string_view line) {
@@ -61,6 +68,10 @@ std::string describe_other_file(const std::string& name, std::string_view head) 
   if (line.size() != kLineLength && count_words(line) == kGridColumns) {
     return in_quotes(name) + " is in the published form: condense it with tersify " +
            name;
+  }
+  if (line.size() == head.size() && line.size() <= kLineLength) {
+    return in_quotes(name) + " is no condensed grid file: it ends in its first line, " +
+           "after " + std::to_string(line.size()) + " of 3600 characters";
   }
   return in_quotes(name) + " is no condensed grid file: its first line has " +
          (line.size() == head.size() ? "at least " : "") + std::to_string(line.size()) +

@@ -528,9 +528,13 @@ TEST(ExtractInput, IsToldWhatItIs) {
   write_file("e", "");
   expect_failure({"e"}, 1, "'e' is empty");
   write_file("z", "\x1f\x8b rest");
-  expect_failure({"z"}, 1, "'z' is compressed: decompress it with gzip -d");
+  expect_failure({"z"}, 1,
+                 "'z' is compressed: decompress it with gzip -d (tersify condenses a "
+                 "published file as it is)");
   write_file("n", "CDF\x01");
-  expect_failure({"n"}, 1, "'n' is a netCDF file, no condensed grid file");
+  expect_failure({"n"}, 1,
+                 "'n' is a netCDF file, no condensed grid file; tersify condenses "
+                 "published ones");
   std::string published;
   for (int i = 0; i < 720; ++i) {
     published += "  -999";

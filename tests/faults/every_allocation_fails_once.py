@@ -75,7 +75,7 @@ def main() -> int:
     options = parser.parse_args()
     started = time.monotonic()
     sums = play_scenes(options.shim, options.programs, options.scenes, try_all)
-    note_figures("memory", sums)
+    note_figures("memory." + "-".join(options.scenes), sums)
     counted = "%d requests for memory refused, %d complaints" % (
         sums["requests"],
         sums["complaints"],
