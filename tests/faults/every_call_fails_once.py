@@ -90,7 +90,7 @@ LEAST = {
     "extract-sites": (380, 70),
     "extract-tsf": (345, 80),
     "extract-tsf-replaced": (340, 79),
-    "extract-netcdf": (450, 90),
+    "extract-netcdf": (600, 150),
 }
 SHARE_SANITIZED = 0.6
 CANNOT_FAIL = {"exit_group", "rt_sigaction", "geteuid", "futex"}

@@ -328,6 +328,7 @@ class PartFiles(Scene):
     """
 
     notes = ""
+    ORDER = "flock (write )+fsync "  # what is done to a part before it is renamed
 
     def __init__(
         self,
@@ -353,7 +354,7 @@ class PartFiles(Scene):
             names = [one.name for one in calm.calls[:place] if one.file == call.file]
             opened = len(names) - names[::-1].index("openat")
             steps = [name for name in names[opened:] if name in STEPS_OF_PART]
-            if not re.fullmatch("flock (write )+(close )?fsync ", "".join(step + " " for step in steps)):
+            if not re.fullmatch(self.ORDER, "".join(step + " " for step in steps)):
                 return "%s is renamed after: %s" % (call.file, " ".join(steps))
         return ""
 
