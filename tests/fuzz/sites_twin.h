@@ -122,7 +122,9 @@ inline std::optional<double> plain_degrees(const std::string& field) {
   errno = 0;
   char* end = nullptr;
   const double value = std::strtod(text.c_str(), &end);
-  if (end != text.c_str() + text.size() || errno != 0) return std::nullopt;
+  // Numbers that are too small for all their digits are told as well.
+  const bool out_of_range = errno != 0 && (value == 0 || std::isinf(value));
+  if (end != text.c_str() + text.size() || out_of_range) return std::nullopt;
   return value;
 }
 
