@@ -21,7 +21,8 @@ from typing import Callable, Dict, Iterator, List, Tuple
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "faults"))
 
-from scenes import NORMAL, loose_grid, search  # noqa: E402
+from scene_rules import NORMAL, loose_grid  # noqa: E402
+from session_rules import search  # noqa: E402
 
 DATA = "cru_ts4.01.1901.2016.tmp.dat.new"
 OUTPUTS = (DATA + ".TSF", DATA + ".XY")

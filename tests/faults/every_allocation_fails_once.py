@@ -4,7 +4,7 @@
     every_allocation_fails_once.py SHIM PROGRAM_FOLDER SCENE...
 
 SHIM is failing_memory.so.  The scene is played undisturbed, to count the requests, and
-then once for each of them.  What must come of it is in scenes.py.  The exit status is 1
+then once for each of them.  What must come of it is in *_rules.py.  The exit status is 1
 when anything was wrong.  Not for programs with an address sanitizer.
 """
 

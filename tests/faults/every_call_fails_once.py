@@ -5,7 +5,7 @@
 
 SHIM is failing_calls.so.  The scene is first played undisturbed, to learn which calls it
 makes; then once for every call and everything that can go wrong with it.  What must come
-of it is in scenes.py.  The exit status is 1 when anything was wrong.
+of it is in *_rules.py.  The exit status is 1 when anything was wrong.
 
 --sanitized    the programs are built with sanitizers, which make calls of their own:
                calls about no file are left alone

@@ -8,14 +8,14 @@ from pathlib import Path
 from typing import Dict, List, Optional, Sequence
 
 from fault_runs import Bench, Call, Content, Fault, Outcome, end_of
-from scenes import (
+from part_file_rules import PartFiles
+from scene_rules import (
     COLUMNS,
     KEEPS_PART,
     MONTHS,
     NOTES,
     OF_NO_CONSEQUENCE,
     ROWS,
-    PartFiles,
     is_taken_up,
     reason,
 )

@@ -6,7 +6,9 @@ from pathlib import Path
 from typing import Dict, List, Optional
 
 from fault_runs import Bench, Content, Fault
-from scenes import MEMORY, NOTES, PartFiles, raw_text
+from part_file_rules import PartFiles
+from scene_rules import MEMORY, NOTES
+from scenes import raw_text
 
 NAME = "a.dat.gz"
 COPY = "a.dat.new"

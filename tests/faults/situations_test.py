@@ -26,7 +26,9 @@ from pathlib import Path
 from typing import Callable, Dict, Iterable, List, Optional, Sequence, Set
 
 from fault_runs import STAND_IN, expect_signals, files_of, status_of
-from scenes import NORMAL, loose_grid, raw_text, report, search, series_text
+from scene_rules import NORMAL, loose_grid
+from scenes import raw_text, series_text
+from session_rules import report, search
 
 MOST_SECONDS = 60
 NOBODY = 65534

@@ -1,0 +1,219 @@
+"""What must come of a fault in a conversation with veldmark."""
+
+import errno
+import os
+import re
+import signal
+from typing import Dict, List, Sequence, Set, Tuple
+
+from fault_runs import END_OF_INPUT, Bench, Call, Content, Fault, Outcome, Scene, end_of
+from scene_rules import (
+    MEMORY,
+    NORMAL,
+    OF_NO_CONSEQUENCE,
+    is_at_the_end,
+    is_lost_message,
+    is_taken_up,
+    reason,
+)
+
+
+def latitude(row: int) -> float:
+    """The southern edge of a row."""
+    return -90 + (row - 1) * 0.5
+
+
+def in_two(answer: str) -> str:
+    """An answer that arrives in two pieces."""
+    return answer[:1] + END_OF_INPUT.decode() + answer[1:]
+
+
+def second_pieces(answers: Sequence[str]) -> Set[int]:
+    """Which readings get the rest of an answer, counted from 1."""
+    found = set()
+    readings = 0
+    for answer in answers:
+        pieces = 1 + answer.count(END_OF_INPUT.decode())
+        found.update(range(readings + 2, readings + pieces + 1))
+        readings += pieces
+    return found
+
+
+def search(
+    variable: int, rows: Tuple[int, int], columns: Tuple[int, int], *rest: str
+) -> List[str]:
+    """The answers of a pass from the menu to the variance test."""
+    box = [latitude(rows[1] + 1), latitude(rows[0])]
+    box += [(column - 1) * 0.5 - 180 for column in (columns[1] + 1, columns[0])]
+    corners = ["%.1f" % corner for corner in box]
+    return ["", "", str(variable), "", "", *corners, "T", *map(in_two, rest)]
+
+
+MARK = re.compile(rb"^\$ .*\n", re.MULTILINE)  # of a shell command
+SAVING = rb"\n  Saving Cell data : "  # the heading of a search's table
+CELL_LINE = re.compile(rb"^ {2} *\d+ +-?\d+\.\d{3} +-?\d+\.\d{3} .*\n", re.MULTILINE)
+
+
+def said_before(calm: Outcome, call: Call, searches: Sequence[Sequence[str]]) -> bytes:
+    """What the screen shows at the least when a call fails: a cell is in the table before
+    its series goes to the file, and nothing that was said may be lost with the run."""
+    if call not in calm.calls or not call.file.endswith(".TSF"):
+        return b""
+    size = call.size if call.name == "write" else 0
+    for earlier in calm.calls[: calm.calls.index(call)]:
+        if earlier.name == "write" and earlier.file == call.file:
+            size += earlier.result
+    _, _, content = calm.files[call.file].partition(b" ")
+    cells = content[:size].count(b"RFMT=")
+    number = next(i for i, names in enumerate(searches) if call.file in names)
+    tables = [found.end() for found in re.finditer(SAVING, calm.screen)]
+    lines = list(CELL_LINE.finditer(calm.screen, tables[number]))
+    return calm.screen[: lines[cells - 1].end()] if cells else b""
+
+
+class Session(Scene):
+    """A conversation with veldmark.
+
+    passes    of each pass the grid file, and its outputs' endings
+    """
+
+    CHANNELS = {".TSF": 14, ".XY": 15, ".ftst": 16}
+
+    def __init__(
+        self,
+        bench: Bench,
+        program: str,
+        files: Dict[str, Content],
+        answers: Sequence[str],
+        passes: Sequence[Tuple[str, Sequence[str]]],
+    ) -> None:
+        streams = ["standard-input", "standard-output", "standard-error"]
+        super().__init__(bench, [program], files, answers, waits_for=streams)
+        self.second_pieces = second_pieces(answers)
+        self.grids = [grid for grid, _ in passes]
+        self.outputs = [[grid + ending for ending in endings] for grid, endings in passes]
+
+    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        said = said_before(calm, call, self.outputs)
+        if not fault.what.startswith("signal") and not outcome.screen.startswith(said):
+            return "what was said before is lost: %r" % outcome.screen[-200:]
+        found = self.broken_rule(calm, fault, outcome)
+        return found or self.unlike_expected(calm, fault, call, outcome)
+
+    def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
+        """What must never be, whatever failed."""
+        allowed = (0, 255) if not fault.what.startswith("signal") else (-signal.SIGINT,)
+        if outcome.status not in allowed:
+            return "ended with %s" % (end_of(outcome),)
+        claims = outcome.screen.count(NORMAL)
+        if claims > len(self.outputs):
+            return "claims too much"
+        for names in self.outputs[:claims]:
+            for name in names:
+                if outcome.files.get(name) != calm.files[name]:
+                    return "%s is claimed, but not what it should be" % name
+        begun = sum(self.outputs[: claims + 1], [])
+        for name in sorted(set(self.at_first) | set(outcome.files)):
+            changed = outcome.files.get(name) != self.at_first.get(name)
+            if changed and name not in begun:
+                return "the file %s changed" % name
+        return ""
+
+    def unlike_expected(
+        self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome
+    ) -> str:
+        if fault.what.startswith("signal"):
+            return "" if calm.screen.startswith(outcome.screen) else "the screen differs"
+        if fault.what == "end" and fault.file == "standard-input":
+            # A last line without its end is a line; what it means is the dialogue's.
+            if fault.number in self.second_pieces:
+                return ""
+        if is_lost_message(fault):
+            same = outcome.status == calm.status and outcome.screen == calm.screen
+            return "" if same else "ended with %s" % (end_of(outcome),)
+        if fault.name == "system":
+            return self.unlike_unlisted(calm, fault, outcome)
+        reports = self.reports(fault)
+        if "" in reports or is_at_the_end(fault, call):
+            differences = outcome.differs_from(calm)
+            if not differences:
+                return ""
+            reports = [report for report in reports if report]
+            if not reports:
+                return differences
+        claims = outcome.screen.count(NORMAL)
+        for grid, names in list(zip(self.grids, self.outputs))[:claims]:
+            if fault.file in [grid, *names]:
+                return "claims success of a search after a fault in it"
+        return self.unlike_reported(calm, reports, outcome)
+
+    def unlike_reported(self, calm: Outcome, reports: List[str], outcome: Outcome) -> str:
+        said = outcome.errors.decode()
+        early_end = b"\n End Of File Reached Prematurely :"
+        if outcome.status == 0 and early_end.decode() in reports:
+            if early_end in outcome.screen and not said:
+                return ""
+        if said not in reports or outcome.status != 255:
+            return "no report, or another one: %s" % (end_of(outcome),)
+        # Nothing more was said after what failed.
+        return "" if calm.screen.startswith(outcome.screen) else "the screen differs"
+
+    def unlike_unlisted(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
+        """Without the mark that one command leaves, all must be as before."""
+        mark = list(MARK.finditer(calm.screen))[fault.number - 1]
+        unlisted = calm.screen[: mark.start()] + calm.screen[mark.end() :]
+        rest = Outcome(calm.status, unlisted, calm.errors, calm.files)
+        return outcome.differs_from(rest)
+
+    def reports(self, fault: Fault) -> List[str]:
+        """The reports on standard error that are right; "" where nothing may differ."""
+        if fault.name == "fstatat" and fault.file not in self.files and not self.outputs:
+            # Whether the data file is there could not be seen, and it is not.
+            return ["", report("Cannot open file: " + fault.file, "OPEN", 13)]
+        ending = os.path.splitext(fault.file)[1]
+        if fault.name == "fstat" and ending in self.CHANNELS:
+            # What a file is must be known before it is emptied.
+            return [report("Cannot open file: " + fault.file, "OPEN", self.CHANNELS[ending])]
+        if is_taken_up(fault) or fault.name in OF_NO_CONSEQUENCE | {"fcntl"}:
+            return [""]
+        if fault.name in MEMORY:
+            return ["", report("Not enough memory", "READ", 13)]
+        if fault.name == "flock" and fault.error() != errno.EWOULDBLOCK:
+            return [""]  # a file system without locks
+        if fault.file == "standard-input":
+            past_end = report("Attempt to read past end of file", "READ", 5)
+            if fault.what == "end":
+                return [past_end]
+            return [cannot("read", "standard input", fault, "READ", 5)]
+        if fault.file == "standard-output":
+            return [cannot("write", "standard output", fault, "WRITE", 5)]
+        if fault.file in self.grids:
+            return self.reports_of_grid(fault)
+        channel = self.CHANNELS[ending]
+        if fault.name in ("open", "openat", "ftruncate"):
+            return [report("Cannot open file: " + fault.file, "OPEN", channel)]
+        if fault.name == "flock":
+            locked = "Cannot open file: %s: another run is writing it" % fault.file
+            return [report(locked, "OPEN", channel)]
+        return [cannot("write", fault.file, fault, "WRITE", channel)]
+
+    def reports_of_grid(self, fault: Fault) -> List[str]:
+        if fault.what == "end" or fault.what.startswith("shrink"):
+            if fault.name == "pread" and fault.what == "end":
+                return [""]  # read again, line by line
+            past_end = report("Attempt to read past end of file", "READ", 13)
+            return [past_end, "\n End Of File Reached Prematurely :"]
+        if fault.name in ("open", "openat"):
+            return [report("Cannot open file: " + fault.file, "OPEN", 13)]
+        if fault.name in ("close", "pread"):
+            return [""]
+        return [cannot("read", fault.file, fault, "READ", 13)]
+
+
+def report(message: str, operation: str, channel: int) -> str:
+    return "Run-time error:\n%s\n? %s(UNIT=%d,...\n" % (message, operation, channel)
+
+
+def cannot(verb: str, name: str, fault: Fault, operation: str, channel: int) -> str:
+    message = "Cannot %s file: %s: %s" % (verb, name, reason(fault))
+    return report(message, operation, channel)
