@@ -11,6 +11,9 @@ namespace {
 
 void declare_options(CLI::App& app, Arguments& arguments) {
   app.set_help_flag();  // --help is one of ours
+  const auto add_flag = [&app](const std::string& name, bool& given) {
+    app.add_flag(name, given)->disable_flag_override();  // no --quiet=no
+  };
   app.add_option("INPUT", arguments.input);
   app.add_option("--variable", arguments.variable);
   app.add_option("--first-year", arguments.first_year);
@@ -25,21 +28,25 @@ void declare_options(CLI::App& app, Arguments& arguments) {
   app.add_option("-o,--output", arguments.output);
   app.add_option("--format", arguments.format);
   app.add_option("--deflate", arguments.deflate);
-  app.add_flag("--area-mean", arguments.area_mean);
-  app.add_flag("--wide", arguments.wide);
-  app.add_flag("--stored", arguments.stored);
-  app.add_flag("--tsf-rule", arguments.tsf_rule);
-  app.add_flag("--overwrite", arguments.overwrite);
-  app.add_flag("--quiet", arguments.quiet);
-  app.add_flag("--cite", arguments.cite);
-  app.add_flag("--help", arguments.help);
-  app.add_flag("--version", arguments.version);
+  add_flag("--area-mean", arguments.area_mean);
+  add_flag("--wide", arguments.wide);
+  add_flag("--stored", arguments.stored);
+  add_flag("--tsf-rule", arguments.tsf_rule);
+  add_flag("--overwrite", arguments.overwrite);
+  add_flag("--quiet", arguments.quiet);
+  add_flag("--cite", arguments.cite);
+  add_flag("--help", arguments.help);
+  add_flag("--version", arguments.version);
 }
 
-// What is wrong with an option that stands there twice or has no value. The parser's
-// own text begins with the option's name.
-std::string count_fault(const std::string& parser_text) {
-  const std::string name = parser_text.substr(0, parser_text.find(':'));
+// What is wrong with an option that stands there twice, has no value, or has one that
+// it doesn't take. The parser's own text begins with the option's name, there without
+// its hyphens.
+std::string option_fault(const std::string& parser_text) {
+  const std::string name = parser_text.substr(0, parser_text.find_first_of(": "));
+  if (parser_text.find("override") != std::string::npos) {
+    return "--" + name + " takes no value";
+  }
   const bool twice = parser_text.find("At Most") != std::string::npos ||
                      parser_text.find("at most") != std::string::npos;
   return name + (twice ? " stands there more than once" : " needs a value");
@@ -65,10 +72,8 @@ Arguments read_arguments(std::span<const std::string> words) {
   std::vector<std::string> reversed(words.rbegin(), words.rend());  // what it takes
   try {
     app.parse(reversed);
-  } catch (const CLI::ArgumentMismatch& error) {
-    throw UsageError(count_fault(error.what()));
   } catch (const CLI::ParseError& error) {
-    throw UsageError(error.what());
+    throw UsageError(option_fault(error.what()));
   }
   if (!app.remaining().empty()) {
     throw UsageError(unknown_fault(app));

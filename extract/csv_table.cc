@@ -18,32 +18,38 @@
 namespace veldmark::extract {
 namespace {
 
-// What the parser's callbacks fill in. They are called from C, so nothing may be thrown
-// through them: running out of memory is noted and told afterwards.
+// What the parser's callbacks fill in.
 struct Collected {
   std::vector<CsvRecord> records;
   std::vector<std::string> fields;
   bool out_of_memory = false;
 };
 
-extern "C" void take_field(void* text, std::size_t size, void* data) {
-  auto* collected = static_cast<Collected*>(data);
+// Does what a callback has to do. It is called from C, so nothing may be thrown through
+// it: running out of memory is noted and told afterwards.
+template <typename Action>
+void without_throwing(Collected& collected, Action action) {
   try {
-    collected->fields.emplace_back(static_cast<const char*>(text), size);
+    action();
   } catch (const std::bad_alloc&) {
-    collected->out_of_memory = true;
+    collected.out_of_memory = true;
   }
 }
 
+extern "C" void take_field(void* text, std::size_t size, void* data) {
+  auto& collected = *static_cast<Collected*>(data);
+  without_throwing(collected, [&] {
+    collected.fields.emplace_back(static_cast<const char*>(text), size);
+  });
+}
+
 extern "C" void take_record(int /*end*/, void* data) {
-  auto* collected = static_cast<Collected*>(data);
-  try {
-    collected->records.push_back(
-        {collected->records.size() + 1, std::move(collected->fields)});
-    collected->fields = {};
-  } catch (const std::bad_alloc&) {
-    collected->out_of_memory = true;
-  }
+  auto& collected = *static_cast<Collected*>(data);
+  without_throwing(collected, [&] {
+    collected.records.push_back(
+        {collected.records.size() + 1, std::move(collected.fields)});
+    collected.fields = {};
+  });
 }
 
 extern "C" int is_no_blank(unsigned char /*character*/) { return 0; }
@@ -116,7 +122,8 @@ std::size_t read_some(const std::string& name, const FileDescriptor& file, char*
 }
 
 // A file that becomes shorter while it is read may end inside a number.
-void expect_whole(const std::string& name, std::size_t size, const struct stat& opened) {
+void expect_whole(const std::string& name, std::size_t size,
+                  const struct stat& opened) {
   if (S_ISREG(opened.st_mode) && static_cast<std::int64_t>(size) < opened.st_size) {
     throw Failure("cannot read " + in_quotes(name) + ": it became shorter");
   }

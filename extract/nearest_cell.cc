@@ -24,11 +24,9 @@ std::int32_t column_reach(double latitude, double reach) {
   constexpr double kRadian = std::numbers::pi / kHalfCircle;
   constexpr double kQuarterCircle = 90;
   constexpr std::int32_t kHalfTheColumns = kGridColumns / 2;
-  if (std::abs(latitude) + reach >= kQuarterCircle) {
-    return kHalfTheColumns;
-  }
-  const double sine = std::sin(reach * kRadian) / std::cos(latitude * kRadian);
-  if (sine >= 1) {
+  const double sine = std::sin(std::min(reach, kQuarterCircle) * kRadian) /
+                      std::cos(latitude * kRadian);
+  if (sine >= 1) {  // the circle reaches a pole
     return kHalfTheColumns;
   }
   const double degrees = std::asin(sine) / kRadian;

@@ -154,12 +154,10 @@ int cite(const Options& options, const Surroundings& around) {
   return kAllIsWell;
 }
 
-// The core's faults in words.
+// The core's faults in words; it only writes here.
 std::string fault_text(const FileFault& fault) {
-  const bool read = fault.kind() == FileFault::Kind::kNotRead;
   const bool busy = fault.kind() == FileFault::Kind::kWrittenByAnotherRun;
-  return std::string("cannot ") + (read ? "read " : "write ") +
-         in_quotes(fault.name()) + ": " +
+  return "cannot write " + in_quotes(fault.name()) + ": " +
          (busy ? "another run is writing it"
                : std::generic_category().message(fault.error_number()));
 }

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "extract/csv_table.h"
 #include "catalogue/variable_name.h"
+#include "extract/csv_table.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 

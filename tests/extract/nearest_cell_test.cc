@@ -52,6 +52,21 @@ TEST(CellsAround, AreThoseOfAPlainSearchOfTheGlobe) {
   }
 }
 
+// Circles that go past a pole, around it, over the half of the globe, and over all of
+// it.
+TEST(CellsAround, AreThoseOfAPlainSearchForWideCircles) {
+  const std::vector<std::tuple<Point, double>> circles{
+      {{0.1, 0.25}, 10'030}, {{-3, 10}, 9'700},  {{60, -100}, 3'330},
+      {{60, -100}, 3'340},   {{-45, 0}, 12'000}, {{10, 10}, 1'000'000},
+  };
+  for (const auto& [point, radius] : circles) {
+    std::vector<Cell> cells = cells_around(point, radius, RowOrder::kSouthFirst);
+    std::sort(cells.begin(), cells.end());
+    ASSERT_TRUE(cells == plain_cells_around(point, radius, RowOrder::kSouthFirst))
+        << point.latitude << " " << point.longitude << " " << radius;
+  }
+}
+
 TEST(NearestCell, IsThatOfAPlainSearch) {
   std::mt19937 random(11);
   const auto has_data = [](const Cell& cell) {

@@ -82,6 +82,10 @@ TEST(SetLatitudes, RefusesWhatIsNoRange) {
             "--lat 60:50: the southern edge comes first; did you mean --lat 50:60?");
   EXPECT_EQ(fault_of_latitudes("-100:10"),
             "--lat -100:10: latitudes lie between -90 and 90; longitudes go to --lon");
+  EXPECT_EQ(fault_of_latitudes("10:100"),
+            "--lat 10:100: latitudes lie between -90 and 90; longitudes go to --lon");
+  EXPECT_EQ(fault_of_latitudes("x:60"),
+            "--lat 'x:60': give two latitudes, south first, as in --lat 50:60");
   EXPECT_EQ(fault_of_latitudes("50"),
             "--lat '50': give two latitudes, south first, as in --lat 50:60");
   EXPECT_EQ(fault_of_latitudes("50:60:70"),
@@ -118,6 +122,8 @@ TEST(ParsePoint, SaysWhenLatitudeAndLongitudeMayBeExchanged) {
             "latitude and longitude exchanged?");
   EXPECT_EQ(fault_of_point("120,100"),
             "--cell 120,100: the first number is the latitude, between -90 and 90");
+  EXPECT_EQ(fault_of_point("400,10"),
+            "--cell 400,10: the first number is the latitude, between -90 and 90");
   EXPECT_EQ(fault_of_point("10,400"),
             "--cell 10,400: the second number is the longitude, between -180 and 360");
   EXPECT_EQ(fault_of_point("10;20"),

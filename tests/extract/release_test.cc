@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "extract/citation.h"
 #include "catalogue/variable_name.h"
+#include "extract/citation.h"
 
 namespace veldmark::extract {
 namespace {

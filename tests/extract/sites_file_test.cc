@@ -82,6 +82,16 @@ TEST(SitesFile, SaysWhatIsWrong) {
             "'sites.csv': no column is headed lat or latitude");
   EXPECT_EQ(fault_of("lat,x\n1,2\n"),
             "'sites.csv': no column is headed lon, long, lng or longitude");
+  EXPECT_EQ(fault_of("lat\n1\n"),
+            "'sites.csv': no column is headed lon, long, lng or longitude");
+  EXPECT_EQ(fault_of("lat,lon\n-90.5,-91\n"),
+            "'sites.csv': record 2: the latitude -90.5 lies beyond the poles");
+  EXPECT_EQ(fault_of("lat,lon\n-120,-90\n"),
+            "'sites.csv': record 2: the latitude -120 lies beyond the poles; are "
+            "latitude and longitude exchanged?");
+  EXPECT_EQ(fault_of("lat,lon\n12,-180.5\n"),
+            "'sites.csv': record 2: the longitude -180.5 lies outside -180 to 360");
+  EXPECT_EQ(fault_of("lat,lon\n90,-180\n-90,360\n"), "");
   EXPECT_EQ(fault_of("lat,lon\n1,2\n3\n"),
             "'sites.csv': record 3 has 1 fields, the header has 2");
   EXPECT_EQ(fault_of("lat,lon\n1,2\n3,4,5\n"),
