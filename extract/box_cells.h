@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "extract/command_line.h"
+#include "extract/options.h"
 #include "selection/lattice.h"
 
 namespace veldmark::extract {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "catalogue/variable_catalogue.h"
-#include "extract/command_line.h"
+#include "extract/options.h"
 
 namespace veldmark::extract {
 

@@ -136,10 +136,6 @@ void set_values(const Arguments& arguments, Options& options) {
 
 }  // namespace
 
-std::string years_text(const Years& years) {
-  return std::to_string(years.first) + "-" + std::to_string(years.last);
-}
-
 Options parse_command_line(std::span<const std::string> arguments) {
   const Arguments given = read_arguments(arguments);
   Options options;

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "extract/command_line.h"
+#include "extract/options.h"
 #include "extract/text_output.h"
 #include "extract/value_texts.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "catalogue/variable_name.h"
-#include "extract/command_line.h"
+#include "extract/options.h"
 #include "util/file_descriptor.h"
 
 namespace veldmark::extract {

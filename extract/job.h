@@ -13,8 +13,8 @@
 
 #include "companion/run.h"
 #include "extract/cell_set.h"
-#include "extract/command_line.h"
 #include "extract/input_file.h"
+#include "extract/options.h"
 #include "extract/series_block.h"
 
 namespace veldmark::extract {

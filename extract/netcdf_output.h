@@ -9,8 +9,8 @@
 #include "extract/area_mean.h"
 #include "extract/box_cells.h"
 #include "extract/job.h"
+#include "extract/site_series.h"
 #include "extract/sites_file.h"
-#include "extract/sites_job.h"
 
 namespace veldmark::extract {
 

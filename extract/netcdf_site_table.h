@@ -9,8 +9,8 @@
 
 #include "extract/job.h"
 #include "extract/netcdf_file.h"
+#include "extract/site_series.h"
 #include "extract/sites_file.h"
-#include "extract/sites_job.h"
 
 namespace veldmark::extract {
 

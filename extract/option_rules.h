@@ -3,7 +3,7 @@
 #ifndef VELDMARK_EXTRACT_OPTION_RULES_H_
 #define VELDMARK_EXTRACT_OPTION_RULES_H_
 
-#include "extract/command_line.h"
+#include "extract/options.h"
 
 namespace veldmark::extract {
 

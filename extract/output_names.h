@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "companion/inputs.h"
-#include "extract/command_line.h"
+#include "extract/options.h"
 #include "util/part_file.h"
 
 namespace veldmark::extract {

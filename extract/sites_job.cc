@@ -13,6 +13,7 @@
 #include "extract/nearest_cell.h"
 #include "extract/netcdf_output.h"
 #include "extract/output_names.h"
+#include "extract/site_series.h"
 #include "extract/sites_file.h"
 #include "extract/text_output.h"
 #include "extract/value_texts.h"

@@ -3,21 +3,11 @@
 #ifndef VELDMARK_EXTRACT_SITES_JOB_H_
 #define VELDMARK_EXTRACT_SITES_JOB_H_
 
-#include <cstddef>
-#include <cstdint>
-#include <span>
 #include <string>
 
 #include "extract/job.h"
 
 namespace veldmark::extract {
-
-// A site and the cell that stands for it. Refers to series that must outlive it.
-struct SiteSeries {
-  std::size_t site;  // index into the table
-  Cell cell;
-  std::span<const std::int16_t> series;
-};
 
 // Extracts the cell of each site and writes the output, in the order of the table. A
 // site whose cell has no data is left out and named, unless the options allow the

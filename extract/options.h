@@ -1,0 +1,60 @@
+// What a run is to do, as the command line says it.
+
+#ifndef VELDMARK_EXTRACT_OPTIONS_H_
+#define VELDMARK_EXTRACT_OPTIONS_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "extract/place.h"
+
+namespace veldmark::extract {
+
+enum class Task { kExtract, kCite, kShowHelp, kShowVersion };
+
+enum class Format { kCsv, kTsf, kNetcdf };
+
+// Years, both included.
+struct Years {
+  std::int32_t first = 0;
+  std::int32_t last = 0;
+};
+
+// Returns "1901-2016".
+std::string years_text(const Years& years);
+
+// What to do. Every value has been checked as far as that is possible without the
+// input file: the years against those of the file are not, nor is the variable's name.
+struct Options {
+  Task task = Task::kExtract;
+
+  std::string input;  // a variable's short name or a file; empty only with --cite
+  std::optional<std::string> variable;
+  std::optional<std::int32_t> first_year;  // of the file
+
+  // At most one of the three; none means the globe.
+  std::optional<Box> box;
+  std::optional<Point> cell;
+  std::optional<std::string> sites;  // name of the file
+  std::optional<double> radius_km;
+  std::string longitude_note;  // how the longitudes were understood; empty as given
+
+  std::optional<Years> years;  // all without
+  std::int32_t every = 1;
+  bool area_mean = false;
+  std::optional<std::int32_t> variance_test;  // first year of the second period
+
+  std::optional<std::string> output;  // standard output without
+  Format format = Format::kCsv;
+  bool wide = false;
+  bool stored = false;
+  bool tsf_rule = false;
+  std::int32_t deflate = 1;
+  bool overwrite = false;
+  bool quiet = false;
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_OPTIONS_H_

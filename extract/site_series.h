@@ -1,0 +1,23 @@
+// What has been found for a site.
+
+#ifndef VELDMARK_EXTRACT_SITE_SERIES_H_
+#define VELDMARK_EXTRACT_SITE_SERIES_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "extract/place.h"
+
+namespace veldmark::extract {
+
+// A site and the cell that stands for it. Refers to series that must outlive it.
+struct SiteSeries {
+  std::size_t site;  // index into the table
+  Cell cell;
+  std::span<const std::int16_t> series;
+};
+
+}  // namespace veldmark::extract
+
+#endif  // VELDMARK_EXTRACT_SITE_SERIES_H_
