@@ -13,25 +13,38 @@
 namespace veldmark::extract {
 namespace {
 
-// The sizes of the chunks of a grid: a series of a cell and a map of a month both touch
-// few of them.
-constexpr std::size_t kChunkMonths = 240;
-constexpr std::size_t kChunkCells = 30;
+using Chunk = std::array<std::size_t, 3>;  // months, rows, columns
+
+// A cell's series and a month's map take about equally long to read from chunks of this
+// shape; others are faster for one and slower for the other (bench/netcdf_chunks). A
+// chunk of a smaller box has more months instead.
+Chunk chunk_of(std::size_t months, std::size_t rows, std::size_t columns) {
+  constexpr std::size_t kEdge = 60;
+  constexpr std::size_t kValues = kEdge * kEdge * kEdge;
+  Chunk chunk{months, std::min(kEdge, rows), std::min(kEdge, columns)};
+  chunk[0] = std::min(months, kValues / (chunk[1] * chunk[2]));
+  return chunk;
+}
 
 // Writes the values of a grid, each chunk once.
 class GridValuesWriter {
  public:
-  GridValuesWriter(NetcdfFile& file, int variable, const Job& job, const BoxCells& box,
-                   const SeriesBlock& block)
-      : file_(file), variable_(variable), job_(job), box_(box), block_(block) {}
+  GridValuesWriter(NetcdfFile& file, int variable, const Chunk& chunk, const Job& job,
+                   const BoxCells& box, const SeriesBlock& block)
+      : file_(file),
+        variable_(variable),
+        chunk_(chunk),
+        job_(job),
+        box_(box),
+        block_(block) {}
 
   void write() {
     const std::size_t row_count = box_.rows_from_south.size();
-    for (Part rows = first_part(row_count, kChunkCells); rows.count > 0;
-         rows = next_part(rows, row_count, kChunkCells)) {
-      for (Part months = first_part(block_.month_count(), kChunkMonths);
-           months.count > 0;
-           months = next_part(months, block_.month_count(), kChunkMonths)) {
+    for (Part rows = first_part(row_count, chunk_[1]); rows.count > 0;
+         rows = next_part(rows, row_count, chunk_[1])) {
+      find_series(rows);
+      for (Part months = first_part(block_.month_count(), chunk_[0]); months.count > 0;
+           months = next_part(months, block_.month_count(), chunk_[0])) {
         write_part(rows, months);
       }
     }
@@ -52,34 +65,42 @@ class GridValuesWriter {
     return {first, std::min(all - first, most)};
   }
 
-  // All columns of some rows and months.
-  void write_part(const Part& rows, const Part& months) {
-    const std::size_t columns = box_.columns_from_west.size();
-    values_.assign(months.count * rows.count * columns,
-                   static_cast<std::int16_t>(job_.input.entry.MissingCode));
+  // Finds the series of all columns of some rows; those of cells without data are
+  // empty.
+  void find_series(const Part& rows) {
+    series_.clear();
     for (std::size_t row = 0; row < rows.count; ++row) {
-      for (std::size_t column = 0; column < columns; ++column) {
-        const std::span<const std::int16_t> series =
-            block_.series({.GridY = box_.rows_from_south[rows.first + row],
-                           .GridX = box_.columns_from_west[column]});
-        if (!has_data(job_, series)) {
-          continue;
-        }
-        for (std::size_t month = 0; month < months.count; ++month) {
-          values_[(month * rows.count + row) * columns + column] =
-              series[months.first + month];
-        }
+      for (const std::int32_t column : box_.columns_from_west) {
+        const std::span<const std::int16_t> series = block_.series(
+            {.GridY = box_.rows_from_south[rows.first + row], .GridX = column});
+        series_.push_back(has_data(job_, series) ? series
+                                                 : std::span<const std::int16_t>());
+      }
+    }
+  }
+
+  // Writes some months of the series.
+  void write_part(const Part& rows, const Part& months) {
+    values_.assign(months.count * series_.size(),
+                   static_cast<std::int16_t>(job_.input.entry.MissingCode));
+    for (std::size_t cell = 0; cell < series_.size(); ++cell) {
+      for (std::size_t month = 0; month < months.count && !series_[cell].empty();
+           ++month) {
+        values_[month * series_.size() + cell] = series_[cell][months.first + month];
       }
     }
     file_.put(variable_, std::array<std::size_t, 3>{months.first, rows.first, 0},
-              std::array{months.count, rows.count, columns}, values_);
+              std::array{months.count, rows.count, box_.columns_from_west.size()},
+              values_);
   }
 
   NetcdfFile& file_;
   int variable_;
+  const Chunk& chunk_;
   const Job& job_;
   const BoxCells& box_;
   const SeriesBlock& block_;
+  std::vector<std::span<const std::int16_t>> series_;
   std::vector<std::int16_t> values_;
 };
 
@@ -94,16 +115,14 @@ void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& b
   const NetcdfAxis lat(file, "lat", latitudes_of(job, box), bounds);
   const NetcdfAxis lon(file, "lon", longitudes_of(box), bounds);
   const std::array dimensions{time.dimension(), lat.dimension(), lon.dimension()};
-  const std::array chunks{std::min(kChunkMonths, block.month_count()),
-                          std::min(kChunkCells, lat.size()),
-                          std::min(kChunkCells, lon.size())};
-  const int values = add_values(file, job, dimensions, chunks);
+  const Chunk chunk = chunk_of(block.month_count(), lat.size(), lon.size());
+  const int values = add_values(file, job, dimensions, chunk);
   describe_file(file, job);
   file.end_definitions();
   time.put(file);
   lat.put(file);
   lon.put(file);
-  GridValuesWriter(file, values, job, box, block).write();
+  GridValuesWriter(file, values, chunk, job, box, block).write();
   file.complete();
 }
 
