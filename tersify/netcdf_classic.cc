@@ -41,7 +41,7 @@ class HeaderReader {
       }
       byte = buffer_[place_++];
     }
-    const int version = mark.back();
+    const int version = static_cast<unsigned char>(mark.back());
     const bool known = version == 1 || version == 2 || version == 5;
     if (!known || std::string_view(mark.data(), mark.size() - 1) != "CDF") {
       return 0;

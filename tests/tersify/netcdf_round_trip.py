@@ -120,6 +120,35 @@ def check_index(tools, folder):
     return count
 
 
+def check_names(tools, folder):
+    """Compressed files, beside which a decompressed one comes and goes; a copy under a name
+    that the user gives."""
+    count = 0
+    stored = stored_sample("tmp", (1901, 1901))
+    for variable, name, output, options in (
+            ("tmp", "cru_ts4.01.1901.2016.tmp.dat.nc", "cru_ts4.01.1901.2016.tmp.dat.new", []),
+            ("scpdsi", "scPDSI.cru_ts3.25.nc", INDEX_NAME, ["--scpdsi"])):
+        expand(tools, "tmp", folder / "direct", 1901, *options)
+        expected = (folder / "direct").read_bytes()
+        (folder / "direct").unlink()
+        path, packed = folder / name, folder / (name + ".gz")
+        write_netcdf(path, variable, stored, Form(stations=False))
+        packed.write_bytes(gzip.compress(path.read_bytes(), 1))
+        path.unlink()
+        for command, copy in ([packed], folder / output), (
+                ["--output", folder / "other", packed], folder / "other"):
+            said = run(tools / "tersify", *command)
+            size = packed.stat().st_size
+            assert said.startswith(
+                f"wrote '{copy}': 4320 lines, {size} bytes before, {len(expected)} after\n"), said
+            assert copy.read_bytes() == expected
+            assert sorted(p.name for p in folder.iterdir()) == sorted([packed.name, copy.name])
+            copy.unlink()
+            count += 1
+        packed.unlink()
+    return count
+
+
 def invented(months, seed):
     """Values of all lengths in all cells, and missing ones."""
     rng = numpy.random.default_rng(seed)
@@ -152,6 +181,7 @@ def main():
         count = check_variables(tools, folder)
         count += check_index(tools, folder)
         count += check_invented(tools, folder)
+        count += check_names(tools, folder)
     print(f"{count} netCDF files condensed as the text and the series")
 
 
