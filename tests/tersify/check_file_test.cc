@@ -83,5 +83,17 @@ TEST(CheckFile, ACompressedFileIsAFailure) {
             "failure: 'grid' is compressed (gzip); decompress it first");
 }
 
+TEST(CheckFile, ShowsItsProgress) {
+  const TemporaryFolder folder;
+  write_file("grid", repeated(24, repeated(720, " -999") + "\n"));
+  std::ostringstream terminal;
+  double now = 0;
+  const companion::ProgressLine::Screen screen{
+      .stream = terminal, .shown = true, .clock = [&] { return ++now; }};
+  check_file("grid", kOneYear, screen);
+  EXPECT_NE(terminal.str().find("'grid': 100 % done"), std::string::npos)
+      << terminal.str();
+}
+
 }  // namespace
 }  // namespace veldmark::tersify
