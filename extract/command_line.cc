@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "catalogue/variable_name.h"
 #include "extract/arguments.h"
 #include "extract/option_rules.h"
 #include "util/failure.h"
@@ -69,19 +70,42 @@ double radius_of(std::string_view text) {
   return *radius;
 }
 
+// Returns the format that the ending of `output` stands for; csv for a name without
+// ending. An unknown ending is refused: the file would not be what its name says.
+Format format_of_ending(const std::string& output) {
+  const std::string base = output.substr(output.rfind('/') + 1);  // npos + 1 is 0
+  const std::size_t dot = base.rfind('.');
+  const std::string ending =
+      dot == std::string::npos ? "" : lower_case(base.substr(dot));
+  if (ending.size() <= 1 || ending == ".csv") {
+    return Format::kCsv;
+  }
+  if (ending == ".nc") {
+    return Format::kNetcdf;
+  }
+  const std::string fault = "--output " + in_quotes(output) + ": ";
+  if (ending == ".tsf" || ending == ".xy") {
+    const std::string stem = output.substr(0, output.size() - ending.size());
+    throw UsageError(fault + "for " + stem + ".TSF and " + stem +
+                     ".XY, give --format tsf -o " + stem);
+  }
+  throw UsageError(fault + "the ending " + base.substr(dot) +
+                   " names no format; give --format csv, tsf or netcdf");
+}
+
 Format format_of(const Arguments& arguments) {
   const std::string& name = arguments.format;
+  if (name.empty()) {
+    return format_of_ending(arguments.output);
+  }
   if (name == "csv") {
     return Format::kCsv;
   }
   if (name == "tsf") {
     return Format::kTsf;
   }
-  if (name == "netcdf" || (name.empty() && arguments.output.ends_with(".nc"))) {
+  if (name == "netcdf") {
     return Format::kNetcdf;
-  }
-  if (name.empty()) {
-    return Format::kCsv;
   }
   throw UsageError("--format " + in_quotes(name) +
                    ": the formats are csv, tsf and netcdf");

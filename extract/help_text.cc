@@ -38,7 +38,7 @@ What
 How
   -o, --output FILE      the output; standard output without
   --format FORMAT        csv, tsf or netcdf; without, by the ending of FILE: .nc is
-                         netcdf, everything else csv
+                         netcdf, .csv or no ending csv, any other is refused
   --wide                 csv: a line a year with twelve months
   --stored               csv: the stored integers instead of physical units
   --tsf-rule             cells that have data in the first month only, as the dialogue

@@ -75,11 +75,37 @@ TEST(CommandLine, OneEdgeOfABoxMayBeLeftOut) {
 
 TEST(CommandLine, TheFormatFollowsTheEndingUnlessItIsNamed) {
   EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x.nc"}).format, Format::kNetcdf);
-  EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x.txt"}).format, Format::kCsv);
+  EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x.NC"}).format, Format::kNetcdf);
+  for (const char* name : {"x", "x.csv", "x.CSV", "a.nc/x", "x."}) {
+    EXPECT_EQ(parse_command_line(Words{"tmp", "-o", name}).format, Format::kCsv);
+  }
   EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x.nc", "--format", "csv"}).format,
             Format::kCsv);
   EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x", "--format", "tsf"}).format,
             Format::kTsf);
+  EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x.txt", "--format", "csv"}).format,
+            Format::kCsv);
+  EXPECT_EQ(parse_command_line(Words{"tmp", "-o", "x.TSF", "--format", "csv"}).format,
+            Format::kCsv);
+}
+
+TEST(CommandLine, AnEndingThatNamesNoFormatIsRefused) {
+  const auto fault_of_output = [](const char* name) {
+    return fault_of({"tmp", "-o", name});
+  };
+  for (const char* name : {"x.tsf", "x.TSF", "x.xy", "x.XY", "x.Xy"}) {
+    EXPECT_EQ(fault_of_output(name),
+              "--output '" + std::string(name) +
+                  "': for x.TSF and x.XY, give --format tsf -o x");
+  }
+  EXPECT_EQ(fault_of_output("a.b/x.2.tsf"),
+            "--output 'a.b/x.2.tsf': for a.b/x.2.TSF and a.b/x.2.XY, give --format tsf "
+            "-o a.b/x.2");
+  const std::string fault = " names no format; give --format csv, tsf or netcdf";
+  EXPECT_EQ(fault_of_output("x.txt"), "--output 'x.txt': the ending .txt" + fault);
+  EXPECT_EQ(fault_of_output("x.csv.gz"), "--output 'x.csv.gz': the ending .gz" + fault);
+  EXPECT_EQ(fault_of_output("out/x.NC4"),
+            "--output 'out/x.NC4': the ending .NC4" + fault);
 }
 
 TEST(CommandLine, HelpVersionAndCitationNeedNoInput) {

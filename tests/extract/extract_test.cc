@@ -240,7 +240,7 @@ TEST_F(Extract, ReplacesAnOutputOnRequestOnlyAndNeverAnInput) {
   EXPECT_EQ(refused.messages,
             "veldmark-extract: 'x.csv' exists; --overwrite replaces it\n");
   EXPECT_EQ(file_content("x.csv"), "mine");
-  const Outcome input = run({kName, "-o", kName, "--overwrite"});
+  const Outcome input = run({kName, "-o", kName, "--format", "csv", "--overwrite"});
   EXPECT_EQ(input.messages, "veldmark-extract: " + quoted(kName) +
                                 " is the same file as " + quoted(kName) +
                                 "; nothing was written\n");

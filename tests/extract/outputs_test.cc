@@ -213,7 +213,8 @@ TEST_F(Outputs, TheInputIsNoOutputWhateverLinkLeadsToIt) {
   std::filesystem::create_hard_link(kName, "y.part");
   const std::string input =
       "' is the same file as '" + std::string(kName) + "'; nothing was written";
-  expect_refused({"-o", kName, "--overwrite"}, "'" + std::string(kName) + input);
+  expect_refused({"-o", kName, "--format", "csv", "--overwrite"},
+                 "'" + std::string(kName) + input);
   expect_refused({"-o", "symbolic", "--overwrite"}, "'symbolic" + input);
   expect_refused({"-o", "hard", "--overwrite"}, "'hard" + input);
   expect_refused({"-o", "y", "--overwrite"}, "'y.part" + input);
