@@ -263,15 +263,17 @@ TEST_F(Netcdf, TheDroughtIndexIsOfAnotherInstitution) {
       std::string::npos);
 }
 
-// More months and rows than a chunk has: 21 years of the 31 southernmost rows, of whose
-// lines the file holds nothing but holes elsewhere. Each value is its own number.
+// More months, rows and columns than a chunk has. The file is sparse: only the lines of
+// the southernmost rows are written. Values count up to a prime, so that no two lines
+// or months are the same.
 TEST(NetcdfChunks, EveryValueIsInItsPlace) {
-  constexpr int kMonths = 21 * 12;
-  constexpr int kRows = 31;
-  constexpr int kColumns = 2;
+  constexpr int kMonths = 6 * 12;
+  constexpr int kRows = 61;
+  constexpr int kColumns = 61;
+  constexpr int kValues = 30011;
   const TemporaryFolder folder;
   {
-    const FileDescriptor file("g.1901.1921.tmp.new", O_RDWR | O_CREAT);
+    const FileDescriptor file("g.1901.1906.tmp.new", O_RDWR | O_CREAT);
     ASSERT_EQ(::ftruncate(file.get(), off_t{kMonths} * 360 * 3601), 0);
     int value = 0;
     for (int month = 0; month < kMonths; ++month) {
@@ -280,7 +282,7 @@ TEST(NetcdfChunks, EveryValueIsInItsPlace) {
         std::string line;
         for (int column = 0; column < 720; ++column) {
           std::string digits = 360 <= column && column < 360 + kColumns
-                                   ? std::to_string(value++)
+                                   ? std::to_string(value++ % kValues)
                                    : "-999";
           line += std::string(5 - digits.size(), ' ') + digits;
         }
@@ -293,16 +295,16 @@ TEST(NetcdfChunks, EveryValueIsInItsPlace) {
                 0);
     }
   }
-  ASSERT_EQ(
-      run({"g.1901.1921.tmp.new", "--lat", "-90:-74.5", "--lon", "0:1", "-o", "x.nc"})
-          .status,
-      0);
-  EXPECT_NE(description().find("tmp:_ChunkSizes = 240, 30, 2 ;"), std::string::npos);
+  ASSERT_EQ(run({"g.1901.1906.tmp.new", "--lat", "-90:-59.5", "--lon", "0:30.5", "-o",
+                 "x.nc"})
+                .status,
+            0);
+  EXPECT_NE(description().find("tmp:_ChunkSizes = 60, 60, 60 ;"), std::string::npos);
   std::istringstream values(values_of("tmp"));
   std::string value;
   for (int i = 0; i < kMonths * kRows * kColumns; ++i) {
     std::getline(values, value, ',');
-    ASSERT_EQ(std::stoi(value), i);
+    ASSERT_EQ(std::stoi(value), i % kValues);
   }
   EXPECT_FALSE(std::getline(values, value, ','));
 }
