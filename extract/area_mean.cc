@@ -35,12 +35,12 @@ std::optional<double> AreaMean::mean(std::size_t month, std::int32_t decimals) c
 
 std::string AreaMean::mean_text(std::size_t month, std::int32_t decimals) const {
   constexpr std::int32_t kMoreDecimals = 2;
-  constexpr std::size_t kLongest = 32;
+  constexpr std::size_t kBufferSize = 32;
   const std::optional<double> value = mean(month, decimals);
   if (!value) {
     return "";
   }
-  std::array<char, kLongest> digits{};
+  std::array<char, kBufferSize> digits{};
   const auto result =
       std::to_chars(digits.data(), digits.data() + digits.size(), *value,
                     std::chars_format::fixed, decimals + kMoreDecimals);

@@ -10,7 +10,7 @@ namespace veldmark::extract {
 namespace {
 
 void declare_options(CLI::App& app, Arguments& arguments) {
-  app.set_help_flag();  // --help is one of ours
+  app.set_help_flag();  // --help is declared below
   const auto add_flag = [&app](const std::string& name, bool& given) {
     app.add_flag(name, given)->disable_flag_override();  // no --quiet=no
   };
@@ -39,9 +39,9 @@ void declare_options(CLI::App& app, Arguments& arguments) {
   add_flag("--version", arguments.version);
 }
 
-// What is wrong with an option that stands there twice, has no value, or has one that
-// it doesn't take. The parser's own text begins with the option's name, there without
-// its hyphens.
+// Returns the message for an option that is repeated, lacks its value, or has one but
+// takes none. The parser's own text begins with the option's name; for the last of
+// these three the name is without hyphens.
 std::string option_fault(const std::string& parser_text) {
   const std::string name = parser_text.substr(0, parser_text.find_first_of(": "));
   if (parser_text.find("override") != std::string::npos) {
@@ -49,10 +49,10 @@ std::string option_fault(const std::string& parser_text) {
   }
   const bool twice = parser_text.find("At Most") != std::string::npos ||
                      parser_text.find("at most") != std::string::npos;
-  return name + (twice ? " stands there more than once" : " needs a value");
+  return name + (twice ? " is given more than once" : " needs a value");
 }
 
-// The arguments that the parser took for none of the options.
+// Returns the message for arguments that the parser could not assign.
 std::string unknown_fault(const CLI::App& app) {
   for (const std::string& rest : app.remaining()) {
     if (rest.starts_with('-')) {
@@ -69,7 +69,8 @@ Arguments read_arguments(std::span<const std::string> words) {
   CLI::App app;
   declare_options(app, arguments);
   app.allow_extras();
-  std::vector<std::string> reversed(words.rbegin(), words.rend());  // what it takes
+  std::vector<std::string> reversed(words.rbegin(),
+                                    words.rend());  // the order it takes
   try {
     app.parse(reversed);
   } catch (const CLI::ParseError& error) {

@@ -1,4 +1,4 @@
-// The words of the command line, sorted to their options.
+// Splits the command line into options and their values.
 
 #ifndef VELDMARK_EXTRACT_ARGUMENTS_H_
 #define VELDMARK_EXTRACT_ARGUMENTS_H_
@@ -8,8 +8,8 @@
 
 namespace veldmark::extract {
 
-// The options as they were written, before their values are looked at. Empty texts were
-// not given.
+// The options with their values as text, not yet parsed. An empty text means that the
+// option was not given.
 struct Arguments {
   std::string input;
   std::string variable;
@@ -36,8 +36,8 @@ struct Arguments {
   bool version = false;
 };
 
-// Sorts the words. Throws UsageError for an unknown option, one that stands there twice
-// or has no value, and for a second input.
+// Returns the options of the command line. Throws UsageError for an unknown option, one
+// that is repeated or lacks its value, and for a second input.
 Arguments read_arguments(std::span<const std::string> words);
 
 }  // namespace veldmark::extract

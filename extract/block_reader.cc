@@ -13,8 +13,8 @@
 namespace veldmark::extract {
 namespace {
 
-// Ends a part whose result nobody waits for.
-struct InVain {};
+// Thrown to end a part whose result is no longer needed.
+struct PartCancelled {};
 
 }  // namespace
 
@@ -35,23 +35,23 @@ class BlockReader {
     layout.month_count =
         static_cast<std::size_t>(years_.last - years_.first + 1) * kMonthsPerYear;
     block_.values_ = make_large_buffer(layout.columns.size() * layout.month_count);
-    std::vector<LateCells> late_cells(parts_);
+    std::vector<LateStarts> late_starts(parts_);
     run_parts(parts_,
-              [&](const Part& part) { late_cells[part.index()] = read_months(part); });
-    for (const LateCells& cells : late_cells) {
-      add_late_cells(cells);
+              [&](const Part& part) { late_starts[part.index()] = read_months(part); });
+    for (const LateStarts& cells : late_starts) {
+      add_late_starts(cells);
     }
     run_parts(parts_, [&](const Part& part) { transpose_rows(part); });
     return std::move(block_);
   }
 
  private:
-  LateCells read_months(const Part& part) {
+  LateStarts read_months(const Part& part) {
     const Progress progress = [&](std::int64_t count) {
-      if (part.is_in_vain()) {
-        throw InVain();
+      if (part.is_cancelled()) {
+        throw PartCancelled();
       }
-      const std::lock_guard lock(one_at_a_time_);
+      const std::lock_guard lock(progress_mutex_);
       if (progress_) {
         progress_(count);
       }
@@ -62,10 +62,10 @@ class BlockReader {
               block_.values_.data());
   }
 
-  // Each part has the missing code in the months of the others.
-  void add_late_cells(const LateCells& cells) {
+  // Merges the late starts of one part; it has the missing code in all other months.
+  void add_late_starts(const LateStarts& cells) {
     for (const auto& [cell, series] : cells) {
-      std::vector<std::int16_t>& all = block_.late_cells_[cell];
+      std::vector<std::int16_t>& all = block_.late_starts_[cell];
       all.resize(series.size(), static_cast<std::int16_t>(input_.entry.MissingCode));
       for (std::size_t month = 0; month < series.size(); ++month) {
         if (series[month] != input_.entry.MissingCode) {
@@ -75,16 +75,16 @@ class BlockReader {
     }
   }
 
-  // Turns rows from [month][cell] into [cell][month].
+  // Transposes the rows of a part from [month][cell] to [cell][month].
   void transpose_rows(const Part& part) {
     const BlockLayout& layout = block_.layout_;
     const std::size_t months = layout.month_count;
     const std::size_t end = part.end(layout.rows.size());
-    std::size_t most = 0;
+    std::size_t max_cells = 0;
     for (std::size_t index = part.begin(layout.rows.size()); index < end; ++index) {
-      most = std::max(most, layout.columns_of_row(index).size());
+      max_cells = std::max(max_cells, layout.columns_of_row(index).size());
     }
-    LargeBuffer by_month = make_large_buffer(most * months);
+    LargeBuffer by_month = make_large_buffer(max_cells * months);
     for (std::size_t index = part.begin(layout.rows.size()); index < end; ++index) {
       const std::size_t cells = layout.columns_of_row(index).size();
       std::int16_t* row = block_.values_.data() + layout.begin[index] * months;
@@ -98,7 +98,7 @@ class BlockReader {
   const Years& years_;
   const Progress& progress_;
   std::size_t parts_;
-  std::mutex one_at_a_time_;  // for progress_
+  std::mutex progress_mutex_;  // for progress_
   SeriesBlock block_;
 };
 

@@ -14,13 +14,13 @@ namespace veldmark::extract {
 
 // Reads the series of `cells` in `years`, which the file holds. Only the lines of rows
 // with cells are read.
-// Throws Failure that names line, characters and text when a field of a cell is no
-// integer or too large for 16 bits, when a line has no line end in its place, and when
-// the system fails to read.
+// Throws Failure, which names line, characters and text, if a field of a cell is not an
+// integer or does not fit into 16 bits, if a line has the wrong length, and if a read
+// fails.
 SeriesBlock read_cells(const InputFile& input, const CellSet& cells, const Years& years,
                        const Progress& progress);
 
-// How many bytes read_cells reads.
+// Returns the number of bytes that read_cells reads.
 std::int64_t bytes_to_read(const InputFile& input, const CellSet& cells,
                            const Years& years);
 

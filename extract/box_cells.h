@@ -1,4 +1,4 @@
-// The cells of a box, of the globe, or the one that holds a point.
+// The cells of a box or of the globe, or the cell that contains a point.
 
 #ifndef VELDMARK_EXTRACT_BOX_CELLS_H_
 #define VELDMARK_EXTRACT_BOX_CELLS_H_
@@ -22,7 +22,7 @@ struct BoxCells {
   std::vector<Cell> cells;  // rows south to north, in each row columns west to east
 };
 
-// Returns the cells that the options ask for.
+// Returns the cells that the options request.
 BoxCells find_box_cells(const Options& options, RowOrder order);
 
 }  // namespace veldmark::extract

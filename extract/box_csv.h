@@ -1,4 +1,4 @@
-// What is extracted of a box, as CSV.
+// Writes the extraction of a box as CSV.
 
 #ifndef VELDMARK_EXTRACT_BOX_CSV_H_
 #define VELDMARK_EXTRACT_BOX_CSV_H_
@@ -9,8 +9,8 @@
 
 namespace veldmark::extract {
 
-// Writes the series of the cells with data or, where it is asked for, their variance
-// test. Throws Failure.
+// Writes the series of the cells with data or, if requested, their variance test.
+// Throws Failure.
 void write_box_csv(const Job& job, const BoxCells& box, const SeriesBlock& block);
 
 // Writes the area mean of each month. Throws Failure.

@@ -12,9 +12,9 @@
 namespace veldmark::extract {
 namespace {
 
-// Fails when there is nothing to write. Returns how many cells have data.
-std::size_t expect_data(const Job& job, const std::vector<Cell>& cells,
-                        const SeriesBlock& block) {
+// Returns how many cells have data. Throws NothingFound if none has.
+std::size_t count_cells_with_data(const Job& job, const std::vector<Cell>& cells,
+                                  const SeriesBlock& block) {
   std::size_t count = 0;
   for_each_series(
       job, cells, block,
@@ -29,8 +29,8 @@ std::size_t expect_data(const Job& job, const std::vector<Cell>& cells,
         degrees_text(centre.longitude) +
         " has no data; --sites with --radius finds the nearest that has");
   }
-  throw NothingFound("no cell with data: " + count_of(std::ssize(cells), "cell") +
-                     " looked at, all without");
+  throw NothingFound("no cell has data (" + count_of(std::ssize(cells), "cell") +
+                     " read)");
 }
 
 std::string summary_of(const Job& job, const BoxCells& box, std::size_t looked_at,
@@ -40,7 +40,7 @@ std::string summary_of(const Job& job, const BoxCells& box, std::size_t looked_a
     text += std::to_string(looked_at) + " kept by --every " +
             std::to_string(job.options.every) + ", ";
   }
-  return text + std::to_string(looked_at - saved) + " without data passed over, " +
+  return text + std::to_string(looked_at - saved) + " without data skipped, " +
          std::to_string(saved) + (job.options.area_mean ? " averaged" : " saved");
 }
 
@@ -82,7 +82,7 @@ std::string extract_box(const Job& job) {
         "takes the cell that holds a point");
   }
   const SeriesBlock block = read_cells_of(job, CellSet(box.cells));
-  const std::size_t saved = expect_data(job, box.cells, block);
+  const std::size_t saved = count_cells_with_data(job, box.cells, block);
   write_output(job, box, block);
   return summary_of(job, box, box.cells.size(), saved);
 }

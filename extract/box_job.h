@@ -1,4 +1,4 @@
-// Extraction of a box, of the globe, or of the cell that holds a point.
+// Extracts a box, the globe, or the cell that contains a point.
 
 #ifndef VELDMARK_EXTRACT_BOX_JOB_H_
 #define VELDMARK_EXTRACT_BOX_JOB_H_
@@ -9,8 +9,8 @@
 
 namespace veldmark::extract {
 
-// Extracts the cells that the options ask for and writes the output.
-// Returns the summary. Throws NothingFound when no cell has data, and Failure.
+// Extracts the requested cells and writes the output.
+// Returns the summary. Throws NothingFound if no cell has data, and Failure.
 std::string extract_box(const Job& job);
 
 }  // namespace veldmark::extract

@@ -1,4 +1,4 @@
-// The cells that a run asks for, row by row.
+// The requested cells, row by row.
 
 #ifndef VELDMARK_EXTRACT_CELL_SET_H_
 #define VELDMARK_EXTRACT_CELL_SET_H_
@@ -12,10 +12,10 @@
 
 namespace veldmark::extract {
 
-// Each cell once, rows upward in the order of the file, columns ascending.
+// Holds each cell once, rows ascending in the order of the file, columns ascending.
 class CellSet {
  public:
-  // Cells in any order, also more than once.
+  // Takes cells in any order; repeated ones count once.
   explicit CellSet(std::vector<Cell> cells);
 
   // The rows that have cells, ascending.
@@ -28,7 +28,7 @@ class CellSet {
 
  private:
   std::vector<std::int32_t> rows_;
-  std::vector<std::size_t> begin_;  // of each row in columns_, and the end
+  std::vector<std::size_t> begin_;  // offset of each row in columns_, plus the end
   std::vector<std::int32_t> columns_;
 };
 

@@ -1,4 +1,4 @@
-// How the convention for climate netCDF files (CF) describes each variable.
+// The attributes of each variable under the CF conventions for netCDF files.
 
 #ifndef VELDMARK_EXTRACT_CF_ATTRIBUTES_H_
 #define VELDMARK_EXTRACT_CF_ATTRIBUTES_H_
@@ -10,16 +10,16 @@
 
 namespace veldmark::extract {
 
-// Empty texts are attributes that are left out.
+// An empty text means that the attribute is left out.
 struct CfAttributes {
   std::string_view units;
   std::string_view standard_name;
   std::string_view cell_methods;
 };
 
-// Returns the attributes of a variable. There is no standard_name where the convention
-// has none that fits: the ones for frost and wet days need a threshold, that for
-// evapotranspiration is a flux of mass.
+// Returns the attributes of a variable. The standard_name is empty if CF has none that
+// fits: those for frost and wet days need a threshold, and that for evapotranspiration
+// is a mass flux.
 CfAttributes cf_attributes(const VariableEntry& entry);
 
 // The time of a month, in days since 1900-01-01.

@@ -11,13 +11,14 @@
 
 namespace veldmark::extract {
 
-// Returns the citation of a data set in the catalogue's release, on one line without
-// line end.
+// Returns the citation of the catalogue's release of a data set, as one line without a
+// newline.
 std::string citation_text(const VariableEntry& entry);
 
-// Returns the same of a file of the data set. Of another release it says which that is
-// and of which years, if they are known, and that its producer tells the citation;
-// where the file's name tells no release, that the catalogue's is cited so.
+// Returns the citation for a file of the data set. For another release than the
+// catalogue's, it names the release and its years, if known, and refers to the
+// producer; if the file's name has no release, it says so and gives the catalogue's
+// citation.
 std::string citation_of_file(const VariableEntry& entry, const std::string& file_name,
                              const std::optional<Years>& years);
 

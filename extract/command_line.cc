@@ -14,7 +14,7 @@
 namespace veldmark::extract {
 namespace {
 
-std::optional<std::int32_t> parse_whole(std::string_view text) {
+std::optional<std::int32_t> parse_integer_text(std::string_view text) {
   std::int32_t value{};
   const char* end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, value);
@@ -22,9 +22,9 @@ std::optional<std::int32_t> parse_whole(std::string_view text) {
                                                        : std::nullopt;
 }
 
-std::int32_t whole_number(std::string_view option, std::string_view text,
-                          std::int32_t least, std::int32_t most) {
-  const std::optional<std::int32_t> value = parse_whole(text);
+std::int32_t parse_integer_option(std::string_view option, std::string_view text,
+                                  std::int32_t least, std::int32_t most) {
+  const std::optional<std::int32_t> value = parse_integer_text(text);
   if (!value || *value < least || *value > most) {
     throw UsageError(std::string(option) + " " + in_quotes(text) +
                      ": give a whole number from " + std::to_string(least) + " to " +
@@ -33,11 +33,11 @@ std::int32_t whole_number(std::string_view option, std::string_view text,
   return *value;
 }
 
-constexpr std::int32_t kMostYear = 9999;
+constexpr std::int32_t kMaxYear = 9999;
 
-std::int32_t year_of(std::string_view option, std::string_view text) {
-  const std::optional<std::int32_t> year = parse_whole(text);
-  if (!year || *year < 1 || *year > kMostYear) {
+std::int32_t parse_year_option(std::string_view option, std::string_view text) {
+  const std::optional<std::int32_t> year = parse_integer_text(text);
+  if (!year || *year < 1 || *year > kMaxYear) {
     throw UsageError(std::string(option) + " " + in_quotes(text) +
                      ": give a year, as in " + std::string(option) + " 1961");
   }
@@ -46,9 +46,10 @@ std::int32_t year_of(std::string_view option, std::string_view text) {
 
 Years parse_years(std::string_view text) {
   const std::size_t middle = text.find(':');
-  const std::optional<std::int32_t> first = parse_whole(text.substr(0, middle));
+  const std::optional<std::int32_t> first = parse_integer_text(text.substr(0, middle));
   const std::optional<std::int32_t> last =
-      middle == std::string_view::npos ? first : parse_whole(text.substr(middle + 1));
+      middle == std::string_view::npos ? first
+                                       : parse_integer_text(text.substr(middle + 1));
   if (!first || !last) {
     throw UsageError("--years " + in_quotes(text) +
                      ": give first and last year, as in --years 1961:1990");
@@ -61,7 +62,7 @@ Years parse_years(std::string_view text) {
   return {.first = *first, .last = *last};
 }
 
-double radius_of(std::string_view text) {
+double parse_radius(std::string_view text) {
   const std::optional<double> radius = parse_degrees(text);  // a plain number
   if (!radius || *radius <= 0) {
     throw UsageError("--radius " + in_quotes(text) +
@@ -71,7 +72,8 @@ double radius_of(std::string_view text) {
 }
 
 // Returns the format that the ending of `output` stands for; csv for a name without
-// ending. An unknown ending is refused: the file would not be what its name says.
+// an ending. Throws UsageError for any other ending: the file would not be what its
+// name says.
 Format format_of_ending(const std::string& output) {
   const std::string base = output.substr(output.rfind('/') + 1);  // npos + 1 is 0
   const std::size_t dot = base.rfind('.');
@@ -128,33 +130,35 @@ void set_place(const Arguments& arguments, Options& options) {
     options.sites = arguments.sites;
   }
   if (!arguments.radius.empty()) {
-    options.radius_km = radius_of(arguments.radius);
+    options.radius_km = parse_radius(arguments.radius);
   }
 }
 
 void set_values(const Arguments& arguments, Options& options) {
-  constexpr std::int32_t kMostDeflate = 9;
-  constexpr std::int32_t kMostColumns = 720;
+  constexpr std::int32_t kMaxDeflate = 9;
+  constexpr std::int32_t kMaxColumns = 720;
   if (!arguments.variable.empty()) {
     options.variable = arguments.variable;
   }
   if (!arguments.first_year.empty()) {
-    options.first_year = year_of("--first-year", arguments.first_year);
+    options.first_year = parse_year_option("--first-year", arguments.first_year);
   }
   if (!arguments.years.empty()) {
     options.years = parse_years(arguments.years);
   }
   if (!arguments.every.empty()) {
-    options.every = whole_number("--every", arguments.every, 1, kMostColumns);
+    options.every = parse_integer_option("--every", arguments.every, 1, kMaxColumns);
   }
   if (!arguments.variance_test.empty()) {
-    options.variance_test = year_of("--variance-test", arguments.variance_test);
+    options.variance_test =
+        parse_year_option("--variance-test", arguments.variance_test);
   }
   if (!arguments.output.empty()) {
     options.output = arguments.output;
   }
   if (!arguments.deflate.empty()) {
-    options.deflate = whole_number("--deflate", arguments.deflate, 0, kMostDeflate);
+    options.deflate =
+        parse_integer_option("--deflate", arguments.deflate, 0, kMaxDeflate);
   }
 }
 

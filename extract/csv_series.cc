@@ -38,7 +38,7 @@ CsvSeries::CsvSeries(TextOutput& output, const ValueTexts& texts, const Years& y
 }
 
 void CsvSeries::write(std::string_view place, std::span<const std::int16_t> series) {
-  const BlockText place_text(place);
+  const PaddedText place_text(place);
   for (std::size_t i = 0; i < series.size(); i += kMonthsPerYear) {
     const std::span<const std::int16_t> values = series.subspan(i, kMonthsPerYear);
     if (wide_) {
@@ -50,12 +50,12 @@ void CsvSeries::write(std::string_view place, std::span<const std::int16_t> seri
   }
 }
 
-// The lines of a year, in one piece of the output's own memory.
-void CsvSeries::write_long_lines(const BlockText& place,
-                                 std::span<const BlockText> months,
+// Writes the lines of a year directly into the output's buffer.
+void CsvSeries::write_long_lines(const PaddedText& place,
+                                 std::span<const PaddedText> months,
                                  std::span<const std::int16_t> values) {
   const std::size_t longest =
-      place.copied() + months.back().copied() + ValueTexts::kCopySize + 1;
+      place.padded_size() + months.back().padded_size() + ValueTexts::kCopySize + 1;
   char* const begin = output_.reserve(values.size() * longest);
   char* out = begin;
   for (std::size_t i = 0; i < values.size(); ++i) {
@@ -66,10 +66,10 @@ void CsvSeries::write_long_lines(const BlockText& place,
   output_.commit(static_cast<std::size_t>(out - begin));
 }
 
-void CsvSeries::write_wide_line(const BlockText& place, const BlockText& year,
+void CsvSeries::write_wide_line(const PaddedText& place, const PaddedText& year,
                                 std::span<const std::int16_t> values) {
-  const std::size_t most =
-      place.copied() + year.copied() + values.size() * (1 + ValueTexts::kCopySize) + 1;
+  const std::size_t most = place.padded_size() + year.padded_size() +
+                           values.size() * (1 + ValueTexts::kCopySize) + 1;
   char* const begin = output_.reserve(most);
   char* out = year.write(place.write(begin));
   for (const std::int16_t value : values) {

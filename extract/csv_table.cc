@@ -25,8 +25,8 @@ struct Collected {
   bool out_of_memory = false;
 };
 
-// Does what a callback has to do. It is called from C, so nothing may be thrown through
-// it: running out of memory is noted and told afterwards.
+// Runs the body of a callback. C code calls it, so no exception may leave it: running
+// out of memory is recorded, and thrown after the parser has returned.
 template <typename Action>
 void without_throwing(Collected& collected, Action action) {
   try {
@@ -52,13 +52,13 @@ extern "C" void take_record(int /*end*/, void* data) {
   });
 }
 
-extern "C" int is_no_blank(unsigned char /*character*/) { return 0; }
+extern "C" int never_blank(unsigned char /*character*/) { return 0; }
 
 class Parser {
  public:
   explicit Parser(std::string name) : name_(std::move(name)) {
     csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI);
-    csv_set_space_func(&parser_, is_no_blank);
+    csv_set_space_func(&parser_, never_blank);
   }
   ~Parser() { csv_free(&parser_); }
   Parser(const Parser&) = delete;
@@ -96,13 +96,13 @@ class Parser {
   Collected collected_;
 };
 
-[[noreturn]] void fail_to_read(const std::string& name) {
+[[noreturn]] void throw_read_error(const std::string& name) {
   throw Failure("cannot read " + in_quotes(name) + ": " +
                 std::generic_category().message(errno));
 }
 
-// Waits for what a pipe or a terminal has to give, until a signal asks to stop.
-// Returns how many bytes were read, 0 at the end.
+// Waits for data from a pipe or a terminal. Returns the number of bytes read, 0 at the
+// end of the file. Throws Interrupted after a signal.
 std::size_t read_some(const std::string& name, const FileDescriptor& file, char* buffer,
                       std::size_t size) {
   pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = 0};
@@ -116,14 +116,14 @@ std::size_t read_some(const std::string& name, const FileDescriptor& file, char*
       return static_cast<std::size_t>(count);
     }
     if (errno != EAGAIN) {
-      fail_to_read(name);
+      throw_read_error(name);
     }
   }
 }
 
-// A file that becomes shorter while it is read may end inside a number.
-void expect_whole(const std::string& name, std::size_t size,
-                  const struct stat& opened) {
+// A file that is truncated while it is read may end inside a number.
+void require_not_truncated(const std::string& name, std::size_t size,
+                           const struct stat& opened) {
   if (S_ISREG(opened.st_mode) && static_cast<std::int64_t>(size) < opened.st_size) {
     throw Failure("cannot read " + in_quotes(name) + ": it became shorter");
   }
@@ -131,11 +131,11 @@ void expect_whole(const std::string& name, std::size_t size,
 
 std::string read_whole_file(const std::string& name) {
   constexpr std::size_t kPiece = std::size_t{256} * 1024;
-  // A pipe is opened whether somebody writes to it already or not.
+  // O_NONBLOCK: opening a pipe must not wait for its writer.
   const FileDescriptor file(name, O_RDONLY | O_NONBLOCK);
   struct stat opened {};
   if (!file.is_open() || ::fstat(file.get(), &opened) != 0) {
-    fail_to_read(name);
+    throw_read_error(name);
   }
   std::string content;
   std::size_t size = 0;
@@ -145,7 +145,7 @@ std::string read_whole_file(const std::string& name) {
     count = read_some(name, file, content.data() + size, kPiece);
     size += count;
   } while (count > 0);
-  expect_whole(name, size, opened);
+  require_not_truncated(name, size, opened);
   content.resize(size);
   return content;
 }

@@ -1,4 +1,4 @@
-// Reads a CSV file as it stands: records of fields.
+// Reads a CSV file into records of fields.
 
 #ifndef VELDMARK_EXTRACT_CSV_TABLE_H_
 #define VELDMARK_EXTRACT_CSV_TABLE_H_
@@ -10,7 +10,7 @@
 namespace veldmark::extract {
 
 struct CsvRecord {
-  std::size_t number = 0;  // of the record, counted from 1, without empty lines
+  std::size_t number = 0;  // counted from 1, empty lines not counted
   std::vector<std::string> fields;
 };
 

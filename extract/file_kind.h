@@ -1,4 +1,4 @@
-// Tells what a file is that is no condensed grid file.
+// Describes a file that is not a condensed grid file.
 
 #ifndef VELDMARK_EXTRACT_FILE_KIND_H_
 #define VELDMARK_EXTRACT_FILE_KIND_H_
@@ -8,10 +8,10 @@
 
 namespace veldmark::extract {
 
-// Returns what the file called `name` looks like and what to do about it, judged by its
-// first bytes: compressed, netCDF, published text, or text with other lines.
+// Returns a message that says what the file `name` looks like, judged by its first
+// bytes, and what to do: compressed, netCDF, published text, or text with other lines.
 //
-//   head    the first bytes of the file, some ten thousand, or all of a shorter one
+//   head    the first 16 KiB of the file, or all of a shorter file
 std::string describe_other_file(const std::string& name, std::string_view head);
 
 }  // namespace veldmark::extract

@@ -11,8 +11,7 @@
 namespace veldmark::extract {
 namespace {
 
-// Large enough that a system call costs little by comparison, and small enough for the
-// second-level cache.
+// Large enough to amortise a system call, and small enough for the L2 cache.
 constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
 
 }  // namespace
@@ -27,7 +26,7 @@ FramedLines::FramedLines(const InputFile& input, std::span<const std::int32_t> r
       first_month_(std::int64_t{years.first - input.years.first} * kMonthsPerYear),
       buffer_(1 + kPieceSize + line_size_) {}
 
-// Neighbouring rows are read in one piece.
+// Adjacent rows are read with one call.
 void FramedLines::for_each(std::size_t month, const UseLine& use_line) {
   const std::size_t longest = kPieceSize / line_size_;
   std::size_t begin = 0;
@@ -40,7 +39,7 @@ void FramedLines::for_each(std::size_t month, const UseLine& use_line) {
     read_piece(month, begin, end - begin);
     for (std::size_t index = begin; index < end; ++index) {
       const char* line = buffer_.data() + 1 + (index - begin) * line_size_;
-      expect_frame(month, index, line);
+      require_line_ends(month, index, line);
       use_line(index, std::string_view(line, kLineLength));
     }
     begin = end;
@@ -58,7 +57,7 @@ std::int64_t FramedLines::line_index(std::size_t month, std::size_t index) const
          1;
 }
 
-// Puts lines into the buffer, behind the last character of the line before them.
+// Reads lines into the buffer, together with the character before the first of them.
 void FramedLines::read_piece(std::size_t month, std::size_t index, std::size_t count) {
   const std::int64_t offset =
       line_index(month, index) * static_cast<std::int64_t>(line_size_);
@@ -88,8 +87,8 @@ void FramedLines::read_bytes(std::int64_t offset, char* buffer,
   }
 }
 
-void FramedLines::expect_frame(std::size_t month, std::size_t index,
-                               const char* line) const {
+void FramedLines::require_line_ends(std::size_t month, std::size_t index,
+                                    const char* line) const {
   if (line[-1] != '\n') {
     fail(month, index, "it does not begin in its place; tersify --check tells more");
   }

@@ -15,26 +15,27 @@
 
 namespace veldmark::extract {
 
-// Takes the number of bytes that were read since the last call.
+// Takes the number of bytes read since its last call.
 using Progress = std::function<void(std::int64_t)>;
 
-// Every line that is handed out has a line end before it and one at its end.
+// Checks that each line it hands out begins and ends where it should.
 class FramedLines {
  public:
-  // The lines of `rows` (ascending) in `years`, which the file holds. All must outlive
-  // this.
+  // Reads the lines of `rows` (ascending). Requires that the file holds `years` and
+  // that all arguments outlive this object.
   FramedLines(const InputFile& input, std::span<const std::int32_t> rows,
               const Years& years, const Progress& progress);
 
-  // Takes a line: the index of its row in `rows`, and its 3600 characters, behind which
-  // another one may be read.
+  // Takes a line: the index of its row in `rows`, and its 3600 characters; one more
+  // character after them is readable.
   using UseLine = std::function<void(std::size_t index, std::string_view line)>;
 
-  // Hands out the lines of a month, counted from 0 in the years. Throws Failure when a
-  // line is not in its place or the system fails to read, and what `use_line` throws.
+  // Calls `use_line` with each line of a month, counted from 0 in `years`. Throws
+  // Failure if a line does not begin and end where it should or a read fails, and
+  // whatever `use_line` throws.
   void for_each(std::size_t month, const UseLine& use_line);
 
-  // Throws Failure that names a line of the file.
+  // Throws Failure, which names the line of the file.
   [[noreturn]] void fail(std::size_t month, std::size_t index,
                          const std::string& what) const;
 
@@ -42,14 +43,14 @@ class FramedLines {
   [[nodiscard]] std::int64_t line_index(std::size_t month, std::size_t index) const;
   void read_piece(std::size_t month, std::size_t index, std::size_t count);
   void read_bytes(std::int64_t offset, char* buffer, std::size_t size) const;
-  void expect_frame(std::size_t month, std::size_t index, const char* line) const;
+  void require_line_ends(std::size_t month, std::size_t index, const char* line) const;
 
   const InputFile& input_;
   std::span<const std::int32_t> rows_;
   const Progress& progress_;
   std::string_view line_end_;
   std::size_t line_size_;
-  std::int64_t first_month_;  // of the years in the file, counted from 0
+  std::int64_t first_month_;  // of `years`, counted from 0 in the file
   std::vector<char> buffer_;
 };
 

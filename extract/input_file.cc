@@ -17,16 +17,16 @@
 namespace veldmark::extract {
 namespace {
 
-// The variable and the file that it stands for, if the input is a short name.
-struct Named {
+// The file and the variable that the input names.
+struct ResolvedInput {
   const VariableEntry* entry = nullptr;
   std::string file_name;
   bool by_short_name = false;
 };
 
-Named name_input(const Options& options) {
+ResolvedInput resolve_input(const Options& options) {
   const VariableEntry* by_name = find_by_short_name(options.input);
-  Named named;
+  ResolvedInput named;
   named.by_short_name = by_name != nullptr;
   named.file_name =
       by_name != nullptr ? std::string(by_name->DataFileName.trimmed()) : options.input;
@@ -41,8 +41,8 @@ Named name_input(const Options& options) {
   return named;
 }
 
-// Without waiting: a pipe in the file's place would hold the program up.
-FileDescriptor open_file(const Named& named) {
+// O_NONBLOCK: if the file is a pipe, opening it must not wait for a writer.
+FileDescriptor open_file(const ResolvedInput& named) {
   FileDescriptor file(named.file_name, O_RDONLY | O_NONBLOCK);
   if (file.is_open()) {
     return file;
@@ -59,7 +59,7 @@ FileDescriptor open_file(const Named& named) {
                 (like_a_variable ? "; the variables are " + short_names() : ""));
 }
 
-std::int64_t size_of(const Named& named, const FileDescriptor& file) {
+std::int64_t size_of(const ResolvedInput& named, const FileDescriptor& file) {
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) {
     throw Failure("cannot read " + in_quotes(named.file_name) + ": " +
@@ -75,12 +75,13 @@ std::int64_t size_of(const Named& named, const FileDescriptor& file) {
   return status.st_size;
 }
 
-// The size of the line ends; fails when the first line is no condensed one.
+// Returns the size of the line ends. Throws Failure if the first line is not one of a
+// condensed grid file.
 std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
                           std::int64_t size) {
-  constexpr std::int64_t kHead = 16384;
-  std::string head(static_cast<std::size_t>(std::min(size, kHead)), '\0');
-  errno = 0;  // stays so where the file ends before
+  constexpr std::int64_t kHeadSize = 16384;
+  std::string head(static_cast<std::size_t>(std::min(size, kHeadSize)), '\0');
+  errno = 0;  // stays 0 if the file ends early
   if (!file.read_at(0, head.data(), head.size())) {
     throw Failure(
         "cannot read " + in_quotes(name) + ": " +
@@ -97,7 +98,7 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
   throw Failure(describe_other_file(name, head));
 }
 
-// How many whole years the file holds; fails when it ends inside one.
+// Returns the number of years in the file. Throws Failure if it ends inside a year.
 std::int64_t count_years(const std::string& name, std::int64_t size,
                          std::size_t line_end_size) {
   const auto line_end = static_cast<std::int64_t>(line_end_size);
@@ -154,7 +155,7 @@ std::optional<Years> years_of_name(const std::string& name) {
 }
 
 InputFile open_input(const Options& options) {
-  const Named named = name_input(options);
+  const ResolvedInput named = resolve_input(options);
   FileDescriptor file = open_file(named);
   const std::int64_t size = size_of(named, file);
   const std::size_t line_end_size = find_line_end(named.file_name, file, size);

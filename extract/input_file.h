@@ -1,4 +1,4 @@
-// The condensed grid file that is read: what it holds, by its name and its size.
+// The condensed grid file that is read; its name and size tell its variable and years.
 
 #ifndef VELDMARK_EXTRACT_INPUT_FILE_H_
 #define VELDMARK_EXTRACT_INPUT_FILE_H_
@@ -14,7 +14,7 @@
 
 namespace veldmark::extract {
 
-// An open grid file whose size is that of whole years. Line 1 is row 1 of January of
+// An open grid file that consists of whole years. Line 1 is row 1 of January of
 // years.first.
 struct InputFile {
   std::string name;
@@ -25,14 +25,14 @@ struct InputFile {
   Years years;                // of the file
 };
 
-// Returns the first and last year that a file's name tells, as in ".1901.2016.";
-// nothing when it tells none.
+// Returns the first and last year in a file's name, as in ".1901.2016."; nullopt if it
+// has none.
 std::optional<Years> years_of_name(const std::string& name);
 
-// Opens the input of `options`: a variable's file in the current folder, or a file.
-// Throws UsageError when the variable or the first year is not known, and Failure when
-// the file can't be read, is none of condensed form (it says what it looks like), ends
-// inside a year, or holds other years than its name says.
+// Opens the input of `options`: a file, or a variable's file in the current folder.
+// Throws UsageError if the variable or the first year is not known, and Failure if the
+// file can't be read, is not a condensed grid file, ends inside a year, or its size
+// does not agree with the years in its name.
 InputFile open_input(const Options& options);
 
 }  // namespace veldmark::extract

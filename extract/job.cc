@@ -8,13 +8,13 @@
 namespace veldmark::extract {
 namespace {
 
-// Shows nothing of work that is done in half a second.
-class LateProgress {
+// A progress line that appears only when the work takes more than half a second.
+class DelayedProgress {
  public:
-  LateProgress(const companion::ProgressLine::Screen& screen, std::int64_t all)
+  DelayedProgress(const companion::ProgressLine::Screen& screen, std::int64_t all)
       : screen_(screen),
         line_(screen, "reading", all),
-        begin_(screen.shown ? screen.clock() + kSecondsBefore : 0) {}
+        begin_(screen.shown ? screen.clock() + kDelaySeconds : 0) {}
 
   void add(std::int64_t count) {
     InterruptWatch::throw_if_caught();
@@ -29,7 +29,7 @@ class LateProgress {
   }
 
  private:
-  static constexpr double kSecondsBefore = 0.5;
+  static constexpr double kDelaySeconds = 0.5;
 
   const companion::ProgressLine::Screen& screen_;
   companion::ProgressLine line_;
@@ -40,8 +40,8 @@ class LateProgress {
 }  // namespace
 
 SeriesBlock read_cells_of(const Job& job, const CellSet& cells) {
-  LateProgress progress(job.around.messages,
-                        bytes_to_read(job.input, cells, job.years));
+  DelayedProgress progress(job.around.messages,
+                           bytes_to_read(job.input, cells, job.years));
   return read_cells(job.input, cells, job.years,
                     [&](std::int64_t count) { progress.add(count); });
 }

@@ -1,4 +1,4 @@
-// What all kinds of extraction work on, and how they report.
+// What all kinds of extraction share: their input, options and messages.
 
 #ifndef VELDMARK_EXTRACT_JOB_H_
 #define VELDMARK_EXTRACT_JOB_H_
@@ -21,7 +21,7 @@ namespace veldmark::extract {
 
 constexpr std::string_view kProgram = "veldmark-extract";
 
-// No cell with data was found; status 3.
+// Thrown if no cell with data was found; exit status 3.
 struct NothingFound : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -30,17 +30,17 @@ struct NothingFound : std::runtime_error {
 struct Job {
   const Options& options;
   const InputFile& input;
-  Years years;               // chosen, all of them in the file
-  std::string command_line;  // the arguments, each after a blank
+  Years years;               // requested; the file holds all of them
+  std::string command_line;  // the arguments, a blank before each
   const companion::Surroundings& around;
 };
 
-// Reads the series of `cells` in the years of the job, and shows on a terminal how far
-// that has come. Throws what read_cells throws, and Interrupted.
+// Reads the series of `cells` in the years of the job and shows progress on a terminal.
+// Throws what read_cells throws, and Interrupted.
 SeriesBlock read_cells_of(const Job& job, const CellSet& cells);
 
-// Does a series hold data: in any month or, where that rule was chosen or the format
-// has it, in the first month? An empty series holds none.
+// Returns whether a series counts as data: in any month or, with --tsf-rule or the
+// format tsf, in the first month. An empty series does not.
 bool has_data(const Job& job, std::span<const std::int16_t> series);
 
 // Calls `use` with each of `cells` that has data, and its series.
@@ -56,13 +56,13 @@ void for_each_series(const Job& job, const std::vector<Cell>& cells,
 }
 
 // Returns the first month of the variance test's second period, counted from 0.
-// Requires that the test is asked for.
+// Requires options.variance_test.
 std::size_t second_period(const Job& job);
 
 // Returns "1 cell", "2 cells".
 std::string count_of(std::int64_t count, const std::string& what);
 
-// Writes a note of the program on its messages.
+// Writes a line to the messages, after the program's name.
 void note(const Job& job, const std::string& text);
 
 }  // namespace veldmark::extract

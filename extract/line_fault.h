@@ -1,4 +1,4 @@
-// Words what is wrong with a line of the input.
+// Describes what is wrong with a line of the input.
 
 #ifndef VELDMARK_EXTRACT_LINE_FAULT_H_
 #define VELDMARK_EXTRACT_LINE_FAULT_H_
@@ -12,8 +12,8 @@
 namespace veldmark::extract {
 
 // Returns what is wrong with a line: it has a line end inside, or one of the fields of
-// `columns` (1..720, ascending) is no integer or too large to be a value; nothing when
-// all is well.
+// `columns` (1..720, ascending) is not an integer or is too large for a value;
+// nullopt for a valid line.
 //
 //   line    3600 characters without line end
 std::optional<std::string> find_line_fault(std::string_view line,

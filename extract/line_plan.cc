@@ -25,9 +25,9 @@ constexpr std::array<unsigned char, kLineLength> kFirstCharacters = [] {
   return marks;
 }();
 
-// Could one of the fields hold a value beyond 16 bits? Those have five digits, the
-// first of them a 3 or more; blanks and signs before the first digit make the number
-// smaller. All characters are looked at, as vectors take sixteen at a time of those.
+// Returns whether a field may hold a value that does not fit into 16 bits: only five
+// digits of which the first is 3 or more can be that large. The loop looks at every
+// character, not only at the first of each field, so that the compiler vectorises it.
 bool may_be_too_large(std::string_view fields) {
   constexpr unsigned char kDigits = 7;  // from '3' to '9'
   unsigned char found = 0;
@@ -54,11 +54,11 @@ void add_column(RowPlan& plan, std::int32_t column, bool has_data) {
 
 RowPlan plan_cells(std::span<const std::int32_t> columns,
                    std::span<const std::int32_t> data_columns,
-                   std::span<const std::int32_t> late_columns) {
+                   std::span<const std::int32_t> late_start_columns) {
   RowPlan plan;
   for (const std::int32_t column : columns) {
-    const bool is_late = std::find(late_columns.begin(), late_columns.end(), column) !=
-                         late_columns.end();
+    const bool is_late = std::find(late_start_columns.begin(), late_start_columns.end(),
+                                   column) != late_start_columns.end();
     if (!is_late) {
       add_column(plan, column,
                  std::binary_search(data_columns.begin(), data_columns.end(), column));
@@ -67,10 +67,10 @@ RowPlan plan_cells(std::span<const std::int32_t> columns,
   return plan;
 }
 
-// No line end can hide in the fields, which are integers or the missing code; elsewhere
-// it is looked for.
-bool read_usual_line(std::string_view line, const RowPlan& plan,
-                     std::string_view missing, std::int16_t* values) {
+// Fields that convert, or equal the missing code, contain no newline; only the gaps
+// between the runs must be searched for one.
+bool try_fast_read(std::string_view line, const RowPlan& plan, std::string_view missing,
+                   std::int16_t* values) {
   std::size_t checked = 0;
   for (const FieldRun& run : plan.runs) {
     const std::size_t begin = byte_of(run.first_field);

@@ -9,12 +9,13 @@
 
 int main(int argc, char** argv) {
   using namespace veldmark;  // NOLINT
-  // The netCDF library writes once more at the exit, even after a failed write.
+  // The netCDF library writes again at exit, even after a failed write: without this,
+  // the size limit of files would end the program by a signal.
   std::signal(SIGXFSZ, SIG_IGN);
   const int status =
       companion::run_main(argc, argv, extract::kProgram, extract::run_extract);
   if (status != companion::kAllIsWell) {
-    // After a failed write the library crashes when it closes its files at the exit.
+    // After a failed write the library crashes when its exit handler closes its files.
     std::quick_exit(status);
   }
   return status;

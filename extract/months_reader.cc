@@ -33,9 +33,9 @@ BlockLayout MonthsReader::find_cells() {
   return layout;
 }
 
-LateCells MonthsReader::read(const BlockLayout& layout, std::size_t first,
-                             std::size_t end, std::int16_t* values) {
-  late_columns_.assign(layout.rows.size(), {});
+LateStarts MonthsReader::read(const BlockLayout& layout, std::size_t first,
+                              std::size_t end, std::int16_t* values) {
+  late_start_columns_.assign(layout.rows.size(), {});
   plans_.clear();
   for (std::size_t index = 0; index < layout.rows.size(); ++index) {
     plans_.push_back(plan_of(layout, index));
@@ -45,12 +45,12 @@ LateCells MonthsReader::read(const BlockLayout& layout, std::size_t first,
       read_line(layout, month, index, line, values);
     });
   }
-  return std::move(late_cells_);
+  return std::move(late_starts_);
 }
 
 RowPlan MonthsReader::plan_of(const BlockLayout& layout, std::size_t index) const {
   return plan_cells(cells_.columns(index), layout.columns_of_row(index),
-                    late_columns_[index]);
+                    late_start_columns_[index]);
 }
 
 void MonthsReader::read_line(const BlockLayout& layout, std::size_t month,
@@ -59,60 +59,60 @@ void MonthsReader::read_line(const BlockLayout& layout, std::size_t month,
   std::int16_t* month_of_row = values + layout.begin[index] * layout.month_count +
                                month * layout.columns_of_row(index).size();
   if (!read_fields(month, index, line, plans_[index], month_of_row)) {
-    find_late_cells(layout, index, line);
+    find_late_starts(layout, index, line);
   }
-  keep_late_cells(layout, month, index, line);
+  read_late_starts(layout, month, index, line);
 }
 
-// Reads the fields of a plan. Returns whether the line is as nearly all are, without
-// cells that begin to have data.
+// Reads the fields of a plan. Returns false if a cell may have its first data in this
+// line.
 bool MonthsReader::read_fields(std::size_t month, std::size_t index,
                                std::string_view line, const RowPlan& plan,
                                std::int16_t* values) const {
-  if (read_usual_line(line, plan, missing_, values)) {
+  if (try_fast_read(line, plan, missing_, values)) {
     return true;
   }
-  expect_sound_fields(month, index, line, cells_.columns(index));
+  require_valid_fields(month, index, line, cells_.columns(index));
   if (!read_by_plan(line, plan, missing_, values)) {
     lines_.fail(month, index, "it can't be read; tersify --check tells more");
   }
   return false;
 }
 
-// Finds the cells that begin to have data with this line.
-void MonthsReader::find_late_cells(const BlockLayout& layout, std::size_t index,
-                                   std::string_view line) {
-  const std::size_t before = late_columns_[index].size();
+// Adds the cells whose first data are in this line.
+void MonthsReader::find_late_starts(const BlockLayout& layout, std::size_t index,
+                                    std::string_view line) {
+  const std::size_t before = late_start_columns_[index].size();
   for (const FieldRun& run : plans_[index].runs) {
     for (std::int32_t i = 0; !run.has_data && i < run.count; ++i) {
       if (value_of(line, run.first_field + i) != MissingCode_) {
-        late_columns_[index].push_back(run.first_field + i);
+        late_start_columns_[index].push_back(run.first_field + i);
       }
     }
   }
-  if (late_columns_[index].size() > before) {
+  if (late_start_columns_[index].size() > before) {
     plans_[index] = plan_of(layout, index);
   }
 }
 
-void MonthsReader::keep_late_cells(const BlockLayout& layout, std::size_t month,
-                                   std::size_t index, std::string_view line) {
-  const std::vector<std::int32_t>& columns = late_columns_[index];
+void MonthsReader::read_late_starts(const BlockLayout& layout, std::size_t month,
+                                    std::size_t index, std::string_view line) {
+  const std::vector<std::int32_t>& columns = late_start_columns_[index];
   if (columns.empty()) {
     return;
   }
-  expect_sound_fields(month, index, line, columns);
+  require_valid_fields(month, index, line, columns);
   for (const std::int32_t column : columns) {
     std::vector<std::int16_t>& series =
-        late_cells_[{.GridY = cells_.rows()[index], .GridX = column}];
+        late_starts_[{.GridY = cells_.rows()[index], .GridX = column}];
     series.resize(layout.month_count, MissingCode_);
     series[month] = value_of(line, column);
   }
 }
 
-void MonthsReader::expect_sound_fields(std::size_t month, std::size_t index,
-                                       std::string_view line,
-                                       std::span<const std::int32_t> columns) const {
+void MonthsReader::require_valid_fields(std::size_t month, std::size_t index,
+                                        std::string_view line,
+                                        std::span<const std::int32_t> columns) const {
   if (const auto fault = find_line_fault(line, columns)) {
     lines_.fail(month, index, *fault);
   }

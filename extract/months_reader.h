@@ -18,25 +18,25 @@
 
 namespace veldmark::extract {
 
-// Months are counted from 0, January of the first year. Every member throws Failure
-// that names line, characters and text when a field of a cell is no integer or too
-// large for 16 bits, when a line has no line end in its place, and when the system
-// fails to read.
+// Months are counted from 0, January of the first year. Every member function throws
+// Failure, which names line, characters and text, if a field of a cell is not an
+// integer or does not fit into 16 bits, if a line has the wrong length, and if a read
+// fails.
 class MonthsReader {
  public:
-  // For the lines of `cells` in `years`, which the file holds. All must outlive this.
+  // Requires that the file holds `years` and that all arguments outlive this object.
   MonthsReader(const InputFile& input, const CellSet& cells, const Years& years,
                const Progress& progress);
 
-  // Finds the cells that have data in the first month. The number of months is left
-  // for the caller to set.
+  // Returns the layout of the cells that have data in the first month; the caller sets
+  // its month_count.
   BlockLayout find_cells();
 
-  // Reads the months from `first` to before `end` into `values`, where those of a row
-  // lie as [month][cell].
-  // Returns the cells that have data in these months and not in the first of all.
-  LateCells read(const BlockLayout& layout, std::size_t first, std::size_t end,
-                 std::int16_t* values);
+  // Reads the months [first, end) into `values`, where the values of each row are laid
+  // out as [month][cell].
+  // Returns the series of the cells that have data in these months, but not in month 0.
+  LateStarts read(const BlockLayout& layout, std::size_t first, std::size_t end,
+                  std::int16_t* values);
 
  private:
   [[nodiscard]] RowPlan plan_of(const BlockLayout& layout, std::size_t index) const;
@@ -44,20 +44,20 @@ class MonthsReader {
                  std::string_view line, std::int16_t* values);
   bool read_fields(std::size_t month, std::size_t index, std::string_view line,
                    const RowPlan& plan, std::int16_t* values) const;
-  void find_late_cells(const BlockLayout& layout, std::size_t index,
-                       std::string_view line);
-  void keep_late_cells(const BlockLayout& layout, std::size_t month, std::size_t index,
-                       std::string_view line);
-  void expect_sound_fields(std::size_t month, std::size_t index, std::string_view line,
-                           std::span<const std::int32_t> columns) const;
+  void find_late_starts(const BlockLayout& layout, std::size_t index,
+                        std::string_view line);
+  void read_late_starts(const BlockLayout& layout, std::size_t month, std::size_t index,
+                        std::string_view line);
+  void require_valid_fields(std::size_t month, std::size_t index, std::string_view line,
+                            std::span<const std::int32_t> columns) const;
 
   const CellSet& cells_;
   FramedLines lines_;
   std::int16_t MissingCode_;
-  std::string missing_;                                  // a line of missing codes
-  std::vector<RowPlan> plans_;                           // of the rows
-  std::vector<std::vector<std::int32_t>> late_columns_;  // of the rows
-  LateCells late_cells_;
+  std::string missing_;         // a line of missing codes
+  std::vector<RowPlan> plans_;  // one per row
+  std::vector<std::vector<std::int32_t>> late_start_columns_;  // one per row
+  LateStarts late_starts_;
 };
 
 }  // namespace veldmark::extract

@@ -10,16 +10,16 @@ namespace veldmark::extract {
 namespace {
 
 constexpr double kHalfCircle = 180;
-constexpr double kKmPerDegree =
-    111.19;  // of latitude, a little short: a reach too wide
+// Per degree of latitude, rounded down, so that the search reaches far enough.
+constexpr double kKmPerDegree = 111.19;
 constexpr double kCellsPerDegree = 2;
 
-// Distances are compared to the millimetre: cells that are equally far, as all around a
-// pole, then are so in spite of rounding.
+// Distances are compared to the millimetre, so that cells at equal distances, such as
+// those around a pole, compare equal in spite of rounding.
 constexpr double kMillimetresPerKm = 1e6;
 
-// How many columns to the east and to the west may hold centres within the radius of a
-// point, when it is compared with rows up to `reach` degrees of latitude away.
+// Returns how many columns to the east and to the west can have centres within `reach`
+// degrees of a point.
 std::int32_t column_reach(double latitude, double reach) {
   constexpr double kRadian = std::numbers::pi / kHalfCircle;
   constexpr double kQuarterCircle = 90;
@@ -34,18 +34,18 @@ std::int32_t column_reach(double latitude, double reach) {
                   static_cast<std::int32_t>(degrees * kCellsPerDegree) + 2);
 }
 
-// Calls `use` for each cell that may be within the radius, with its distance if it is.
+// Calls `use` with each cell within the radius and its distance.
 template <typename Use>
 void for_each_around(const Point& point, double radius_km, RowOrder order, Use use) {
-  constexpr double kMostReach = 180;
-  const double reach = std::min(radius_km / kKmPerDegree, kMostReach);
+  constexpr double kMaxReach = 180;
+  const double reach = std::min(radius_km / kKmPerDegree, kMaxReach);
   const auto rows = static_cast<std::int32_t>(reach * kCellsPerDegree) + 2;
   const std::int32_t columns = column_reach(point.latitude, reach);
   const Cell own = cell_of(point, order);
   const std::int32_t last_row = std::min(own.GridY + rows, kGridRows);
   for (std::int32_t row = std::max(own.GridY - rows, 1); row <= last_row; ++row) {
-    const std::int32_t most = std::min(2 * columns, kGridColumns - 1);
-    for (std::int32_t i = 0; i <= most; ++i) {
+    const std::int32_t last = std::min(2 * columns, kGridColumns - 1);
+    for (std::int32_t i = 0; i <= last; ++i) {
       const std::int32_t column =
           (own.GridX - columns + i - 1 + 2 * kGridColumns) % kGridColumns + 1;
       const Cell cell{.GridY = row, .GridX = column};

@@ -15,9 +15,9 @@ namespace veldmark::extract {
 // particular order.
 std::vector<Cell> cells_around(const Point& point, double radius_km, RowOrder order);
 
-// Returns the cell nearest to `point`, by the distance of its centre, among those for
-// which `has_data` holds; nothing when there is none within `radius_km`. Of equally far
-// cells, to the millimetre, the southernmost is taken, then the westernmost.
+// Returns the cell whose centre is nearest to `point` among those for which `has_data`
+// returns true; nullopt if there is none within `radius_km`. Of cells at the same
+// distance, to the millimetre, the southernmost is taken, then the westernmost.
 std::optional<Cell> nearest_cell(const Point& point, double radius_km, RowOrder order,
                                  const std::function<bool(const Cell&)>& has_data);
 

@@ -1,4 +1,4 @@
-// The mean over an area as a time series in a netCDF file.
+// Writes the mean over an area as a time series in a netCDF file.
 
 #include <array>
 #include <optional>
@@ -16,13 +16,13 @@
 namespace veldmark::extract {
 namespace {
 
-// Defines the mean. It is no stored integer, so it is not packed into 16 bits.
+// Defines the variable of the mean, as a double: a mean is not a stored integer.
 int add_mean(NetcdfFile& file, const Job& job, int time) {
   const VariableEntry& entry = job.input.entry;
   const CfAttributes attributes = cf_attributes(entry);
   const int variable =
       file.add_variable(entry.short_name, NetcdfFile::Type::kDouble, std::array{time});
-  file.fill_with(variable, NetcdfFile::kNoDouble);
+  file.set_fill_value(variable, NetcdfFile::kFillDouble);
   file.compress(variable, job.options.deflate);
   file.add_text(variable, "standard_name", attributes.standard_name);
   file.add_text(variable, "long_name", "area mean of " + std::string(entry.long_name));
@@ -54,7 +54,7 @@ void write_netcdf_area_mean(const Job& job, const BoxCells& box, const AreaMean&
   std::vector<double> values;
   for (std::size_t month = 0; month < mean.month_count(); ++month) {
     const std::optional<double> value = mean.mean(month, decimals_of(job.input.entry));
-    values.push_back(value.value_or(NetcdfFile::kNoDouble));
+    values.push_back(value.value_or(NetcdfFile::kFillDouble));
   }
   NetcdfFile file(*job.options.output, earlier_output(job.options));
   const int bounds = file.add_dimension("bnds", 2);

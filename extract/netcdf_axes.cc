@@ -14,7 +14,7 @@ namespace {
 constexpr double kHalfACell = kCellSize / 2;
 constexpr double kCircle = 360;
 
-// Defines the bounds of the coordinate `variable`. Returns their number.
+// Defines the bounds of the coordinate `variable`. Returns the id of the new variable.
 int add_bounds(NetcdfFile& file, std::string_view name, int variable,
                std::span<const int> dimensions) {
   const std::string bounds_name = std::string(name) + "_bnds";
@@ -49,17 +49,17 @@ NetcdfAxis::NetcdfAxis(NetcdfFile& file, std::string_view name,
     : centres_(std::move(centres)),
       dimension_(file.add_dimension(name, centres_.size())),
       variable_(add_degrees(file, name, std::array{dimension_})),
-      ends_(add_bounds(file, name, variable_, std::array{dimension_, bounds})) {
+      bounds_(add_bounds(file, name, variable_, std::array{dimension_, bounds})) {
   file.add_text(variable_, "axis", name == "lat" ? "Y" : "X");
 }
 
 void NetcdfAxis::put(NetcdfFile& file) const {
-  std::vector<double> ends;
+  std::vector<double> bounds;
   for (const double centre : centres_) {
-    ends.insert(ends.end(), {centre - kHalfACell, centre + kHalfACell});
+    bounds.insert(bounds.end(), {centre - kHalfACell, centre + kHalfACell});
   }
   file.put(variable_, centres_);
-  file.put(ends_, ends);
+  file.put(bounds_, bounds);
 }
 
 NetcdfExtent::NetcdfExtent(NetcdfFile& file, std::string_view name,
@@ -67,11 +67,11 @@ NetcdfExtent::NetcdfExtent(NetcdfFile& file, std::string_view name,
     : low_(centres.front() - kHalfACell),
       high_(centres.back() + kHalfACell),
       variable_(add_degrees(file, name, {})),
-      ends_(add_bounds(file, name, variable_, std::array{bounds})) {}
+      bounds_(add_bounds(file, name, variable_, std::array{bounds})) {}
 
 void NetcdfExtent::put(NetcdfFile& file) const {
   file.put(variable_, std::array{(low_ + high_) / 2});
-  file.put(ends_, std::array{low_, high_});
+  file.put(bounds_, std::array{low_, high_});
 }
 
 }  // namespace veldmark::extract

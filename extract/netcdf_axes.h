@@ -1,4 +1,4 @@
-// The latitudes and longitudes of a grid as netCDF.
+// The latitudes and longitudes of a grid as netCDF coordinates.
 
 #ifndef VELDMARK_EXTRACT_NETCDF_AXES_H_
 #define VELDMARK_EXTRACT_NETCDF_AXES_H_
@@ -16,45 +16,45 @@ namespace veldmark::extract {
 // Returns the centres of the rows of `box`, ascending.
 std::vector<double> latitudes_of(const Job& job, const BoxCells& box);
 
-// Returns the centres of its columns, ascending: 180.25 follows on 179.75.
+// Returns the centres of the columns of `box`, ascending: 180.25 follows 179.75.
 std::vector<double> longitudes_of(const BoxCells& box);
 
 // A latitude ("lat") or longitude ("lon") of a grid as a dimension, with its coordinate
 // and bounds.
 class NetcdfAxis {
  public:
-  // Defines them. `bounds` is the dimension of the two ends of an interval.
+  // Defines the variables. `bounds` is the dimension of the two ends of an interval.
   NetcdfAxis(NetcdfFile& file, std::string_view name, std::vector<double> centres,
              int bounds);
 
   [[nodiscard]] int dimension() const { return dimension_; }
   [[nodiscard]] std::size_t size() const { return centres_.size(); }
 
-  // Writes their values, after the definitions.
+  // Writes the values. Requires that definitions have ended.
   void put(NetcdfFile& file) const;
 
  private:
   std::vector<double> centres_;
   int dimension_;
   int variable_;
-  int ends_;
+  int bounds_;
 };
 
 // The whole extent of an area in one direction, as a scalar coordinate with its bounds.
 class NetcdfExtent {
  public:
-  // Defines them for the cells with the centres `centres` (ascending).
+  // Defines the variables for cells with these centres (ascending).
   NetcdfExtent(NetcdfFile& file, std::string_view name,
                const std::vector<double>& centres, int bounds);
 
-  // Writes their values, after the definitions.
+  // Writes the values. Requires that definitions have ended.
   void put(NetcdfFile& file) const;
 
  private:
   double low_;
   double high_;
   int variable_;
-  int ends_;
+  int bounds_;
 };
 
 }  // namespace veldmark::extract

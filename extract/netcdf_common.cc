@@ -19,8 +19,8 @@ std::string now_in_utc() {
       std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
   std::tm utc{};
   ::gmtime_r(&now, &utc);
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> text{};
+  constexpr std::size_t kBufferSize = 32;
+  std::array<char, kBufferSize> text{};
   const std::size_t size =
       std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &utc);
   return {text.data(), size};
@@ -53,21 +53,21 @@ NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
   file.add_text(middles_, "calendar", "standard");
   file.add_text(middles_, "axis", "T");
   file.add_text(middles_, "bounds", "time_bnds");
-  ends_ = file.add_variable("time_bnds", NetcdfFile::Type::kDouble,
-                            std::array{dimension_, bounds});
+  bounds_ = file.add_variable("time_bnds", NetcdfFile::Type::kDouble,
+                              std::array{dimension_, bounds});
 }
 
 void NetcdfTime::put(NetcdfFile& file) const {
   std::vector<double> middles;
-  std::vector<double> ends;
+  std::vector<double> bounds;
   const std::int32_t month_count = (years_.last - years_.first + 1) * kMonthsPerYear;
   for (std::int32_t month = 0; month < month_count; ++month) {
     const MonthTime time = month_time(years_.first, month);
     middles.push_back(time.middle);
-    ends.insert(ends.end(), {time.begin, time.end});
+    bounds.insert(bounds.end(), {time.begin, time.end});
   }
   file.put(middles_, middles);
-  file.put(ends_, ends);
+  file.put(bounds_, bounds);
 }
 
 int add_degrees(NetcdfFile& file, std::string_view name,

@@ -24,16 +24,16 @@ int type_number(NetcdfFile::Type type) {
 }
 
 static_assert(NetcdfFile::kGlobal == NC_GLOBAL);
-static_assert(NetcdfFile::kNoInt == NC_FILL_INT);
-static_assert(NetcdfFile::kNoFloat == NC_FILL_FLOAT);
-static_assert(NetcdfFile::kNoDouble == NC_FILL_DOUBLE);
+static_assert(NetcdfFile::kFillInt == NC_FILL_INT);
+static_assert(NetcdfFile::kFillFloat == NC_FILL_FLOAT);
+static_assert(NetcdfFile::kFillDouble == NC_FILL_DOUBLE);
 
 }  // namespace
 
 NetcdfFile::NetcdfFile(const std::string& name, PartFile::Earlier earlier)
     : netcdf_(netcdf_library()), name_(name), part_(name, earlier), file_(create()) {}
 
-// The library opens the part by its name, and locks it itself.
+// The library opens the part file by its name and sets its own lock.
 int NetcdfFile::create() {
   part_.release_lock();
   int file{};
@@ -77,15 +77,15 @@ void NetcdfFile::set_storage(int variable, std::int16_t MissingCode,
   compress(variable, deflate);
 }
 
-void NetcdfFile::fill_with(int variable, std::int32_t missing) {
+void NetcdfFile::set_fill_value(int variable, std::int32_t missing) {
   check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &missing));
 }
 
-void NetcdfFile::fill_with(int variable, float missing) {
+void NetcdfFile::set_fill_value(int variable, float missing) {
   check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &missing));
 }
 
-void NetcdfFile::fill_with(int variable, double missing) {
+void NetcdfFile::set_fill_value(int variable, double missing) {
   check(netcdf_.nc_def_var_fill(file_, variable, NC_FILL, &missing));
 }
 

@@ -1,4 +1,4 @@
-// A netCDF-4 file that is written, through the netCDF C library.
+// Writes a netCDF-4 file through the netCDF C library.
 
 #ifndef VELDMARK_EXTRACT_NETCDF_FILE_H_
 #define VELDMARK_EXTRACT_NETCDF_FILE_H_
@@ -16,12 +16,13 @@ namespace veldmark::extract {
 
 struct NetcdfLibrary;
 
-// The file appears under its name only when it is complete. Every member throws Failure
-// "cannot write NAME: reason". Dimensions and variables are known by their numbers.
+// The file appears under its name only when it is complete. Every member function
+// throws Failure "cannot write NAME: reason". Dimensions and variables have the
+// library's ids.
 class NetcdfFile {
  public:
-  // A file that is left unfinished stays open in the library: giving it up crashes
-  // there where a write has failed before, on a full disk for example.
+  // An incomplete file stays open in the library: closing or aborting it after a failed
+  // write, on a full disk for example, crashes there.
   NetcdfFile(const std::string& name, PartFile::Earlier earlier);
   ~NetcdfFile() = default;
   NetcdfFile(const NetcdfFile&) = delete;
@@ -34,41 +35,41 @@ class NetcdfFile {
   enum class Type { kShort, kInt, kFloat, kDouble, kString };
   int add_variable(std::string_view name, Type type, std::span<const int> dimensions);
 
-  // Empty texts are left out. kGlobal stands for the whole file.
+  // An empty text adds nothing. kGlobal instead of a variable stands for the file.
   static constexpr int kGlobal = -1;
   void add_text(int variable, std::string_view attribute, std::string_view text);
   void add_number(int variable, std::string_view attribute, double number);
 
-  // How a variable of 16-bit integers is stored: its missing code, the sizes of its
+  // Sets how a variable of 16-bit integers is stored: its fill value, the sizes of its
   // chunks, and the level of compression, 0 for none.
   void set_storage(int variable, std::int16_t MissingCode,
                    std::span<const std::size_t> chunks, std::int32_t deflate);
 
-  // What stands for a value that is not there, and says so of a variable.
-  static constexpr std::int32_t kNoInt = -2147483647;
-  static constexpr float kNoFloat = 9.9692099683868690e+36F;
-  static constexpr double kNoDouble = 9.9692099683868690e+36;
-  void fill_with(int variable, std::int32_t missing);
-  void fill_with(int variable, float missing);
-  void fill_with(int variable, double missing);
+  // The library's default fill values, and the function that sets one for a variable.
+  static constexpr std::int32_t kFillInt = -2147483647;
+  static constexpr float kFillFloat = 9.9692099683868690e+36F;
+  static constexpr double kFillDouble = 9.9692099683868690e+36;
+  void set_fill_value(int variable, std::int32_t missing);
+  void set_fill_value(int variable, float missing);
+  void set_fill_value(int variable, double missing);
 
-  // The level of a variable's compression, 0 for none.
+  // Sets the level of a variable's compression, 0 for none.
   void compress(int variable, std::int32_t deflate);
 
-  // Ends the definitions; what follows is values.
+  // Ends the definitions; only `put` and `complete` may follow.
   void end_definitions();
 
-  // A whole variable.
+  // Writes a whole variable.
   void put(int variable, std::span<const double> values);
   void put(int variable, std::span<const float> values);
   void put(int variable, std::span<const std::int32_t> values);
   void put(int variable, std::span<const std::string> values);
 
-  // A part of a variable: `counts` values from `starts` on, along each dimension.
+  // Writes a part of a variable: `counts` values from `starts` on, per dimension.
   void put(int variable, std::span<const std::size_t> starts,
            std::span<const std::size_t> counts, std::span<const std::int16_t> values);
 
-  // Closes the file and gives it its name.
+  // Closes the file and renames it to its name.
   void complete();
 
  private:

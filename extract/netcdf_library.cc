@@ -15,7 +15,7 @@ constexpr const char* kFile = VELDMARK_NETCDF_SONAME;
   throw Failure(std::string("cannot load the netCDF library: ") + ::dlerror());
 }
 
-// It stays loaded until the program ends.
+// The library is never unloaded.
 void* open_library() {
   void* library = ::dlopen(kFile, RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) {

@@ -1,5 +1,5 @@
-// The netCDF C library, loaded when it is needed: with the forty libraries that it
-// needs in turn, loading it takes longer than a small extraction.
+// The netCDF C library, loaded on demand: with its dependencies, loading it takes
+// longer than a small extraction.
 
 #ifndef VELDMARK_EXTRACT_NETCDF_LIBRARY_H_
 #define VELDMARK_EXTRACT_NETCDF_LIBRARY_H_
@@ -8,7 +8,7 @@
 
 namespace veldmark::extract {
 
-// The functions that are used, each called like the library's own.
+// The functions that are used, under the library's own names.
 struct NetcdfLibrary {
   decltype(&::nc_create) nc_create;
   decltype(&::nc_close) nc_close;
@@ -28,8 +28,8 @@ struct NetcdfLibrary {
   decltype(&::nc_put_vara_short) nc_put_vara_short;
 };
 
-// Returns the library, which is loaded by the first call.
-// Throws Failure when the system doesn't find it, or it lacks a function.
+// Returns the library; the first call loads it.
+// Throws Failure if it can't be loaded or lacks a function.
 const NetcdfLibrary& netcdf_library();
 
 }  // namespace veldmark::extract

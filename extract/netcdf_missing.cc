@@ -1,4 +1,4 @@
-// Stands for netcdf_output.cc where the netCDF library is not there.
+// Replaces netcdf_output.cc in a build without the netCDF library.
 
 #include "extract/netcdf_output.h"
 #include "util/failure.h"

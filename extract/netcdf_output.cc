@@ -15,9 +15,9 @@ namespace {
 
 using Chunk = std::array<std::size_t, 3>;  // months, rows, columns
 
-// A cell's series and a month's map take about equally long to read from chunks of this
-// shape; others are faster for one and slower for the other (bench/netcdf_chunks). A
-// chunk of a smaller box has more months instead.
+// With chunks of this shape, reading one cell's series and reading one month's map take
+// about equally long; other shapes favour one of them (bench/netcdf_chunks). If the box
+// is narrower than a chunk, the chunk has more months instead.
 Chunk chunk_of(std::size_t months, std::size_t rows, std::size_t columns) {
   constexpr std::size_t kEdge = 60;
   constexpr std::size_t kValues = kEdge * kEdge * kEdge;
@@ -26,7 +26,8 @@ Chunk chunk_of(std::size_t months, std::size_t rows, std::size_t columns) {
   return chunk;
 }
 
-// Writes the values of a grid, each chunk once.
+// Writes the values of a grid in slabs of whole chunks, so that each is compressed
+// once.
 class GridValuesWriter {
  public:
   GridValuesWriter(NetcdfFile& file, int variable, const Chunk& chunk, const Job& job,
@@ -65,8 +66,7 @@ class GridValuesWriter {
     return {first, std::min(all - first, most)};
   }
 
-  // Finds the series of all columns of some rows; those of cells without data are
-  // empty.
+  // Looks up the series of the cells in `rows`; empty for cells without data.
   void find_series(const Part& rows) {
     series_.clear();
     for (std::size_t row = 0; row < rows.count; ++row) {
@@ -79,7 +79,7 @@ class GridValuesWriter {
     }
   }
 
-  // Writes some months of the series.
+  // Writes `months` of the series.
   void write_part(const Part& rows, const Part& months) {
     values_.assign(months.count * series_.size(),
                    static_cast<std::int16_t>(job_.input.entry.MissingCode));

@@ -1,5 +1,5 @@
-// What is extracted as netCDF-4 after the CF conventions: series, area means and
-// variance tests, of a grid or of sites.
+// Writes netCDF-4 with the CF conventions: series, area means and variance tests, of a
+// grid or of sites.
 
 #ifndef VELDMARK_EXTRACT_NETCDF_OUTPUT_H_
 #define VELDMARK_EXTRACT_NETCDF_OUTPUT_H_
@@ -14,21 +14,21 @@
 
 namespace veldmark::extract {
 
-// Loads the netCDF library. Throws Failure when the system doesn't find it, or the
-// program was built without.
+// Loads the netCDF library. Throws Failure if it can't be loaded, or if the program was
+// built without it.
 void load_netcdf();
 
-// Writes the cells of a box as a grid: latitudes ascending, longitudes running on
-// across the 180 degree meridian (179.75, 180.25), cells without data filled with the
-// missing code. Throws Failure.
+// Writes the cells of a box as a grid: latitudes ascending, longitudes ascending also
+// across the 180 degree meridian (179.75, 180.25). Cells without data hold the missing
+// code. Throws Failure.
 void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& block);
 
 // Writes the series of sites. Throws Failure.
 void write_netcdf_sites(const Job& job, const SiteTable& table,
                         std::span<const SiteSeries> sites);
 
-// Writes the mean over the cells of a box, and how many cells have data, of each month.
-// The mean is not rounded. Throws Failure.
+// Writes, for each month, the mean over the cells of a box and the number of cells with
+// data. The mean is not rounded. Throws Failure.
 void write_netcdf_area_mean(const Job& job, const BoxCells& box, const AreaMean& mean);
 
 // Writes the variance test of each cell of a box, as maps. Throws Failure.

@@ -10,7 +10,7 @@
 namespace veldmark::extract {
 namespace {
 
-// A name for a variable that holds a column of the table of sites.
+// Returns the name of the variable for a column of the table.
 std::string column_name(std::string_view title, std::size_t index) {
   std::string name = "site_";
   for (const char c : title) {

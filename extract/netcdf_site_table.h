@@ -1,4 +1,4 @@
-// The table of sites, and the cells that stand for them, as netCDF.
+// The table of sites and their cells as netCDF variables.
 
 #ifndef VELDMARK_EXTRACT_NETCDF_SITE_TABLE_H_
 #define VELDMARK_EXTRACT_NETCDF_SITE_TABLE_H_
@@ -14,20 +14,20 @@
 
 namespace veldmark::extract {
 
-// Variables along the dimension of the sites: the number of the site in its table,
-// where it is, its cell and how far that is, and each column of the table as text.
+// Variables along the dimension of the sites: the number of the site in its table, its
+// place, its cell and the distance to it, and each column of the table as text.
 class NetcdfSiteTable {
  public:
-  // Defines them. `table` must outlive this.
+  // Defines the variables. Requires that `table` outlives this object.
   NetcdfSiteTable(NetcdfFile& file, const SiteTable& table, int sites);
 
-  // What the variables of the sites name as their coordinates.
+  // The "coordinates" attribute of the variables of the sites.
   static constexpr std::string_view kCoordinates = "lat lon";
 
-  // The variable that tells the sites apart.
+  // The variable that identifies the sites.
   [[nodiscard]] int number() const { return number_; }
 
-  // Writes their values, after the definitions.
+  // Writes the values. Requires that definitions have ended.
   void put(NetcdfFile& file, const Job& job, std::span<const SiteSeries> sites) const;
 
  private:

@@ -1,4 +1,4 @@
-// The variance test of the cells of a grid, or of sites, in a netCDF file.
+// Writes the variance test of the cells of a grid, or of sites, to a netCDF file.
 
 #include <array>
 #include <cstdint>
@@ -16,8 +16,8 @@
 namespace veldmark::extract {
 namespace {
 
-// The six numbers of a test, each as a variable. Cells without data get the fill value;
-// NaN says that a cell has data, but its test no result.
+// The six numbers of a test, each as a variable. Cells without data hold the fill
+// value; NaN means that the cell has data, but its test has no result.
 class TestVariables {
  public:
   TestVariables(NetcdfFile& file, const Job& job, std::span<const int> dimensions,
@@ -47,12 +47,12 @@ class TestVariables {
                {result.n1, result.n2, result.adjusted_n1, result.adjusted_n2});
   }
   void add_without_data() {
-    constexpr float kNone = NetcdfFile::kNoFloat;
-    constexpr std::int32_t kNoCount = NetcdfFile::kNoInt;
-    add_values({kNone, kNone}, {kNoCount, kNoCount, kNoCount, kNoCount});
+    constexpr float kNone = NetcdfFile::kFillFloat;
+    constexpr std::int32_t kFillCount = NetcdfFile::kFillInt;
+    add_values({kNone, kNone}, {kFillCount, kFillCount, kFillCount, kFillCount});
   }
 
-  // Writes what has been added, after the definitions.
+  // Writes the cells added so far. Requires that definitions have ended.
   void put() {
     for (std::size_t i = 0; i < reals_.size(); ++i) {
       file_.put(reals_[i], real_values_[i]);
@@ -69,14 +69,14 @@ class TestVariables {
   int add_real(std::string_view name, const std::string& long_name) {
     const int variable =
         file_.add_variable(name, NetcdfFile::Type::kFloat, dimensions_);
-    file_.fill_with(variable, NetcdfFile::kNoFloat);
+    file_.set_fill_value(variable, NetcdfFile::kFillFloat);
     describe(variable, long_name);
     return variable;
   }
 
   int add_count(std::string_view name, const std::string& long_name) {
     const int variable = file_.add_variable(name, NetcdfFile::Type::kInt, dimensions_);
-    file_.fill_with(variable, NetcdfFile::kNoInt);
+    file_.set_fill_value(variable, NetcdfFile::kFillInt);
     describe(variable, long_name);
     return variable;
   }

@@ -1,4 +1,4 @@
-// Which options go together.
+// Which options exclude or need each other.
 
 #ifndef VELDMARK_EXTRACT_OPTION_RULES_H_
 #define VELDMARK_EXTRACT_OPTION_RULES_H_
@@ -7,9 +7,9 @@
 
 namespace veldmark::extract {
 
-// Throws UsageError when two of the options exclude each other, or one needs another.
+// Throws UsageError if two options exclude each other, or one needs another.
 //
-//   deflate_given    was the compression chosen?
+//   deflate_given    whether --deflate is on the command line
 void check_combinations(const Options& options, bool deflate_given);
 
 }  // namespace veldmark::extract

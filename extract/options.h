@@ -1,4 +1,4 @@
-// What a run is to do, as the command line says it.
+// The options of a run, as given on the command line.
 
 #ifndef VELDMARK_EXTRACT_OPTIONS_H_
 #define VELDMARK_EXTRACT_OPTIONS_H_
@@ -24,12 +24,12 @@ struct Years {
 // Returns "1901-2016".
 std::string years_text(const Years& years);
 
-// What to do. Every value has been checked as far as that is possible without the
-// input file: the years against those of the file are not, nor is the variable's name.
+// Values are checked as far as possible without the input file; the variable's name,
+// and whether the file holds the years, are checked later.
 struct Options {
   Task task = Task::kExtract;
 
-  std::string input;  // a variable's short name or a file; empty only with --cite
+  std::string input;  // a variable's short name or a file; can be empty with --cite
   std::optional<std::string> variable;
   std::optional<std::int32_t> first_year;  // of the file
 
@@ -38,14 +38,14 @@ struct Options {
   std::optional<Point> cell;
   std::optional<std::string> sites;  // name of the file
   std::optional<double> radius_km;
-  std::string longitude_note;  // how the longitudes were understood; empty as given
+  std::string longitude_note;  // how --lon was converted; empty if it was not
 
-  std::optional<Years> years;  // all without
+  std::optional<Years> years;  // nullopt: all years
   std::int32_t every = 1;
   bool area_mean = false;
   std::optional<std::int32_t> variance_test;  // first year of the second period
 
-  std::optional<std::string> output;  // standard output without
+  std::optional<std::string> output;  // nullopt: standard output
   Format format = Format::kCsv;
   bool wide = false;
   bool stored = false;

@@ -28,7 +28,7 @@ PartFile::Earlier earlier_output(const Options& options) {
   return options.overwrite ? PartFile::Earlier::kReplaced : PartFile::Earlier::kKept;
 }
 
-// Looks at links, too, which lead nowhere: the name is taken.
+// lstat, not stat: a dangling link also occupies the name.
 void check_outputs(const Options& options, const companion::Inputs& inputs) {
   for (const std::string& name : output_names(options)) {
     inputs.expect_apart_from(name);

@@ -1,4 +1,4 @@
-// The files that a run writes.
+// The names of the files that a run writes.
 
 #ifndef VELDMARK_EXTRACT_OUTPUT_NAMES_H_
 #define VELDMARK_EXTRACT_OUTPUT_NAMES_H_
@@ -12,19 +12,18 @@
 
 namespace veldmark::extract {
 
-// Returns the files that the options name as output: NAME.TSF and NAME.XY, or the one
-// file, or none for standard output.
+// Returns the output files: NAME.TSF and NAME.XY, or one file, or none for standard
+// output.
 std::vector<std::string> output_names(const Options& options);
 
-// Returns what the output is called in messages.
+// Returns the name of the output for messages.
 std::string output_title(const Options& options);
 
-// Returns what becomes of files that have the names of the outputs by the time when
-// these are complete.
+// Returns whether an output replaces a file that has its name when it is complete.
 PartFile::Earlier earlier_output(const Options& options);
 
-// Throws Failure when an output is one of `inputs`, which are being read, is no regular
-// file, or exists and may not be replaced.
+// Throws Failure if an output is one of `inputs`, is not a regular file, or exists and
+// must not be replaced.
 void check_outputs(const Options& options, const companion::Inputs& inputs);
 
 }  // namespace veldmark::extract

@@ -9,12 +9,12 @@
 namespace veldmark::extract {
 namespace {
 
-// Starting a thread takes as long as reading some hundred kilobytes. Beyond four,
-// memory gets no faster.
-constexpr std::size_t kBytesWorthAThread = std::size_t{8} << 20U;
-constexpr std::size_t kMostParts = 4;
+// A smaller part would not pay for starting its thread. More than four threads don't
+// help: memory bandwidth is the limit.
+constexpr std::size_t kMinBytesPerPart = std::size_t{8} << 20U;
+constexpr std::size_t kMaxParts = 4;
 
-void lower_to(std::atomic<std::size_t>& number, std::size_t value) {
+void store_minimum(std::atomic<std::size_t>& number, std::size_t value) {
   std::size_t before = number;
   while (value < before && !number.compare_exchange_weak(before, value)) {
   }
@@ -30,7 +30,7 @@ void run_parts(std::size_t count, const std::function<void(const Part&)>& work) 
       work(Part(index, count, failed));
     } catch (...) {
       failures[index] = std::current_exception();
-      lower_to(failed, index);
+      store_minimum(failed, index);
     }
   };
   {
@@ -52,8 +52,8 @@ void run_parts(std::size_t count, const std::function<void(const Part&)>& work) 
 
 std::size_t parts_for(std::size_t bytes) {
   const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
-  return std::clamp(bytes / kBytesWorthAThread, std::size_t{1},
-                    std::min(processors, kMostParts));
+  return std::clamp(bytes / kMinBytesPerPart, std::size_t{1},
+                    std::min(processors, kMaxParts));
 }
 
 }  // namespace veldmark::extract

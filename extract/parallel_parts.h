@@ -1,4 +1,4 @@
-// Work that is done in parts, each on a thread of its own.
+// Divides work into parts that run on threads of their own.
 
 #ifndef VELDMARK_EXTRACT_PARALLEL_PARTS_H_
 #define VELDMARK_EXTRACT_PARALLEL_PARTS_H_
@@ -15,7 +15,7 @@ class Part {
   Part(std::size_t index, std::size_t count, const std::atomic<std::size_t>& failed)
       : index_(index), count_(count), failed_(failed) {}
 
-  // Of `all` things the part's are those from begin(all) to before end(all).
+  // The part's share of `all` items is [begin(all), end(all)).
   [[nodiscard]] std::size_t begin(std::size_t all) const {
     return all * index_ / count_;
   }
@@ -25,22 +25,23 @@ class Part {
 
   [[nodiscard]] std::size_t index() const { return index_; }
 
-  // Has a part before this one failed, so that nobody waits for this one's result?
-  [[nodiscard]] bool is_in_vain() const { return failed_ < index_; }
+  // Returns whether a part with a lower index has failed, so that this part's result is
+  // not needed.
+  [[nodiscard]] bool is_cancelled() const { return failed_ < index_; }
 
  private:
   std::size_t index_;
   std::size_t count_;
-  const std::atomic<std::size_t>& failed_;  // the first part that has failed
+  const std::atomic<std::size_t>& failed_;  // lowest index of a failed part
 };
 
-// Calls `work` with each of `count` parts and waits for all of them. Where the system
-// gives no further thread, the calling one does the part.
-// Throws what the first part, by its index, that failed has thrown.
+// Calls `work` with each of `count` parts and waits for all of them. If the system
+// refuses a thread, the part runs on the calling one.
+// Throws the exception of the failed part with the lowest index.
 void run_parts(std::size_t count, const std::function<void(const Part&)>& work);
 
-// Returns how many parts are worth their threads, one for each processor at most, when
-// `bytes` are read in all.
+// Returns the number of parts to read `bytes` in: at least 1, at most 4 and at most one
+// per processor.
 std::size_t parts_for(std::size_t bytes);
 
 }  // namespace veldmark::extract

@@ -19,7 +19,7 @@ constexpr double kMeridian = 180;
 constexpr double kCircle = 360;
 constexpr double kCellsPerDegree = 1 / kCellSize;
 
-// Splits "A:B" or "A,B" into two numbers; nothing for any other text.
+// Returns the two numbers of "A:B" or "A,B"; nullopt for any other text.
 std::optional<std::pair<double, double>> parse_pair(std::string_view text,
                                                     char separator) {
   const std::size_t middle = text.find(separator);
@@ -44,16 +44,18 @@ std::string range_text(double first, double second) {
   return degrees_text(first) + ":" + degrees_text(second);
 }
 
-// The lowest place 1..count whose centre is at or above `bound`; count + 1 for none.
+// Returns the lowest index 1..count whose centre is at or above `bound`; count + 1 if
+// there is none.
 std::int32_t first_at_or_above(double bound, double first_centre, std::int32_t count) {
-  const double place = std::ceil((bound - first_centre) * kCellsPerDegree) + 1;
-  return static_cast<std::int32_t>(std::clamp<double>(place, 1, count + 1));
+  const double index = std::ceil((bound - first_centre) * kCellsPerDegree) + 1;
+  return static_cast<std::int32_t>(std::clamp<double>(index, 1, count + 1));
 }
 
-// The highest place 1..count whose centre is at or below `bound`; 0 for none.
+// Returns the highest index 1..count whose centre is at or below `bound`; 0 if there is
+// none.
 std::int32_t last_at_or_below(double bound, double first_centre, std::int32_t count) {
-  const double place = std::floor((bound - first_centre) * kCellsPerDegree) + 1;
-  return static_cast<std::int32_t>(std::clamp<double>(place, 0, count));
+  const double index = std::floor((bound - first_centre) * kCellsPerDegree) + 1;
+  return static_cast<std::int32_t>(std::clamp<double>(index, 0, count));
 }
 
 std::int32_t row_in_order(std::int32_t row_from_south, RowOrder order) {
@@ -100,8 +102,8 @@ std::optional<double> parse_degrees(std::string_view text) {
 
 std::string degrees_text(double degrees) {
   constexpr int kDecimals = 9;
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> digits{};
+  constexpr std::size_t kBufferSize = 32;
+  std::array<char, kBufferSize> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
                                     degrees, std::chars_format::fixed, kDecimals);
   std::string text(digits.data(), result.ptr);
@@ -212,8 +214,8 @@ Point centre_of(const Cell& cell, RowOrder order) {
 double distance_km(const Point& a, const Point& b) {
   constexpr double kEarthRadius = 6371.0088;  // km, the mean radius
   constexpr double kRadian = std::numbers::pi / kMeridian;
-  // The haversine form, which is good for short distances; the shorter way round, so
-  // that cells either side of the meridian are as far as any others.
+  // The haversine formula, which is accurate for short distances. The remainder takes
+  // the shorter way round, so that distances across the date line are right.
   const double dlon = std::remainder(b.longitude - a.longitude, kCircle);
   const double dy = std::sin((b.latitude - a.latitude) * kRadian / 2);
   const double dx = std::sin(dlon * kRadian / 2);

@@ -1,8 +1,7 @@
-// Places in degrees, as they are written on a command line or in a table of sites, and
-// the cells of the 0.5 degree grid that belong to them.
+// Parses places in degrees, from a command line or a table of sites, and finds the
+// cells of the 0.5-degree grid that belong to them.
 //
-// Longitudes from -180 to 360 are understood, so that 282 and -78 are the same
-// meridian.
+// Longitudes from -180 to 360 are accepted: 282 and -78 are the same meridian.
 
 #ifndef VELDMARK_EXTRACT_PLACE_H_
 #define VELDMARK_EXTRACT_PLACE_H_
@@ -39,25 +38,26 @@ struct Cell {
   friend auto operator<=>(const Cell&, const Cell&) = default;
 };
 
-// Reads a number of degrees: a plain decimal number, a sign and an exponent allowed.
-// Returns nothing for any other text, blanks, infinities and NaN included.
+// Returns the number in `text`: decimal, with an optional sign and exponent. Returns
+// nullopt for any other text, including blanks, infinities and NaN.
 std::optional<double> parse_degrees(std::string_view text);
 
-// Returns `degrees` with as few decimals as show it, nine at most: "-78", "10.25".
+// Returns `degrees` as text with at most nine decimals and no trailing zeros: "-78",
+// "10.25".
 std::string degrees_text(double degrees);
 
-// Returns the longitude of -180..180 that `longitude` (-180..360) means.
+// Returns `longitude` (-180..360) as a longitude of -180..180.
 double to_signed_longitude(double longitude);
 
 // Sets the southern and northern edge of `box` from the text "S:N".
-// Throws UsageError for any other text, for latitudes beyond the poles, and when S is
+// Throws UsageError for any other text, for latitudes beyond the poles, and if S is
 // north of N.
 void set_latitudes(std::string_view text, Box& box);
 
 // Sets the western and eastern edge of `box` from the text "W:E". A span of 360 degrees
 // is the whole circle.
-// Returns what was made of the text, "--lon 282:287 taken as -78:-73"; empty when the
-// edges are those that were written.
+// Returns a note such as "--lon 282:287 taken as -78:-73"; empty if the edges are as
+// given.
 // Throws UsageError for any other text, longitudes outside -180..360, and a span of
 // more than 360 degrees.
 std::string set_longitudes(std::string_view text, Box& box);
@@ -67,12 +67,12 @@ Point parse_point(std::string_view text);
 
 // Returns the rows and columns whose centres lie in `box`, edges included, in the order
 // of a file. Ranges of a box without centres are empty (last < first). A box across the
-// meridian that has centres on one side only comes as one range.
+// date line with centres on one side only has one column range.
 GridRanges ranges_of(const Box& box, RowOrder order);
 
-// Returns the cell that holds `point`. A point on an edge belongs to the cell north and
-// east of it; the north pole belongs to the northernmost row, and 180 E, which is 180
-// W, to the westernmost column.
+// Returns the cell that contains `point`. A point on an edge belongs to the cell north
+// and east of it; the north pole belongs to the northernmost row, and 180 E, which is
+// 180 W, to the westernmost column.
 Cell cell_of(const Point& point, RowOrder order);
 
 // Returns the centre of a cell.

@@ -17,15 +17,15 @@ bool is_digit(char c) { return '0' <= c && c <= '9'; }
 
 // The number at the start of `text`: two or more groups of one or two digits, with
 // points or underscores between them, as in "4.09" and "3_24_01". A longer group is a
-// year and no part of it. Empty where there is none.
+// year and ends the number. Empty if there is no such number.
 std::string leading_number(std::string_view text) {
-  constexpr std::ptrdiff_t kMostDigits = 2;
+  constexpr std::ptrdiff_t kMaxDigits = 2;
   std::string number;
   std::size_t groups = 0;
   const char* place = text.begin();
   for (;;) {
     const char* const end = std::find_if_not(place, text.end(), is_digit);
-    if (end == place || end - place > kMostDigits) {
+    if (end == place || end - place > kMaxDigits) {
       break;
     }
     number += (groups > 0 ? "." : "") + std::string(place, end);
@@ -38,7 +38,7 @@ std::string leading_number(std::string_view text) {
   return groups > 1 ? number : "";
 }
 
-// The number behind the name of the data set in a file's name; empty where there is
+// Returns the number after the name of the data set in a file's name; empty if there is
 // none.
 std::string release_number(const VariableEntry& entry, std::string_view file_name) {
   file_name.remove_prefix(file_name.rfind('/') + 1);  // npos + 1 is 0

@@ -34,8 +34,8 @@ using companion::Surroundings;
 
 constexpr int kNothingFound = 3;
 
-// A stop signal came while series went to standard output, which may have got some.
-struct StandardOutputCut : Interrupted {
+// Interrupted by a signal while series were written to standard output.
+struct StandardOutputIncomplete : Interrupted {
   using Interrupted::Interrupted;
 };
 
@@ -43,14 +43,14 @@ using Moment = std::chrono::steady_clock::time_point;
 
 std::string seconds_since(Moment start) {
   const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> digits{};
+  constexpr std::size_t kBufferSize = 32;
+  std::array<char, kBufferSize> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
                                     time.count(), std::chars_format::fixed, 2);
   return {digits.data(), result.ptr};
 }
 
-// The standard calendar of netCDF is another one before.
+// Before this year the standard calendar of netCDF is Julian.
 constexpr std::int32_t kFirstGregorianYear = 1583;
 
 Years choose_years(const Options& options, const InputFile& input) {
@@ -73,7 +73,7 @@ Years choose_years(const Options& options, const InputFile& input) {
   return years;
 }
 
-// The arguments as a shell would take them, but for quotes inside them.
+// Returns the arguments as a shell would take them; quotes inside them are not escaped.
 std::string command_line(std::span<const std::string> arguments) {
   std::string text;
   for (const std::string& argument : arguments) {
@@ -97,7 +97,7 @@ std::string extract_series(const Job& job) {
     if (job.options.output) {
       throw;
     }
-    throw StandardOutputCut(interrupted.signal);
+    throw StandardOutputIncomplete(interrupted.signal);
   }
 }
 
@@ -132,7 +132,7 @@ int extract(const Options& options, std::span<const std::string> arguments,
   return kAllIsWell;
 }
 
-// The citation of the input's data set; of all without an input.
+// Shows the citation of the input's data set, or of both data sets without an input.
 int cite(const Options& options, const Surroundings& around) {
   if (options.input.empty()) {
     around.output << "CRU TS: " << citation_text(VariableCatalogue.front()) << "\n\n"
@@ -154,7 +154,7 @@ int cite(const Options& options, const Surroundings& around) {
   return kAllIsWell;
 }
 
-// The core's faults in words; it only writes here.
+// Returns the message for a fault of the core, which only writes here.
 std::string fault_text(const FileFault& fault) {
   const bool busy = fault.kind() == FileFault::Kind::kWrittenByAnotherRun;
   return "cannot write " + in_quotes(fault.name()) + ": " +
@@ -188,7 +188,7 @@ int run_extract(companion::Arguments arguments, const Surroundings& around) {
     } catch (const NothingFound& error) {
       companion::complain(around, kProgram) << error.what() << "\n";
       return kNothingFound;
-    } catch (const StandardOutputCut& cut) {
+    } catch (const StandardOutputIncomplete& cut) {
       companion::complain(around, kProgram)
           << "interrupted; what is on standard output is not complete\n";
       return companion::kEndedBySignal + cut.signal;

@@ -7,10 +7,10 @@
 
 namespace veldmark::extract {
 
-// Does what the arguments say, the program's name not among them. Series without a name
-// for the output go to descriptor 1.
-// Returns the exit status: 0; 1 after a failure; 2 for a wrong command line; 3 when no
-// cell with data was found; 128 and the signal's number when interrupted.
+// Runs the program with its arguments, without the program's name. Series go to
+// descriptor 1 unless --output names a file.
+// Returns the exit status: 0; 1 after a failure; 2 for a wrong command line; 3 if no
+// cell with data was found; 128 plus the signal's number if interrupted.
 int run_extract(companion::Arguments arguments, const companion::Surroundings& around);
 
 }  // namespace veldmark::extract

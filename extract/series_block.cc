@@ -17,8 +17,8 @@ std::span<const std::int16_t> SeriesBlock::series(const Cell& cell) const {
       return {values_.data() + place * month_count(), month_count()};
     }
   }
-  const auto late = late_cells_.find(cell);
-  return late == late_cells_.end() ? std::span<const std::int16_t>() : late->second;
+  const auto late = late_starts_.find(cell);
+  return late == late_starts_.end() ? std::span<const std::int16_t>() : late->second;
 }
 
 }  // namespace veldmark::extract

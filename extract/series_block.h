@@ -19,7 +19,7 @@ namespace veldmark::extract {
 struct BlockLayout {
   std::size_t month_count = 0;
   std::vector<std::int32_t> rows;     // ascending
-  std::vector<std::size_t> begin;     // of each row in columns, and the end
+  std::vector<std::size_t> begin;     // offset of each row in columns, plus the end
   std::vector<std::int32_t> columns;  // ascending in each row
 
   // The columns of rows[index].
@@ -28,9 +28,9 @@ struct BlockLayout {
   }
 };
 
-// The series of cells that begin to have data later. There are hardly any: CRU TS has
-// the same cells in every month.
-using LateCells = std::map<Cell, std::vector<std::int16_t>>;
+// The series of cells without data in the first month, but with data later. They are
+// rare: in CRU TS the same cells have data in every month.
+using LateStarts = std::map<Cell, std::vector<std::int16_t>>;
 
 // Series in stored units, the missing code in months without data. Cells are found by
 // row and column in the order of the file.
@@ -42,9 +42,9 @@ class SeriesBlock {
 
   [[nodiscard]] std::size_t month_count() const { return layout_.month_count; }
 
-  // How many cells have data.
+  // The number of cells that have data.
   [[nodiscard]] std::size_t cell_count() const {
-    return layout_.columns.size() + late_cells_.size();
+    return layout_.columns.size() + late_starts_.size();
   }
 
  private:
@@ -52,7 +52,7 @@ class SeriesBlock {
 
   BlockLayout layout_;
   LargeBuffer values_;  // [cell][month] when complete
-  LateCells late_cells_;
+  LateStarts late_starts_;
 };
 
 }  // namespace veldmark::extract

@@ -1,4 +1,4 @@
-// What has been found for a site.
+// The series found for a site.
 
 #ifndef VELDMARK_EXTRACT_SITE_SERIES_H_
 #define VELDMARK_EXTRACT_SITE_SERIES_H_
@@ -11,7 +11,7 @@
 
 namespace veldmark::extract {
 
-// A site and the cell that stands for it. Refers to series that must outlive it.
+// A site and the cell used for it. Requires that the series outlive this object.
 struct SiteSeries {
   std::size_t site;  // index into the table
   Cell cell;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kPole = 90;
 
-std::string_view without_blanks_around(std::string_view text) {
+std::string_view trim_blanks(std::string_view text) {
   constexpr std::string_view kBlanks = " \t";
   const std::size_t begin = text.find_first_not_of(kBlanks);
   if (begin == std::string_view::npos) {
@@ -24,12 +24,13 @@ std::string_view without_blanks_around(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-// The column headed by the first of `titles` that is there; kNoColumn for none.
+// Returns the column headed by the first of `titles` that occurs; kNoColumn if none
+// does.
 std::size_t find_column(const std::vector<std::string>& header,
                         std::initializer_list<std::string_view> titles) {
   for (const std::string_view title : titles) {
     for (std::size_t column = 0; column < header.size(); ++column) {
-      if (lower_case(without_blanks_around(header[column])) == title) {
+      if (lower_case(trim_blanks(header[column])) == title) {
         return column;
       }
     }
@@ -66,17 +67,16 @@ Columns find_columns(const std::string& file, const SiteTable& table) {
   return columns;
 }
 
-// Reads one site; `where` is the file and the record for messages.
+// Returns the place of a site. Throws Failure; `where` is the file and the record, for
+// its message.
 Point parse_site(const std::string& where, const Columns& columns,
                  const std::vector<std::string>& fields) {
   constexpr double kWest = -180;
   constexpr double kEast = 360;
   const std::string& latitude_text = fields[columns.latitude];
   const std::string& longitude_text = fields[columns.longitude];
-  const std::optional<double> latitude =
-      parse_degrees(without_blanks_around(latitude_text));
-  const std::optional<double> longitude =
-      parse_degrees(without_blanks_around(longitude_text));
+  const std::optional<double> latitude = parse_degrees(trim_blanks(latitude_text));
+  const std::optional<double> longitude = parse_degrees(trim_blanks(longitude_text));
   if (!latitude) {
     throw Failure(where + ": the latitude " + in_quotes(latitude_text) +
                   " is no number");
@@ -102,7 +102,7 @@ Point parse_site(const std::string& where, const Columns& columns,
 std::string site_title(const SiteTable& table, std::size_t index) {
   if (table.name_column != SiteTable::kNoColumn) {
     const std::string& name = table.sites[index].fields[table.name_column];
-    if (!without_blanks_around(name).empty()) {
+    if (!trim_blanks(name).empty()) {
       return name;
     }
   }

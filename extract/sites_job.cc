@@ -24,11 +24,11 @@ namespace {
 
 // The series of all sites, and the blocks that hold them.
 struct Found {
-  SeriesBlock own;     // the cells that hold the sites
+  SeriesBlock own;     // the cells that contain the sites
   SeriesBlock around;  // those around sites without data of their own
   std::vector<SiteSeries> sites;
   std::vector<std::size_t> left_out;
-  std::size_t moved = 0;  // sites that got another cell than their own
+  std::size_t moved = 0;  // sites that have the nearest cell instead of their own
 };
 
 class SiteSearch {
@@ -54,7 +54,7 @@ class SiteSearch {
     return read_cells_of(job_, CellSet(cells));
   }
 
-  // Reads what lies within the radius of the sites whose own cells have no data.
+  // Reads the cells within the radius of sites whose own cells have no data.
   void read_around(const std::vector<Cell>& own_cells) {
     if (!job_.options.radius_km) {
       return;
@@ -99,14 +99,14 @@ class SiteSearch {
 };
 
 std::string kilometres_text(double distance) {
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> digits{};
+  constexpr std::size_t kBufferSize = 32;
+  std::array<char, kBufferSize> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
                                     distance, std::chars_format::fixed, 1);
   return {digits.data(), result.ptr};
 }
 
-// The site's own columns, then cell_lat, cell_lon and distance_km.
+// Returns the site's own columns, then cell_lat, cell_lon and distance_km.
 std::string place_columns(const Site& site, const Cell& cell, RowOrder order) {
   std::string columns;
   for (const std::string& field : site.fields) {
@@ -150,7 +150,7 @@ void write_csv(const Job& job, const SiteTable& table, const Found& found) {
   output.complete();
 }
 
-void name_left_out(const Job& job, const SiteTable& table, const Found& found) {
+void report_left_out(const Job& job, const SiteTable& table, const Found& found) {
   for (const std::size_t index : found.left_out) {
     const Point& point = table.sites[index].point;
     note(job, site_title(table, index) + " (" + degrees_text(point.latitude) + ", " +
@@ -167,7 +167,7 @@ void name_left_out(const Job& job, const SiteTable& table, const Found& found) {
 std::string extract_sites(const Job& job) {
   const SiteTable table = read_sites(*job.options.sites);
   const Found found = SiteSearch(job, table).find();
-  name_left_out(job, table, found);
+  report_left_out(job, table, found);
   if (found.sites.empty()) {
     throw NothingFound("no site has data");
   }

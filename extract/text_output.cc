@@ -14,10 +14,10 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 
-// Another program may have left the standard output in a state where nothing waits.
+// Standard output may be non-blocking: another program that shares it can set that.
 void write_to_standard_output(std::string_view text) {
   while (!text.empty()) {
-    InterruptWatch::throw_if_caught();  // the reader may never go on
+    InterruptWatch::throw_if_caught();  // the reader may never read on
     const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
     if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));

@@ -1,5 +1,4 @@
-// A text that is written to a file, which appears only when it is complete, or to
-// standard output.
+// Writes text to standard output, or to a file that appears only when it is complete.
 
 #ifndef VELDMARK_EXTRACT_TEXT_OUTPUT_H_
 #define VELDMARK_EXTRACT_TEXT_OUTPUT_H_
@@ -15,22 +14,22 @@
 
 namespace veldmark::extract {
 
-// Throws Failure when something can't be written, and Interrupted where it has to wait
-// for the reader of standard output when an InterruptWatch has caught a signal.
+// Throws Failure if a write fails, and Interrupted if an InterruptWatch catches a
+// signal while it waits for the reader of standard output.
 class TextOutput {
  public:
-  // Begins the file `name`; standard output without a name.
+  // Opens the file `name`; nullopt means standard output.
   explicit TextOutput(const std::optional<std::string>& name,
                       PartFile::Earlier earlier = PartFile::Earlier::kKept);
 
   void write(std::string_view text);
 
-  // The same without a copy: reserve returns memory for `size` characters; commit says
-  // how many of them were filled in.
+  // Writes without a copy: reserve returns a buffer for `size` characters; commit takes
+  // how many of them were written.
   char* reserve(std::size_t size);
   void commit(std::size_t size) { used_ += size; }
 
-  // Writes what is left; the file gets its name.
+  // Writes what is buffered, and renames the file to its name.
   void complete();
 
  private:

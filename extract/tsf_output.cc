@@ -15,16 +15,16 @@
 namespace veldmark::extract {
 namespace {
 
-// A year line has 78 characters, and all of a cell's are reserved at once.
-constexpr std::int32_t kMostYears = 800;
+// A line of a year has 78 characters; all lines of a cell are reserved at once.
+constexpr std::int32_t kMaxYears = 800;
 constexpr std::size_t kYearLine = 78;
-static_assert((kMostYears + 1) * kYearLine <= OutputFile::kMaxReserved);
+static_assert((kMaxYears + 1) * kYearLine <= OutputFile::kMaxReserved);
 
 std::string without_folders(const std::string& name) {
   return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
 }
 
-// Opens the part of the file `name` as the dialogue opens its outputs.
+// Opens the part file of `name` as the dialogue opens its outputs.
 OutputFile output_into(PartFile& part, const std::string& name) {
   part.release_lock();
   return OutputFile(PartFile::part_name(name));
@@ -57,7 +57,7 @@ void write_cells(const Job& job, const BoxCells& box, const SeriesBlock& block,
 }  // namespace
 
 void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
-  if (job.years.last - job.years.first >= kMostYears) {
+  if (job.years.last - job.years.first >= kMaxYears) {
     throw Failure("tsf holds at most 800 years; choose them with --years");
   }
   const std::vector<std::string> names = output_names(job.options);

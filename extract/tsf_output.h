@@ -1,4 +1,4 @@
-// The two text files that a dialogue writes: the series (.TSF) and the cell list (.XY).
+// Writes the two text files of the dialogue: the series (.TSF) and the cell list (.XY).
 
 #ifndef VELDMARK_EXTRACT_TSF_OUTPUT_H_
 #define VELDMARK_EXTRACT_TSF_OUTPUT_H_
@@ -9,10 +9,10 @@
 namespace veldmark::extract {
 
 // Writes NAME.TSF and NAME.XY with the cells of `box` that have data, in the order of
-// the file, as a fresh dialogue writes them for the same cells; both appear when both
-// are complete. The cell list shows the name of the series without folders. Headings
-// name the release of the input, not that of the dialogue.
-// Throws Failure or FileFault when something can't be written.
+// the file, as the dialogue writes them in the first search of a run; both appear when
+// both are complete. The cell list shows the name of the series without folders. The
+// headings have the release of the input, not that of the dialogue.
+// Throws Failure or FileFault if a write fails.
 void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block);
 
 }  // namespace veldmark::extract

@@ -1,4 +1,4 @@
-// Values as decimal text, exact because it is made from the stored integers.
+// Formats values as decimal text; exact, because it is made from the stored integers.
 
 #ifndef VELDMARK_EXTRACT_VALUE_TEXTS_H_
 #define VELDMARK_EXTRACT_VALUE_TEXTS_H_
@@ -16,18 +16,18 @@ namespace veldmark::extract {
 // "-0.5"; with none it is the integer. 0 <= decimals <= 2.
 std::string exact_decimal(std::int32_t value, std::int32_t decimals);
 
-// The texts of all 16-bit values, ready-made for the hot loop. The missing code has an
+// The texts of all 16-bit values, precomputed for the hot loop. The missing code has an
 // empty text.
 class ValueTexts {
  public:
   ValueTexts(std::int32_t decimals, std::int32_t MissingCode);
 
-  // A text has at most kLongest characters, but is copied as kCopySize.
-  static constexpr std::size_t kLongest = 7;
+  // A text has at most kMaxLength characters; write copies kCopySize.
+  static constexpr std::size_t kMaxLength = 7;
   static constexpr std::size_t kCopySize = 8;
 
-  // Writes `value` at `out`, where kCopySize characters may be overwritten; returns the
-  // place behind the text.
+  // Writes `value` at `out`, where kCopySize characters may be overwritten. Returns the
+  // position after the text.
   char* write(std::int16_t value, char* out) const {
     const Text& text = texts_[static_cast<std::uint16_t>(value)];
     std::memcpy(out, text.data(), kCopySize);
@@ -35,7 +35,8 @@ class ValueTexts {
   }
 
  private:
-  using Text = std::array<char, kCopySize>;  // characters, and their number at the end
+  using Text =
+      std::array<char, kCopySize>;  // the characters; the last element is their number
 
   std::vector<Text> texts_;  // by the value modulo 2^16
 };

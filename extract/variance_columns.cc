@@ -7,8 +7,8 @@
 namespace veldmark::extract {
 namespace {
 
-// The shortest text that reads back to the same value; NaN and Inf as R and Python have
-// them.
+// Returns the shortest text that reads back as the same value; NaN and Inf as R and
+// Python read them.
 std::string real_text(float value) {
   if (std::isnan(value)) {
     return "NaN";
@@ -16,8 +16,8 @@ std::string real_text(float value) {
   if (std::isinf(value)) {
     return value > 0 ? "Inf" : "-Inf";
   }
-  constexpr std::size_t kLongest = 32;
-  std::array<char, kLongest> digits{};
+  constexpr std::size_t kBufferSize = 32;
+  std::array<char, kBufferSize> digits{};
   const auto result =
       std::to_chars(digits.data(), digits.data() + digits.size(), value);
   return {digits.data(), result.ptr};

@@ -1,4 +1,4 @@
-// The test of a series for a change of variance, as columns of a CSV line.
+// Formats the test for a change of variance as columns of a CSV line.
 
 #ifndef VELDMARK_EXTRACT_VARIANCE_COLUMNS_H_
 #define VELDMARK_EXTRACT_VARIANCE_COLUMNS_H_
@@ -13,7 +13,7 @@ namespace veldmark::extract {
 constexpr std::string_view kVarianceHeading =
     "f,probability,n1,n2,adjusted_n1,adjusted_n2";
 
-// Returns the values of these columns with commas between them.
+// Returns the values of these columns, separated by commas.
 std::string variance_columns(const VarianceResult& result);
 
 }  // namespace veldmark::extract

@@ -29,7 +29,7 @@ VarianceResult test_variance(std::span<const std::int16_t> series,
   VarianceResult result;
   result.n1 = result.adjusted_n1 = static_cast<std::int32_t>(first.size());
   result.n2 = result.adjusted_n2 = static_cast<std::int32_t>(second.size());
-  // A bad argument leaves the probability NaN, which says enough.
+  // A bad argument leaves the probability NaN; its notice is not needed.
   ftest(first, result.adjusted_n1, second, result.adjusted_n2, result.f,
         result.probability, [](std::string_view /*text*/) {});
   return result;

@@ -1,4 +1,4 @@
-// The test of a series for a change of variance.
+// Tests a series for a change of variance.
 
 #ifndef VELDMARK_EXTRACT_VARIANCE_TEST_H_
 #define VELDMARK_EXTRACT_VARIANCE_TEST_H_
@@ -11,19 +11,19 @@
 
 namespace veldmark::extract {
 
-// f and probability are NaN where the test has no result: neither period varies, or one
+// f and probability are NaN if the test has no result: neither period varies, or one
 // has fewer than two values.
 struct VarianceResult {
   float f = 0;
   float probability = 0;
   std::int32_t n1 = 0;  // values of the first period
   std::int32_t n2 = 0;
-  std::int32_t adjusted_n1 = 0;  // the counts that stand for them
+  std::int32_t adjusted_n1 = 0;  // adjusted for kurtosis
   std::int32_t adjusted_n2 = 0;
 };
 
-// Tests whether the months from `second_period` on vary as those before it do, in
-// physical units and single precision (docs/variance-test.md).
+// Compares the variance of the months before `second_period` with that of the months
+// from it on, in physical units and single precision (docs/variance-test.md).
 //
 //   series          stored units; months with the missing code are left out
 //   second_period   the first month of the second period, counted from 0

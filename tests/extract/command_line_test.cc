@@ -125,7 +125,7 @@ TEST(CommandLine, EveryMistakeHasItsSentence) {
       {{"tmp", "--lat"}, "--lat needs a value"},
       {{"tmp", "--lat="}, "--lat needs a value"},
       {{"tmp", "--output", ""}, "--output needs a value"},
-      {{"tmp", "--lat", "1:2", "--lat", "1:2"}, "--lat stands there more than once"},
+      {{"tmp", "--lat", "1:2", "--lat", "1:2"}, "--lat is given more than once"},
       {{"tmp", "--radius", "10"}, "--radius goes with --sites"},
       {{"tmp", "--sites", "s", "--radius", "-1"},
        "--radius '-1': give a distance in kilometres, as in --radius 50"},

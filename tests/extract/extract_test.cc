@@ -228,7 +228,7 @@ TEST_F(Extract, SaysWhatItDidUnlessQuiet) {
   const std::string start =
       "veldmark-extract: --lon 220:222 taken as -140:-138\n"
       "veldmark-extract: tmp 1901-1902: 8 cells in the box, 2 kept by --every 2, "
-      "1 without data passed over, 1 saved to 'x.csv', ";
+      "1 without data skipped, 1 saved to 'x.csv', ";
   EXPECT_EQ(outcome.messages.substr(0, start.size()), start);
 }
 
@@ -333,8 +333,7 @@ TEST_F(Extract, ALimitOnTheSizeOfFilesEndsNoFormatByASignal) {
 
 TEST_F(Extract, AnEmptyAnswerIsAStatusOfItsOwn) {
   write_grid();
-  expect_failure({kName, "--lat", "-60:-50"}, 3,
-                 "no cell with data: 14400 cells looked at, all without");
+  expect_failure({kName, "--lat", "-60:-50"}, 3, "no cell has data (14400 cells read)");
   expect_failure(
       {kName, "--lat", "10.3:10.4"}, 3,
       "no cell has its centre in the box: centres lie at .25 and .75 degrees; "

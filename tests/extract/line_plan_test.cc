@@ -24,8 +24,8 @@ void put(std::string& line, std::int32_t column, const std::string& field) {
 bool read(const std::string& line, const RowPlan& plan,
           std::vector<std::int16_t>& values) {
   const std::string with_end = line + "\n";
-  return read_usual_line(std::string_view(with_end).substr(0, kLineLength), plan,
-                         kMissing, values.data());
+  return try_fast_read(std::string_view(with_end).substr(0, kLineLength), plan,
+                       kMissing, values.data());
 }
 
 std::vector<std::int32_t> columns(std::int32_t first, std::int32_t last) {
@@ -35,7 +35,7 @@ std::vector<std::int32_t> columns(std::int32_t first, std::int32_t last) {
 }
 
 // Five digits are noticed wherever they stand when they may be more than 16 bits hold.
-TEST(ReadUsualLine, NoticesLargeNumbersInEveryColumn) {
+TEST(TryFastRead, NoticesLargeNumbersInEveryColumn) {
   for (const std::int32_t first : {1, 2, 700, 720}) {
     const std::vector<std::int32_t> wanted = columns(first, kGridColumns);
     const RowPlan plan = plan_cells(wanted, wanted, {});
@@ -55,7 +55,7 @@ TEST(ReadUsualLine, NoticesLargeNumbersInEveryColumn) {
   }
 }
 
-TEST(ReadUsualLine, LooksAtNothingElse) {
+TEST(TryFastRead, LooksAtNothingElse) {
   const std::vector<std::int32_t> wanted = columns(100, 120);
   const RowPlan plan = plan_cells(wanted, wanted, {});
   std::vector<std::int16_t> values(wanted.size());
@@ -65,7 +65,7 @@ TEST(ReadUsualLine, LooksAtNothingElse) {
   EXPECT_TRUE(read(line, plan, values));
 }
 
-TEST(ReadUsualLine, NoticesDataWhereNoneWasBefore) {
+TEST(TryFastRead, NoticesDataWhereNoneWasBefore) {
   const std::vector<std::int32_t> wanted = columns(100, 120);
   const std::vector<std::int32_t> with_data = columns(100, 110);
   const RowPlan plan = plan_cells(wanted, with_data, {});
@@ -77,7 +77,7 @@ TEST(ReadUsualLine, NoticesDataWhereNoneWasBefore) {
   }
 }
 
-TEST(ReadUsualLine, NoticesWhatIsNoIntegerAndLineEndsAnywhere) {
+TEST(TryFastRead, NoticesWhatIsNoIntegerAndLineEndsAnywhere) {
   const std::vector<std::int32_t> wanted = columns(100, 120);
   const RowPlan plan = plan_cells(wanted, columns(100, 110), {});
   std::vector<std::int16_t> values(wanted.size());

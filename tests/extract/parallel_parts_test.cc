@@ -60,11 +60,11 @@ TEST(RunParts, TheFirstPartThatFailsTellsWhy) {
       if (part.index() == 1) {
         throw std::runtime_error("the second");
       }
-      while (part.index() == 2 && !part.is_in_vain()) {
+      while (part.index() == 2 && !part.is_cancelled()) {
         std::this_thread::yield();
       }
       third_stopped = third_stopped || part.index() == 2;
-      EXPECT_TRUE(part.index() != 0 || !part.is_in_vain());
+      EXPECT_TRUE(part.index() != 0 || !part.is_cancelled());
     });
     ADD_FAILURE() << "no failure";
   } catch (const std::runtime_error& error) {
