@@ -21,7 +21,7 @@ from typing import Callable, Dict, Iterator, List, Tuple
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "faults"))
 
-from scene_rules import NORMAL, loose_grid  # noqa: E402
+from scene_rules import NORMAL, sparse_grid  # noqa: E402
 from session_rules import search  # noqa: E402
 
 DATA = "cru_ts4.01.1901.2016.tmp.dat.new"
@@ -44,7 +44,7 @@ class Stage:
         self.program = str(Path(program).resolve())
         self.folder = folder
         self.data = folder / DATA
-        self.data.write_bytes(loose_grid(1, 250, 257))
+        self.data.write_bytes(sparse_grid(1, 250, 257))
         self.counts: Counter = Counter()
         self.faults: List[str] = []
         place = self.fresh()

@@ -1,4 +1,4 @@
-"""All scenes by their names, and how they are played."""
+"""All scenes by name, and the loop that plays them."""
 
 import tempfile
 from collections import Counter
@@ -35,8 +35,8 @@ SCENES = {
 def play_scenes(
     shim: str, programs: Path, names: Sequence[str], try_all: Callable[[str, Scene], Counter]
 ) -> Counter:
-    """Calls `try_all` with each scene and its name, under the shim; returns the sum of its
-    counts."""
+    """Calls `try_all` with the name and the scene of each of `names`, under the shim. Returns
+    the sum of its counts."""
     expect_signals()
     sums: Counter = Counter()
     for name in names:

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Makes every request for memory of a program fail once.
+"""Makes every memory allocation of a program fail once.
 
     every_allocation_fails_once.py SHIM PROGRAM_FOLDER SCENE...
 
-SHIM is failing_memory.so.  The scene is played undisturbed, to count the requests, and
-then once for each of them.  What must come of it is in *_rules.py.  The exit status is 1
-when anything was wrong.  Not for programs with an address sanitizer.
+SHIM is failing_memory.so.  Each scene is first played without a fault, to count the
+requests, then once for each request.  What must follow is in *_rules.py.  The exit status
+is 1 if any rule was broken.  Not for programs with an address sanitizer.
 """
 
 import argparse
@@ -23,8 +23,8 @@ from figures import note_figures  # noqa: E402
 
 
 
-# The requests of each scene at the least: three quarters of what they are.
-LEAST = {
+# The minimum number of requests of each scene: three quarters of the actual number.
+MINIMUM = {
     "veldmark-small": 240,
     "veldmark-mistyped": 40,
     "tersify": 12,
@@ -40,30 +40,30 @@ LEAST = {
 
 
 def try_all(name: str, scene: Scene) -> Counter:
-    """Result: the numbers of requests and complaints."""
-    calm = scene.run()
-    if calm.status is None or not calm.calls:
-        sys.exit("the undisturbed run doesn't end as it should")
-    requests = calm.calls[-1].number
+    """Returns the numbers of requests and complaints."""
+    baseline = scene.run()
+    if baseline.status is None or not baseline.calls:
+        sys.exit("the run without a fault doesn't end as it should")
+    requests = baseline.calls[-1].number
     complaints = 0
     unharmed = 0
     for number in range(1, requests + 1):
         fault = Fault("malloc", "-", number, "error=%d" % errno.ENOMEM)
         outcome = scene.run(fault)
         faulty = [call for call in outcome.calls if call.faulty]
-        complaint = "the fault was never met"
+        complaint = "the fault was not injected"
         if faulty:
-            complaint = scene.complaint(calm, fault, faulty[0], outcome)
+            complaint = scene.complaint(baseline, fault, faulty[0], outcome)
         if complaint:
             complaints += 1
             size = faulty[0].size if faulty else 0
             print("%s (%d bytes)\n    %s" % (fault, size, complaint))
-        elif not outcome.differs_from(calm):
+        elif not outcome.differs_from(baseline):
             unharmed += 1
-    print("%d requests for memory, %d of no consequence" % (requests, unharmed), flush=True)
-    if requests < LEAST.get(name, 1):
+    print("%d requests for memory, %d without effect" % (requests, unharmed), flush=True)
+    if requests < MINIMUM.get(name, 1):
         complaints += 1
-        print("only %d requests in %s; at least %d expected" % (requests, name, LEAST[name]))
+        print("only %d requests in %s; at least %d expected" % (requests, name, MINIMUM[name]))
     return Counter(requests=requests, complaints=complaints)
 
 

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""Makes every system call of a program fail once, at every place where it is called.
+"""Makes every system call that a program makes fail once.
 
     every_call_fails_once.py SHIM PROGRAM_FOLDER SCENE... [--sanitized]
 
-SHIM is failing_calls.so.  The scene is first played undisturbed, to learn which calls it
-makes; then once for every call and everything that can go wrong with it.  What must come
-of it is in *_rules.py.  The exit status is 1 when anything was wrong.
+SHIM is failing_calls.so.  Each scene is first played without a fault, to record its
+calls; then once for every call and every fault that the call can have.  What must follow
+is in *_rules.py.  The exit status is 1 if any rule was broken.
 
 --sanitized    the programs are built with sanitizers, which make calls of their own:
-               calls about no file are left alone
+               calls that concern no file are not made to fail
 """
 
 import argparse
@@ -28,9 +28,9 @@ from figures import note_figures  # noqa: E402
 
 
 INTERRUPTED = [errno.EINTR]
-NOT_FOUND_OUT = [errno.EIO, errno.EACCES]
+LOOKUP_ERRORS = [errno.EIO, errno.EACCES]
 
-# What a call can fail with.
+# The errors that each call can fail with.
 ERRORS = {
     "open": [errno.EINTR, errno.EACCES, errno.EMFILE, errno.ENOSPC],
     "openat": [errno.EINTR, errno.EACCES, errno.EMFILE, errno.ENOSPC],
@@ -44,14 +44,14 @@ ERRORS = {
     "rename": [errno.EIO, errno.ENOSPC, errno.EACCES],
     "renameat2": [errno.EINVAL, errno.EIO],
     "link": [errno.EPERM, errno.EIO, errno.EEXIST],
-    "unlink": NOT_FOUND_OUT,
-    "stat": NOT_FOUND_OUT,
-    "lstat": NOT_FOUND_OUT,
-    "fstat": NOT_FOUND_OUT,
-    "fstatat": NOT_FOUND_OUT,
-    "access": NOT_FOUND_OUT,
-    "faccessat": NOT_FOUND_OUT,
-    "statfs": NOT_FOUND_OUT,
+    "unlink": LOOKUP_ERRORS,
+    "stat": LOOKUP_ERRORS,
+    "lstat": LOOKUP_ERRORS,
+    "fstat": LOOKUP_ERRORS,
+    "fstatat": LOOKUP_ERRORS,
+    "access": LOOKUP_ERRORS,
+    "faccessat": LOOKUP_ERRORS,
+    "statfs": LOOKUP_ERRORS,
     "fchmod": [errno.EPERM],
     "flock": [errno.EINTR, errno.ENOLCK, errno.EWOULDBLOCK],
     "ftruncate": [errno.EINTR, errno.EIO],
@@ -67,15 +67,15 @@ ERRORS = {
     "mprotect": [errno.ENOMEM],
     "madvise": [errno.EINVAL],
     "getrandom": [errno.ENOSYS],
-    "getcwd": NOT_FOUND_OUT,
+    "getcwd": LOOKUP_ERRORS,
     "system": [errno.EAGAIN],
 }
 READS = {"read", "readv", "pread"}
 WRITES = {"write", "writev", "pwrite"}
-# The faults and calls of each scene at the least, somewhat fewer than they are: a scene in
-# which nothing is saved, or a shim that misses a call, would find no fault, either. With
-# sanitizers the calls about no file are left out.
-LEAST = {
+# The minimum numbers of faults and calls of each scene, somewhat below the actual numbers:
+# without them, a scene that saves nothing, or a shim that misses a call, would pass. With
+# sanitizers, calls that concern no file are left out.
+MINIMUM = {
     "veldmark": (1110, 187),
     "veldmark-small": (950, 160),
     "veldmark-mistyped": (98, 15),
@@ -125,14 +125,14 @@ def places(calls: List[Call], scene: Scene, sanitized: bool) -> Iterator[Call]:
         if sanitized and ((call.file == "-" and call.name != "system") or ":" in call.file):
             continue
         if call.name not in ERRORS:
-            sys.exit("a call that no fault is known for: %s" % (call,))
+            sys.exit("no faults are defined for the call: %s" % (call,))
         yield call
 
 
 def shortfall(name: str, faults: int, calls: int, sanitized: bool) -> str:
-    """What is missing from a scene's faults and calls, "" for nothing."""
+    """Returns a message if a scene has too few faults or calls, else ""."""
     share = SHARE_SANITIZED if sanitized else 1
-    least_faults, least_calls = (int(share * least) for least in LEAST[name])
+    least_faults, least_calls = (int(share * least) for least in MINIMUM[name])
     if faults >= least_faults and calls >= least_calls:
         return ""
     return "only %d faults at %d calls in %s; at least %d at %d expected" % (
@@ -141,25 +141,25 @@ def shortfall(name: str, faults: int, calls: int, sanitized: bool) -> str:
 
 
 def try_all(name: str, scene: Scene, sanitized: bool) -> Counter:
-    """Result: the numbers of faults, calls and complaints."""
-    calm = scene.run()
+    """Returns the numbers of faults, calls and complaints."""
+    baseline = scene.run()
     again = scene.run()
-    if calm.differs_from(again) or calm.status is None:
-        sys.exit("undisturbed runs differ: " + calm.differs_from(again))
+    if baseline.differs_from(again) or baseline.status is None:
+        sys.exit("two runs without a fault differ: " + baseline.differs_from(again))
     complaints = 0
-    if disorder := scene.wrong_order(calm):
+    if disorder := scene.wrong_order(baseline):
         complaints += 1
         print(disorder)
     tried: Counter = Counter()
-    all_places = list(places(calm.calls, scene, sanitized))
+    all_places = list(places(baseline.calls, scene, sanitized))
     for call in all_places:
         for fault in faults_of(call, scene):
             outcome = scene.run(fault)
             tried[call.name] += 1
             if not any(one.faulty for one in outcome.calls):
-                complaint = "the fault was never met"
+                complaint = "the fault was not injected"
             else:
-                complaint = scene.complaint(calm, fault, call, outcome)
+                complaint = scene.complaint(baseline, fault, call, outcome)
             if complaint:
                 complaints += 1
                 print("%s\n    %s" % (fault, complaint))

@@ -1,4 +1,4 @@
-"""The scenes of veldmark-extract, and what must come of a fault in each."""
+"""The scenes of veldmark-extract, and what must follow a fault in each."""
 
 import errno
 import random
@@ -11,20 +11,21 @@ from fault_runs import Bench, Call, Content, Fault, Outcome, end_of
 from part_file_rules import PartFiles
 from scene_rules import (
     COLUMNS,
-    KEEPS_PART,
+    REMOVING_CALLS,
     MONTHS,
     NOTES,
-    OF_NO_CONSEQUENCE,
+    HARMLESS_CALLS,
     ROWS,
-    is_taken_up,
+    is_retried,
     reason,
 )
 
 GRID = "cru_ts4.01.1901.1901.tmp.dat.new"
 SITES = "sites.csv"
 PROGRAM = "veldmark-extract: "
-# Made before `main` by the library that reads the command line; without them it ends.
-EARLIEST_REQUESTS = 10
+# Allocations before `main`, by the library that parses the command line; if one fails, the
+# program aborts.
+REQUESTS_BEFORE_MAIN = 10
 SECONDS = re.compile(rb", \d+\.\d\d s\n")
 
 
@@ -42,7 +43,7 @@ def grid_file(path: Path) -> Path:
 
 
 class Extraction(PartFiles):
-    """All outputs are new ones, or none is.
+    """Either all outputs are replaced, or none is.
 
     outputs    the names of the files that are written
     """
@@ -60,7 +61,7 @@ class Extraction(PartFiles):
         files = {GRID: grid, NOTES: b"not ours\n", **files}
         super().__init__(bench, command, files, {name: GRID for name in outputs})
 
-    # Nobody waits for the disk: closing a copy of the descriptor tells of lost bytes.
+    # No fsync: closing a duplicate of the descriptor reports lost writes.
     ORDER = "flock (write )+(close )+"
 
     def run(self, fault: Optional[Fault] = None) -> Outcome:
@@ -68,34 +69,34 @@ class Extraction(PartFiles):
         outcome.errors = SECONDS.sub(b", 0.00 s\n", outcome.errors)
         return outcome
 
-    def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
-        new = [outcome.files.get(name) == calm.files.get(name) for name in self.sources]
+    def broken_rule(self, baseline: Outcome, fault: Fault, outcome: Outcome) -> str:
+        new = [outcome.files.get(name) == baseline.files.get(name) for name in self.sources]
         if any(new) and not all(new):
-            return "one output is new, and another isn't: %s" % (end_of(outcome),)
-        if not calm.screen.startswith(outcome.screen):
+            return "one output is replaced, and another isn't: %s" % (end_of(outcome),)
+        if not baseline.screen.startswith(outcome.screen):
             return "standard output differs"
-        if outcome.status == 0 and outcome.screen != calm.screen:
+        if outcome.status == 0 and outcome.screen != baseline.screen:
             return "claims success of a part of the output"
         if b" saved to " in outcome.errors and not all(new):
             return "claims to have saved: %s" % (end_of(outcome),)
-        return super().broken_rule(calm, fault, outcome)
+        return super().broken_rule(baseline, fault, outcome)
 
     def messages(self, fault: Fault) -> List[Optional[str]]:
-        if fault.file == "standard-output" and fault.name == "write" and not is_taken_up(fault):
+        if fault.file == "standard-output" and fault.name == "write" and not is_retried(fault):
             return [PROGRAM + "cannot write to standard output: %s\n" % reason(fault)]
         if fault.name == "poll" or fault.file == "online":
-            return [None]  # a reading that can't wait, or a number of processors
+            return [None]  # a read that need not wait, or the number of processors
         if fault.name in ("fcntl", "close") and fault.file.endswith(".part"):
             return [None, *self.messages_of_part(PROGRAM, fault)]
-        if fault.file == "standard-output" and fault.name in OF_NO_CONSEQUENCE:
+        if fault.file == "standard-output" and fault.name in HARMLESS_CALLS:
             return [None]
         return super().messages(fault)
 
-    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
-        early = fault.name == "malloc" and fault.number <= EARLIEST_REQUESTS
+    def complaint(self, baseline: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        early = fault.name == "malloc" and fault.number <= REQUESTS_BEFORE_MAIN
         if early and outcome.status == -signal.SIGABRT and b"bad_alloc" in outcome.errors:
             return "" if outcome.files == self.at_first else "the files changed"
-        return super().complaint(calm, fault, call, outcome)
+        return super().complaint(baseline, fault, call, outcome)
 
     def messages_of_part(self, program: str, fault: Fault) -> List[Optional[str]]:
         output = re.escape(fault.file[: -len(".part")])
@@ -106,7 +107,7 @@ class Extraction(PartFiles):
             why = taken if fault.error() == errno.EEXIST else reason(fault)
             return [PROGRAM + "cannot write '%s': %s\n" % (output, why)]
         if fault.name == "renameat2":
-            return [None]  # a plain renaming does as well
+            return [None]  # a plain rename is used instead
         return super().messages_of_part(program, fault)
 
     def messages_of_source(self, program: str, fault: Fault) -> List[Optional[str]]:
@@ -121,7 +122,7 @@ class Extraction(PartFiles):
 
 
 class TwoFiles(Extraction):
-    """The part of each file is opened, locked and closed once more where it is written."""
+    """The part of each file is opened, locked and closed a second time for writing."""
 
     def messages_of_part(self, program: str, fault: Fault) -> List[Optional[str]]:
         part = re.escape(fault.file)
@@ -129,37 +130,37 @@ class TwoFiles(Extraction):
         if fault.name == "fstat":
             expected.append(PROGRAM + "cannot write '%s': %s\n" % (part, reason(fault)))
         if fault.name == "flock" and fault.error() in (errno.EWOULDBLOCK, errno.ENOLCK):
-            # A lock that couldn't be given up is in the way of the second one.
+            # If the first lock is not released, the second one fails.
             expected.append(PROGRAM + "cannot write '%s': another run is writing it\n" % part)
         return expected
 
 
 class Netcdf(Extraction):
-    """The library makes the calls on the part, and some on files of its own: whatever it
-    makes of a fault, nothing that isn't true is claimed and nothing is left."""
+    """The library makes the calls on the part, and others on files of its own. However it
+    handles a fault, no message is false and no file is left."""
 
-    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+    def complaint(self, baseline: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
         if fault.file in (GRID, "standard-error") or fault.what.startswith("signal"):
-            return super().complaint(calm, fault, call, outcome)
+            return super().complaint(baseline, fault, call, outcome)
         if outcome.status == -signal.SIGSEGV and fault.name in ("pwrite", "close"):
-            # The library crashes where it can't close a file, and leaves a part, which the
-            # next run removes.
+            # The library crashes if it can't close a file. The part stays, and the next run
+            # removes it.
             outcome.files.pop("x.nc.part", None)
             return "" if outcome.files == self.at_first else "the files changed"
-        if fault.file.endswith(".part") and fault.name in KEEPS_PART:
-            outcome.files.pop(fault.file, None)  # what can't be removed stays
-        found = self.broken_rule(calm, fault, outcome)
+        if fault.file.endswith(".part") and fault.name in REMOVING_CALLS:
+            outcome.files.pop(fault.file, None)  # a part that can't be removed stays
+        found = self.broken_rule(baseline, fault, outcome)
         if found or outcome.status == 0 or outcome.errors:
             return found
         return "no message: %s" % (end_of(outcome),)
 
     def leaves_out(self, call: Call) -> bool:
-        # Dozens of libraries are loaded, all in the same way.
+        # Dozens of libraries are loaded in the same way; one is enough.
         is_library = ".so." in call.file or call.file.endswith(".so")
         return is_library and not call.file.startswith("libnetcdf.")
 
-    def wrong_order(self, calm: Outcome) -> str:
-        del calm
+    def wrong_order(self, baseline: Outcome) -> str:
+        del baseline
         return ""
 
 
@@ -168,7 +169,7 @@ SMALL_BOX = ["--lat", "40:41", "--lon", "-170:-169"]
 
 
 def csv(bench: Bench, programs: Path) -> Extraction:
-    """Some hundred kilobytes, over an abandoned part."""
+    """A box of several hundred kilobytes; an abandoned part exists."""
     files: Dict[str, Content] = {"x.csv.part": b"left by a run that was killed\n"}
     return Extraction(bench, programs, [*BOX, "-o", "x.csv"], files, ["x.csv"])
 
@@ -178,7 +179,7 @@ def standard_output(bench: Bench, programs: Path) -> Extraction:
 
 
 def sites(bench: Bench, programs: Path) -> Extraction:
-    """One site at sea, and an earlier file that is replaced."""
+    """One site is at sea; an earlier file is replaced."""
     table = b"name,lat,lon\n" + b"".join(b"P%d,40.3,%d\n" % (i, i) for i in range(40))
     files: Dict[str, Content] = {
         SITES: table + b"Sea,0.1,-179.9\n",

@@ -1,7 +1,7 @@
 // Makes one system call of a program fail. Preloaded (LD_PRELOAD), it sees every system
-// call of the process from before `main` to the exit, those inside the C and C++
-// libraries too: console output, for one, is written by the C library where no wrapper
-// of `write` would see it.
+// call of the process from before `main` to the exit, including those inside the C and
+// C++ libraries: the C library writes console output without calling `write` through a
+// symbol that could be wrapped.
 //
 // The kernel hands the calls over (Syscall User Dispatch: a SIGSYS for each call, not
 // passed on to children). Linux 5.11 or newer on x86-64.
@@ -10,25 +10,25 @@
 //                             file it is about without its folder, its number among
 //                             the calls of that name and file from 1, its third
 //                             argument (what is read and written has its size there),
-//                             result, and "fault" for the call that was meddled with
-//   VELDMARK_FAULT=...        the call to meddle with: name, file, number and WHAT,
-//                             separated by tabs; a fifth field "on" takes in all later
-//                             calls of that name and file
+//                             result, and "fault" for the altered call
+//   VELDMARK_FAULT=...        the call to alter: name, file, number and WHAT,
+//                             separated by tabs; with a fifth field "on", all later
+//                             calls of that name and file are altered as well
 //
-//   WHAT      error=E     fails with errno E; a close closes all the same
+//   WHAT      error=E     fails with errno E; a close still closes the file
 //             count=K     reads or writes K bytes at most
-//             half        reads or writes half of what was asked for
-//             end         finds nothing more to read
+//             half        reads or writes half of the requested bytes
+//             end         reads 0 bytes, as at the end of the file
 //             shrink=S    the file is cut to S bytes just before the call
 //             signal=S    signal S arrives just before the call
 //
 // The three standard streams are the files "standard-input", "-output" and "-error", a
-// terminal on another descriptor is "terminal"; a call that is about no file has "-".
+// terminal on another descriptor is "terminal"; a call that concerns no file has "-".
 //
-// The time of day stands still, so that an output that holds it is the same each time.
+// The clock stands still, so that outputs that contain the time are reproducible.
 //
-// The shell commands that a program runs are neither seen nor counted, but as one call
-// "system", which can fail, too.
+// The calls of shell commands are neither seen nor counted; each command counts as one
+// call "system", which can fail as well.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -55,9 +55,9 @@
 
 namespace {
 
-// Nothing here may allocate, throw or touch errno: it runs inside other code's calls.
+// Nothing here may allocate, throw or change errno: it runs inside calls of other code.
 
-// What a call names its file by, and where among its arguments.
+// How a call names its file, and in which argument.
 enum class Names { kPath, kPathInFolder, kDescriptor, kNothing };
 
 struct Kind {
@@ -122,7 +122,7 @@ constexpr Kind kKinds[] = {
 
 using Arguments = std::array<long, 6>;
 
-// Result: as the kernel gives it, -errno after a failure.
+// Returns the kernel's result, -errno after a failure.
 long plain_call(long number, const Arguments& arguments) {
   long result = number;
   register long fourth asm("r10") = arguments[3];
@@ -144,7 +144,7 @@ const Kind& kind_of(long number) {
   return *kind;
 }
 
-// Copies as much as there is room for.
+// Copies as much as fits.
 template <std::size_t kRoom>
 void copy_text(const char* text, char (&copy)[kRoom]) {
   std::size_t size = 0;
@@ -155,7 +155,7 @@ void copy_text(const char* text, char (&copy)[kRoom]) {
   copy[size] = '\0';
 }
 
-// A short text, put together without the C library's help.
+// A short text, built without the C library.
 class Text {
  public:
   void add(const char* text) {
@@ -187,7 +187,7 @@ class Text {
   std::size_t size_ = 0;
 };
 
-// The path of the file that an open descriptor leads to.
+// Returns the path of the file behind an open descriptor.
 void find_path(long descriptor, char (&path)[PATH_MAX]) {
   Text link;
   link.add("/proc/self/fd/");
@@ -236,7 +236,7 @@ class Call {
 
   long carry_out() const { return plain_call(number_, arguments_); }
 
-  // Carries out a reading or writing of `size` bytes at most.
+  // Executes a read or write of at most `size` bytes.
   [[nodiscard]] long carry_out_in_part(long size) const {
     Arguments part = arguments_;
     if (number_ != SYS_writev && number_ != SYS_readv) {
@@ -291,10 +291,10 @@ class CallCounts {
   std::size_t used_ = 0;
 };
 
-// Which call is meddled with, and how.
+// Which call is altered, and how.
 class Fault {
  public:
-  // Errors: false when the text is not as described above.
+  // Returns false if the text does not have the form described above.
   bool read(const char* text) {
     copy_text(text, text_);
     char* rest = text_;
@@ -311,7 +311,7 @@ class Fault {
     return true;
   }
 
-  // `count` is the call's number among those of its name and file.
+  // `count` is the number of the call among those of its name and file.
   [[nodiscard]] bool is_meant(const Call& call, long count) const {
     return (count == at_ || (on_ && count > at_)) &&
            std::strcmp(call.name(), name_) == 0 && std::strcmp(call.file(), file_) == 0;
@@ -322,12 +322,12 @@ class Fault {
   }
   [[nodiscard]] long value() const { return value_; }
 
-  // Carries out a call that is meant. Result: as the kernel gives it.
+  // Executes the altered call. Returns the kernel's result.
   [[nodiscard]] long meddle(const Call& call) const {
     if (is("error")) {
-      // The system takes the descriptor away even when it reports an error.
+      // The system closes the descriptor even when it reports an error.
       if (call.number() == SYS_close) call.carry_out();
-      // A data segment that cannot grow is told by its end being where it was.
+      // brk reports a failure by returning the old end of the data segment.
       if (call.number() == SYS_brk) return plain_call(SYS_brk, {});
       return -value_;
     }
@@ -371,7 +371,7 @@ void log_call(const Call& call, long count, long result, bool meant) {
   line.write_to(log_descriptor);
 }
 
-// Carries out a call, or what the fault makes of it.
+// Executes a call, altered if it is the one of the fault.
 long take(const Call& call) {
   const long count = call_counts.count(call);
   const bool meant = fault.is_meant(call, count);
@@ -389,8 +389,8 @@ void take_over(int /*signal*/, siginfo_t* /*about*/, void* context) {
   greg_t(&registers)[NGREG] = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
   const long number = registers[REG_RAX];
   if (number == SYS_clone || number == SYS_clone3) {
-    // Only the leak check at the exit of a sanitized program makes a thread, on a stack
-    // where nothing could return from here: it is let go, and all after it.
+    // Only the leak check at the exit of a sanitized program starts a thread, on a stack
+    // from which this handler could not return. That call and all later ones pass.
     constexpr greg_t kSizeOfSyscallInstruction = 2;
     registers[REG_RIP] -= kSizeOfSyscallInstruction;
     return;
@@ -408,7 +408,7 @@ void take_over(int /*signal*/, siginfo_t* /*about*/, void* context) {
   _exit(125);
 }
 
-// The log's descriptor is far from those that the program gets.
+// A high descriptor for the log, out of the way of the program's own.
 void open_log(const char* name) {
   constexpr int kFarAway = 500;
   const int descriptor = open(name, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND, 0666);
@@ -417,7 +417,7 @@ void open_log(const char* name) {
   close(descriptor);
 }
 
-// As the kernel sees a signal's action.
+// The kernel's struct of a signal's action.
 struct KernelAction {
   void (*handler)(int, siginfo_t*, void*);
   unsigned long flags;
@@ -425,8 +425,8 @@ struct KernelAction {
   unsigned long mask;
 };
 
-// The return from a signal handler is a system call itself, which must not be handed
-// over: its place is taken out.
+// The return from a signal handler is itself a system call, which must not be
+// dispatched: its address range is excluded.
 void watch_calls() {
   constexpr long kSizeOfReturn = 16;
   struct sigaction action {};
@@ -458,8 +458,8 @@ __attribute__((constructor)) void start() {
 
 }  // namespace
 
-// The shell is started with all signals blocked, SIGSYS too, so that nothing can be
-// handed over meanwhile.
+// The C library starts the shell with all signals blocked, including SIGSYS, so no call
+// can be dispatched meanwhile.
 extern "C" int system(const char* command) {
   using System = int (*)(const char*);
   selector = SYSCALL_DISPATCH_FILTER_ALLOW;
@@ -477,7 +477,7 @@ extern "C" int system(const char* command) {
   return result;
 }
 
-// Not a system call: the C library reads the clocks by itself.
+// Needed because the C library reads the clocks without a system call.
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
   using GetTime = int (*)(clockid_t, timespec*);
   if (clock == CLOCK_REALTIME) {

@@ -1,13 +1,13 @@
-// Makes one request for memory fail. Preloaded (LD_PRELOAD), it stands in for the
-// allocation functions of the C library, which `operator new` goes through as well.
+// Makes one memory allocation fail. Preloaded (LD_PRELOAD), it replaces the allocation
+// functions of the C library, which `operator new` calls as well.
 //
 //   VELDMARK_FAULT=NAME<tab>FILE<tab>N...   the N-th request fails; other fields are
-//                                           not looked at
+//                                           ignored
 //   VELDMARK_CALL_LOG=FILE                  a line as failing_calls.cc writes them for
 //                                           the request that failed, and at the exit
 //                                           one with the number of all
 //
-// Requests are counted from before `main` on; those of shell commands are not.
+// Requests are counted from before `main` on, without those of shell commands.
 // Not for programs with an address sanitizer, which has allocation functions of its
 // own.
 
@@ -21,7 +21,7 @@
 #include <cstring>
 
 extern "C" {
-// The C library's own, under the names that it keeps for such purposes.
+// The C library's own functions, under their internal names.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);

@@ -1,8 +1,8 @@
-"""Runs of a program in a fresh folder, undisturbed or with one system call meddled with.
+"""Runs a program in a fresh folder, without a fault or with one altered system call.
 
-A `Scene` is a program with its arguments, its answers and the files that lie in its
-folder.  `Scene.run` plays it, under the shim `failing_calls.cc`, and tells what came of it
-and which system calls were made.
+A `Scene` is a program with its arguments, its answers and the files in its folder.
+`Scene.run` plays it under the shim `failing_calls.cc` and returns the outcome and the
+system calls that were made.
 """
 
 import errno
@@ -19,23 +19,23 @@ from pathlib import Path
 from typing import Dict, List, Optional, Sequence, Tuple, Union
 
 MOST_SECONDS = 60
-LARGE = 1 << 20  # bytes; larger files that are linked are not compared by their content
+LARGE = 1 << 20  # bytes; larger linked files are compared by size and time, not by content
 END_OF_INPUT = b"\x04"
 
-# `clear` and `ls` leave a mark, so that they and their place on the screen are compared.
+# `clear` and `ls` print a line, so that they and their place on the screen are compared.
 STAND_IN = '#!/bin/sh\necho "$ %s $*"\n'
 
 
 def expect_signals() -> None:
-    """Started in the background, or by nohup, a test would ignore what it is to try, and
-    so would the programs."""
+    """Restores the default signal handling. A test started in the background or by nohup,
+    and the programs that it starts, would ignore these signals."""
     signal.signal(signal.SIGINT, signal.default_int_handler)
     signal.signal(signal.SIGHUP, signal.SIG_DFL)
 
 
 @dataclass(frozen=True)
 class Fault:
-    """What is done to which call; see failing_calls.cc."""
+    """The altered call and how it is altered; see failing_calls.cc."""
 
     name: str
     file: str
@@ -48,7 +48,7 @@ class Fault:
         return "\t".join(words + (["on"] if self.lasting else []))
 
     def error(self) -> Optional[int]:
-        """The errno that the call fails with."""
+        """Returns the errno that the call fails with."""
         kind, _, value = self.what.partition("=")
         return int(value) if kind == "error" else None
 
@@ -64,7 +64,7 @@ class Fault:
 
 @dataclass(frozen=True)
 class Call:
-    """A system call as the shim has logged it."""
+    """A system call as logged by the shim."""
 
     name: str
     file: str
@@ -78,14 +78,14 @@ class Call:
 class Outcome:
     """What a run left behind."""
 
-    status: Optional[int]  # -N after signal N, None when it didn't end in time
+    status: Optional[int]  # -N after signal N, None after a timeout
     screen: bytes
     errors: bytes
     files: Dict[str, bytes]  # mode and content; of a large linked file size and time
     calls: List[Call] = field(default_factory=list)
 
     def differs_from(self, other: "Outcome") -> str:
-        """What is not the same, "" for nothing."""
+        """Returns what differs, "" if nothing does."""
         found = []
         if self.status != other.status:
             found.append("status %s, not %s" % (self.status, other.status))
@@ -112,8 +112,8 @@ class Bench:
             path.chmod(0o755)
         self.environment = dict(os.environ, LC_ALL="C")
         self.environment["PATH"] = "%s:%s" % (stand_ins, os.environ.get("PATH", ""))
-        # A sanitized program minds a library that is loaded before its run time; and
-        # what it finds must not end it with a status of the program's own.
+        # A sanitized program refuses a library that is loaded before its run-time library;
+        # and its findings must not end it with one of the program's own statuses.
         for variable in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
             options = self.environment.get(variable, "") + ":exitcode=99"
             self.environment[variable] = options + ":verify_asan_link_order=0"
@@ -135,7 +135,7 @@ class Scene:
     bench: Bench
     command: Sequence[str]
     files: Dict[str, Content]
-    answers: Optional[Sequence[str]] = None  # typed at a terminal, a read for each line
+    answers: Optional[Sequence[str]] = None  # typed at a terminal, one read per line
     waits_for: Sequence[str] = ()  # streams that may be set to non-blocking
 
     def run(self, fault: Optional[Fault] = None) -> Outcome:
@@ -154,7 +154,7 @@ class Scene:
                 outcome = Outcome(status, screen.read(), errors.read(), {})
             outcome.files = files_of(folder)
             if fault and fault.what.startswith("shrink"):
-                # Not the program's doing.
+                # The shim cut the file, not the program.
                 outcome.files[fault.file] = self.at_first[fault.file]
             outcome.calls = read_log(log)
             return outcome
@@ -165,13 +165,14 @@ class Scene:
             self.lay_out(Path(place), None)
             self.at_first = files_of(Path(place))
 
-    def wrong_order(self, calm: Outcome) -> str:
-        """What is wrong with the order of the calls in an undisturbed run, "" for nothing."""
-        del calm
+    def wrong_order(self, baseline: Outcome) -> str:
+        """Returns what is wrong with the order of the calls in a run without a fault, "" if
+        nothing is."""
+        del baseline
         return ""
 
     def leaves_out(self, call: Call) -> bool:
-        """Is a call none that is made to fail?"""
+        """Returns whether a call is never made to fail."""
         del call
         return False
 
@@ -191,7 +192,7 @@ class Scene:
         return len(content) if isinstance(content, bytes) else content.stat().st_size
 
     def play(self, folder: Path, environment: Dict[str, str], screen, errors) -> Optional[int]:
-        """Result: the exit status, None when the program had to be killed."""
+        """Returns the exit status, None if the program had to be killed."""
         typist, terminal = pty.openpty()
         try:
             source = subprocess.DEVNULL
@@ -213,7 +214,7 @@ class Scene:
 
 
 def status_of(process: subprocess.Popen) -> Optional[int]:
-    """Waits for the end; `Popen.wait` with a time limit would sleep most of the time."""
+    """Waits for the end of a process; `Popen.wait` with a timeout polls, which is slow."""
     watch = os.pidfd_open(process.pid)
     ended, _, _ = select.select([watch], [], [], MOST_SECONDS)
     os.close(watch)
@@ -224,7 +225,7 @@ def status_of(process: subprocess.Popen) -> Optional[int]:
 
 
 def type_ahead(typist: int, terminal: int, answers: Sequence[str]) -> None:
-    """Types all answers in advance, and then several times the end of the input."""
+    """Types all answers in advance, then the end of the input several times."""
     attributes = termios.tcgetattr(terminal)
     attributes[3] &= ~termios.ECHO
     termios.tcsetattr(terminal, termios.TCSANOW, attributes)
@@ -253,5 +254,5 @@ def read_log(log: Path) -> List[Call]:
 
 
 def end_of(outcome: Outcome) -> Tuple[Optional[int], bytes, bytes]:
-    """For messages: status and the last of what was said."""
+    """Returns status and the end of the output, for messages."""
     return outcome.status, outcome.screen[-200:], outcome.errors[-300:]

@@ -1,4 +1,4 @@
-"""What must come of a fault in a program that writes NAME.part and renames it."""
+"""What must follow a fault in a program that writes NAME.part and renames it."""
 
 import errno
 import os
@@ -9,18 +9,18 @@ from typing import Dict, List, Optional, Sequence
 from fault_runs import Bench, Call, Content, Fault, Outcome, Scene, end_of
 from scene_rules import (
     FOLDER,
-    KEEPS_PART,
-    MEMORY,
-    NAMING,
-    OF_NO_CONSEQUENCE,
-    STEPS_OF_PART,
+    REMOVING_CALLS,
+    MEMORY_CALLS,
+    RENAMING_CALLS,
+    HARMLESS_CALLS,
+    PART_CALLS,
     is_at_the_end,
-    is_lost_message,
-    is_taken_up,
+    is_failed_message,
+    is_retried,
     reason,
 )
 
-# What is said of a file that ends early: wherever it was cut, or became shorter.
+# The messages for a file that ends early, wherever it was cut or truncated.
 SHORTER = r"tersify: cannot read 'NAME': it has become shorter\n"
 CONDENSES_NO_PART = (
     SHORTER + r"|tersify: 'NAME': line \d+, field \d+: the line ends before it; a line holds 720"
@@ -37,7 +37,7 @@ SERIES_END_EARLY = (
     r"series_to_grid: line \d+: the line end is missing; the series may be cut short\n"
     r"|series_to_grid: line 1: the header is missing; the input is empty\n"
 )
-NO_LIST_NAMED = (
+NO_LIST_FILE = (
     "the input ended before a list file was named\n"
     "Try 'tersify --help' for more information.\n"
 )
@@ -46,14 +46,14 @@ NO_LIST_NAMED = (
 class PartFiles(Scene):
     """A companion program, which writes NAME.part and renames it.
 
-    sources           of each output the file that it is made of
-    early_end         what is said of a file that ends before its time, a pattern in which
-                      NAME stands for the file
-    notes             what may be said before, a pattern
+    sources           the source file of each output
+    early_end         pattern of the messages for a file that ends early; NAME stands for
+                      the file
+    notes             pattern of the messages that may come before
     """
 
     notes = ""
-    ORDER = "flock (write )+fsync "  # what is done to a part before it is renamed
+    ORDER = "flock (write )+fsync "  # the calls on a part before it is renamed
 
     def __init__(
         self,
@@ -70,60 +70,60 @@ class PartFiles(Scene):
         self.condenses = self.program == "tersify" and "--check" not in command
         self.sources = sources
 
-    def wrong_order(self, calm: Outcome) -> str:
-        """A part is locked before it is written and until it has its name, and it is on the
+    def wrong_order(self, baseline: Outcome) -> str:
+        """A part must be locked before it is written and until it is renamed, and be on the
         disk by then."""
-        for place, call in enumerate(calm.calls):
-            if call.name not in NAMING:
+        for place, call in enumerate(baseline.calls):
+            if call.name not in RENAMING_CALLS:
                 continue
-            names = [one.name for one in calm.calls[:place] if one.file == call.file]
+            names = [one.name for one in baseline.calls[:place] if one.file == call.file]
             opened = len(names) - names[::-1].index("openat")
-            steps = [name for name in names[opened:] if name in STEPS_OF_PART]
+            steps = [name for name in names[opened:] if name in PART_CALLS]
             if not re.fullmatch(self.ORDER, "".join(step + " " for step in steps)):
                 return "%s is renamed after: %s" % (call.file, " ".join(steps))
         return ""
 
-    def complaint(self, calm: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
-        if fault.file.endswith(".part") and fault.name in KEEPS_PART:
-            outcome.files.pop(fault.file, None)  # what can't be removed stays
+    def complaint(self, baseline: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
+        if fault.file.endswith(".part") and fault.name in REMOVING_CALLS:
+            outcome.files.pop(fault.file, None)  # a part that can't be removed stays
         for name in [name for name in self.at_first if name.endswith(".part")]:
             if outcome.files.get(name) == self.at_first[name]:
-                outcome.files.pop(name)  # an abandoned one that was not reached
-        found = self.broken_rule(calm, fault, outcome)
+                outcome.files.pop(name)  # an abandoned part; the run ended before it got there
+        found = self.broken_rule(baseline, fault, outcome)
         if found or fault.what.startswith("signal"):
             return found
-        if is_lost_message(fault):
-            return "" if outcome.status == calm.status else "status %s" % outcome.status
+        if is_failed_message(fault):
+            return "" if outcome.status == baseline.status else "status %s" % outcome.status
         expected = self.messages(fault)
         if is_at_the_end(fault, call):
             expected = [None]
-        differences = outcome.differs_from(calm)
+        differences = outcome.differs_from(baseline)
         if None in expected and (not differences or expected == [None]):
             return differences
         said = outcome.errors.decode() or outcome.screen.decode()
         if outcome.status == 0 or "Success" in said:
             return "ended with %s" % (end_of(outcome),)
-        closing = self.closing(fault)
+        closing = self.last_line(fault)
         patterns = ["%s(%s)%s" % (self.notes, text, closing) for text in expected if text]
         if any(re.fullmatch(pattern, said) for pattern in patterns):
             return ""
         return "said %r" % said
 
-    def closing(self, fault: Fault) -> str:
-        """The last line of a run of Tersify that has failed in one of its files."""
-        if fault.name in MEMORY:
+    def last_line(self, fault: Fault) -> str:
+        """Returns the pattern of the last line of Tersify after a failure in one of its files."""
+        if fault.name in MEMORY_CALLS:
             return r"(tersify: not condensed: '[ab]\.dat'\n)?"
         name = re.sub(r"(\.new)?(\.part)?$", "", fault.file)
         if self.condenses and name in self.files and name != "list":
             return "tersify: not condensed: '%s'\n" % re.escape(name)
         return ""
 
-    def broken_rule(self, calm: Outcome, fault: Fault, outcome: Outcome) -> str:
-        """What must never be, whatever failed."""
+    def broken_rule(self, baseline: Outcome, fault: Fault, outcome: Outcome) -> str:
+        """Returns which rule is broken that holds for every fault, "" if none is."""
         statuses = [0, 1, 2]
         if fault.what.startswith("signal"):
-            # As ever when it came too late to change anything.
-            statuses = [calm.status, 128 + signal.SIGINT, -signal.SIGINT]
+            # The usual status if the signal came too late to have an effect.
+            statuses = [baseline.status, 128 + signal.SIGINT, -signal.SIGINT]
         if outcome.status not in statuses:
             return "ended with %s" % (end_of(outcome),)
         complete = True
@@ -131,7 +131,7 @@ class PartFiles(Scene):
             content = outcome.files.get(name)
             if name.endswith(".part") and content is None:
                 continue
-            if name in self.sources and content == calm.files[name]:
+            if name in self.sources and content == baseline.files[name]:
                 continue
             complete = complete and name not in self.sources
             said = outcome.screen + outcome.errors
@@ -141,24 +141,25 @@ class PartFiles(Scene):
                 return "the file %s changed: %s" % (name, end_of(outcome))
         for name in self.sources:
             complete = complete and name in outcome.files
-        if outcome.status == 0 and not complete and calm.status == 0:
+        if outcome.status == 0 and not complete and baseline.status == 0:
             return "ended with %s" % (end_of(outcome),)
         return ""
 
     def messages(self, fault: Fault) -> List[Optional[str]]:
-        """What may be said on standard error, as patterns; None where nothing differs."""
+        """Returns patterns of the messages allowed on standard error; None in the list allows a
+        run like the one without a fault."""
         program = self.program + ": "
-        if is_taken_up(fault):
+        if is_retried(fault):
             return [None]
         if fault.name == "fcntl" or fault.file == "terminal":
-            # Which is looked at again where a program reads it.
+            # The program looks at its terminal again when it reads from it.
             if fault.error() is None:
-                return [None, program + NO_LIST_NAMED]
+                return [None, program + NO_LIST_FILE]
             return [None, program + "cannot read the standard input: %s\n" % reason(fault)]
         if fault.file in (".", FOLDER):
-            return [None]  # the file is complete whether its folder is on the disk or not
-        if fault.name in MEMORY:
-            # The C library makes an errno of it.
+            return [None]  # the file is complete even if its folder is not synced
+        if fault.name in MEMORY_CALLS:
+            # The C library turns it into an errno.
             lacks = "(not enough memory|Cannot allocate memory)"
             refused = r"(tersify: 'a\.dat': line 101, field 3: 'three' is not an integer\n)?"
             where = r"('\S+': |cannot (read|write) '\S+': )?"
@@ -178,21 +179,21 @@ class PartFiles(Scene):
             busy = "cannot write '%s': another run is writing it\n" % output
             return [program + busy if fault.error() == errno.EWOULDBLOCK else None]
         if fault.name == "fsync" and fault.error() == errno.EINVAL:
-            return [None]  # some file systems have nothing to wait for
+            return [None]  # some file systems can't sync
         if fault.name == "rename":
             return [program + "cannot write '%s': %s\n" % (output, reason(fault))]
         message = program + "cannot write '%s': %s\n" % (part, reason(fault))
         if fault.name in ("fstat", "fstatat"):
-            # Whether the name still stands for the part could not be seen.
+            # The program could not see whether the name still refers to the part.
             gone = "cannot write '%s': '%s' was removed or replaced meanwhile\n"
             return [None, program + gone % (output, part)]
         if fault.file in self.at_first and fault.name in ("openat", "unlink"):
-            return [None, message]  # one that an earlier run left
-        return [None] if fault.name in OF_NO_CONSEQUENCE else [message]
+            return [None, message]  # a part that an earlier run left
+        return [None] if fault.name in HARMLESS_CALLS else [message]
 
     def messages_of_source(self, program: str, fault: Fault) -> List[Optional[str]]:
-        if fault.name in OF_NO_CONSEQUENCE:
-            # Only a file whose kind and size are not known is not read at all.
+        if fault.name in HARMLESS_CALLS:
+            # A file is refused only if its kind and size can't be determined.
             opened = fault.name == "fstat" and fault.number == 1
             if not (opened and fault.file in self.files):
                 return [None]

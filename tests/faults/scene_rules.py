@@ -1,9 +1,9 @@
-"""What the rules of all scenes are made of.
+"""What the rules of all scenes share.
 
-A scene gives `complaint`: what is wrong with the outcome of a run with a fault, "" for
-nothing.  Two kinds of rules are behind it.  Some hold whatever the fault: no signal, no
-hang, no claim that isn't true, no other file changed.  The others say for every call what
-a user has to be told, word for word.
+A scene's `complaint` says what is wrong with the outcome of a run with a fault, "" if
+nothing is.  It applies two kinds of rules.  Some hold for every fault: no signal, no hang,
+no false message, no other file changed.  The others give, for every call, the exact
+message that the user must see.
 """
 
 import errno
@@ -22,37 +22,37 @@ NORMAL = b" PROGRAM TERMINATING NORMALLY\n"
 NOTES = "notes.txt"
 FOLDER = "folder"  # what `Scene.run` calls it
 
-# Calls after whose failure all goes on as before: they only choose the better way.
-OF_NO_CONSEQUENCE = {"fstat", "fstatat", "stat", "lstat", "statx", "access"}
-OF_NO_CONSEQUENCE |= {"faccessat", "faccessat2", "unlink", "fchmod", "statfs", "lseek"}
-OF_NO_CONSEQUENCE |= {"ioctl", "madvise", "munmap", "getrandom"}
-STEPS_OF_PART = {"flock", "write", "fsync", "close"}
-NAMING = {"rename", "link", "renameat2"}
-# Calls without which a part can't be removed, or must not be.
-KEEPS_PART = {"unlink", "fstat", "fstatat", "flock"}
-MEMORY = {"mmap", "mremap", "brk", "malloc"}
+# Calls whose failure has no effect: they only choose the better of two ways.
+HARMLESS_CALLS = {"fstat", "fstatat", "stat", "lstat", "statx", "access"}
+HARMLESS_CALLS |= {"faccessat", "faccessat2", "unlink", "fchmod", "statfs", "lseek"}
+HARMLESS_CALLS |= {"ioctl", "madvise", "munmap", "getrandom"}
+PART_CALLS = {"flock", "write", "fsync", "close"}
+RENAMING_CALLS = {"rename", "link", "renameat2"}
+# If one of these calls fails, a part can't or must not be removed.
+REMOVING_CALLS = {"unlink", "fstat", "fstatat", "flock"}
+MEMORY_CALLS = {"mmap", "mremap", "brk", "malloc"}
 
 
 def reason(fault: Fault) -> str:
     return os.strerror(fault.error())
 
 
-def is_taken_up(fault: Fault) -> bool:
-    """An interrupted call, one that would have to wait for its stream, or one that did
-    only a part, is simply gone on with."""
+def is_retried(fault: Fault) -> bool:
+    """Returns whether the program must retry the call or continue it: it was interrupted,
+    would have blocked on a standard stream, or was a short read or write."""
     again = fault.error() == errno.EAGAIN and fault.file.startswith("standard-")
     return again or fault.error() == errno.EINTR or fault.what in ("count=1", "half")
 
 
 def is_at_the_end(fault: Fault, call: Call) -> bool:
-    """Nothing was left to read anyway."""
+    """Returns whether the fault has no effect because nothing was left to read."""
     return call.result == 0 and (fault.what == "end" or fault.what.startswith("shrink"))
 
 
-def is_lost_message(fault: Fault) -> bool:
-    """What can't be told can't be told; the status must say it all the same."""
+def is_failed_message(fault: Fault) -> bool:
+    """Returns whether a message itself can't be written; the status must still report it."""
     said = fault.file == "standard-error" and fault.name in ("write", "writev")
-    return said and fault.error() is not None and not is_taken_up(fault)
+    return said and fault.error() is not None and not is_retried(fault)
 
 
 def grid_line(rng: random.Random, missing: int) -> bytes:
@@ -61,7 +61,7 @@ def grid_line(rng: random.Random, missing: int) -> bytes:
 
 
 def regular_grid(path: Path, years: int) -> Path:
-    """A regular grid file from 1901 on."""
+    """Writes a regular grid file from 1901 on. Returns its path."""
     rng = random.Random(1)
     pool = [grid_line(rng, -999) + b"\n" for _ in range(20)]
     with open(path, "wb") as out:
@@ -70,8 +70,8 @@ def regular_grid(path: Path, years: int) -> Path:
     return path
 
 
-def loose_grid(years: int, first_row: int, last_row: int) -> bytes:
-    """A grid file with nothing but line ends in the rows that are not wanted."""
+def sparse_grid(years: int, first_row: int, last_row: int) -> bytes:
+    """Returns a grid file whose lines are empty outside the requested rows."""
     rng = random.Random(2)
     lines = []
     for _ in range(years * MONTHS):

@@ -6,13 +6,13 @@ from typing import Dict
 
 from fault_runs import Bench, Content
 from part_file_rules import CHECK_ENDS_EARLY, SERIES_END_EARLY, PartFiles
-from scene_rules import COLUMNS, MEGABYTE, NOTES, grid_line, loose_grid, regular_grid
+from scene_rules import COLUMNS, MEGABYTE, NOTES, grid_line, sparse_grid, regular_grid
 from session_rules import Session, search
 
 
 def veldmark_session(bench: Bench, programs: Path) -> Session:
-    """Two searches: one read by computation, thousand cells; one read line by line,
-    thinned and tested for variance.  Both replace earlier files."""
+    """Two searches: a thousand cells of a regular file, and a file that is read line by
+    line, thinned and tested for variance.  Both replace earlier files."""
     tmp = "cru_ts4.01.1901.2016.tmp.dat.new"
     frs = "cru_ts4.01.1901.2016.frs.dat.new"
     answers = search(2, (200, 223), (300, 359), "1902", "1902", "T", "1", "y", "F")
@@ -21,7 +21,7 @@ def veldmark_session(bench: Bench, programs: Path) -> Session:
     answers += ["T", "1902", "F"]
     files: Dict[str, Content] = {
         tmp: regular_grid(bench.folder / tmp, 2),
-        frs: loose_grid(3, 250, 253),
+        frs: sparse_grid(3, 250, 253),
         tmp + ".XY": b"an earlier, large file\n" * (MEGABYTE // 20),
         frs + ".TSF": b"another large one\n" * (MEGABYTE // 16),
         frs + ".ftst": b"an earlier, small file\n",
@@ -29,12 +29,12 @@ def veldmark_session(bench: Bench, programs: Path) -> Session:
         "cru_ts4.01.1901.2016.pre.dat.new.TSF": b"of another variable\n",
         NOTES: b"not ours\n",
     }
-    passes = [(tmp, (".TSF", ".XY")), (frs, (".TSF", ".XY", ".ftst"))]
-    return Session(bench, str(programs / "veldmark"), files, answers, passes)
+    searches = [(tmp, (".TSF", ".XY")), (frs, (".TSF", ".XY", ".ftst"))]
+    return Session(bench, str(programs / "veldmark"), files, answers, searches)
 
 
 def raw_text(lines: int, seed: int) -> bytes:
-    """Lines as published: blanks between the numbers."""
+    """Returns lines in the published form: blanks between the numbers."""
     rng = random.Random(seed)
     rows = [" ".join("%6d" % rng.randint(-999, 3100) for _ in range(COLUMNS)) for _ in range(20)]
     return "".join(rng.choice(rows) + "\n" for _ in range(lines)).encode()
@@ -97,21 +97,21 @@ def small_session(bench: Bench, programs: Path) -> Session:
     answers += search(9, (250, 251), (10, 11), "1901", "1902", "T", "1", "y", "T", "1902", "F")
     files: Dict[str, Content] = {
         tmp: regular_grid(bench.folder / tmp, 1),
-        frs: loose_grid(2, 250, 251),
+        frs: sparse_grid(2, 250, 251),
         frs + ".XY": b"an earlier one\n",
         NOTES: b"not ours\n",
     }
-    passes = [(tmp, (".TSF", ".XY")), (frs, (".TSF", ".XY", ".ftst"))]
-    return Session(bench, str(programs / "veldmark"), files, answers, passes)
+    searches = [(tmp, (".TSF", ".XY")), (frs, (".TSF", ".XY", ".ftst"))]
+    return Session(bench, str(programs / "veldmark"), files, answers, searches)
 
 
 def mistyped_session(bench: Bench, programs: Path) -> Session:
-    """A data file that is not there, and then an answer that ends the run."""
+    """A data file is missing; then an answer ends the run."""
     return Session(bench, str(programs / "veldmark"), {}, ["", "", "1", "", "", "3x"], [])
 
 
 def tersify_refusal(bench: Bench, programs: Path) -> PartFiles:
-    """A fault in the file, found after the copy was begun."""
+    """A bad line in the file, found after the copy was begun."""
     files: Dict[str, Content] = {
         "a.dat": raw_text(100, 3) + b"1 2 three\n",
         "a.dat.new": b"an earlier copy\n",

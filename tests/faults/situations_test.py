@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What the programs do where the system itself is in the way.
+"""What the programs do when the system itself fails them.
 
     situations_test.py PROGRAM_FOLDER
 
@@ -26,7 +26,7 @@ from pathlib import Path
 from typing import Callable, Dict, Iterable, List, Optional, Sequence, Set
 
 from fault_runs import STAND_IN, expect_signals, files_of, status_of
-from scene_rules import NORMAL, loose_grid
+from scene_rules import NORMAL, sparse_grid
 from scenes import raw_text, series_text
 from session_rules import report, search
 
@@ -84,8 +84,8 @@ class Situation(unittest.TestCase):
 
     def lay_out(self) -> None:
         files: Dict[str, bytes] = {
-            FRS: loose_grid(2, 250, 251),
-            TMP: loose_grid(1, 250, 251),
+            FRS: sparse_grid(2, 250, 251),
+            TMP: sparse_grid(1, 250, 251),
             FRS + ".XY": b"an earlier one\n",
             "notes.txt": b"not ours\n",
             "a.dat": raw_text(100, 1),
