@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Small disks, limits and readers that go away, step by step: no false success.
+"""Small disks, low limits and closed readers, step by step: no false success.
 
     sweeps.py PROGRAM [SWEEP...]
 
@@ -29,16 +29,16 @@ OUTPUTS = (DATA + ".TSF", DATA + ".XY")
 ANSWERS = search(2, (250, 257), (300, 339), "1901", "1901", "T", "1", "y", "F")
 ANSWERS = [answer.replace("\x04", "") for answer in ANSWERS]  # each arrives whole
 MOST_SECONDS = 600
-PASSES = 3000
+SEARCHES = 3000
 KIB = 1024
 
 
 def nothing() -> None:
-    """Prepares a run that nothing disturbs."""
+    """Prepares a run without a limit."""
 
 
 class Stage:
-    """A data file and what must come of the session."""
+    """A data file and the expected outputs of the session."""
 
     def __init__(self, program: str, folder: Path) -> None:
         self.program = str(Path(program).resolve())
@@ -55,7 +55,7 @@ class Stage:
         self.right = self.outputs(place)
 
     def fresh(self) -> Path:
-        """A folder with the data file, which is linked so that it takes no room."""
+        """Makes a folder with the data file, linked so that it takes no space."""
         place = Path(tempfile.mkdtemp(dir=self.folder))
         self.lay_out(place)
         return place
@@ -74,7 +74,7 @@ class Stage:
         answers: Tuple[str, ...] = (*ANSWERS, "F"),
         read: int = -1,
     ) -> Tuple[int, bytes]:
-        """The status and what was read of the screen: `read` bytes, -1 for all."""
+        """Returns the status and the first `read` bytes of the screen, -1 for all."""
         with open(self.folder / "answers", "w+", encoding="ascii") as typed:
             typed.write("".join(answer + "\n" for answer in answers))
             typed.seek(0)
@@ -92,7 +92,7 @@ class Stage:
         return process.wait(MOST_SECONDS), text
 
     def judge(self, what: str, place: Path, status: int, screen: bytes) -> None:
-        """Notes a success that is none."""
+        """Records a false success."""
         complete = self.outputs(place) == self.right
         self.counts["complete" if complete else "refused"] += 1
         claimed = status == 0 or NORMAL in screen
@@ -158,15 +158,15 @@ def limits(stage: Stage) -> Iterator[str]:
 
 
 def readers(stage: Stage) -> Iterator[str]:
-    """A reader that goes away after every 97th byte of the screen."""
+    """The reader of the screen closes its pipe, after every 97th byte in turn."""
     for size in range(0, len(stage.screen), 97):
         place = stage.fresh()
         stage.judge("reader gone at %d" % size, place, *stage.play(place, read=size))
         yield str(size)
 
 
-def passes(stage: Stage) -> Iterator[str]:
-    """The same search very often in one run, with room for a few."""
+def searches(stage: Stage) -> Iterator[str]:
+    """The same search very often in one run, with memory and descriptors for a few."""
 
     def limit() -> None:
         resource.setrlimit(resource.RLIMIT_AS, (32 * KIB * KIB, 32 * KIB * KIB))
@@ -174,15 +174,15 @@ def passes(stage: Stage) -> Iterator[str]:
 
     again = ("T", "F", "", "2", "", "1", "y", "F")
     place = stage.fresh()
-    answers = (*ANSWERS, *again * (PASSES - 1), "F")
+    answers = (*ANSWERS, *again * (SEARCHES - 1), "F")
     status, screen = stage.play(place, limit, answers)
-    stage.judge("passes", place, status, screen)
-    if screen.count(NORMAL) != PASSES:
-        stage.faults.append("%d passes of %d" % (screen.count(NORMAL), PASSES))
-    yield "passes"
+    stage.judge("searches", place, status, screen)
+    if screen.count(NORMAL) != SEARCHES:
+        stage.faults.append("%d searches of %d" % (screen.count(NORMAL), SEARCHES))
+    yield "searches"
 
 
-SWEEPS = {"disks": disks, "limits": limits, "readers": readers, "passes": passes}
+SWEEPS = {"disks": disks, "limits": limits, "readers": readers, "searches": searches}
 
 
 def main() -> int:
@@ -199,7 +199,7 @@ def main() -> int:
             print("%s: %d runs: %s" % (name, runs, counts), flush=True)
             for fault in stage.faults:
                 print("  " + fault)
-            reached = stage.counts["complete"] and (name == "passes" or stage.counts["refused"])
+            reached = stage.counts["complete"] and (name == "searches" or stage.counts["refused"])
             failed = failed or bool(stage.faults) or not reached
     return 1 if failed else 0
 

@@ -37,14 +37,14 @@ def plain_text() -> bytes:
 
 
 def misleading_text() -> bytes:
-    """Its first lines are so long that a copy seems to take less room than it does: the
-    disk gets full while the copy is written."""
+    """Returns a text whose first lines are so long that Tersify underestimates the copy:
+    the disk gets full while the copy is written."""
     lines = raw_text(LINES, 2).splitlines()
     return b"".join(b" " * (90000 if i < 3 else 0) + line + b"\n" for i, line in enumerate(lines))
 
 
 class Stage:
-    """A text and what must come of it."""
+    """A text and the expected copy."""
 
     def __init__(self, program: str, folder: Path, text: bytes) -> None:
         self.program = str(Path(program).resolve())
@@ -60,7 +60,7 @@ class Stage:
         self.right = (place / COPY).read_bytes()
 
     def fresh(self, old: List[str]) -> Path:
-        """A folder with the text, and of the earlier files those named."""
+        """Makes a folder with the text and the named earlier files."""
         place = Path(tempfile.mkdtemp(dir=self.folder))
         self.lay_out(place, old)
         return place
@@ -88,7 +88,7 @@ class Stage:
     def judge(
         self, what: str, place: Path, old: List[str], run: subprocess.CompletedProcess
     ) -> None:
-        """Notes a success that is none, and what a failure has broken or left."""
+        """Records a false success, and files that a failure has changed or left."""
         before = {name: OLD[name] for name in old}
         now = {name: content(place / name) for name in (COPY, PART)}
         complete = now[COPY] == self.right and now[PART] is None

@@ -1,4 +1,4 @@
-"""The suites that catch breaks: what is built for each, and how it is called."""
+"""The suites that catch breaks: the targets and the command of each."""
 
 from __future__ import annotations
 
@@ -9,11 +9,11 @@ PROGRAMS = ("veldmark", "tersify", "series_to_grid")
 
 @dataclasses.dataclass(frozen=True)
 class Catcher:
-    """A command that fails where a break is there, and passes where none is.
+    """A command that fails with the break and passes without it.
 
     command    run at the top of the tree; {build} in it is the build folder
-    targets    of the build, that the command needs
-    passes     exit statuses of a command that found nothing
+    targets    build targets that the command needs
+    passes     exit statuses that count as passed
     """
 
     name: str
@@ -49,7 +49,7 @@ def tools(tests: str) -> Catcher:
 
 
 def transcripts(*cases: str) -> Catcher:
-    """Those named, or all tests of the transcripts."""
+    """The named transcripts, or all of them."""
     names = [case.replace("-", "_") for case in cases]
     tests = ":".join(f"*/TranscriptCase.RunsAsWritten/{name}" for name in names)
     catcher = googletest("session_tests", tests or "*")
@@ -98,7 +98,7 @@ def invariants(count: int = 150) -> Catcher:
     return Catcher("invariants", ("python3", *command), ("veldmark",))
 
 
-# Installed and run in a clean system, or at least unpacked.
+# The package is installed and run in a clean system, or at least unpacked.
 PACKAGE = Catcher("scripts/check_package", ("scripts/check_package", "check"), PROGRAMS,
                   passes=(0, 77))
 INSTALLED = script("installed_files_test", "{build}")

@@ -10,7 +10,7 @@ TERSIFY = "tersify/tersify.cc"
 
 TERSIFY_BREAKS = [
     Break(
-        "a value of six characters is taken",
+        "a value of six characters is accepted",
         tersify("CondenseLine.*"),
         Change("tersify/condense_line.cc", "zero_too_many | sixes) != 0",
                "zero_too_many | (sixes & leading_zeros)) != 0"),
@@ -52,7 +52,7 @@ TERSIFY_BREAKS = [
                '  stem.remove_prefix(stem.rfind(\'/\') + 1);'),
     ),
     Break(
-        "room on the disk without the abandoned part",
+        "the abandoned part is not counted as free disk space",
         tersify("DiskRoom.*"),
         Change("tersify/disk_room.cc", "*unused + std::min(abandoned, kMostBytes - *unused)",
                "*unused + std::min<std::int64_t>(abandoned, 0)"),
@@ -75,13 +75,13 @@ TERSIFY_BREAKS = [
 
 SHARED = [
     Break(
-        "what is written of a file stays after a failure",
+        "the part file stays after a failure",
         companion("PartFile.*"),
         Change("src/util/part_file.cc", "  if (file_.is_open() && names_open_file(part_name_, file_)) {",
                "  if (!file_.is_open() && names_open_file(part_name_, file_)) {"),
     ),
     Break(
-        "SIGHUP is not watched",
+        "SIGHUP is not handled",
         companion("InterruptWatch.*"),
         Change("src/util/interrupt_watch.h", "SIGINT,  SIGTERM, SIGHUP,",
                "SIGINT,  SIGTERM, SIGUSR1,"),
@@ -97,7 +97,7 @@ SHARED = [
                "    sync_folder_of(name_);\n"),
     ),
     Break(
-        "a complaint overtakes what was shown before it",
+        "a message overtakes earlier output",
         tersify("TersifyProgram.*:Tersify.*"),
         Change("companion/run.cc",
                "  around.output << std::flush;  // a terminal shows both in their order\n", ""),
@@ -112,7 +112,7 @@ SERIES_TO_GRID = [
                "kGridRows + 1 - south_row;"),
     ),
     Break(
-        "years before the first one asked are filled",
+        "years before the first requested one are filled",
         tools("MakeGrid.*"),
         Change(GRID_WRITER, "count_grid_months(std::max(years.first, series.first_year) - 1);",
                "count_grid_months(std::max(kFirstDataYear, series.first_year) - 1);"),

@@ -13,8 +13,8 @@ from edits import Edit
 class Break:
     """A fault that somebody could make, and the quickest suite that must catch it.
 
-    name           says what is wrong then
-    environment    in which the catcher then runs, besides the usual one
+    name           says what is wrong with the break in place
+    environment    variables added to the environment of the catcher
     """
 
     name: str

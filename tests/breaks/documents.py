@@ -1,10 +1,10 @@
-"""Breaks of the documents: what a reader would be told wrongly."""
+"""Breaks of the documents: wrong statements."""
 
 from catchers import Catcher, documents
 from definition import Break
 from edits import Add, Change, Swap
 
-# Name, module of tests/documents that catches it, file, its text, and what it becomes.
+# Name, module of tests/documents that catches it, file, old text, new text.
 SAID_WRONGLY = [
     ("the demo takes half of the globe", "pages_test",
      "scripts/demo_session",
@@ -238,7 +238,7 @@ SAID_WRONGLY = [
      "README.md",
      "--target veldmark tersify series",
      "--target veldmark series"),
-    ("cell-list-file.md: an example is none any more", "pages_test",
+    ("cell-list-file.md: an example is no longer indented", "pages_test",
      "docs/cell-list-file.md",
      "    $ wc -c",
      "    wc -c"),
@@ -272,8 +272,8 @@ SAID_WRONGLY = [
      "too, asks for the region (or the years) again.\n"),
 ]
 
-# The row of the transcripts needs no run of the tests. Those of runs are then missing, which
-# is said in other words.
+# The row of the transcripts needs no test run. The rows that do are missing then, with a
+# different message.
 FIGURES = Catcher("tests/figures, of what is counted without a run", (
     "bash", "-c",
     'folder=$(mktemp -d); tests/figures --check "$folder" > "$folder/said";'

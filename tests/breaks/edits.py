@@ -1,4 +1,4 @@
-"""What a break does to the files of a tree, and whether it still fits them."""
+"""The edits of a break, and whether they still fit the tree."""
 
 from __future__ import annotations
 
@@ -12,7 +12,7 @@ class Stale(Exception):
 
 @dataclasses.dataclass(frozen=True)
 class Change:
-    """`old`, which stands in the file just once, becomes `new`."""
+    """Replaces `old`, which must occur exactly once, by `new`."""
 
     file: str
     old: str
@@ -33,7 +33,7 @@ class Change:
 
 @dataclasses.dataclass(frozen=True)
 class Append:
-    """`text` is added at the end of a file."""
+    """Adds `text` at the end of a file."""
 
     file: str
     text: str
@@ -47,7 +47,7 @@ class Append:
 
 @dataclasses.dataclass(frozen=True)
 class Add:
-    """A new file: `text`, or a copy of another file."""
+    """Creates a file: `text`, or a copy of another file."""
 
     file: str
     text: str = ""
@@ -71,7 +71,7 @@ def matches(tree: Path, pattern: str) -> list[Path]:
 
 @dataclasses.dataclass(frozen=True)
 class Remove:
-    """The files of a pattern go, but for one."""
+    """Removes the files of a pattern, except `but`."""
 
     pattern: str
     but: str = ""
@@ -84,7 +84,7 @@ class Remove:
 
 @dataclasses.dataclass(frozen=True)
 class Empty:
-    """The files of a pattern hold nothing any more."""
+    """Empties the files of a pattern."""
 
     pattern: str
 
@@ -95,7 +95,7 @@ class Empty:
 
 @dataclasses.dataclass(frozen=True)
 class Swap:
-    """Two files change their places."""
+    """Exchanges the contents of two files."""
 
     first: str
     second: str

@@ -1,4 +1,4 @@
-"""Breaks of the tests themselves: ways in which they could say "passed" of nothing."""
+"""Breaks of the tests themselves: ways in which they could pass without testing."""
 
 from catchers import SECOND_PROGRAM, ctest, faults, transcripts, unit
 from definition import Break
@@ -67,7 +67,7 @@ BREAKS = [
                '    answers = ["", "", "0"] + search(2, (200, 223)'),
     ),
     Break(
-        "the shim of failing calls doesn't know pread",
+        "the shim of failing calls misses pread",
         faults("EveryCallOfASessionFailsOnce"),
         Change("tests/faults/failing_calls.cc",
                '    {SYS_pread64, "pread", Names::kDescriptor},\n', ""),
@@ -91,7 +91,7 @@ BREAKS = [
     ),
 ] + [
     Break(
-        f"kept inputs of the fuzz target {target} are empty",
+        f"the corpus of the fuzz target {target} is empty",
         ctest("Fuzz.ReplaysTheCorpusOf" + name, "fuzz_" + target),
         Empty(f"tests/fuzz/corpus/{target}/*"),
     )

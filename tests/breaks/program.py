@@ -25,7 +25,7 @@ CONVERSATION = [
                "  run_command_(command);\n  flush();\n"),
     ),
     Break(
-        "third search keeps the years of the second",
+        "the third search keeps the years of the second",
         transcripts("three-searches-with-new-years"),
         Change(DRIVER, "  state.years = ask_year_span(console, state.LastDataYear);\n",
                "  static int searches = 0;\n"
@@ -33,19 +33,19 @@ CONVERSATION = [
                "  if (++searches < 3) {\n    state.years = years;\n  }\n"),
     ),
     Break(
-        "rows of unchanged parameters are not found again for the other row order",
+        "rows of unchanged parameters are not recomputed for the other row order",
         transcripts("drought-index-after-cru-ts"),
         Change(DRIVER, FIND_RANGES, "  if (state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
     ),
     Break(
-        "rows of unchanged parameters are not found again in the third search",
+        "rows of unchanged parameters are not recomputed in the third search",
         transcripts("same-parameters-in-the-third-search"),
         Change(DRIVER, FIND_RANGES,
                "  static int searches = 0;\n"
                "  if (++searches < 3 || state.ChangeSearch) {\n" + FIND_RANGES + "  }\n"),
     ),
     Break(
-        "crossing of the meridian is forgotten two searches later",
+        "CrossesDateLine is reset two searches later",
         transcripts("across-the-meridian-then-two-ordinary"),
         Change(DRIVER, FIND_RANGES,
                "  static int after_crossing = 0;\n"
@@ -69,7 +69,7 @@ CONVERSATION = [
                "      state.MissingCode = chosen->MissingCode;\n    }\n"),
     ),
     Break(
-        "frost days' scale is forgotten at the next variable",
+        "the scale of frost days is reset at the next variable",
         transcripts("variance-frost-days-then-another"),
         Change(CHOICE, "chosen.SampleScale.value_or(state.SampleScale);",
                "chosen.SampleScale.value_or(0.0F);"),
@@ -83,14 +83,14 @@ CONVERSATION = [
                "      return GridFile(first->name());\n"),
     ),
     Break(
-        "screen is lost before the report of a run-time error",
+        "the screen is not flushed before the report of a run-time error",
         program("Program.*"),
         Change(DRIVER, "    console.flush();\n  } catch (const RunEnd& output_failure) {",
                "    if (end.report().empty()) {\n      console.flush();\n    }\n"
                "  } catch (const RunEnd& output_failure) {"),
     ),
     Break(
-        "failed write of the series loses the screen so far",
+        "the screen is not flushed after a failed write of the series",
         faults("EveryCallOfASessionFailsOnce"),
         Change(DRIVER, "    console.flush();\n  } catch (const RunEnd& output_failure) {",
                '    if (end.report().find(".TSF: ") == std::string::npos) {\n'
@@ -98,7 +98,7 @@ CONVERSATION = [
                "  } catch (const RunEnd& output_failure) {"),
     ),
     Break(
-        "minimum and maximum longitude are asked the other way round",
+        "minimum longitude is asked before maximum longitude",
         transcripts("first-row"),
         Change("src/selection/region_dialogue.cc",
                "    region.maxLon = ask_max_longitude(console);\n"
@@ -124,7 +124,7 @@ READING = [
                "      if (month < 0 && !check_skipped_month(month)) {\n"),
     ),
     Break(
-        "row plan of the first row for all rows from year 4 on",
+        "the row plan of the first row is used for all rows from year 4 on",
         program("SampleSession.*"),
         Change(REGULAR, "plans_[static_cast<std::size_t>(GridY - first_row_)];",
                "plans_[month < 36 ? static_cast<std::size_t>(GridY - first_row_) : 0];"),
@@ -245,7 +245,7 @@ SAVING = [
                "    variance_report->close();\n  }\n"),
     ),
     Break(
-        "report's close is left to its destructor",
+        "the report is closed by its destructor only",
         faults("FullDisksClosedStreamsAndLostTerminals"),
         Change(DRIVER, "  if (state.FtestChosen) {\n    variance_report->close();\n  }\n", ""),
     ),

@@ -12,7 +12,7 @@ R = "docs/recipes/cells.R"
 
 BREAKS = [
     Break(
-        "Python: latitudes turned round",
+        "Python: latitudes upside down",
         recipes("Python"),
         Change(PICTURE, "(high - value) / (high - low) * self.height",
                "(value - low) / (high - low) * self.height"),

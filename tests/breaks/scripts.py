@@ -61,7 +61,7 @@ BREAKS = [
                "$(cached CMAKE_CACHEFILE_DIR) -ef $folder ]]", "== Ninja ]]"),
     ),
     Break(
-        "setup forgets all missing packages but the last",
+        "setup installs only the last missing package",
         script("setup_test"),
         Change("scripts/setup", '  command -v "$1" > /dev/null || missing+=("$2")',
                '  command -v "$1" > /dev/null || missing=("$2")'),

@@ -1,4 +1,4 @@
-"""A copy of the tree in which breaks are made, built and looked for."""
+"""A copy of the tree in which breaks are applied, built and tested."""
 
 from __future__ import annotations
 
@@ -12,11 +12,11 @@ from catchers import Catcher
 from edits import Edit
 
 PRESET = "check"
-LONGEST = 900  # seconds of a catcher; one that takes longer hangs, which is a failure
+LONGEST = 900  # seconds; a catcher that takes longer has hung, which counts as a failure
 
 
 class NotBuilt(Exception):
-    """The tree can't be built, as it is or with a break."""
+    """The tree can't be built, with or without a break."""
 
 
 def tracked_files(top: Path) -> list[str]:
@@ -37,8 +37,8 @@ class Workplace:
             self._environment.pop(name, None)
 
     def fill(self, top: Path) -> None:
-        """Makes the copy, or brings an earlier one up to date: what is built of files that
-        are the same is not built again."""
+        """Makes the copy, or updates an earlier one so that unchanged files are not built
+        again."""
         self.tree.mkdir(parents=True, exist_ok=True)
         if (self.tree / ".git").is_dir():
             self._git("clean", "--quiet", "-d", "--force")
@@ -69,7 +69,7 @@ class Workplace:
         subprocess.run(["git", *words], cwd=self.tree, check=True)
 
     def prepare(self, targets: Sequence[str]) -> None:
-        """Builds targets. Throws NotBuilt."""
+        """Builds targets. Raises NotBuilt."""
         if not (self.build / "build.ninja").is_file():
             self._must("scripts/configure", PRESET, "-DVELDMARK_BENCH=OFF")
         if targets:
@@ -83,7 +83,7 @@ class Workplace:
             raise NotBuilt(done.stdout[-3000:])
 
     def finds_nothing(self, catcher: Catcher, environment: Mapping[str, str]) -> tuple[bool, str]:
-        """Runs a catcher, built before. Returns whether it passes, and what it said."""
+        """Runs a catcher, which must be built. Returns whether it passes, and its output."""
         words = [word.replace("{build}", str(self.build)) for word in catcher.command]
         with subprocess.Popen(words, cwd=self.tree, env={**self._environment, **environment},
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,

@@ -78,8 +78,8 @@ TEST(CsvSeries, WritesALineAYear) {
   }
 }
 
-// As many cells as make many buffers full.
-TEST(CsvSeries, LosesNothingWhereABufferEnds) {
+// Enough cells to fill many buffers.
+TEST(CsvSeries, LosesNothingAtTheEndOfABuffer) {
   const std::string one = written("60.25,-139.75,", false, 1);
   EXPECT_TRUE(written("60.25,-139.75,", false, 3000) == repeated(one, 3000));
 }

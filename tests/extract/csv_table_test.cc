@@ -37,7 +37,7 @@ std::string fault_of(const std::string& content) {
   return "";
 }
 
-TEST(ReadCsv, KeepsFieldsAsTheyStand) {
+TEST(ReadCsv, KeepsFieldsUnchanged) {
   EXPECT_EQ(records_of(""), std::vector<Fields>{});
   EXPECT_EQ(records_of("\xEF\xBB\xBF"), std::vector<Fields>{});
   EXPECT_EQ(records_of("a"), std::vector<Fields>{{"a"}});
@@ -46,12 +46,12 @@ TEST(ReadCsv, KeepsFieldsAsTheyStand) {
   EXPECT_EQ(records_of("\"a,\"\"b\"\"\nc\",\"\"\r\nd,e"),
             (std::vector<Fields>{{"a,\"b\"\nc", ""}, {"d", "e"}}));
   EXPECT_EQ(records_of("\n\r\na\n\n\nb\n"), (std::vector<Fields>{{"a"}, {"b"}}));
-  // A byte order mark counts at the start alone.
+  // A byte order mark is skipped at the start only.
   EXPECT_EQ(records_of("\xEF\xBB\xBF\"a\"\n\xEF\xBB\xBF"),
             (std::vector<Fields>{{"a"}, {"\xEF\xBB\xBF"}}));
 }
 
-TEST(ReadCsv, ReadsAFileOfManyPieces) {
+TEST(ReadCsv, ReadsAFileLargerThanTheBuffer) {
   std::string content;
   std::vector<Fields> expected;
   for (int i = 0; i < 100'000; ++i) {

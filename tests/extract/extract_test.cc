@@ -1,4 +1,4 @@
-// The whole program in the test's own process, on made grid files.
+// The whole program in the test's own process, on generated grid files.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ using veldmark::testing::write_file;
 
 std::string quoted(const std::string& name) { return "'" + name + "'"; }
 
-// Runs with the output x.csv and returns what it holds.
+// Runs with the output x.csv and returns its content.
 std::string csv_of(std::vector<std::string> arguments) {
   arguments.insert(arguments.end(), {"-o", "x.csv", "--overwrite", "--quiet"});
   const Outcome outcome = run(arguments);
@@ -99,7 +99,7 @@ TEST_F(Extract, WritesALineAYear) {
             "60.25,-139.25,1902,,,,,,,,,,,,\n");
 }
 
-TEST_F(Extract, TheDialoguesRuleLooksAtTheFirstMonthAlone) {
+TEST_F(Extract, TsfRuleLooksAtTheFirstMonthOnly) {
   write_grid();
   EXPECT_EQ(csv_of({kName, "--cell", "60.3,-139.6", "--wide", "--stored", "--tsf-rule",
                     "--years", "1901"}),
@@ -122,7 +122,7 @@ TEST_F(Extract, CellsOfABoxAcrossTheMeridianRunFromWestToEast) {
             "60.25,-179.75,1902,1,1,1,1,1,1,1,1,1,1,1,1\n");
 }
 
-TEST_F(Extract, MeansHaveTheCountOfCells) {
+TEST_F(Extract, AreaMeanHasTheNumberOfCells) {
   write_grid();
   const std::string csv = csv_of({kName, "--lat", "60:60.5", "--lon", "-140:-139",
                                   "--years", "1901", "--area-mean"});
@@ -131,7 +131,7 @@ TEST_F(Extract, MeansHaveTheCountOfCells) {
             "1901,3,-1.000,1\n1901,4,3.400,2\n");
 }
 
-TEST_F(Extract, SitesHaveTheirOwnColumnsAndTheCellsPlace) {
+TEST_F(Extract, SitesKeepTheirColumnsAndAddTheCell) {
   write_grid();
   write_file(
       "s.csv",
@@ -162,7 +162,7 @@ TEST_F(Extract, SitesHaveTheirOwnColumnsAndTheCellsPlace) {
       heading + a + "Sea,60.3,-138.6,,60.25,-139.25,36.3,1901,,,,77,,,,,,,,\n" + b);
 }
 
-TEST_F(Extract, ATableAsASpreadsheetSavesItGivesTheSame) {
+TEST_F(Extract, ASpreadsheetsTableGivesTheSame) {
   write_grid();
   write_file("plain.csv", "name,lat,lon,note\nA,60.3,-139.7,\"x, \"\"y\"\"\"\n");
   const std::string plain =
@@ -180,9 +180,9 @@ TEST_F(Extract, ATableAsASpreadsheetSavesItGivesTheSame) {
       plain);
 }
 
-// What belongs to which cell: CellOf in place_test.cc. These come through a table and
-// --cell alike.
-TEST_F(Extract, PointsOnEdgesCornersAndPolesHaveTheCellNorthAndEastOfThem) {
+// CellOf in place_test.cc tests which point belongs to which cell. Here the points come
+// from a table and from --cell.
+TEST_F(Extract, PointsOnEdgesAndPolesBelongToTheCellNorthAndEast) {
   for (int month = 0; month < 24; ++month) {
     set(month, 1, 1, 1);      // 89.75 S, 179.75 W
     set(month, 360, 1, 2);    // 89.75 N, 179.75 W
@@ -232,7 +232,7 @@ TEST_F(Extract, SaysWhatItDidUnlessQuiet) {
   EXPECT_EQ(outcome.messages.substr(0, start.size()), start);
 }
 
-TEST_F(Extract, ReplacesAnOutputOnRequestOnlyAndNeverAnInput) {
+TEST_F(Extract, ReplacesAnOutputOnlyOnRequestAndNeverAnInput) {
   write_grid();
   write_file("x.csv", "mine");
   const Outcome refused = run({kName, "-o", "x.csv"});
@@ -273,7 +273,7 @@ TEST_F(Extract, SaysWhyAnOutputCantBeWritten) {
       "file\n");
 }
 
-TEST_F(Extract, TheTwoFilesOfTsfStandUnderTheirNamesAlone) {
+TEST_F(Extract, TsfLeavesNoPartFiles) {
   write_grid();
   std::filesystem::create_directory("out");
   const Outcome outcome = run(
@@ -290,7 +290,7 @@ TEST_F(Extract, TheTwoFilesOfTsfStandUnderTheirNamesAlone) {
                  "the nearest that has");
 }
 
-TEST_F(Extract, ASecondRunOnOneOutputEndsAndHarmsNothing) {
+TEST_F(Extract, ASecondRunOnTheSameOutputFails) {
   write_grid();
   for (const char* format : {"csv", "tsf", "netcdf"}) {
     const bool is_tsf = std::string(format) == "tsf";
@@ -311,9 +311,9 @@ TEST_F(Extract, ASecondRunOnOneOutputEndsAndHarmsNothing) {
   }
 }
 
-// Where the disk is full the netCDF library fails again whenever it is called. What a
-// build for coverage counts goes elsewhere: the limit would cut its files.
-TEST_F(Extract, ALimitOnTheSizeOfFilesEndsNoFormatByASignal) {
+// After a failed write the netCDF library fails again at every call. GCOV_PREFIX moves
+// the files of a coverage build away, which the limit would truncate.
+TEST_F(Extract, AFileSizeLimitIsAFailedWrite) {
   write_grid();
   for (const std::string format : {"csv", "tsf", "netcdf"}) {
     for (const int blocks : {0, 1, 2, 4, 8, 16, 24, 32}) {  // of 512 bytes
@@ -331,7 +331,7 @@ TEST_F(Extract, ALimitOnTheSizeOfFilesEndsNoFormatByASignal) {
   }
 }
 
-TEST_F(Extract, AnEmptyAnswerIsAStatusOfItsOwn) {
+TEST_F(Extract, NoDataHasAStatusOfItsOwn) {
   write_grid();
   expect_failure({kName, "--lat", "-60:-50"}, 3, "no cell has data (14400 cells read)");
   expect_failure(
@@ -356,7 +356,7 @@ TEST_F(Extract, ABadFieldIsNamed) {
                  quoted(kName) +
                      ": line 5341: characters 401-405 (column 81): ' 5x0 ' is no "
                      "integer");
-  // A cell that isn't asked for is not looked at.
+  // A cell outside the request is not read.
   EXPECT_EQ(csv_of({kName, "--cell", "60.75,-139.25", "--years", "1901", "--wide"}),
             "lat,lon,year,jan,feb,mar,apr,may,jun,jul,aug,sep,oct,nov,dec\n"
             "60.75,-139.25,1901,25.3,25.3,25.3,25.3,25.3,25.3,25.3,25.3,25.3,25.3,25.3,"
@@ -372,7 +372,7 @@ TEST_F(Extract, ABadFieldAtSeaIsNamed) {
                      "integer");
 }
 
-TEST_F(Extract, ABadFieldOfACellThatBeganLateIsNamed) {
+TEST_F(Extract, ABadFieldOfALateStartIsNamed) {
   grid_.set_field(1902, 3, kRow, 82, "99999");
   write_grid();
   expect_failure(
@@ -382,9 +382,9 @@ TEST_F(Extract, ABadFieldOfACellThatBeganLateIsNamed) {
           "for a value");
 }
 
-// The globe is read in parts, where there are processors for it: these months and lines
-// lie in the first and in the last.
-TEST_F(Extract, CellsThatBeginLateHaveTheirDataFromAllParts) {
+// With several processors the globe is read in parts: these months and lines are in the
+// first and in the last part.
+TEST_F(Extract, LateStartsHaveTheirDataFromAllParts) {
   set(23, kRow, 82, 78);
   write_grid();
   const std::string csv = csv_of({kName, "--wide"});
@@ -393,7 +393,7 @@ TEST_F(Extract, CellsThatBeginLateHaveTheirDataFromAllParts) {
             std::string::npos);
 }
 
-TEST_F(Extract, OfTwoBadFieldsTheFirstIsNamed) {
+TEST_F(Extract, TheFirstOfTwoBadFieldsIsNamed) {
   grid_.set_field(1901, 3, kRow, 81, " 1.23");
   grid_.set_field(1902, 12, 1, 81, "  x12");
   write_grid();
@@ -423,7 +423,7 @@ TEST_F(Extract, TheLargestValueIsTaken) {
       "-0.1\n");
 }
 
-TEST_F(Extract, TellsAFileOfOtherSizeWhatItIs) {
+TEST_F(Extract, DescribesAFileOfAnotherSize) {
   write_grid();
   const std::string text = file_content(kName);
   constexpr std::size_t kYear = std::size_t{4320} * 3601;
@@ -454,7 +454,7 @@ TEST_F(Extract, TellsAFileOfOtherSizeWhatItIs) {
             "0.11\n");
 }
 
-TEST_F(Extract, TakesCrLfAndAMissingLastLineEnd) {
+TEST_F(Extract, AcceptsCrLfAndAMissingLastLineEnd) {
   write_grid();
   const std::string expected = csv_of({kName});
   const std::string text = file_content(kName);

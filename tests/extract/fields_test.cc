@@ -1,5 +1,5 @@
-// What the five characters of a field mean, in a cell with data, at sea, and in a cell
-// whose data begin late.
+// What the five characters of a field mean: in a cell with data, at sea, and in a cell
+// with a late start.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

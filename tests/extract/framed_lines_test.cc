@@ -39,7 +39,7 @@ class FramedLinesTest : public ::testing::Test {
     }
   }
 
-  // The place of a line's first character.
+  // The offset of a line's first character.
   [[nodiscard]] std::size_t place_of(std::size_t number) const {
     return number * (3600 + line_end_.size());
   }
@@ -55,8 +55,8 @@ class FramedLinesTest : public ::testing::Test {
             .years = {.first = 1951, .last = 1952}};
   }
 
-  // Reads one month and expects the lines of `rows`, told by their numbers; `first` is
-  // that of the month's first row. Returns the bytes that were reported as read.
+  // Reads one month and expects the lines of `rows`; `first` is the line number of the
+  // month's first row. Returns the number of bytes reported as read.
   std::int64_t expect_lines(const InputFile& input, const Rows& rows,
                             const Years& years, std::size_t month, std::size_t first) {
     std::int64_t bytes = 0;
@@ -72,7 +72,7 @@ class FramedLinesTest : public ::testing::Test {
     return bytes;
   }
 
-  // The failure of reading January 1952; the line is number 4320 + row.
+  // Returns the failure when January 1952 is read; a row has the line 4320 + row.
   std::string fault_of(const Rows& rows) {
     const InputFile input = open_file(text_.size());
     FramedLines lines(input, rows, {.first = 1952, .last = 1952}, no_progress_);
@@ -150,7 +150,7 @@ TEST_F(FramedLinesTest, NeedsALineEndOnBothSides) {
             "more");
 }
 
-TEST_F(FramedLinesTest, AFileThatBecameShorterIsNoEmptyOne) {
+TEST_F(FramedLinesTest, ATruncatedFileIsAFailure) {
   const InputFile input = open_file(text_.size());
   std::filesystem::resize_file("grid", place_of(10) + 3600);
   expect_lines(input, {1, 2, 10}, input.years, 0, 0);
@@ -164,7 +164,7 @@ TEST_F(FramedLinesTest, AFileThatBecameShorterIsNoEmptyOne) {
   }
 }
 
-TEST_F(FramedLinesTest, ToldWhyAFileCantBeRead) {
+TEST_F(FramedLinesTest, SaysWhyAFileCantBeRead) {
   const InputFile folder{.name = "folder",
                          .entry = *find_by_short_name("tmp"),
                          .file = FileDescriptor(".", O_RDONLY),

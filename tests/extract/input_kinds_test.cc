@@ -1,4 +1,4 @@
-// Files that are no whole condensed grid files: each is told what it is.
+// Files that are not complete condensed grid files: the message describes each.
 
 #include <gtest/gtest.h>
 
@@ -83,7 +83,7 @@ TEST_F(InputKinds, AnotherReleaseIsRead) {
             "12.3\n");
 }
 
-TEST_F(InputKinds, AFileThatIsCutIsSoWhereverThatWas) {
+TEST_F(InputKinds, ATruncatedFileIsRefusedWhereverItWasCut) {
   const std::string& text = whole_text();
   const std::string end =
       " bytes more, and a year has 15556320; tersify --check tells more";
@@ -100,13 +100,13 @@ TEST_F(InputKinds, AFileThatIsCutIsSoWhereverThatWas) {
             "characters");
 }
 
-TEST_F(InputKinds, AFileThatIsCutByAYearHasOtherYearsThanItsName) {
+TEST_F(InputKinds, AFileWithoutItsLastYearDisagreesWithItsName) {
   EXPECT_EQ(refusal_of(whole_text().substr(0, kYear)),
             ": the name says 2023-2024, but the file holds 1 year; with --first-year "
             "2023 it is taken as 2023-2023");
 }
 
-TEST_F(InputKinds, AFileThatIsLongerIsNoWholeOne) {
+TEST_F(InputKinds, AFileThatIsTooLongIsRefused) {
   const std::string& text = whole_text();
   const std::string end =
       " bytes more, and a year has 15556320; tersify --check tells more";
@@ -119,7 +119,7 @@ TEST_F(InputKinds, AFileThatIsLongerIsNoWholeOne) {
             "2023 it is taken as 2023-2025");
 }
 
-TEST_F(InputKinds, ACompressedFileIsToldHowToDecompressIt) {
+TEST_F(InputKinds, ACompressedFileNamesTheToolForIt) {
   EXPECT_EQ(refusal_of("\x1f\x8b\x08 rest"),
             " is compressed: decompress it with gzip -d (tersify condenses a published "
             "file as it is)");
@@ -132,7 +132,7 @@ TEST_F(InputKinds, ACompressedFileIsToldHowToDecompressIt) {
   EXPECT_EQ(refusal_of("PK\x03\x04 rest"), " is an archive: unpack it with unzip");
 }
 
-TEST_F(InputKinds, ANetcdfFileIsNoCondensedOne) {
+TEST_F(InputKinds, ANetcdfFileIsRefused) {
   const std::string end = ", no condensed grid file; tersify condenses published ones";
   EXPECT_EQ(refusal_of("CDF\x01\x00\x00"sv), " is a netCDF file" + end);
   EXPECT_EQ(refusal_of("\x89HDF\r\n\x1a\n"), " is a netCDF-4 or HDF5 file" + end);
@@ -150,7 +150,7 @@ TEST_F(InputKinds, OtherFilesAreDescribed) {
             "not 3600");
 }
 
-TEST_F(InputKinds, APublishedFileIsToldHowToCondenseIt) {
+TEST_F(InputKinds, APublishedFileIsReferredToTersify) {
   std::string line;
   for (int column = 0; column < 720; ++column) {
     line += column % 2 == 0 ? "  -999" : " 12345";

@@ -1,4 +1,4 @@
-// Reading the lines that are as nearly all are, and noticing all others.
+// The fast path takes regular lines and refuses all others.
 
 #include "extract/line_plan.h"
 
@@ -20,7 +20,7 @@ void put(std::string& line, std::int32_t column, const std::string& field) {
   line.replace(static_cast<std::size_t>(column - 1) * kFieldWidth, kFieldWidth, field);
 }
 
-// One more character behind the line may be read.
+// One more character after the line must be readable.
 bool read(const std::string& line, const RowPlan& plan,
           std::vector<std::int16_t>& values) {
   const std::string with_end = line + "\n";
@@ -34,7 +34,7 @@ std::vector<std::int32_t> columns(std::int32_t first, std::int32_t last) {
   return all;
 }
 
-// Five digits are noticed wherever they stand when they may be more than 16 bits hold.
+// Five digits that may not fit into 16 bits are found in every column.
 TEST(TryFastRead, NoticesLargeNumbersInEveryColumn) {
   for (const std::int32_t first : {1, 2, 700, 720}) {
     const std::vector<std::int32_t> wanted = columns(first, kGridColumns);

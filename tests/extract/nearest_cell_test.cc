@@ -12,7 +12,7 @@
 namespace veldmark::extract {
 namespace {
 
-// All cells of the globe are looked at.
+// Searches all cells of the globe.
 std::vector<Cell> plain_cells_around(const Point& point, double radius,
                                      RowOrder order) {
   std::vector<Cell> cells;
@@ -34,7 +34,7 @@ Point random_point(std::mt19937& random) {
   return {degrees(90), degrees(180)};
 }
 
-TEST(CellsAround, AreThoseOfAPlainSearchOfTheGlobe) {
+TEST(CellsAround, AgreeWithAPlainSearchOfTheGlobe) {
   std::mt19937 random(7);
   std::vector<Point> points{{90, 0},   {-90, 180},      {89.9, 10},    {0, 180},
                             {0, -180}, {45.25, 179.75}, {-45, -179.9}, {88, 0}};
@@ -52,9 +52,8 @@ TEST(CellsAround, AreThoseOfAPlainSearchOfTheGlobe) {
   }
 }
 
-// Circles that go past a pole, around it, over the half of the globe, and over all of
-// it.
-TEST(CellsAround, AreThoseOfAPlainSearchForWideCircles) {
+// Circles that touch a pole, enclose it, and cover half of the globe or all of it.
+TEST(CellsAround, AgreeWithAPlainSearchForWideCircles) {
   const std::vector<std::tuple<Point, double>> circles{
       {{0.1, 0.25}, 10'030}, {{-3, 10}, 9'700},  {{60, -100}, 3'330},
       {{60, -100}, 3'340},   {{-45, 0}, 12'000}, {{10, 10}, 1'000'000},
@@ -67,7 +66,7 @@ TEST(CellsAround, AreThoseOfAPlainSearchForWideCircles) {
   }
 }
 
-TEST(NearestCell, IsThatOfAPlainSearch) {
+TEST(NearestCell, AgreesWithAPlainSearch) {
   std::mt19937 random(11);
   const auto has_data = [](const Cell& cell) {
     return (cell.GridY * 7919 + cell.GridX * 104729) % 13 == 0;
@@ -98,7 +97,7 @@ TEST(NearestCell, IsThatOfAPlainSearch) {
   EXPECT_GT(found, 20);
 }
 
-TEST(NearestCell, TakesTheSouthernThenTheWesternOfEquallyFarCells) {
+TEST(NearestCell, PrefersTheSouthernThenTheWesternOfEqualDistances) {
   const Point centre{10.25, 20.25};
   const auto east_or_west = [](const Cell& cell) {
     return cell == Cell{201, 400} || cell == Cell{201, 402};

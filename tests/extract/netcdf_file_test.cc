@@ -15,7 +15,7 @@ namespace {
 
 using veldmark::testing::TemporaryFolder;
 
-// What the library refuses is told, and nothing is left behind.
+// A refusal of the library is reported, and no file is left.
 TEST(NetcdfFile, ARefusalIsAFailureWithTheLibrarysReason) {
   const TemporaryFolder folder;
   const auto fault_of = [](const std::function<void(NetcdfFile&)>& use) {

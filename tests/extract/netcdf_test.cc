@@ -1,4 +1,4 @@
-// netCDF files as ncdump shows them: how they are described, and how values are stored.
+// netCDF files as ncdump shows them: their headers, and how values are stored.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -32,8 +32,8 @@ std::string shown_by_ncdump(const std::string& options) {
   return file_content("x.cdl");
 }
 
-// What is described, without what differs between machines and libraries. The time in
-// the history is replaced by NOW; of a citation the first words are shown.
+// The header without what differs between machines and libraries. NOW replaces the time
+// in the history; citations are cut after their first words.
 std::string description() {
   const std::regex time(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ)");
   const std::regex citation(R"((references = "(\w+ ){5}).*" ;)");
@@ -248,7 +248,7 @@ variables:
             "253, 253, 253, 253, 253, 253, 253, 253, 253, 253, 253, 253");
 }
 
-TEST_F(Netcdf, TheDroughtIndexIsOfAnotherInstitution) {
+TEST_F(Netcdf, TheDroughtIndexHasNoInstitution) {
   std::filesystem::create_directory("a folder");
   std::filesystem::rename(kName, "a folder/scPDSI.x");
   ASSERT_EQ(run({"a folder/scPDSI.x", "--first-year", "1901", "--cell", "60.3,-139.6",

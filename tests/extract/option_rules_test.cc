@@ -1,4 +1,4 @@
-// What goes together; what doesn't is in command_line_test.cc.
+// Options that can be combined; command_line_test.cc has those that can't.
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-TEST(OptionRules, LetPassWhatGoesTogether) {
+TEST(OptionRules, AcceptAllowedCombinations) {
   const std::vector<Words> commands{
       {"--lat", "1:2", "--lon", "1:2", "--every", "2", "--variance-test", "1950"},
       {"--lon", "1:2", "--area-mean", "--every", "720", "--tsf-rule"},

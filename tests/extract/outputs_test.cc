@@ -1,4 +1,4 @@
-// What becomes of outputs that other files stand in the way of.
+// Outputs whose names are taken by other files.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -61,7 +61,7 @@ class Outputs : public ::testing::Test {
     write_file("sites.csv", kSites);
   }
 
-  // Runs on the cell. What `meanwhile` does happens while the grid file is read.
+  // Runs on the cell. `meanwhile` is called while the grid file is read.
   static Outcome run(const Words& words, const std::function<void()>& meanwhile = {}) {
     Words arguments{kName, "--cell", "60.25,-139.75"};
     if (!words.empty() && words.front() == "--sites") {
@@ -116,7 +116,7 @@ class Outputs : public ::testing::Test {
 
 using Files = std::map<std::string, std::string>;
 
-TEST_F(Outputs, AFileThatAppearsMeanwhileIsKept) {
+TEST_F(Outputs, AFileCreatedDuringTheRunIsKept) {
   const Words formats{"csv", "netcdf"};
   for (const std::string& format : formats) {
     if (format == "netcdf" && !can_write_netcdf()) {
@@ -134,7 +134,7 @@ TEST_F(Outputs, AFileThatAppearsMeanwhileIsKept) {
   }
 }
 
-TEST_F(Outputs, OfTwoFilesNoneIsLeftAlone) {
+TEST_F(Outputs, EitherBothFilesAppearOrNone) {
   for (const std::string taken : {"x.TSF", "x.XY"}) {
     expect_refused(
         {"--format", "tsf", "-o", "x"},
@@ -176,9 +176,9 @@ TEST_F(Outputs, APipeOrAFolderIsNoOutput) {
   EXPECT_FALSE(std::filesystem::exists("x.TSF"));
 }
 
-TEST_F(Outputs, APipeInThePlaceOfTheGridFileDoesNotHoldItUp) {
+TEST_F(Outputs, APipeInPlaceOfTheGridFileIsRefusedAtOnce) {
   ASSERT_EQ(::mkfifo("cru.1901.1901.tmp", 0600), 0);
-  ::alarm(20);  // ends a test that waits all the same
+  ::alarm(20);  // ends the test if it hangs
   std::ostringstream output;
   std::ostringstream messages;
   const int status =
@@ -191,14 +191,14 @@ TEST_F(Outputs, APipeInThePlaceOfTheGridFileDoesNotHoldItUp) {
             "be addressed\n");
 }
 
-TEST_F(Outputs, ALinkThatLeadsNowhereIsTaken) {
+TEST_F(Outputs, ADanglingLinkOccupiesItsName) {
   std::filesystem::create_symlink("nowhere", "x.csv");
   expect_refused({"-o", "x.csv"}, "'x.csv' exists; --overwrite replaces it");
   EXPECT_TRUE(std::filesystem::is_symlink("x.csv"));
   EXPECT_FALSE(std::filesystem::exists("nowhere"));
 }
 
-TEST_F(Outputs, WhatALinkLeadsToIsKept) {
+TEST_F(Outputs, TheTargetOfALinkIsKept) {
   write_file("thesis", "mine");
   std::filesystem::create_symlink("thesis", "x.csv");
   EXPECT_EQ(run({"-o", "x.csv", "--overwrite"}).status, 0);
@@ -206,7 +206,7 @@ TEST_F(Outputs, WhatALinkLeadsToIsKept) {
   EXPECT_FALSE(std::filesystem::is_symlink("x.csv"));
 }
 
-TEST_F(Outputs, TheInputIsNoOutputWhateverLinkLeadsToIt) {
+TEST_F(Outputs, TheInputIsNeverTheOutputUnderAnyLink) {
   const std::string grid = file_content(kName);
   std::filesystem::create_symlink(kName, "symbolic");
   std::filesystem::create_hard_link(kName, "hard");
@@ -224,7 +224,7 @@ TEST_F(Outputs, TheInputIsNoOutputWhateverLinkLeadsToIt) {
   EXPECT_EQ(outputs().size(), 4U);
 }
 
-TEST_F(Outputs, TheSitesFileIsNoOutputEither) {
+TEST_F(Outputs, TheSitesFileIsNeverTheOutput) {
   std::filesystem::create_symlink("sites.csv", "link.csv");
   const std::string sites = "' is the same file as 'sites.csv'; nothing was written";
   expect_refused({"--sites", "sites.csv", "-o", "sites.csv", "--overwrite"},
@@ -244,7 +244,7 @@ TEST_F(Outputs, AMissingFolderIsNamed) {
   EXPECT_EQ(outputs(), Files());
 }
 
-TEST_F(Outputs, AStopSignalLeavesNothingAndClaimsNothing) {
+TEST_F(Outputs, ASignalLeavesNoFileAndNoSummary) {
   const auto stop = [] { std::raise(SIGINT); };
   const Outcome file = run({"-o", "x"}, stop);
   EXPECT_EQ(file.status, 128 + SIGINT);

@@ -43,9 +43,9 @@ TEST(RunParts, PartsRunAtTheSameTime) {
   EXPECT_EQ(begun, kParts);
 }
 
-// The last part fails first; the failure that is told is still that of the first one
-// that fails, and the parts after it learn that they are in vain.
-TEST(RunParts, TheFirstPartThatFailsTellsWhy) {
+// The last part fails first; the failure thrown is still that of the lowest failed
+// part, and the parts after that one are cancelled.
+TEST(RunParts, TheLowestFailedPartIsReported) {
   std::atomic<bool> last_failed = false;
   std::atomic<bool> third_stopped = false;
   try {
@@ -73,7 +73,7 @@ TEST(RunParts, TheFirstPartThatFailsTellsWhy) {
   EXPECT_TRUE(third_stopped);
 }
 
-// Ends the process with status 0 when all parts were done, each by the calling thread.
+// Ends the process with status 0 if the calling thread has run all parts.
 [[noreturn]] void run_without_threads() {
   // No address space for the stack of a thread.
   const rlimit none{.rlim_cur = 1, .rlim_max = 1};
@@ -86,9 +86,8 @@ TEST(RunParts, TheFirstPartThatFailsTellsWhy) {
   ::_exit(done[0] && done[1] && done[2] ? 0 : 1);
 }
 
-// In a process of its own from the start: stacks of earlier threads would be used
-// again.
-TEST(RunPartsDeathTest, WithoutFurtherThreadsOneDoesAll) {
+// Needs a new process: it could reuse the stacks of earlier threads.
+TEST(RunPartsDeathTest, WithoutThreadsTheCallerRunsAllParts) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizer needs address space of its own";
 #endif

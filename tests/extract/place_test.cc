@@ -58,7 +58,7 @@ void expect_ranges(const Box& box, RowOrder order, const GridRanges& expected) {
   EXPECT_EQ(ranges.EastLastCol, expected.EastLastCol);
 }
 
-TEST(ParseDegrees, TakesPlainDecimalNumbersOnly) {
+TEST(ParseDegrees, AcceptsPlainDecimalNumbersOnly) {
   EXPECT_EQ(parse_degrees("-10.25"), -10.25);
   EXPECT_EQ(parse_degrees("+5"), 5);
   EXPECT_EQ(parse_degrees(".5"), 0.5);
@@ -163,7 +163,7 @@ TEST(RangesOf, ABoxThatOnlyTouchesTheMeridianHasOneColumnRange) {
                 {.FirstRow = 161, .LastRow = 200, .FirstCol = 1, .LastCol = 20});
 }
 
-// Every cell is looked at: is its centre in the box?
+// Checks every cell: is its centre in the box?
 TEST(RangesOf, HasTheCellsWhoseCentresLieInTheBox) {
   std::mt19937 random(1);
   const auto bound = [&](int most) {

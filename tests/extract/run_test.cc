@@ -1,4 +1,4 @@
-// A whole run, apart from the series: what it shows, and what it refuses.
+// Whole runs, except for the series: messages and refusals.
 
 #include "extract/run.h"
 
@@ -47,7 +47,7 @@ const std::string kDroughtCitation =
     "2016\"], Bull. Amer. Meteor. Soc. 98, S32-S33, "
     "doi:10.1175/2017BAMSStateoftheClimate.1";
 
-TEST(RunExtract, ShowsWhatItIsAskedFor) {
+TEST(RunExtract, ShowsHelpVersionAndCitation) {
   EXPECT_EQ(run({"--help"}).output, help_text());
   EXPECT_EQ(run({"--version"}).output, version_text());
   EXPECT_EQ(run({"--cite", "TMP"}).output, kCruTsCitation + "\n");
@@ -77,7 +77,8 @@ class RunExtractOnAGrid : public ::testing::Test {
     write_file(kName, grid.text());
   }
 
-  // What a run shows on a terminal whose clock goes on by `step` seconds at each look.
+  // Returns what a run shows on a terminal, with a clock that advances by `step`
+  // seconds at each call.
   static std::string screen_of(double step) {
     std::ostringstream output;
     std::ostringstream screen;
@@ -95,7 +96,7 @@ class RunExtractOnAGrid : public ::testing::Test {
   TemporaryFolder folder_;
 };
 
-// One row is read thirteen times: the first month twice.
+// One row is read 13 times: the first month twice.
 TEST_F(RunExtractOnAGrid, ShowsProgressAfterHalfASecond) {
   // 0 and 0.125 at the start, then 0.25, 0.375, 0.5: nothing is shown. From 0.625 on,
   // each piece looks at the clock twice.
@@ -109,7 +110,7 @@ TEST_F(RunExtractOnAGrid, ShowsProgressAfterHalfASecond) {
   EXPECT_NE(expected.find("reading: 30 % done, 0 MB/s, 2 s left\r"), std::string::npos);
 }
 
-TEST_F(RunExtractOnAGrid, ShowsNoProgressOfWhatTakesHalfASecond) {
+TEST_F(RunExtractOnAGrid, ShowsNoProgressBeforeHalfASecond) {
   EXPECT_EQ(screen_of(0.03), "");  // the last look is at 0.42
 }
 

@@ -30,7 +30,7 @@ std::string fault_of(const std::string& content) {
   return "";
 }
 
-TEST(SitesFile, CarriesAllColumnsThrough) {
+TEST(SitesFile, KeepsAllColumns) {
   const SiteTable table =
       sites_of("plot,LAT, Lon ,note\nA,60.3,-139.6,\"x, \"\"y\"\"\"\nB, 1 ,282,\n");
   EXPECT_EQ(table.header, (Fields{"plot", "LAT", " Lon ", "note"}));
@@ -53,7 +53,7 @@ TEST(SitesFile, KnowsTheColumnsByTheirAliases) {
   EXPECT_EQ(sites_of("lon,lat\n20,10\n").sites[0].point.latitude, 10);
 }
 
-TEST(SitesFile, TakesByteOrderMarkCrLfEmptyLinesAndAMissingLastLineEnd) {
+TEST(SitesFile, AcceptsByteOrderMarkCrLfEmptyLinesAndAMissingLastLineEnd) {
   const SiteTable table =
       sites_of("\xEF\xBB\xBFlat,lon,name\r\n1,2,A\r\n\r\n3,4,\"two\r\nlines\"");
   ASSERT_EQ(table.sites.size(), 2U);
@@ -61,7 +61,7 @@ TEST(SitesFile, TakesByteOrderMarkCrLfEmptyLinesAndAMissingLastLineEnd) {
   EXPECT_EQ(table.sites[1].fields, (Fields{"3", "4", "two\r\nlines"}));
 }
 
-TEST(SitesFile, CallsASiteByItsNameOrItsNumber) {
+TEST(SitesFile, NamesASiteByItsNameOrItsNumber) {
   const SiteTable named = sites_of("id,lat,lon,name\n7,1,2,Oak\n8,1,2, \n");
   EXPECT_EQ(site_title(named, 0), "Oak");
   EXPECT_EQ(site_title(named, 1), "site 2");

@@ -14,8 +14,8 @@ namespace {
 
 const std::string kMoreThanAPipeTakes(1'000'000, 'x');
 
-// Writes it in a process whose standard output is a pipe that doesn't wait, and whose
-// reader is late. Returns what arrived.
+// Writes in a process whose standard output is a non-blocking pipe with a slow reader.
+// Returns what arrived.
 std::string written_to_a_late_reader() {
   std::array<int, 2> ends{-1, -1};
   EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);

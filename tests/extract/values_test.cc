@@ -31,7 +31,7 @@ TEST(ExactDecimal, PlacesThePoint) {
   EXPECT_EQ(exact_decimal(-999, 0), "-999");
 }
 
-// Read back as a number and multiplied, every text is the integer it came from.
+// Every text, read back as a number and scaled, gives the stored integer.
 TEST(ValueTexts, AllValuesReadBack) {
   constexpr std::array<int, 3> kPowers = {1, 10, 100};
   for (int decimals = 0; decimals <= 2; ++decimals) {
@@ -58,7 +58,7 @@ TEST(CsvField, QuotesWhatNeedsQuotes) {
   EXPECT_EQ(csv_field("two\nlines"), "\"two\nlines\"");
 }
 
-// A place may be as long as the columns of a table of sites, and longer than a buffer.
+// The columns of a table of sites can be longer than a buffer.
 TEST(CsvSeries, WritesPlacesOfAnyLength) {
   const testing::TemporaryFolder folder;
   const std::vector<std::int16_t> series = {-1, 253, -999, 0,  5,  6,
@@ -115,8 +115,7 @@ TEST(AreaMean, AZeroHasNoSign) {
   EXPECT_EQ(mean.mean_text(0, 1), "0.000");
 }
 
-// Two frost-day years; f, probability and adjusted counts worked out by a second
-// program.
+// Two years of frost days; f, probability and adjusted counts from a second program.
 TEST(VarianceColumns, TestsInPhysicalUnits) {
   const std::vector<std::int16_t> series{100, 250,  300,  500, 900, 1200, 1100, 800,
                                          600, 400,  200,  150, 90,  260,  310,  480,

@@ -1,4 +1,4 @@
-// Where a run waits for another program, and a stop signal ends the waiting.
+// A run that waits for another program ends after a signal.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ namespace {
 using veldmark::testing::TemporaryFolder;
 using veldmark::testing::write_file;
 
-// A process that does something a moment later.
+// A process that acts a moment later.
 class Later {
  public:
   explicit Later(const std::function<void(pid_t parent)>& action) {
@@ -46,7 +46,7 @@ class Later {
   pid_t process_;
 };
 
-// Ends the process where it waits for good.
+// Ends the process if it hangs.
 class Deadline {
  public:
   Deadline() { ::alarm(kSeconds); }
@@ -79,8 +79,8 @@ TEST(Waiting, ForATableOfSitesEndsWithAStopSignal) {
   EXPECT_THROW(read_sites("sites"), Interrupted);
 }
 
-// Writes into a full pipe, as standard output, that nobody reads. Returns whether a
-// stop signal ended that.
+// Writes to standard output, a full pipe that nobody reads. Returns whether a signal
+// ended the wait.
 bool stops_before_a_full_pipe() {
   std::array<int, 2> ends{-1, -1};
   EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
