@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Tells which lines of the programs no test runs, and fails where nobody said why.
+"""Reports the lines of the programs that no test runs; fails for unexplained ones.
 
     coverage_report.py BUILD
 
@@ -20,11 +20,11 @@ PROGRAMS = ["src/", "companion/", "tersify/", "tools/", "extract/"]
 
 
 def gcovr(build: pathlib.Path, *options: str) -> str:
-    """What gcovr writes to standard output about the programs' sources."""
+    """Returns gcovr's output for the sources of the programs."""
     command = ["gcovr", "--root", str(TOP), "--object-directory", str(build)]
     for folder in PROGRAMS:
         command += ["--filter", folder]
-    # Every call may throw in principle; those branches are no decisions of ours.
+    # Nearly every call can throw; these branches are not decisions in the code.
     command += ["--exclude-throw-branches", "--exclude-unreachable-branches", *options]
     return subprocess.run(
         command, check=True, cwd=TOP, stdout=subprocess.PIPE, text=True
@@ -32,7 +32,7 @@ def gcovr(build: pathlib.Path, *options: str) -> str:
 
 
 def lines_never_run(build: pathlib.Path) -> set[str]:
-    """Each as `FILE: CODE`."""
+    """Returns the lines that no test runs, each as `FILE: CODE`."""
     never = set()
     for file in json.loads(gcovr(build, "--json"))["files"]:
         code = (TOP / file["file"]).read_text(encoding="utf-8").splitlines()
@@ -44,7 +44,7 @@ def lines_never_run(build: pathlib.Path) -> set[str]:
 
 
 def explained_lines() -> set[str]:
-    """The listed lines without their reasons."""
+    """Returns the listed lines without their reasons."""
     listed = set()
     for line in EXPLAINED.read_text(encoding="utf-8").splitlines():
         if not line or line.startswith("#"):
@@ -57,7 +57,7 @@ def explained_lines() -> set[str]:
 
 
 def main() -> None:
-    """Prints the report; exits with 1 when a line is unexplained or wrongly listed."""
+    """Prints the report. Exits with 1 if a line is unexplained or wrongly listed."""
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     build = pathlib.Path(sys.argv[1]).resolve()

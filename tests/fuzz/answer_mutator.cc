@@ -1,6 +1,6 @@
-// Changes of a session that a person would make: another answer, one left out or given
-// twice, two exchanged, a stretch of the dialogue once more. Half of all changes are
-// left to the fuzzer, which knows bytes and the dictionary.
+// Mutates a session by whole answers: replaces, removes, repeats or exchanges them, or
+// repeats a part of the dialogue. Half of all mutations are left to the fuzzer, which
+// changes bytes and inserts words of the dictionary.
 
 #include <algorithm>
 #include <array>
@@ -19,7 +19,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// Answers that mean something somewhere in the dialogue.
+// Answers that are valid somewhere in the dialogue.
 constexpr auto kAnswers = std::to_array<std::string_view>(
     {"",      "1",          "2",           "3",      "4",           "5",      "6",
      "7",     "8",          "9",           "10",     "11",          "0",      "12",
@@ -79,7 +79,7 @@ class AnswerMutator {
  private:
   std::size_t below(std::size_t limit) { return random_() % limit; }
 
-  // A stretch of the dialogue once more, at its end or anywhere.
+  // Repeats a part of the dialogue, at its end or anywhere.
   void repeat_stretch(Lines& lines) {
     const std::size_t begin = below(lines.size());
     const std::size_t size = 1 + below(lines.size() - begin);

@@ -1,4 +1,4 @@
-// Data files in memory, and what edits are made to them.
+// Data files in memory, and edits to them.
 
 #ifndef VELDMARK_TESTS_FUZZ_DATA_FILES_H_
 #define VELDMARK_TESTS_FUZZ_DATA_FILES_H_
@@ -21,7 +21,7 @@
 
 namespace veldmark::fuzz {
 
-// A file in memory, under a name that can be opened.
+// A file in memory with a name that can be opened.
 class MemoryFile {
  public:
   MemoryFile() : descriptor_(::memfd_create("grid", MFD_CLOEXEC)) {
@@ -59,8 +59,8 @@ inline std::string make_line(std::int64_t number) {
   return line;
 }
 
-// A line of the unedited files, by its number from 0: cells with data and stretches
-// without. Few different ones are enough, as long as rows differ from month to month.
+// A line of the unedited files, by its index: cells with data and runs of cells
+// without. A few different lines are enough, if rows differ from month to month.
 inline const std::string& usual_line(std::int64_t number) {
   static constexpr std::size_t kDifferent = 397;
   static const std::vector<std::string> lines = [] {
@@ -73,7 +73,7 @@ inline const std::string& usual_line(std::int64_t number) {
   return lines[static_cast<std::size_t>(number) % kDifferent];
 }
 
-// A file of whole years, to which edits are made and taken back.
+// A file of whole years, whose edits can be undone.
 class RegularFile {
  public:
   RegularFile(int years, std::string line_end) : line_end_(std::move(line_end)) {
@@ -94,21 +94,21 @@ class RegularFile {
     return static_cast<std::int64_t>(kLineLength + line_end_.size());
   }
 
-  // The unedited character at `place`.
+  // The original character at `place`.
   [[nodiscard]] char character(std::int64_t place) const {
     const std::string line = usual_line(place / line_size()) + line_end_;
     return line[static_cast<std::size_t>(place % line_size())];
   }
 
-  // Nothing happens where the file has been cut off.
+  // Does nothing beyond the end of a truncated file.
   void put(std::int64_t place, char character) {
     if (place >= current_size_) return;
     file_.write(place, {&character, 1});
     changed_.push_back(place);
   }
 
-  // Makes the file longer or a few lines shorter, once: what is cut off does not come
-  // back as zeros.
+  // Makes the file longer or a few lines shorter, once only: lines that were cut off
+  // would come back as zeros.
   void resize(std::int64_t size) {
     if (current_size_ != size_) return;
     file_.resize(size);

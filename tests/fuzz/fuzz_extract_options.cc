@@ -1,5 +1,5 @@
-// The command line of veldmark-extract: the whole program on the arguments that the
-// lines of the input make, in a folder with small grid files, tables and nothing else.
+// The command line of veldmark-extract: each line of the input is an argument. The
+// whole program runs in a folder that holds only small grid files and tables.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -30,7 +30,7 @@ using testing::InFolder;
 using testing::ScratchFolder;
 using testing::write_file;
 
-// A year: sea but for some cells at the rows 200 and 201.
+// A year with data in a few cells of rows 200 and 201 only.
 std::string grid_text() {
   std::string sea;
   for (int column = 0; column < kGridColumns; ++column) sea += " -999";
@@ -47,7 +47,7 @@ std::string grid_text() {
   return text;
 }
 
-// What a file must keep while it is only read.
+// What must not change of a file that is only read.
 struct Kept {
   std::int64_t size;
   std::int64_t seconds;
@@ -83,8 +83,8 @@ void write_tables() {
 Files& prepared_files() {
   static Files files = [] {
     write_file("c.1901.1901.tmp.x", grid_text());
-    // The same as the file that a short name stands for, and under one that tells
-    // nothing.
+    // The same file under the name that a short name stands for, and under a name that
+    // tells neither variable nor years.
     std::filesystem::create_symlink("c.1901.1901.tmp.x",
                                     "cru_ts4.01.1901.2016.tmp.dat.new");
     std::filesystem::create_symlink("c.1901.1901.tmp.x", "g");
@@ -94,7 +94,7 @@ Files& prepared_files() {
   return files;
 }
 
-// Series without a name for the output go to descriptor 1, and here nowhere.
+// Redirects descriptor 1, which gets the series without --output, to /dev/null.
 class NoStandardOutput {
  public:
   NoStandardOutput() : before_(::dup(STDOUT_FILENO)) {
@@ -127,8 +127,8 @@ Outcome run(const std::vector<std::string>& arguments) {
   return {status, output.str(), messages.str()};
 }
 
-// Removes what the run has made, and gives the tables back what they held; returns the
-// names.
+// Removes the files that the run has made and restores the tables. Returns the names of
+// the removed files.
 std::vector<std::string> take_new_files(bool may_replace, const std::string& text) {
   std::vector<std::string> made;
   for (const auto& [name, kept] : files_of_folder()) {
@@ -173,7 +173,7 @@ void check_outcome(const Outcome& outcome, const std::vector<std::string>& made,
 
 void check(const std::string& text) {
   std::vector<std::string> arguments = plain_lines(text);
-  // Names lead into the folder: nothing else may be read or written.
+  // Keeps all names inside the folder: nothing else may be read or written.
   for (std::string& argument : arguments) {
     std::replace(argument.begin(), argument.end(), '/', '_');
     std::replace(argument.begin(), argument.end(), '\0', '_');

@@ -1,5 +1,5 @@
-// The table of sites of veldmark-extract: any bytes. What is accepted must be what a
-// plain twin reads, and what the twin reads must be accepted.
+// The table of sites of veldmark-extract, from arbitrary bytes. A plain second
+// definition must accept the same tables and read the same from them.
 
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +30,7 @@ const std::string& file_name() {
   return name;
 }
 
-// The table, or nothing when it is refused.
+// Returns the table; nullopt if it is refused.
 std::optional<SiteTable> read_table(const std::string& text) {
   write_file(file_name(), text);
   try {
@@ -59,14 +59,14 @@ void check_sites(const SiteTable& table, const PlainSites& expected,
   }
 }
 
-// The columns are written as CSV, and must be read back as they were.
+// Writes the columns as CSV; reading them back must give the same.
 void check_columns_written(const SiteTable& table) {
   for (const extract::Site& site : table.sites) {
     std::string line;
     for (const std::string& field : site.fields) {
       line += (line.empty() ? "" : ",") + extract::csv_field(field);
     }
-    // Not the first line, where a byte order mark is none of the text.
+    // After another line: in the first line a byte order mark would be skipped.
     const auto records = PlainCsv("header\n" + line + "\n").records();
     require(records && records->size() == 2 && records->back() == site.fields,
             "the columns are carried through", line);

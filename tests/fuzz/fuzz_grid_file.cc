@@ -1,8 +1,8 @@
-// The reading of a search's block from a data file that has been tampered with.
+// Reads the block of a search from an edited data file.
 //
 // The input is a search and a script of edits. Half of the files are regular ones of
 // full size: there the regular reader must give what the line-by-line reader gives, or
-// decline. The others hold full lines for the wanted rows alone, and read_block must
+// decline. The others hold full lines for the requested rows only, and read_block must
 // give what a plain reading of the text gives.
 
 #include <algorithm>
@@ -38,13 +38,13 @@ constexpr std::size_t kMostEdits = 16;
 
 // --- Regular files of full size
 
-// How many years a file has, up to the last one that the search wants.
+// The number of years of a file, up to the last requested one.
 int years_of_file(const BlockRequest& request) {
   return request.years.LYOD - kFirstDataYear + 1;
 }
 
-// Does the regular reader promise to look at this line? At all wanted lines, and at the
-// first line of every other month up to the last wanted one.
+// Returns whether the regular reader promises to check this line: all requested lines,
+// and the first line of every other month up to the last requested one.
 bool is_looked_at(std::int64_t line, const BlockRequest& request) {
   const std::int64_t first = request.years.SkipLines();
   if (line < 0 || line >= first + request.years.YearCount() * kLinesPerYear) {
@@ -57,8 +57,8 @@ bool is_looked_at(std::int64_t line, const BlockRequest& request) {
   return ranges.FirstRow <= row && row <= ranges.LastRow;
 }
 
-// A place on a line, often one that matters: about its end, and about the first and the
-// last of the wanted fields. Counted from 0.
+// Returns an offset in a line, often a critical one: near its end, or near the first or
+// last requested field.
 int place_on_line(FuzzInput& input, const GridRanges& ranges) {
   constexpr int kEnd = static_cast<int>(kLineLength);
   const int kind = input.byte();
@@ -75,7 +75,7 @@ int place_on_line(FuzzInput& input, const GridRanges& ranges) {
   }
 }
 
-// A character, often one that matters.
+// Returns a character, often a critical one.
 char character_of(FuzzInput& input) {
   constexpr std::string_view kCharacters = " \n\r\t-+09x";
   const std::uint8_t byte = input.byte();
@@ -83,9 +83,9 @@ char character_of(FuzzInput& input) {
   return static_cast<char>(input.byte());
 }
 
-// Puts one character somewhere near the wanted rows. Where nobody looks, a line end
-// that comes or goes makes another file of it unseen, which is documented; only other
-// characters go there.
+// Overwrites one character near the requested rows. In lines that the reader doesn't
+// check, line ends are neither added nor removed: the reader need not notice that,
+// which is documented.
 void edit_character(FuzzInput& input, const BlockRequest& request, RegularFile& file) {
   const std::int64_t month = input.between(0, 12 * years_of_file(request) - 1);
   const std::uint8_t row_kind = input.byte();
@@ -105,7 +105,7 @@ void edit_character(FuzzInput& input, const BlockRequest& request, RegularFile& 
   file.put(place, character);
 }
 
-// Whole lines more or less, and a few characters.
+// Adds or removes whole lines, and overwrites a few characters.
 void edit_size(FuzzInput& input, RegularFile& file) {
   const std::int64_t lines = input.between(-static_cast<int>(file.kMostCut) + 1, 2);
   const bool few = input.flag();
@@ -137,10 +137,10 @@ void check_regular(const std::string& name, const BlockRequest& request) {
 
 // --- Files of any shape
 
-// More full lines than that in each month would only take time.
+// A limit on the full lines of each month, to save time.
 constexpr std::int64_t kMostFullRows = 8;
 
-// The lines of a file, each with its end; those of rows that are not wanted are empty.
+// The lines of a file, each with its end; lines outside the request are empty.
 std::vector<std::string> lines_of_file(const BlockRequest& request, bool crlf) {
   const std::string line_end = crlf ? "\r\n" : "\n";
   std::vector<std::string> lines;
@@ -176,13 +176,13 @@ void edit_line(FuzzInput& input, const GridRanges& ranges, std::string& line) {
   }
 }
 
-// Where a reader may have to put a line together from two pieces of the file.
+// Positions at which a line can straddle two reads of the file.
 struct PieceEnd {
   std::size_t line;
   std::size_t place;
 };
 
-// Which line the search wants, or another one; `kind` says which row.
+// Returns a requested line or another one; `kind` chooses the row.
 std::size_t line_near(FuzzInput& input, const BlockRequest& request,
                       std::uint8_t kind) {
   const int month = input.between(0, 12 * years_of_file(request) - 1);
@@ -197,8 +197,8 @@ PieceEnd piece_end_of(FuzzInput& input, const BlockRequest& request) {
   return {line, static_cast<std::size_t>(place_on_line(input, request.ranges))};
 }
 
-// Makes the first line so long that a piece of the file ends at `end`. Files are read
-// in pieces of 256 KiB.
+// Makes the first line so long that a read ends at `end`. Files are read 256 KiB at a
+// time.
 void lengthen_first_line(std::vector<std::string>& lines, const PieceEnd& end) {
   constexpr std::size_t kPiece = std::size_t{256} * 1024;
   std::size_t before = end.place;
@@ -206,7 +206,7 @@ void lengthen_first_line(std::vector<std::string>& lines, const PieceEnd& end) {
   if (before < kPiece) lines[0].insert(0, kPiece - before, ' ');
 }
 
-// The lines up to the one where the file is cut, if it is.
+// Returns the lines up to the cut, if the file is cut.
 std::size_t edit_lines(FuzzInput& input, const BlockRequest& request,
                        std::vector<std::string>& lines) {
   std::size_t count = lines.size();

@@ -1,4 +1,4 @@
-// Takes the bytes that a fuzzer made apart: small numbers from the front, then text.
+// Splits the bytes of a fuzzer: small numbers from the front, then text.
 
 #ifndef VELDMARK_TESTS_FUZZ_FUZZ_INPUT_H_
 #define VELDMARK_TESTS_FUZZ_FUZZ_INPUT_H_
@@ -10,8 +10,8 @@
 
 namespace veldmark::fuzz {
 
-// Where the bytes have run out, numbers are the lowest and texts are empty: every input
-// means something.
+// After the end of the bytes, numbers are the lowest and texts are empty, so that every
+// input is valid.
 class FuzzInput {
  public:
   FuzzInput(const std::uint8_t* data, std::size_t size)
@@ -35,7 +35,7 @@ class FuzzInput {
     return lowest + number % (highest - lowest + 1);
   }
 
-  // The next `size` bytes, or what there is.
+  // The next `size` bytes, or all that are left.
   std::string text(std::size_t size) {
     const std::string taken(rest_.substr(0, size));
     rest_.remove_prefix(taken.size());

@@ -1,4 +1,4 @@
-// The readers and writers of single numbers and texts, against plain twins.
+// Compares the readers and writers of single numbers and texts with plain definitions.
 //
 // The input is text: it is read as a field, as a value, as a console answer of every
 // kind. Its first bytes are a 32-bit real and an integer to write as well.
@@ -31,14 +31,14 @@
 namespace veldmark::fuzz {
 namespace {
 
-// The parts of a decimal, letter by letter; nothing for any other text.
+// Splits a decimal number, character by character; nullopt for any other text.
 struct Decimal {
   std::string sign;
   std::string whole;
   std::string fraction;
   std::string exponent;  // with its sign
 
-  // As strict readers of numbers want it.
+  // In the form that strict number readers accept.
   [[nodiscard]] std::string text() const {
     const std::string minus = sign == "-" ? "-" : "";
     return minus + whole + "." + fraction + "0" +
@@ -169,7 +169,7 @@ class Answers {
  public:
   explicit Answers(const std::string& typed) : typed_(typed) {}
 
-  // What an answer comes to: its text, or the end of the run.
+  // The result of an answer: its text, or the end of the run.
   std::string read(const std::function<std::string(ConsoleDialogue&)>& ask) const {
     std::istringstream input(typed_);
     std::ostringstream output;
@@ -191,7 +191,7 @@ std::string shown(const std::optional<std::int32_t>& value) {
   return value ? std::to_string(*value) : "BAD";
 }
 
-// Lines without a value are passed over.
+// Lines without a value are skipped.
 std::string plain_free_integer(std::string_view typed) {
   while (const std::optional<plain::Line> line = plain::take_line(typed)) {
     const std::string value = plain::first_value(line->text);

@@ -1,7 +1,7 @@
-// The layout of a data line and the conversion of its fields: vectors, tables, plans
-// and the plain definition must agree.
+// The layout of a data line and the conversion of its fields: vector code, tables,
+// plans and the plain definition must agree.
 //
-// The input is a search and the bytes that lie somewhere on a line of usual fields.
+// The input is a search and bytes that overwrite a part of a regular line.
 
 #include <algorithm>
 #include <cstddef>
@@ -31,7 +31,7 @@ constexpr std::int16_t kMissing = -999;
 
 using Values = std::optional<std::vector<std::int16_t>>;
 
-// Text in memory of just its size and the one character that may be read behind it.
+// A text in a buffer of exactly its size plus the one character that may be read.
 class TightText {
  public:
   TightText(std::string_view text, char behind)
@@ -63,7 +63,7 @@ Values converted(std::string_view fields, Convert convert) {
   return values;
 }
 
-// What the vectors convert they convert rightly, and six fields at a time.
+// Checks that the vector code converts correctly what it accepts, six fields at a time.
 void check_vectors(std::string_view fields) {
   if (!has_avx2()) return;
   const std::size_t count = fields.size() / kFieldWidth;
@@ -92,7 +92,7 @@ void check_fields(std::string_view text, char behind) {
           "integers are what can be converted", fields);
 }
 
-// A line of usual fields, some of them the missing code.
+// Returns a line of ordinary fields, some of them the missing code.
 std::string usual_line(std::uint8_t seed) {
   std::string line;
   for (int field = 0; field < kGridColumns; ++field) {
@@ -102,8 +102,7 @@ std::string usual_line(std::uint8_t seed) {
   return line;
 }
 
-// The line again, as it is read when its cells with data are known: those of an earlier
-// line, or of itself.
+// Reads the line again with a plan made from an earlier line or from the line itself.
 void check_plan(std::string_view line, const GridRanges& ranges,
                 const std::vector<std::int32_t>& data_columns,
                 const plain::Row& expected) {

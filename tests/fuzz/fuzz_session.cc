@@ -1,9 +1,9 @@
 // Whole sessions of the program on arbitrary answers.
 //
-// The input is what is typed, byte by byte. The folder holds small data files of every
-// kind: regular, with empty lines, with CR LF, cut off, with a letter in a field, none
-// at all. Whatever is typed, the run ends with status 0 or with 255 and a report, and
-// what it says it saved is in its files.
+// The input is typed byte by byte. The folder holds small data files of every kind:
+// regular, with empty lines, with CR LF, truncated, with a letter in a field; some are
+// missing. Every run must end with status 0, or with 255 and a report, and what it
+// claims to have saved must be in its files.
 
 #include <sys/stat.h>
 
@@ -69,8 +69,8 @@ void write_grid(const std::string& variable, const GridText& grid) {
   write_file(data_file_name(variable), grid.text());
 }
 
-// Full lines for all rows, 15.6 MB, found by computation. Most hold letters: searches
-// that save all the globe would take all the time.
+// A regular file, 15.6 MB. Most rows hold letters, because searches that save the whole
+// globe would take too long.
 GridText regular_grid() {
   const std::set<int> readable{1, 280, 281, 282, 283, 284, 360};
   const std::string letters(3600, 'x');
@@ -125,7 +125,7 @@ class DataFolder {
 
   [[nodiscard]] const std::filesystem::path& path() const { return folder_.path(); }
 
-  // Removes what a session has written; it must have touched nothing else.
+  // Removes the files of a session, which must have changed no others.
   void clean_up() const {
     std::size_t found = 0;
     for (const auto& entry : std::filesystem::directory_iterator(".")) {
@@ -161,7 +161,7 @@ class DataFolder {
 
 // --- What was saved
 
-// The lines of a text, all of which must have line ends.
+// Returns the lines of a text; each must have a line end.
 std::vector<std::string> lines_of(std::string_view text) {
   require(text.empty() || text.ends_with('\n'), "the last line is whole", text);
   std::vector<std::string> lines;
@@ -178,18 +178,18 @@ std::int64_t number_in(const std::string& line, std::size_t begin, std::size_t s
   return *number;
 }
 
-// Without the blanks in front.
+// Returns `text` without leading blanks.
 std::string trimmed(const std::string& text) {
   return text.substr(std::min(text.find_first_not_of(' '), text.size()));
 }
 
-// A pass as the console shows it.
+// A search as the console shows it.
 struct SavedCells {
   std::int64_t FYOD = 0;
   std::int64_t LYOD = 0;
   std::vector<std::string> longitudes;
   std::vector<std::string> latitudes;
-  std::size_t untested = 0;  // cells whose variance test came to nothing
+  std::size_t untested = 0;  // cells without a result of the variance test
   std::int64_t defined = 0;
   std::int64_t saved = 0;
   std::string TsfName;
@@ -293,7 +293,7 @@ void check_report(const std::vector<std::string>& lines, const SavedCells& cells
   }
 }
 
-// Compares the files with what the screen has said since the last check.
+// Compares the files with the screen since the last check.
 void check_saved(const std::string& screen) {
   const std::size_t table = screen.find(kTableStart);
   if (table == std::string::npos || screen.find(kClaim) == std::string::npos) return;
@@ -318,8 +318,8 @@ void check_saved(const std::string& screen) {
 
 // --- The session
 
-// What the program writes and runs. Between two passes it clears the screen: whatever
-// it has said by then must be so.
+// Records what the program writes and runs. It clears the screen between two searches:
+// at that point its claims so far are checked.
 class Screen : public std::streambuf {
  public:
   void run_command(const std::string& command) {

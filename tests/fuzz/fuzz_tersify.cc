@@ -1,5 +1,6 @@
 // Tersify's parsers: published lines and files, condensed files, list files and command
-// lines. What it condenses must be what a plain twin makes of it, and pass its check.
+// lines. The copy must be what a plain definition makes of the input, and pass the
+// check.
 
 #include <fcntl.h>
 
@@ -66,7 +67,7 @@ std::string line_around(FuzzInput& input, const std::string& text) {
   return line;
 }
 
-// The line with digits around it, which must not matter, in memory of just its size.
+// The line between digits, which must not matter, in a buffer of exactly its size.
 class RoomyLine {
  public:
   explicit RoomyLine(std::string_view line) : size_(line.size()) {
@@ -84,7 +85,7 @@ class RoomyLine {
   std::vector<char> bytes_;
 };
 
-// Lines are looked at in pieces of 64 characters; where they lie must not matter.
+// Lines are read 64 characters at a time; their alignment must not matter.
 void check_shifted(const std::string& line, const PlainLine& expected, int seed) {
   constexpr int kPiece = 64;
   for (int shift = seed % 8; shift < kPiece; shift += 8) {
@@ -142,7 +143,7 @@ std::string published_text(FuzzInput& input) {
     text += is_edited ? line_around(input, input.text(kind)) : usual;
     if (i + 1 < lines || kind % 16 < 8) text += line_end;
   }
-  if (kind % 64 == 63) {  // a line of about the greatest length
+  if (kind % 64 == 63) {  // a line of about the maximum length
     const std::size_t length = std::min(text.find('\n'), text.size());
     text.insert(0, kLongestLine + 2 - length - input.byte() % 4U, ' ');
   }
@@ -170,7 +171,7 @@ std::optional<std::string> fault_of(std::string_view text, const GridShape& shap
   return tersify::find_fault(lines, shape);
 }
 
-// A line that goes on after the greatest length counts as no text at all.
+// A line longer than the maximum means that the file is not text.
 bool has_endless_line(std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
@@ -180,7 +181,7 @@ bool has_endless_line(std::string_view text) {
   return false;
 }
 
-// The lines of a published file condensed plainly; nothing when one is at fault.
+// Condenses the lines of a published file plainly; nullopt if one is bad.
 std::optional<std::string> plain_condensed_file(const std::string& text) {
   if (has_endless_line(text)) return std::nullopt;
   std::string condensed;
@@ -273,7 +274,8 @@ void check_good_fields(std::string_view text) {
           "the good fields are counted", text);
 }
 
-// Can the line be a name: no null character, and not too long, whole and in its parts?
+// Returns whether the line can be a name: no null character, and neither the whole nor
+// a component too long.
 bool is_plainly_a_name(std::string line) {
   while (!line.empty() && std::string(" \t\r").find(line.back()) != std::string::npos) {
     line.pop_back();
@@ -288,7 +290,7 @@ bool is_plainly_a_name(std::string line) {
   return line.size() < 4096 && line.find('\0') == std::string::npos;
 }
 
-// A name is never blank and has no blanks at its end.
+// A name is not blank and has no trailing blanks.
 void check_name_list(std::string text) {
   const InFolder in_folder(folder().path());
   write_file("list", text);
@@ -318,11 +320,11 @@ void check_name_list(std::string text) {
   }
 }
 
-// The whole program on a command line that the lines of `text` make, in a folder with
-// nothing but a list of itself and names from the input.
+// Runs the whole program with the lines of `text` as arguments, in a folder that holds
+// only a list of the list itself and of names from the input.
 void check_command_line(const std::string& text) {
   std::vector<std::string> arguments = plain_lines(text);
-  // Names lead into the folder: nothing else may be read or written.
+  // Keeps all names inside the folder: nothing else may be read or written.
   for (std::string& argument : arguments) {
     std::replace(argument.begin(), argument.end(), '/', '_');
     std::replace(argument.begin(), argument.end(), '\0', '_');

@@ -1,6 +1,6 @@
-// Tersify's reading of compressed files: members of all kinds, what stands after them,
-// damage and cuts. What is read must be what a plain twin reads, and what is refused
-// must leave no file.
+// Tersify's reading of compressed files: members of all kinds, trailing bytes, damage
+// and truncation. What is read must be what a plain definition decompresses, and a
+// refused file must leave no output.
 
 #include <zlib.h>
 
@@ -55,16 +55,16 @@ std::string gzip_of(std::string text, int level) {
   return bytes;
 }
 
-// What gzip -dc makes of a file: no text where it fails.
+// The output of gzip -dc; nullopt if it fails.
 struct PlainText {
   std::optional<std::string> text;
   bool garbage = false;
   std::int64_t members = 0;
 };
 
-// The member at the front of `bytes`, which is taken off; nothing for a faulty one.
+// Removes the first member of `bytes` and returns its text; nullopt for a bad one.
 std::optional<std::string> take_member(std::string& bytes) {
-  // More than the longest input can become; made once, because clearing it takes time.
+  // Larger than any decompressed input; allocated once, because clearing it takes time.
   static std::string room(std::size_t{4} << 20U, '\0');
   z_stream stream{};
   require(inflateInit2(&stream, kGzipFormat) == Z_OK, "a member can be looked at");

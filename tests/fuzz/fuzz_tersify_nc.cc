@@ -44,7 +44,7 @@ constexpr std::size_t kMonths = 12;
 constexpr std::size_t kFloat = 4;
 constexpr std::size_t kBytesPerLine = 3601;
 
-// Where the parts of the file begin; what the header doesn't fill is left unused.
+// Offsets of the parts of the file; the space after the header is unused.
 constexpr std::size_t kLons = 4096;
 constexpr std::size_t kLats = kLons + kColumns * kFloat;
 constexpr std::size_t kRecords = kLats + kRows * kFloat;
@@ -68,7 +68,7 @@ void check_units(FuzzInput& input) {
   }
 }
 
-// The least size by reads of `piece` bytes; nullopt after a fault.
+// The minimum size, found with reads of `piece` bytes; nullopt after a fault.
 std::optional<std::uint64_t> least_size(std::string_view bytes, std::size_t piece) {
   try {
     return tersify::least_classic_size([&](char* buffer, std::size_t size) {
@@ -89,7 +89,7 @@ void check_header(FuzzInput& input) {
   require(size == least_size(bytes, piece), "the size of the reads doesn't matter");
 }
 
-// The field of a value, by its decimal text; nullopt for one at fault.
+// The field of a value, from its decimal text; nullopt for a bad value.
 std::optional<std::string> plain_field(float value) {
   constexpr std::size_t kWidth = 5;
   if (value == kFill) return " -999";
@@ -156,7 +156,7 @@ std::string whole_file() {
 constexpr const char* kName = "grid.tmp.nc";
 constexpr const char* kCopy = "grid.tmp.new";
 
-// The file on the disk, with edits that are taken back.
+// The file on the disk, whose edits are undone after each input.
 class EditedFile {
  public:
   EditedFile() { testing::write_file(folder_.path() / kName, whole_); }
@@ -195,7 +195,7 @@ class EditedFile {
   std::vector<Edit> edits_;
 };
 
-// What the copy must be, as long as only values are edited.
+// The expected copy if only values are edited.
 struct Expected {
   std::string copy;
   bool fault = false;
@@ -247,7 +247,7 @@ void edit_value(FuzzInput& input, EditedFile& file, Expected& expected) {
   expected.copy.replace((month * kRows + row) * kBytesPerLine + column * 5, 5, *field);
 }
 
-// Edits of one input may meet in a cell: the last one counts, and a fault may be gone.
+// Several edits can hit one cell: the last one counts, and can undo a fault.
 void edit_file(FuzzInput& input, EditedFile& file, Expected& expected) {
   const int edits = input.byte() % 5;
   for (int i = 0; i < edits; ++i) {

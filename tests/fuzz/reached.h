@@ -1,5 +1,5 @@
-// What the inputs of a run came to: the replay of the corpus demands a least number of
-// each, so that inputs which a change has made meaningless are noticed.
+// Counts what the inputs of a run have reached. The replay of the corpus requires
+// minimum counts, so that inputs which a change has made meaningless are noticed.
 
 #ifndef VELDMARK_TESTS_FUZZ_REACHED_H_
 #define VELDMARK_TESTS_FUZZ_REACHED_H_
@@ -14,13 +14,13 @@ namespace veldmark::fuzz {
 
 using ReachedCounts = std::map<std::string, std::size_t, std::less<>>;
 
-// Returns how often each was reached in this process.
+// Returns the counts of this process.
 inline ReachedCounts& reached_counts() {
   static ReachedCounts counts;
   return counts;
 }
 
-// Counts `what`, `times` times.
+// Adds `times` to the count of `what`.
 inline void reached(std::string_view what, std::size_t times = 1) {
   const auto found = reached_counts().find(what);
   if (found == reached_counts().end()) {

@@ -1,5 +1,5 @@
-// What must hold for every input. A failure ends the process, which is how a fuzzer is
-// told of a find.
+// Checks what must hold for every input. A failure aborts the process, which tells the
+// fuzzer of a find.
 
 #ifndef VELDMARK_TESTS_FUZZ_REQUIRE_H_
 #define VELDMARK_TESTS_FUZZ_REQUIRE_H_
@@ -11,8 +11,8 @@
 
 namespace veldmark::fuzz {
 
-// Ends the process unless `holds`; `what` says what should have been so, `shown` what
-// it was about.
+// Aborts the process unless `holds`. `what` is the requirement, `shown` the value that
+// it was checked on.
 inline void require(bool holds, const char* what, std::string_view shown = "") {
   if (holds) return;
   std::fprintf(stderr, "NOT SO: %s\n%s\n", what, std::string(shown).c_str());

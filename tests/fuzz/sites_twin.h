@@ -16,14 +16,14 @@ namespace veldmark::fuzz {
 
 using PlainRecord = std::vector<std::string>;
 
-// Takes a CSV text apart, a character at a time.
+// Parses a CSV text, a character at a time.
 class PlainCsv {
  public:
   explicit PlainCsv(std::string_view text) : text_(text) {
     if (text_.starts_with("\xEF\xBB\xBF")) text_.remove_prefix(3);
   }
 
-  // The records without empty lines; nothing when a quote stands where none may.
+  // Returns the records without empty lines; nullopt after a misplaced quote.
   std::optional<std::vector<PlainRecord>> records() {
     while (!text_.empty()) {
       if (at_line_end()) {
@@ -95,7 +95,7 @@ inline std::string plain_trimmed(std::string text) {
   return text;
 }
 
-// The column with the first of the titles; nothing when there is none.
+// Returns the column with the first of the titles that occurs; nullopt for none.
 inline std::optional<std::size_t> plain_column(
     const PlainRecord& header, std::initializer_list<const char*> titles) {
   for (const char* title : titles) {
@@ -110,7 +110,7 @@ inline std::optional<std::size_t> plain_column(
   return std::nullopt;
 }
 
-// A number of degrees, as in 60.25, -1.5e1 or +7; nothing when the text is none.
+// Returns a number of degrees, as in 60.25, -1.5e1 or +7; nullopt for other texts.
 inline std::optional<double> plain_degrees(const std::string& field) {
   const std::string text = plain_trimmed(field);
   const bool has_sign = text.starts_with('+') || text.starts_with('-');
@@ -122,7 +122,7 @@ inline std::optional<double> plain_degrees(const std::string& field) {
   errno = 0;
   char* end = nullptr;
   const double value = std::strtod(text.c_str(), &end);
-  // Numbers that are too small for all their digits are told as well.
+  // Subnormal numbers set ERANGE as well, and are valid.
   const bool out_of_range = errno != 0 && (value == 0 || std::isinf(value));
   if (end != text.c_str() + text.size() || out_of_range) return std::nullopt;
   return value;
@@ -156,7 +156,7 @@ inline std::optional<PlainSite> plain_site(
   return site;
 }
 
-// The table that a text holds; nothing when it is none.
+// Returns the table in a text; nullopt for an invalid one.
 inline std::optional<PlainSites> plain_sites(std::string_view text) {
   const auto records = PlainCsv(text).records();
   if (!records || records->size() < 2) return std::nullopt;

@@ -3,10 +3,10 @@
 //   PROGRAM FILE_OR_FOLDER...
 //   PROGRAM --corpus TARGET CORPUS
 //
-// Each input is named before it is run: the last one named is the one at fault. At the
-// end stands how often what was reached. The second form replays the corpus of a
-// target, CORPUS/TARGET: at most 60 inputs, all with names that a person gave, which
-// together reach at least what CORPUS/least_reached.txt says.
+// The name of each input is printed before it runs: after a crash, the last one is the
+// cause. At the end the counts of what was reached are printed. The second form replays
+// the corpus CORPUS/TARGET: at most 60 inputs, named by a person, which together must
+// reach the counts in CORPUS/least_reached.txt.
 
 #include <algorithm>
 #include <cstddef>
@@ -29,7 +29,7 @@ namespace {
 using veldmark::fuzz::ReachedCounts;
 
 constexpr std::size_t kMostInputs = 60;
-constexpr std::size_t kHashLength = 40;  // of the names that the fuzzer gives
+constexpr std::size_t kHashLength = 40;  // of the names that the fuzzer generates
 
 std::vector<std::filesystem::path> files_of(const std::filesystem::path& path) {
   if (!std::filesystem::is_directory(path)) return {path};
@@ -41,7 +41,7 @@ std::vector<std::filesystem::path> files_of(const std::filesystem::path& path) {
   return files;
 }
 
-// The bytes go into memory of just their size, so that reading beyond them is noticed.
+// Copies the bytes into a buffer of exactly their size, so that overruns are detected.
 void run_input(const std::filesystem::path& file) {
   std::printf("%s\n", file.c_str());
   std::fflush(stdout);
@@ -68,7 +68,7 @@ bool has_a_name(const std::filesystem::path& file) {
          name.find_first_not_of("0123456789abcdef") != std::string::npos;
 }
 
-// What the lines "TARGET COUNT WHAT" of a file demand of a target.
+// Returns the required counts of a target, from lines "TARGET COUNT WHAT".
 ReachedCounts demands_on(const std::string& target, const std::filesystem::path& path) {
   ReachedCounts demands;
   std::ifstream file(path);

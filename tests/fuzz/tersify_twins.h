@@ -31,8 +31,8 @@ inline std::vector<std::string> plain_words(std::string_view line) {
   return words;
 }
 
-// The shortest text of an integer, right-aligned in five columns; nothing when it is no
-// integer or needs more.
+// The shortest text of an integer, right-aligned in five characters; nullopt if `text`
+// is not an integer or needs more.
 inline std::optional<std::string> plain_condensed_word(const std::string& word) {
   const bool has_sign = word.starts_with('-') || word.starts_with('+');
   std::string digits = word.substr(has_sign ? 1 : 0);
@@ -44,7 +44,7 @@ inline std::optional<std::string> plain_condensed_word(const std::string& word) 
   return std::string(5 - text.size(), ' ') + text;
 }
 
-// A condensed line, or the field at fault.
+// A condensed line, or the number of the bad field.
 struct PlainLine {
   std::string text;
   int fault = 0;  // 0 for none

@@ -1,20 +1,20 @@
 #!/usr/bin/env python3
-"""Changes the program in one place at a time and sees whether the tests notice.
+"""Changes the program in one place at a time and checks whether the tests notice.
 
     mutate.py                       all mutants of the program and its companions
     mutate.py --only PATTERN        those whose name holds PATTERN (repeatable)
     mutate.py --sample N --seed S   N of them, drawn at random
-    mutate.py --results FILE        keeps results there and goes on where it stopped
+    mutate.py --results FILE        stores results there and resumes a stopped campaign
     mutate.py --again survivors     tries again what survived (or `all`)
     mutate.py --workshop FOLDER     keeps the copy that is built there, for the next run
-    mutate.py --results FILE --report   tries nothing, and tells what was tried so far
+    mutate.py --results FILE --report   tries nothing; reports the results so far
     mutate.py --list                only names the mutants
-    mutate.py --self-test           checks the finding of mutants
+    mutate.py --self-test           checks that mutants are found
 
 A mutant is killed when a test fails, crashes or takes ten times as long as usual.  The
 list `survivors` beside this file names the mutants that no test can notice, and why.
-The exit status is 1 when one survives that is not listed, when one that is listed was
-killed or is gone, or when more than 1.6 % survive.  README.md says more.
+The exit status is 1 if an unlisted mutant survives, if a listed one was killed or no
+longer exists, or if more than 1.6 % survive.  README.md says more.
 """
 
 import argparse
@@ -43,7 +43,7 @@ PROJECT = os.path.dirname(os.path.dirname(HERE))
 
 MOST_PER_CENT = 1.6
 
-# With the sum of the file that the mutant was made of: results of other text don't count.
+# With a checksum of the source file: results of another version of it don't count.
 Results = Dict[Tuple[str, str], Verdict]
 
 
@@ -61,7 +61,7 @@ def sources(project: str) -> List[str]:
 
 
 def all_mutants(project: str) -> Tuple[List[Mutant], Dict[str, str]]:
-    """All mutants, and a sum of each file's text."""
+    """Returns all mutants, and a checksum of each file."""
     mutants: List[Mutant] = []
     sums: Dict[str, str] = {}
     for file in sources(project):
@@ -108,7 +108,7 @@ def note(file: Optional[TextIO], mutant: Mutant, text_sum: str, verdict: Verdict
 
 
 class Campaign:
-    """The trying of many mutants, and what came of it."""
+    """Tries many mutants and records the results."""
 
     def __init__(self, sums: Dict[str, str], arguments: argparse.Namespace) -> None:
         self._sums = sums
@@ -196,7 +196,7 @@ class Campaign:
 
 
 def say(text: str) -> None:
-    """Tells how far the campaign is."""
+    """Prints the progress of the campaign."""
     print("%s  %s" % (time.strftime("%H:%M:%S"), text), file=sys.stderr, flush=True)
 
 
@@ -206,7 +206,7 @@ def say(text: str) -> None:
 def report(
     mutants: Sequence[Mutant], campaign: Campaign, listed: List[Survivor], complete: bool
 ) -> bool:
-    """Prints the figures and what the list lacks; false when something is wrong."""
+    """Prints the figures and differences from the list. Returns False if there are any."""
     counts: Dict[str, "collections.Counter[str]"] = collections.defaultdict(
         collections.Counter
     )
@@ -240,7 +240,7 @@ def report(
 
 
 def share(count: "collections.Counter[str]") -> float:
-    """Survivors per hundred of the mutants that are other programs."""
+    """Returns the percentage of survivors among mutants with other machine code."""
     tried = count[KILLED] + count[TIMED_OUT] + count[SURVIVED]
     return 100.0 * count[SURVIVED] / tried if tried else 0.0
 
@@ -289,8 +289,8 @@ KEEP_DEVICES = (
 
 
 def keep_devices() -> None:
-    """Begins this program again where no mutant can remove /dev/null or /dev/full; only
-    with root's rights one could."""
+    """Restarts this program where no mutant can remove /dev/null or /dev/full, which one
+    run by root could."""
     if os.geteuid() != 0 or "DEVICES_ARE_KEPT" in os.environ:
         return
     call = ["unshare", "--mount", "sh", "-c", KEEP_DEVICES, "sh", sys.executable, *sys.argv]
@@ -298,7 +298,7 @@ def keep_devices() -> None:
 
 
 def main() -> int:
-    """Runs what the command line asks for; gives the exit status."""
+    """Runs the command line. Returns the exit status."""
     arguments = parsed_arguments()
     restore_signals()
     if arguments.self_test:
