@@ -1,7 +1,7 @@
 """Measures veldmark-extract: series files, CSV, sites, and netCDF beside cdo.
 
-Its outputs are always new, and each is compared with one that was made in another way:
-series files with those of plain_extract, netCDF with cdo's. Of CSV the lines are counted.
+Outputs are always new, and each is compared with an independent one: series files with
+those of plain_extract, netCDF with cdo's. The lines of CSV are counted.
 """
 
 import csv
@@ -19,7 +19,7 @@ from tables import print_table, take_turns
 
 @dataclasses.dataclass(frozen=True)
 class Job:
-    """A box, how many rounds it is measured, the ratio that is wanted, memory in MiB."""
+    """A box, the number of rounds, the goal of the ratio, memory in MiB."""
 
     search: Search
     box: tuple
@@ -49,7 +49,7 @@ def reached(is_reached):
 
 
 def extract(stage, output, *arguments):
-    """A run whose output is new."""
+    """A run without an earlier output."""
     for old in stage.session.glob(f"{output}*"):
         if not old.is_symlink():
             old.unlink()
@@ -58,7 +58,7 @@ def extract(stage, output, *arguments):
 
 
 def series_files(stage, job):
-    """A run that writes the files of a dialogue, and must write the same."""
+    """A run that writes series files, which must equal those of plain_extract."""
     name = stage.data_file("pre").name
     taken = extract(stage, name, *job.box, "--format", "tsf")
     stage.compare("pre")
@@ -93,12 +93,12 @@ def expect_lines(path, lines):
 
 
 def measure_csv(stage, only, rounds):
-    """Boxes whose text is not small beside what is read for it, as that of S is."""
+    """Boxes with much text compared with what is read; S has too little."""
     rows = []
     for name in [name for name in only if name != "S"]:
         job = JOBS[name]
         tell(f"veldmark-extract, CSV, job {name}")
-        # CSV also holds cells without data in the first month, and those alone.
+        # CSV also holds cells that have data, but not in the first month.
         extract(stage, "cells.csv", *job.box, "--wide")
         years = job.search.last_year - job.search.first_year + 1
         with (stage.session / "cells.csv").open("rb") as file:
@@ -122,7 +122,7 @@ def measure_csv(stage, only, rounds):
 
 
 def make_sites(path):
-    """Random points in different land cells. Returns the rows, as `limit` takes them."""
+    """Writes random points in different land cells. Returns the rows, in the form of `limit`."""
     mask = gzip.decompress(LAND_MASK.read_bytes()).decode("ascii").split()
     land = [
         (row, column)
@@ -160,7 +160,7 @@ def measure_sites(stage, rounds):
 
 
 def cdo(stage, source, search):
-    """The climate operators' run for a box: packed as the source is."""
+    """Runs the climate operators on a box, with the packing of the source."""
     output = stage.session / "operators.nc"
     output.unlink(missing_ok=True)
     box = (search.min_lon, search.max_lon, search.min_lat, search.max_lat)
@@ -171,7 +171,7 @@ def cdo(stage, source, search):
 
 
 def expect_same_values(stage):
-    """Compares the last netCDF files; floats of a published file have rounding errors."""
+    """Compares the last netCDF files, with a tolerance for the floats of published files."""
     names = [stage.session / name for name in ("operators.nc", "box.nc")]
     command = ["cdo", "-s", "diffn,abslim=0.001", *map(str, names)]
     done = subprocess.run(command, stdout=subprocess.PIPE, check=False)
@@ -180,11 +180,11 @@ def expect_same_values(stage):
 
 
 def measure_netcdf(stage, only, rounds):
-    """Not the globe, which the operators would only copy."""
+    """Measures boxes only: the operators would merely copy the globe."""
     tell("veldmark-extract, netCDF: the whole grid for the climate operators")
     extract(stage, "globe.nc")
     packed, published = stage.session / "globe.nc", stage.session / "published.nc"
-    # As the producer publishes it: classic format, not compressed, floats.
+    # The form of the published files: classic format, uncompressed, floats.
     copy = ["cdo", "-s", "-f", "nc2", "-b", "F32", "copy", packed, published]
     subprocess.run(list(map(str, copy)), check=True)
     rows = []

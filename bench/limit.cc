@@ -1,6 +1,5 @@
-// The least that any program has to do for an extraction: reads the bytes of the
-// requested rows once and writes as many bytes as the outputs have once, looking at
-// none of them.
+// The minimum work of any extraction: reads the bytes of the requested rows once, and
+// writes as many bytes as the outputs have, without looking at any of them.
 //
 //   limit [--commands] GRID ROWS FIRST_YEAR LAST_YEAR FOLDER SIZE...
 //
@@ -35,7 +34,7 @@ constexpr std::int64_t kRows = 360;
 constexpr std::int64_t kMonthsPerYear = 12;
 constexpr mode_t kMode = 0666;
 
-// Bytes of the grid file that follow each other.
+// A contiguous range of bytes of the grid file.
 struct Stretch {
   std::int64_t begin;
   std::int64_t size;
@@ -60,8 +59,8 @@ std::vector<Range> parse_ranges(const std::string& text) {
   return ranges;
 }
 
-// The requested lines: a stretch for each range of rows in each month, or a single one
-// for whole months.
+// The requested lines: one range for each range of rows in each month, or a single
+// range for whole months.
 std::vector<Stretch> requested_stretches(const std::vector<Range>& rows,
                                          const Range& years) {
   const std::int64_t first_month = (years.first - 1) * kMonthsPerYear;
@@ -114,7 +113,7 @@ void write_file(const std::string& name, std::size_t size,
   }
 }
 
-// A session ignores what becomes of them, too.
+// Their exit statuses are ignored, as in a session.
 void run_commands() {
   for (const char* command : {"clear", "clear", "ls *.dat.new"}) {
     [[maybe_unused]] const int status = std::system(command);

@@ -1,4 +1,4 @@
-"""What the machine is, for a report of measurements."""
+"""Describes the machine, for a report of measurements."""
 
 import os
 import pathlib
@@ -12,7 +12,7 @@ def output_of(*command):
 
 
 def field_of(path, name):
-    """The first value of a `name : value` line of a file of the kernel."""
+    """Returns the first value of a `name : value` line of a kernel file."""
     for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
         key, _, value = line.partition(":")
         if key.strip() == name:
@@ -21,7 +21,7 @@ def field_of(path, name):
 
 
 def build_of(programs):
-    """The compiler and the kind of a build."""
+    """Returns the compiler and the type of a build."""
     cache = (pathlib.Path(programs) / "CMakeCache.txt").read_text(encoding="utf-8")
     entries = dict(line.split("=", 1) for line in cache.splitlines() if "=" in line)
     version = output_of(entries["CMAKE_CXX_COMPILER:FILEPATH"], "--version")
@@ -30,7 +30,7 @@ def build_of(programs):
 
 
 def describe(programs, folder):
-    """A table of the machine and of its load at this moment, in Markdown."""
+    """Returns a Markdown table of the machine and its current load."""
     memory = int(field_of("/proc/meminfo", "MemTotal").split()[0]) / 1024**2
     rows = [
         ("Processor", field_of("/proc/cpuinfo", "model name")),

@@ -68,8 +68,8 @@ std::vector<LandCell> read_land_cells(std::istream& mask) {
   return cells;
 }
 
-// Well mixed bits, the same for the same place: neighbouring places have nothing in
-// common (the finaliser of splitmix64).
+// Returns a hash of a place, so that neighbouring places are uncorrelated (the
+// finaliser of splitmix64).
 std::uint64_t mixed_bits(std::uint64_t place) {
   std::uint64_t bits = (place + 1) * 0x9E3779B97F4A7C15U;
   bits = (bits ^ (bits >> 30U)) * 0xBF58476D1CE4E5B9U;
@@ -77,8 +77,8 @@ std::uint64_t mixed_bits(std::uint64_t place) {
   return bits ^ (bits >> 31U);
 }
 
-// Tenths of a degree C: colder and more seasonal towards the poles, the seasons turned
-// round in the south, and slowly warmer with the years.
+// Tenths of a degree C: colder and more seasonal towards the poles, the seasons
+// reversed in the south, and slowly warmer over the years.
 int seasonal_temperature(int row, int year, int month) {
   // The cosine of the month's angle, January first, in thousandths.
   constexpr std::array<int, kMonthsPerYear> kWinter{1000,  866,  500,  0, -500, -866,

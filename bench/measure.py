@@ -76,7 +76,7 @@ def limit_and_session(stage, search, rounds):
 
 
 def measure_start(stage, rounds):
-    """What every session pays before it reads anything."""
+    """Measures the start-up cost of a session."""
     commands = "sh -c clear; sh -c clear; sh -c 'ls *.dat.new'"
     nothing, shell, menu = take_turns(
         rounds or 31,
@@ -125,7 +125,7 @@ def rows_of_job(name, taken):
 
 
 def measure_cold(stage, name, rounds):
-    """Sessions of a job that find nothing of the grid file in the page cache."""
+    """Sessions of a job with nothing of the grid file in the page cache."""
     search = JOBS[name].search
     stage.expect("pre", search)
     typed = answers("pre", search)
@@ -140,7 +140,7 @@ def measure_cold(stage, name, rounds):
 
 
 def tell_users(stage, taken, rounds):
-    """What a search costs, in four plain lines."""
+    """Prints the cost of a search, in four lines."""
     region, globe = taken["S"][1], taken["L"][1]
     cold = {name: measure_cold(stage, name, rounds) for name in ("S", "L")}
     stage.warm("pre")
@@ -207,7 +207,7 @@ def grow_with_thinning(stage, rounds):
 
 
 def grow_with_searches(stage, rounds):
-    """Further searches of a run are the same again and replace the outputs."""
+    """Measures runs of several identical searches, each of which replaces the outputs."""
     rows = []
     for name in ("M", "L"):
         search = JOBS[name].search
@@ -268,7 +268,7 @@ def measure_variance(stage, only, rounds):
 
 
 def measure_loops(stage, only, rounds):
-    """Runs the micro-benchmarks, where Google Benchmark was there to build them."""
+    """Runs the micro-benchmarks, if Google Benchmark was available to build them."""
     del only, rounds
     program = pathlib.Path(stage.bench_program("micro_benchmarks"))
     if not program.exists():
@@ -339,7 +339,7 @@ def write_page(results):
 def main():
     arguments = parse_arguments()
     stage = Stage(arguments.programs, arguments.folder)
-    # Described now, because measuring is load as well; shown last.
+    # Described before the measurements, which are load themselves; shown last.
     described = machine.describe(arguments.programs, arguments.folder)
     results = io.StringIO()
     with contextlib.redirect_stdout(results) if arguments.page else contextlib.nullcontext():

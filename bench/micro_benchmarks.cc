@@ -1,5 +1,5 @@
-// The two hot loops, each beside the plain definition of what it must give: fields to
-// values while reading, values to six columns while writing. Items are values.
+// The two hot loops, each compared with its plain definition: fields to values while
+// reading, values to fields of six characters while writing. Items are values.
 
 #include <benchmark/benchmark.h>
 
@@ -21,8 +21,8 @@ constexpr std::size_t kLine = 720;  // values of a line of the grid file
 constexpr std::size_t kValues = 64 * kLine;
 constexpr int kSixColumns = 6;
 
-// Values of one to five characters, as they come mixed on land, and so many that the
-// processor can't learn their order by heart.
+// Values of one to five characters, mixed as on land, and too many for the branch
+// predictor to learn.
 std::vector<std::int16_t> land_values() {
   constexpr std::uint32_t kSeed = 1901;
   std::mt19937 random(kSeed);
@@ -74,8 +74,8 @@ bool convert_plainly(std::string_view fields, std::int16_t* values) {
   return true;
 }
 
-// A line of cells without data in which one field differs from the missing code, as at
-// a cell of which the first January alone is missing.
+// A line of cells without data in which one field differs from the missing code, as for
+// a cell that lacks only the first January.
 std::string fields_without_data() {
   constexpr std::size_t kWithData = 100;
   std::vector<std::int16_t> values(kLine, -999);

@@ -1,9 +1,9 @@
-// An extraction, written as plainly as can be: what the program's outputs in a
-// measurement are compared with. It shares nothing with the program.
+// A plain extraction, with whose outputs those of a measured program are compared. It
+// shares no code with the program.
 //
 //   plain_extract VARIABLE GRID OUTPUT ROWS YEARS FACTOR COLUMNS [COLUMNS]
 //
-//   VARIABLE   pre, tmp, ...; the drought index is not known here
+//   VARIABLE   pre, tmp, ...; not the drought index
 //   OUTPUT     folder for the .TSF and the .XY, which are named after GRID
 //   ROWS, YEARS, COLUMNS   FIRST-LAST, both included, as in 281-300 or 1961-1990
 //   FACTOR     keeps every n-th row, and every n-th column of each range

@@ -19,23 +19,23 @@ KINDS = {"pre": "mixed", "frs": "frost"}
 
 @dataclasses.dataclass(frozen=True)
 class Taken:
-    """What a run took: wall seconds and peak resident memory in MiB."""
+    """The cost of a run: wall seconds and peak resident memory in MiB."""
 
     seconds: float
     peak: float
 
 
 def touch_memory(size):
-    """Takes `size` bytes from the system and gives them back.
+    """Allocates and frees `size` bytes.
 
-    Under a hypervisor memory that has long been free costs several times as much to
-    take as memory just given back, and it would be chance which run takes which.
+    Under a hypervisor, allocating memory that has long been free costs several times as
+    much as allocating memory that was just freed, and runs would get either by chance.
     """
     bytearray(b"x") * size  # pylint: disable=expression-not-assigned
 
 
 def tell(text):
-    """Says what is going on, apart from the results."""
+    """Prints progress on standard error."""
     print(text, file=sys.stderr, flush=True)
 
 
@@ -102,8 +102,8 @@ class Stage:
     def run(self, program, *arguments, typed=""):
         """Runs a program in the session's folder.
 
-        What was written before goes to the disk first, because it is not this run's;
-        then there is free memory at hand for the program and its outputs.
+        First syncs what earlier runs have written, and frees memory for the program and
+        its outputs.
         """
         answers = self.scratch / "answers"
         answers.write_text(typed, encoding="ascii")
@@ -129,9 +129,9 @@ class Stage:
         return self.run(self.programs / "veldmark", typed=typed)
 
     def run_limit(self, variable, search, replace=False, commands=False):
-        """Reads and writes what `search` needs at least; expect() comes before.
+        """Reads and writes the minimum for `search`. Requires expect().
 
-        replace    write over the outputs of the limit before
+        replace    overwrite the outputs of the previous limit
         commands   run the three shell commands of a session first
         """
         if not replace:
@@ -145,7 +145,7 @@ class Stage:
         )
 
     def expect(self, variable, search):
-        """Makes the outputs that `search` must have; tells how many cells it saves."""
+        """Makes the expected outputs of `search`. Returns the number of saved cells."""
         empty_folder(self.expected)
         command = [
             self.bench_program("plain_extract"),
@@ -161,11 +161,11 @@ class Stage:
             return sum(1 for _ in lines) - 1
 
     def expected_sizes(self):
-        """Bytes of the outputs that expect() has made."""
+        """Returns the sizes of the outputs that expect() has made."""
         return [output.stat().st_size for output in self.expected.iterdir()]
 
     def compare(self, variable):
-        """Ends everything when an output of the session isn't what it must be."""
+        """Exits if an output of the session is not the expected one."""
         for output in self.outputs(variable):
             expected = self.expected / output.name
             if not filecmp.cmp(output, expected, shallow=False):

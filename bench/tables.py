@@ -1,10 +1,10 @@
-"""Runs that take turns, and their tables in Markdown."""
+"""Runs actions in turn, and formats their results as Markdown tables."""
 
 import statistics
 
 
 class Runs:
-    """What the runs of one kind took: seconds, and the highest peak in MiB."""
+    """The results of one kind of run: seconds, and the highest peak in MiB."""
 
     def __init__(self, taken):
         self.median = statistics.median(run.seconds for run in taken)

@@ -1,13 +1,13 @@
-// Runs a program and tells what it took:
+// Runs a program and prints its time and memory:
 //
 //   timed_run INPUT PROGRAM [ARGUMENT]...
 //
-// INPUT is the program's standard input; what it writes to standard output is thrown
-// away. Prints one line: seconds from the start of the process to its end, peak
+// INPUT is the program's standard input; its standard output is
+// discarded. Prints one line: seconds from the start of the process to its end, peak
 // resident memory in KiB, exit status (128 and the signal's number after a signal).
 //
-// A program of its own, because the peak that the system tells of a process is at least
-// that of the process that started it: a large starter would hide a small program.
+// A separate program, because the peak that the system reports for a process is at
+// least that of the process that started it: a large parent would hide a small program.
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -57,7 +57,7 @@ int main(int argc, char** argv) {
     return fail("wait4", errno);
   }
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-  // The system's own struct keeps this number in a union, for its width only.
+  // The system's struct has this number in a union, only for its width.
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-union-access)
   const long peak = usage.ru_maxrss;
   std::printf("%.9f %ld %d\n", taken.count(), peak, exit_status(status));

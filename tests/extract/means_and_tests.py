@@ -1,10 +1,10 @@
-"""Works area means and variance tests out again, from what series_to_grid was given.
+"""Recomputes area means and variance tests from the input of series_to_grid.
 
     means_and_tests.py PROGRAM_FOLDER [--no-netcdf]
 
 Area means are compared with the weighted mean of the sample's numbers, variance tests with
-the test in exact arithmetic, each of them as CSV and as netCDF, which ncdump prints. The
-cells are the sample's, but one never varies, one lacks a year, and all lack a month.
+the test in exact arithmetic, both as CSV and as netCDF, which ncdump prints. The cells are
+the sample's, except that one never varies, one lacks a year, and all lack a month.
 """
 
 import csv
@@ -32,7 +32,7 @@ TITLES = ["f", "probability", "n1", "n2", "adjusted_n1", "adjusted_n2"]
 
 
 def made_cells():
-    """{(lat, lon): stored values} of the box's cells with data."""
+    """Returns {(lat, lon): stored values} of the box's cells with data."""
     cells = {}
     with gzip.open(SAMPLE / "cru_ts4.01_tmp_1901_2016.csv.gz", "rt") as lines:
         header = next(lines)
@@ -69,7 +69,7 @@ def ncdump(path):
 
 
 def expected_means(cells):
-    """(mean or None, cells with data) of each month, in degrees."""
+    """Returns (mean or None, cells with data) of each month, in degrees."""
     means = []
     for month in range(MONTHS):
         known = [(math.cos(math.radians(lat)), values[month])
@@ -112,7 +112,7 @@ def check_means(expected, found, error):
 
 
 def expected_tests(cells):
-    """The six numbers of each cell with data."""
+    """Returns the six numbers of each cell with data."""
     tests = {}
     split = 12 * (CUTOFF - FIRST)
     for cell, values in cells.items():

@@ -1,11 +1,11 @@
-"""Lets other programs read what veldmark-extract writes, and compares it with the sample.
+"""Reads outputs of veldmark-extract with other programs, and compares them with the sample.
 
     other_readers.py R|xarray|cdo PROGRAM_FOLDER
 
-R reads the CSV, long and wide; xarray and the climate operators (cdo) the netCDF, grids
-with one across the 180 degree meridian, and xarray sites as well. All variables of the
-sample. Where the reader is not installed the status is 77, for a skipped test; with CI=true
-in the environment it is a failure.
+R reads the CSV, long and wide. xarray and the climate operators (cdo) read netCDF grids,
+one of them across the 180 degree meridian; xarray also reads sites. All variables of the
+sample are tested. If the reader is not installed, the exit status is 77, for a skipped
+test; with CI=true in the environment that is a failure.
 """
 
 import gzip
@@ -23,7 +23,7 @@ READERS = Path(__file__).resolve().parent / "readers"
 VARIABLES = "pre tmp dtr tmn tmx vap pet cld frs wet".split()
 FIRST, LAST = 1902, 1903
 SKIPPED = 77
-# South, north, west, east, as of the options; the second one crosses the 180 degree meridian.
+# South, north, west, east; the second region crosses the 180 degree meridian.
 REGION = (38, 62, -140, -70)
 ACROSS = (-26, 62, 140, -120)
 
@@ -55,7 +55,7 @@ def box_options(region):
 
 
 def cells_of(region, values):
-    """Those of the values whose cells lie in the region."""
+    """Returns the values whose cells lie in the region."""
     south, north, west, east = region
     return {key: value for key, value in values.items() if south <= key[0] <= north
             and (west <= key[1] <= east if west < east else not east < key[1] < west)}
@@ -72,7 +72,7 @@ def lines_of(command, arguments):
 
 
 def printed_values(lines):
-    """{file: [(place and month, value)]} of the lines that the programs in readers/ print."""
+    """Returns {file: [(place and month, value)]} from the output of the programs in readers/."""
     found = {}
     for line in lines:
         name, lat, lon, year, month, value = line.split()
@@ -81,8 +81,8 @@ def printed_values(lines):
     return found
 
 
-# Each reader makes the outputs of a variable, told by name with the values that they
-# must hold, and reads all of them when they are there.
+# Each reader makes the outputs of a variable, with the expected values by file name, and
+# then reads all of them.
 
 
 class R:

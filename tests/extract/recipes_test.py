@@ -27,7 +27,7 @@ SKIPPED = 77
 
 
 def expected_table():
-    """The lines of the table; the first site has no value in March 1902."""
+    """Returns the lines of the table; the first site has no value in March 1902."""
     table = ""
     with gzip.open(SAMPLE, "rt") as lines:
         series = {tuple(row[:2]): row[2:] for row in csv.reader(lines)}

@@ -43,11 +43,11 @@ def make_release(tools, folder, last):
 
 
 def expected_values(last):
-    """The stored values of the box's cells, as text; the years after `last` are the first ones."""
+    """The stored values of the box's cells, as text; those after `last` repeat the first."""
     values = {key: value for key, value in read_sample(SERIES, FIRST, last).items()
               if 60 < key[0] < 61.5 and -140 < key[1] < -138.5}
     years = last - FIRST + 1
-    # A short file's first eight years go on into those that are added.
+    # A file of fewer than eight years repeats them in a cycle.
     later = {(lat, lon, last + 1 + more, month): values[lat, lon, FIRST + more % years, month]
              for lat, lon, _, month in values for more in range(MORE)}
     return {key: str(value) for key, value in (values | later).items()}
@@ -73,7 +73,7 @@ class Run:
 
 
 def check_years(run, name, expected, last):
-    """The years of the name, all and the last ones; of the size; and a disagreement."""
+    """Years from the name, all and the last ones; from the size; and a disagreement."""
     end = last + MORE
     run.extract(name, *BOX, "--wide", "--stored", "-o", "all.csv")
     count = compare("all years", expected, read_wide(run.folder / "all.csv"))
@@ -127,7 +127,7 @@ def check_texts(run, name, last, netcdf):
 
 
 def check_catalogued_release(run, name, last, netcdf):
-    """Under the name of 4.01 the same file gets the dialogue's headings and the citation."""
+    """Under the name of 4.01 the same file has the dialogue's headings and the citation."""
     end = last + MORE
     known = f"cru_ts4.01.{FIRST}.{end}.tmp.dat.new"
     os.rename(run.folder / name, run.folder / known)

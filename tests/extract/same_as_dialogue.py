@@ -63,8 +63,7 @@ class Box:
         return "\n".join(lines) + "\n"
 
     def options(self):
-        # The dialogue takes one row more at either end in the file that runs from the
-        # north.
+        # In a north-first file the dialogue takes one more row at each end.
         more = 0.5 if self.number == 11 else 0
         return [
             f"--lat={self.south - more}:{self.north + more}",
@@ -78,7 +77,7 @@ class Box:
 
 
 def compare(box, veldmark, extract, folder):
-    """What differs; nothing when all is the same. Second: were there cells?"""
+    """Returns what differs, empty if nothing does, and whether there were cells."""
     name = file_name(box.number)
     subprocess.run(
         [veldmark], input=box.answers().encode(), cwd=folder, check=True, capture_output=True

@@ -24,7 +24,7 @@ PER_UNIT = {"frs": 100, "wet": 100}
 
 
 def read_sample(path, first, last):
-    """{(lat, lon, year, month): stored value} as text for places."""
+    """Returns {(lat, lon, year, month): stored value}, places as text."""
     values = {}
     with gzip.open(path, "rt") as lines:
         months = next(lines).rstrip("\n").split(",")[2:]
@@ -113,7 +113,7 @@ def check_variable(name, tools, years, netcdf, folder):
         runs.append(("grid.nc", [], lambda path: read_netcdf(path, name), whole))
     count = 0
     for output, options, reader, expected in runs:
-        # A box around the sample's cells: the globe as netCDF would be a long dump.
+        # A box around the sample's cells: the dump of the globe would be too long.
         box = ["--lat", "-26:62", "--lon", "-156:146"] if output != "grid.nc" else [
             "--lat", "38:62", "--lon", "-140:-70"]
         if output == "grid.nc":

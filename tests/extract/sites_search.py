@@ -47,13 +47,13 @@ def vector(lat, lon):
 
 
 def distance(a, b):
-    """By the chord between the points, in kilometres."""
+    """Returns the distance in kilometres, computed from the chord between the points."""
     chord = math.dist(vector(*a), vector(*b))
     return 2 * 6371.0088 * math.asin(min(1.0, chord / 2))
 
 
 def own_cell(lat, lon):
-    """The cell whose half-open ranges hold the point."""
+    """Returns the cell whose half-open ranges contain the point."""
     lon = (lon + 180) % 360 - 180
     row = next((r for r in range(ROWS) if -90 + r / 2 <= lat < -89.5 + r / 2), ROWS - 1)
     column = next(c for c in range(COLUMNS) if -180 + c / 2 <= lon < -179.5 + c / 2)
