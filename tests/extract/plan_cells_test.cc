@@ -34,7 +34,7 @@ TEST(PlanCells, JoinsNeighboursOfOneKind) {
   EXPECT_EQ(runs_of({3, 4, 5, 6, 7}, {4, 5}, {}), "3 sea, 4-5 data, 6-7 sea");
 }
 
-TEST(PlanCells, LeavesLateCellsOut) {
+TEST(PlanCells, LeavesLateStartsOut) {
   EXPECT_EQ(runs_of({3, 4, 5, 6}, {3}, {5}), "3 data, 4 sea, 6 sea");
   EXPECT_EQ(runs_of({1, 2}, {}, {1, 2}), "");
 }

@@ -3,9 +3,9 @@
     releases.py PROGRAM_FOLDER [--last YEAR] [--no-netcdf]
 
 Such a file is made from the sample: its lines from 1901 to YEAR (1903; 2016 for a file as
-large as a real one), then its first eight years once more. Years by the name and by the
-size, and what is said where they disagree; values against the sample; and nothing that is
-written, headings and citation included, may take the file for one of CRU TS 4.01.
+large as a real one), then its first eight years again. Tested are the years from the name
+and from the size, and the message if they disagree; the values, against the sample; and
+that no output, with its headings and citation, calls the release 4.01.
 """
 
 import argparse
@@ -26,7 +26,7 @@ KNOWN_DOI = "10.5285/58a8802721c94c66ae45c3baa4d814d0"
 
 
 def make_release(tools, folder, last):
-    """The path of the file, cru_ts4.09.1901.LAST.tmp.dat.new."""
+    """Makes the file cru_ts4.09.1901.LAST.tmp.dat.new. Returns its path."""
     grid = folder / f"cru_ts4.09.{FIRST}.{last + MORE}.tmp.dat.new"
     with gzip.open(SERIES) as text:
         subprocess.run([tools / "series_to_grid", "--years", f"{FIRST}-{last}", grid],

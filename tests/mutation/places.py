@@ -4,7 +4,7 @@ A mutant is the program with one change:
 
     comparison   < to <= and >=, and so on; == to !=
     arithmetic   + to -, * to /, ++ to --, a dropped minus, bit operators
-    logical      && to ||, a dropped !, the condition of an if or while turned round
+    logical      && to ||, a dropped !, the condition of an if or while negated
     constant     0 to 1, 1 to 0, n to n + 1; the last digit of a real; true to false;
                  a character to its neighbour
     text         one letter of a string literal; of one over several lines one a line
@@ -109,7 +109,7 @@ class _Finder:
                 yield from self._changes_of_token(i, token)
         yield from self._changes_of_bodies()
 
-    # ------------------------------------------------ what is looked over
+    # ------------------------------------------------ structure
 
     def _pair_brackets(self) -> Dict[int, int]:
         """The place of the closing bracket of each opening one."""
@@ -292,8 +292,8 @@ class _Finder:
         return after, changes + more
 
     def _condition(self, i: int) -> List[Change]:
-        """Turns round the condition after an `if` or `while`; nothing where one of its
-        operators is turned round anyway."""
+        """Negates the condition after an `if` or `while`; None if one of its operators is
+        changed anyway."""
         opening = i + 1
         if not self._is(opening, "("):
             return []
@@ -345,7 +345,7 @@ class _Finder:
 
 
 def changed_number(text: str) -> str:
-    """A number literal that is not the same: n + 1, 1 to 0, the last digit of a real."""
+    """Returns a changed number literal: n + 1, 1 to 0, the last digit of a real."""
     hexadecimal = text[:2] in ("0x", "0X")
     if not hexadecimal and re.search(r"[.eE]", text):
         digits = re.match(r"[\d.]*", text)

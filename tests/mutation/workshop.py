@@ -21,8 +21,7 @@ from places import TOPS, Mutant
 
 # The test programs that are tried first; the others follow by name.
 _FIRST_SUITES = ("session_tests", "unit_tests", "program_tests")
-# Slower tests of the built programs: only for what the others let pass, and only where
-# there are such.
+# Slower tests of the built programs, run only for mutants that survive all others.
 _SCRIPTS: Dict[str, Tuple[str, ...]] = {
     "documents": ("tests/documents/documents_test.py", "{programs}"),
     "frost days": ("tests/second_program/frost_days_of_the_sample.py", "{programs}/veldmark"),
@@ -55,14 +54,14 @@ _SCRIPTS: Dict[str, Tuple[str, ...]] = {
     "another release": ("tests/extract/releases.py", "{programs}"),
 }
 
-_HELPERS = ("failing_calls", "failing_memory")  # what the scripts need besides the programs
-# The tests in such files take long; they are for the same mutants as the scripts.
+_HELPERS = ("failing_calls", "failing_memory")  # targets that the scripts need besides the programs
+# Tests in files with this ending are slow; they run for the same mutants as the scripts.
 _SLOW_TESTS = "_sweep_test.cc"
 
 _MOST_MEMORY_KB = 4 * 1024 * 1024
 _MOST_FILE_BLOCKS = 8 * 1024 * 1024  # of 512 bytes; whole data files have 2.2 GB, and holes
-_MOST_SHOWN = 4000  # characters of what a test program says, its last ones
-_TIMES_USUAL = 10  # a run that takes longer than this many times the usual has failed
+_MOST_SHOWN = 4000  # last characters of a test program's output
+_TIMES_USUAL = 10  # a run that takes more than this times the usual has failed
 _SECONDS_MORE = 2.0
 
 KILLED = "killed"
@@ -70,13 +69,13 @@ TIMED_OUT = "timed out"
 SURVIVED = "survived"
 SAME_CODE = "same code"
 NO_PROGRAM = "no program"
-# What a survivor has survived.
+# The tests that a mutant has survived.
 QUICK_TESTS = "quick tests"
 ALL_TESTS = "all tests"
 
 
 class Verdict(NamedTuple):
-    """What became of a mutant, and what showed it."""
+    """The result of a mutant, and the test that decided it."""
 
     result: str
     by: str
@@ -137,7 +136,7 @@ def _executables(build: str) -> List[Executable]:
 
 
 class Workshop:
-    """The copy of the project, its build, and what depends on what."""
+    """The copy of the project, its build, and its dependencies."""
 
     def __init__(self, project: str, folder: str, jobs: int, sanitized: bool) -> None:
         os.makedirs(folder, exist_ok=True)
@@ -161,7 +160,7 @@ class Workshop:
     # ------------------------------------------------ preparing
 
     def _copy(self, project: str) -> None:
-        """Copies the project; of an older copy, what is the same stays untouched."""
+        """Copies the project; unchanged files of an older copy are kept."""
         fresh = self.tree + ".fresh"
         shutil.rmtree(fresh, ignore_errors=True)
         shutil.copytree(
@@ -281,11 +280,11 @@ class Workshop:
         return self._includes[path]
 
     def includes(self, path: str, header: str) -> bool:
-        """Does a file include a header, itself or through others?"""
+        """Returns whether a file includes a header, directly or not."""
         return header in self._closure(path, with_sources=False)
 
     def mentions(self, path: str, word: str) -> bool:
-        """Does a word stand in a file or in what it includes?"""
+        """Returns whether a word occurs in a file or in its includes."""
         for file in self._closure(path, with_sources=False):
             with open(file) as source:
                 if re.search(r"\b%s\b" % word, source.read()):
@@ -310,7 +309,7 @@ class Workshop:
         return self._closures[key]
 
     def reaches(self, program: str, path: str) -> bool:
-        """Is a file part of what a program is made of?"""
+        """Returns whether a program is built from a file."""
         return any(
             path in self._closure(unit.source, True)
             for unit in self.units
@@ -361,7 +360,7 @@ class Workshop:
         return Suite(program, _filter(names))
 
     def usual(self, suite: Suite) -> float:
-        """How long a run takes; for some tests of a program, what all of them take."""
+        """Returns the time of a run; for some tests of a program, the time of all of them."""
         whole = self.whole_suite(suite.program)
         return self.usual_seconds.get(suite, self.usual_seconds[whole])
 
@@ -418,7 +417,7 @@ class Bench:
                 self._own_units[unit.built] = built
 
     def _runs_programs(self, unit: Unit) -> bool:
-        """Does a test's source, or what it includes, use the path of a built program?"""
+        """Returns whether a test's source or its includes use the path of a built program."""
         for word in unit.arguments:
             macro = re.match(r"-D(\w+)=", word)
             for program in self._shop.programs if macro else ():
@@ -459,7 +458,7 @@ class Bench:
         return unit.source
 
     def _object(self, unit: Unit, mutant: Optional[Mutant]) -> Optional[str]:
-        """The object file of a unit as the mutant has it; nothing if it isn't C++."""
+        """Returns the object file of a mutant's unit; None if it doesn't compile."""
         if mutant is None or not self._is_changed(unit, mutant):
             return self._own_units.get(unit.built, unit.built)
         if unit.built not in self._changed:
@@ -469,7 +468,7 @@ class Bench:
         return self._changed[unit.built]
 
     def _link(self, program: str, mutant: Optional[Mutant]) -> Optional[str]:
-        """Links a program; nothing where one of its units doesn't compile."""
+        """Links a program. Returns None if one of its units doesn't compile."""
         place = os.path.join(self._programs, program)
         objects: List[str] = []
         for unit in self._shop.units_of(program):
@@ -552,7 +551,7 @@ class Bench:
         return Verdict(result, by, time.monotonic() - begin)
 
     def _put(self, mutant: Mutant) -> None:
-        """Lays the changed file, alone, where the compiler looks first."""
+        """Writes the changed file to the folder that the compiler searches first."""
         shutil.rmtree(self._tree)
         with open(os.path.join(self._shop.tree, mutant.file)) as file:
             text = file.read()
@@ -590,7 +589,7 @@ class Bench:
         return bool(failed) and all(built.startswith(tests) for built in failed)
 
     def _is_same_code(self, mutant: Mutant) -> bool:
-        """Does optimised compiling give the same machine code as without the change?"""
+        """Returns whether the optimised machine code is unchanged."""
         for unit in self._shop.units:
             if not self._is_changed(unit, mutant) or "tests" in unit.target:
                 continue
@@ -612,7 +611,7 @@ class Bench:
         return True
 
     def try_slow_tests(self, mutant: Mutant) -> Verdict:
-        """Runs the slower tests over a mutant that the others let pass."""
+        """Runs the slower tests on a mutant that has survived the others."""
         begin = time.monotonic()
         self._put(mutant)
         for suite in self._shop.slow_suites_for(mutant.file):
