@@ -34,15 +34,15 @@ TERSIFY_BREAKS = [
     Break(
         "tersify never shows progress",
         tersify("Progress.*"),
-        Change(BYTES, "  progress_.add(static_cast<std::int64_t>(count));\n",
-               "  progress_.add(0 * static_cast<std::int64_t>(count));\n"),
+        Change(BYTES, "  progress_.add(static_cast<std::int64_t>(size_read));\n",
+               "  progress_.add(0 * static_cast<std::int64_t>(size_read));\n"),
     ),
     Break(
         "a file that grows is condensed up to its first size",
         tersify("CondenseFile.*"),
-        Change(BYTES, "  const std::size_t count = file_.read(buffer, size);\n",
+        Change(BYTES, "  const std::size_t size_read = file_.read(buffer, size);\n",
                "  const auto left = static_cast<std::size_t>(file_.size() - count_);\n"
-               "  const std::size_t count = file_.read(buffer, left < size ? left : size);\n"),
+               "  const std::size_t size_read = file_.read(buffer, left < size ? left : size);\n"),
     ),
     Break(
         "the copy is made in the current folder, wherever the file is",
