@@ -10,9 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "companion/input_file.h"
 #include "companion/inputs.h"
-#include "companion/line_buffer.h"
+#include "tersify/ask_for_list.h"
 #include "tersify/check_file.h"
 #include "tersify/command_line.h"
 #include "tersify/condense_file.h"
@@ -30,7 +29,6 @@ using companion::Inputs;
 using companion::kAllIsWell;
 using companion::kEndedBySignal;
 using companion::kFailed;
-using companion::LineBuffer;
 using companion::Surroundings;
 using Names = std::vector<std::string>;
 
@@ -38,30 +36,6 @@ constexpr std::string_view kProgram = "tersify";
 
 std::ostream& complain(const Surroundings& around) {
   return companion::complain(around, kProgram);
-}
-
-// Asks for the list file, and adds to `inputs` what the answer was read from. Throws
-// UsageError when there is no answer.
-std::string ask_for_list(const Surroundings& around, Inputs& inputs) {
-  around.output << "\n Program Tersify\n\n"
-                   " This program makes condensed copies of CRU TS data files.\n"
-                   " Enter the name of the list file, a text file with one raw file \n"
-                   " name/line.\n\n LIST FILE ==> "
-                << std::flush;
-  const companion::InputFile input(around.input, "the standard input");
-  inputs.add(input.shown_name(), input.identity());
-  LineBuffer lines(
-      [&](char* buffer, std::size_t size) { return input.read(buffer, size); });
-  const std::optional<LineBuffer::Line> answer = lines.next();
-  if (!answer) {
-    around.output << "\n";
-    throw UsageError("the input ended before a list file was named");
-  }
-  std::string name = trimmed_name(answer->text);
-  if (name.empty()) {
-    throw UsageError("no list file was named");
-  }
-  return name;
 }
 
 std::string quoted_names(const Names& names) {
@@ -108,18 +82,26 @@ class Condensing {
   }
 
  private:
+  // Two inputs can have one name for their copies: "a.dat" and "a.dat.gz", and all
+  // netCDF files of the drought index. The second copy must not replace the first. A
+  // file that is named twice only takes time.
   [[nodiscard]] CondenseJob job_for(const std::string& name) const {
+    Inputs inputs = inputs_;
+    for (const auto& [copy, source] : sources_) {
+      if (source != name) {
+        inputs.add("the copy of " + in_quotes(source), regular_file(copy));
+      }
+    }
     return {.name = name,
             .output = output_,
             .free_space = settings_.free_space,
             .screen = around_.messages,
-            .inputs = inputs_};
+            .inputs = std::move(inputs)};
   }
 
   // Condenses one file and says so, or says why not.
   void condense(const std::string& name) {
     try {
-      expect_copy_of_its_own(name);
       const Condensed done = condense_file(job_for(name));
       sources_[done.output] = name;
       around_.output << "wrote " << in_quotes(done.output) << ": " << done.lines
@@ -133,16 +115,6 @@ class Condensing {
     } catch (const std::bad_alloc& error) {
       complain(around_) << in_quotes(name) << ": " << reason_of(error) << "\n";
       not_done_.push_back(name);
-    }
-  }
-
-  // "a.dat" and "a.dat.gz" would make the same copy. A file that is named twice only
-  // takes time.
-  void expect_copy_of_its_own(const std::string& name) const {
-    const auto made = sources_.find(output_.value_or(condensed_name(name)));
-    if (made != sources_.end() && made->second != name) {
-      throw Failure(in_quotes(made->first) + " was made of " + in_quotes(made->second) +
-                    " in this run");
     }
   }
 
@@ -189,7 +161,7 @@ class Condensing {
   Names names_;
   Inputs inputs_;
   std::optional<std::string> output_;
-  std::map<std::string, std::string> sources_;  // of each copy made, the file
+  std::map<std::string, std::string> sources_;  // copy's name -> its input's name
   Names not_done_;
 };
 

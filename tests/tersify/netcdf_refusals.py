@@ -315,6 +315,30 @@ def check_several(tools, folder):
     return 1
 
 
+def check_one_copy_for_two(tools, folder):
+    """All files of the drought index have one name for their copies: a second one in a run
+    doesn't replace the first."""
+    for number, name in enumerate(("scPDSI.a.nc", "scPDSI.b.nc")):
+        write_netcdf(folder / name, "scpdsi", stored_year() + number, Form(**SMALL))
+    copy = "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new"
+    assert tersify(tools, folder, "scPDSI.a.nc").returncode == 0
+    first = (folder / copy).read_bytes()
+    (folder / copy).unlink()
+    done = tersify(tools, folder, "scPDSI.a.nc", "scPDSI.b.nc")
+    assert done.returncode == 1
+    assert done.stderr == (
+        f"tersify: '{copy}' is the same file as the copy of 'scPDSI.a.nc'; nothing was "
+        "written\ntersify: not condensed: 'scPDSI.b.nc'\n"), done.stderr
+    assert (folder / copy).read_bytes() == first, "the first copy has changed"
+    # In a run of its own the second one replaces it, and one file may be named twice.
+    done = tersify(tools, folder, "scPDSI.b.nc", "scPDSI.b.nc")
+    assert done.returncode == 0, done.stderr
+    assert (folder / copy).read_bytes() != first
+    for name in ("scPDSI.a.nc", "scPDSI.b.nc", copy):
+        (folder / name).unlink()
+    return 1
+
+
 def check_signals(tools, folder):
     """A run that is killed leaves no copy, and one that is asked to stop no part of one."""
     path, copy, part = folder / "big.tmp.nc", folder / "big.tmp.new", folder / "big.tmp.new.part"
@@ -379,6 +403,7 @@ def main():
         count += check_cut_files(tools, folder)
         count += check_disk(tools, folder)
         count += check_several(tools, folder)
+        count += check_one_copy_for_two(tools, folder)
         count += check_signals(tools, folder)
         count += check_first_years(tools, folder)
     print(f"{count} files refused, and nothing left of them")
