@@ -19,15 +19,15 @@ namespace veldmark::companion {
 InputFile::InputFile(const std::string& name, Kind kind)
     : shown_name_(in_quotes(name)),
       file_(name, kind == Kind::kRegular ? O_RDONLY | O_NONBLOCK : O_RDONLY) {
-  look_at(kind);
+  inspect(kind);
 }
 
 InputFile::InputFile(int descriptor, std::string name)
     : shown_name_(std::move(name)), file_(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)) {
-  look_at(Kind::kAny);
+  inspect(Kind::kAny);
 }
 
-void InputFile::look_at(Kind kind) {
+void InputFile::inspect(Kind kind) {
   struct stat found {};
   if (!file_.is_open() || ::fstat(file_.get(), &found) != 0) {
     fail_with_errno();

@@ -50,7 +50,7 @@ class InputFile {
   [[noreturn]] void fail_shorter() const;
 
  private:
-  void look_at(Kind kind);
+  void inspect(Kind kind);
   [[nodiscard]] std::string bytes_at(std::int64_t offset, std::size_t count) const;
   [[noreturn]] void fail(const std::string& reason) const;
   [[noreturn]] void fail_with_errno() const;

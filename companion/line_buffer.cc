@@ -26,7 +26,7 @@ std::string_view without_byte_order_mark(std::string_view text) {
 LineBuffer::LineBuffer(ReadMore read_more, std::size_t longest)
     : read_more_(std::move(read_more)),
       longest_(longest),
-      buffer_(kRoomAroundLine + longest + kRoomAroundLine) {}
+      buffer_(kLinePadding + longest + kLinePadding) {}
 
 std::optional<LineBuffer::Line> LineBuffer::next() {
   std::size_t searched = 0;  // of the rest: known to hold no line end
@@ -59,8 +59,8 @@ std::optional<LineBuffer::Line> LineBuffer::next() {
 
 bool LineBuffer::refill() {
   const std::size_t rest = end_ - begin_;
-  std::memmove(buffer_.data() + kRoomAroundLine, buffer_.data() + begin_, rest);
-  begin_ = kRoomAroundLine;
+  std::memmove(buffer_.data() + kLinePadding, buffer_.data() + begin_, rest);
+  begin_ = kLinePadding;
   end_ = begin_ + rest;
   const std::size_t count = read_more_(buffer_.data() + end_, longest_ - rest);
   end_ += count;

@@ -14,7 +14,7 @@ namespace veldmark::companion {
 
 // Characters that can be read before and after the text of every line; they hold
 // anything.
-constexpr std::size_t kRoomAroundLine = 64;
+constexpr std::size_t kLinePadding = 64;
 
 // 720 fields of 360 characters: far more than any published file, and small enough for
 // the processor's second cache.
@@ -54,8 +54,8 @@ class LineBuffer {
   ReadMore read_more_;
   std::size_t longest_;
   std::vector<char> buffer_;
-  std::size_t begin_ = kRoomAroundLine;  // what is not yet handed out: begin_ to end_
-  std::size_t end_ = kRoomAroundLine;
+  std::size_t begin_ = kLinePadding;  // what is not yet handed out: begin_ to end_
+  std::size_t end_ = kLinePadding;
 };
 
 }  // namespace veldmark::companion

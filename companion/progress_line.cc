@@ -9,8 +9,8 @@
 namespace veldmark::companion {
 namespace {
 
-constexpr double kSecondsBetween = 0.2;
-constexpr std::string_view kStartOver = "\r\x1b[K";
+constexpr double kUpdateInterval = 0.2;
+constexpr std::string_view kClearLine = "\r\x1b[K";
 
 }  // namespace
 
@@ -42,12 +42,12 @@ ProgressLine::ProgressLine(const Screen& screen, std::string title, std::int64_t
     return;
   }
   started_ = screen_.clock();
-  next_ = started_ + kSecondsBetween;
+  next_ = started_ + kUpdateInterval;
 }
 
 ProgressLine::~ProgressLine() {
   if (visible_) {
-    screen_.stream << kStartOver << std::flush;
+    screen_.stream << kClearLine << std::flush;
   }
 }
 
@@ -60,9 +60,9 @@ void ProgressLine::add(std::int64_t count) {
   if (now < next_) {
     return;
   }
-  next_ = now + kSecondsBetween;
+  next_ = now + kUpdateInterval;
   visible_ = true;
-  screen_.stream << kStartOver << title_ << ": "
+  screen_.stream << kClearLine << title_ << ": "
                  << progress_text(done_, all_, now - started_) << std::flush;
 }
 

@@ -14,36 +14,36 @@
 #include "util/interrupt_watch.h"
 
 namespace veldmark::companion {
-std::ostream& complain(const Surroundings& around, std::string_view program) {
-  around.output << std::flush;  // a terminal shows both in their order
-  return around.messages.stream << program << ": ";
+std::ostream& start_message(const Environment& environment, std::string_view program) {
+  environment.output << std::flush;  // a terminal shows both in their order
+  return environment.messages.stream << program << ": ";
 }
 
-int run_reported(const Surroundings& around, std::string_view program,
+int run_reported(const Environment& environment, std::string_view program,
                  const std::function<int()>& work) {
   try {
     const int status = work();
-    around.output << std::flush;
-    if (around.output) {
+    environment.output << std::flush;
+    if (environment.output) {
       return status;
     }
-    complain(around, program) << "cannot write the standard output\n";
-    return status == kAllIsWell ? kFailed : status;
+    start_message(environment, program) << "cannot write the standard output\n";
+    return status == kSuccess ? kFailed : status;
   } catch (const UsageError& error) {
-    complain(around, program) << error.what() << "\nTry '" << program
-                              << " --help' for more information.\n";
+    start_message(environment, program)
+        << error.what() << "\nTry '" << program << " --help' for more information.\n";
     return kWrongUsage;
   } catch (const Interrupted& interrupted) {
-    complain(around, program) << "interrupted; nothing was written\n";
+    start_message(environment, program) << "interrupted; nothing was written\n";
     return kEndedBySignal + interrupted.signal;
   } catch (const std::exception& error) {
-    complain(around, program) << reason_of(error) << "\n";
+    start_message(environment, program) << reason_of(error) << "\n";
     return kFailed;
   }
 }
 
 int run_main(int argc, char** argv, std::string_view program,
-             const std::function<int(Arguments, const Surroundings&)>& run) try {
+             const std::function<int(Arguments, const Environment&)>& run) try {
   // A closed pipe then shows up as a failed write, which leaves no part of a file.
   std::signal(SIGPIPE, SIG_IGN);
   reserve_closed_streams();
@@ -53,11 +53,11 @@ int run_main(int argc, char** argv, std::string_view program,
   std::ostream output(&output_stream);
   std::ostream messages(&message_stream);
   messages << std::unitbuf;
-  const Surroundings around{
+  const Environment environment{
       .input = STDIN_FILENO,
       .output = output,
       .messages = {.stream = messages, .shown = isatty(STDERR_FILENO) == 1}};
-  return run(arguments, around);
+  return run(arguments, environment);
 } catch (const std::exception& error) {  // before or after the run itself
   std::fprintf(stderr, "%s: %s\n", std::string(program).c_str(), reason_of(error));
   return kFailed;

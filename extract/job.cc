@@ -40,7 +40,7 @@ class DelayedProgress {
 }  // namespace
 
 SeriesBlock read_cells_of(const Job& job, const CellSet& cells) {
-  DelayedProgress progress(job.around.messages,
+  DelayedProgress progress(job.environment.messages,
                            bytes_to_read(job.input, cells, job.years));
   return read_cells(job.input, cells, job.years,
                     [&](std::int64_t count) { progress.add(count); });
@@ -63,7 +63,7 @@ std::string count_of(std::int64_t count, const std::string& what) {
 }
 
 void note(const Job& job, const std::string& text) {
-  companion::complain(job.around, kProgram) << text << "\n";
+  companion::start_message(job.environment, kProgram) << text << "\n";
 }
 
 }  // namespace veldmark::extract

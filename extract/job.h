@@ -32,7 +32,7 @@ struct Job {
   const InputFile& input;
   Years years;               // requested; the file holds all of them
   std::string command_line;  // the arguments, a blank before each
-  const companion::Surroundings& around;
+  const companion::Environment& environment;
 };
 
 // Reads the series of `cells` in the years of the job and shows progress on a terminal.

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);
   const int status =
       companion::run_main(argc, argv, extract::kProgram, extract::run_extract);
-  if (status != companion::kAllIsWell) {
+  if (status != companion::kSuccess) {
     // After a failed write the library crashes when its exit handler closes its files.
     std::quick_exit(status);
   }

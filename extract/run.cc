@@ -29,8 +29,8 @@
 namespace veldmark::extract {
 namespace {
 
-using companion::kAllIsWell;
-using companion::Surroundings;
+using companion::Environment;
+using companion::kSuccess;
 
 constexpr int kNothingFound = 3;
 
@@ -102,7 +102,7 @@ std::string extract_series(const Job& job) {
 }
 
 int extract(const Options& options, std::span<const std::string> arguments,
-            const Surroundings& around) {
+            const Environment& environment) {
   if (options.format == Format::kNetcdf) {
     load_netcdf();
   }
@@ -119,7 +119,7 @@ int extract(const Options& options, std::span<const std::string> arguments,
                 .input = input,
                 .years = choose_years(options, input),
                 .command_line = command_line(arguments),
-                .around = around};
+                .environment = environment};
   if (!options.quiet && !options.longitude_note.empty()) {
     note(job, options.longitude_note);
   }
@@ -129,19 +129,20 @@ int extract(const Options& options, std::span<const std::string> arguments,
                   summary + " to " + output_title(options) + ", " +
                   seconds_since(start) + " s");
   }
-  return kAllIsWell;
+  return kSuccess;
 }
 
 // Shows the citation of the input's data set, or of both data sets without an input.
-int cite(const Options& options, const Surroundings& around) {
+int cite(const Options& options, const Environment& environment) {
   if (options.input.empty()) {
-    around.output << "CRU TS: " << citation_text(VariableCatalogue.front()) << "\n\n"
-                  << "scPDSI: " << citation_text(VariableCatalogue.back()) << "\n";
-    return kAllIsWell;
+    environment.output << "CRU TS: " << citation_text(VariableCatalogue.front())
+                       << "\n\n"
+                       << "scPDSI: " << citation_text(VariableCatalogue.back()) << "\n";
+    return kSuccess;
   }
   if (const VariableEntry* entry = find_by_short_name(options.input)) {
-    around.output << citation_text(*entry) << "\n";
-    return kAllIsWell;
+    environment.output << citation_text(*entry) << "\n";
+    return kSuccess;
   }
   const VariableEntry* entry = options.variable ? find_by_short_name(*options.variable)
                                                 : find_by_file_name(options.input);
@@ -149,9 +150,10 @@ int cite(const Options& options, const Surroundings& around) {
     throw UsageError(in_quotes(options.variable.value_or(options.input)) +
                      ": the variables are " + short_names());
   }
-  around.output << citation_of_file(*entry, options.input, years_of_name(options.input))
-                << "\n";
-  return kAllIsWell;
+  environment.output << citation_of_file(*entry, options.input,
+                                         years_of_name(options.input))
+                     << "\n";
+  return kSuccess;
 }
 
 // Returns the message for a fault of the core, which only writes here.
@@ -162,34 +164,35 @@ std::string fault_text(const FileFault& fault) {
                : std::generic_category().message(fault.error_number()));
 }
 
-int carry_out(std::span<const std::string> arguments, const Surroundings& around) {
+int run_command(std::span<const std::string> arguments,
+                const Environment& environment) {
   const Options options = parse_command_line(arguments);
   switch (options.task) {
     case Task::kShowHelp:
-      around.output << help_text();
-      return kAllIsWell;
+      environment.output << help_text();
+      return kSuccess;
     case Task::kShowVersion:
-      around.output << version_text();
-      return kAllIsWell;
+      environment.output << version_text();
+      return kSuccess;
     case Task::kCite:
-      return cite(options, around);
+      return cite(options, environment);
     case Task::kExtract:
       break;
   }
-  return extract(options, arguments, around);
+  return extract(options, arguments, environment);
 }
 
 }  // namespace
 
-int run_extract(companion::Arguments arguments, const Surroundings& around) {
-  return companion::run_reported(around, kProgram, [&] {
+int run_extract(companion::Arguments arguments, const Environment& environment) {
+  return companion::run_reported(environment, kProgram, [&] {
     try {
-      return carry_out(arguments, around);
+      return run_command(arguments, environment);
     } catch (const NothingFound& error) {
-      companion::complain(around, kProgram) << error.what() << "\n";
+      companion::start_message(environment, kProgram) << error.what() << "\n";
       return kNothingFound;
     } catch (const StandardOutputIncomplete& cut) {
-      companion::complain(around, kProgram)
+      companion::start_message(environment, kProgram)
           << "interrupted; what is on standard output is not complete\n";
       return companion::kEndedBySignal + cut.signal;
     } catch (const FileFault& fault) {

@@ -11,7 +11,8 @@ namespace veldmark::extract {
 // descriptor 1 unless --output names a file.
 // Returns the exit status: 0; 1 after a failure; 2 for a wrong command line; 3 if no
 // cell with data was found; 128 plus the signal's number if interrupted.
-int run_extract(companion::Arguments arguments, const companion::Surroundings& around);
+int run_extract(companion::Arguments arguments,
+                const companion::Environment& environment);
 
 }  // namespace veldmark::extract
 

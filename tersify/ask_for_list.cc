@@ -13,20 +13,21 @@ namespace veldmark::tersify {
 
 using companion::LineBuffer;
 
-std::string ask_for_list(const companion::Surroundings& around,
+std::string ask_for_list(const companion::Environment& environment,
                          companion::Inputs& inputs) {
-  around.output << "\n Program Tersify\n\n"
-                   " This program makes condensed copies of CRU TS data files.\n"
-                   " Enter the name of the list file, a text file with one raw file \n"
-                   " name/line.\n\n LIST FILE ==> "
-                << std::flush;
-  const companion::InputFile input(around.input, "the standard input");
+  environment.output
+      << "\n Program Tersify\n\n"
+         " This program makes condensed copies of CRU TS data files.\n"
+         " Enter the name of the list file, a text file with one raw file \n"
+         " name/line.\n\n LIST FILE ==> "
+      << std::flush;
+  const companion::InputFile input(environment.input, "the standard input");
   inputs.add(input.shown_name(), input.identity());
   LineBuffer lines(
       [&](char* buffer, std::size_t size) { return input.read(buffer, size); });
   const std::optional<LineBuffer::Line> answer = lines.next();
   if (!answer) {
-    around.output << "\n";
+    environment.output << "\n";
     throw UsageError("the input ended before a list file was named");
   }
   std::string name = trimmed_name(answer->text);

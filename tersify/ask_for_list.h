@@ -15,7 +15,7 @@ namespace veldmark::tersify {
 //   inputs    gets the file that the answer was read from, if it is a regular one
 //
 // Throws UsageError when there is no answer, or an empty one.
-std::string ask_for_list(const companion::Surroundings& around,
+std::string ask_for_list(const companion::Environment& environment,
                          companion::Inputs& inputs);
 
 }  // namespace veldmark::tersify

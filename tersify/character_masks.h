@@ -23,7 +23,7 @@ struct CharacterMasks {
 };
 
 // The plain way, for all processors.
-inline CharacterMasks find_kinds_plainly(const char* characters) {
+inline CharacterMasks find_kinds_scalar(const char* characters) {
   CharacterMasks masks;
   for (std::size_t i = 0; i < kMaskedCharacters; ++i) {
     const char c = characters[i];
@@ -68,7 +68,7 @@ inline CharacterMasks find_kinds(const char* characters) {
 #else
 
 inline CharacterMasks find_kinds(const char* characters) {
-  return find_kinds_plainly(characters);
+  return find_kinds_scalar(characters);
 }
 
 #endif

@@ -65,10 +65,10 @@ class Parser {
 
   Command command() {
     const bool has_arguments = !rest_.empty();
-    while (!rest_.empty() && !is_told_) {
+    while (!rest_.empty() && !is_information_) {
       take_argument(take());
     }
-    if (is_told_) return {*task_, {}};
+    if (is_information_) return {*task_, {}};
     command_.task = task_.value_or(has_arguments ? Task::kCondense : Task::kAskForList);
     expect_names(command_);
     expect_one_output(command_);
@@ -109,8 +109,8 @@ class Parser {
     if (!found) {
       throw UsageError("unknown option " + in_quotes(option));
     }
-    is_told_ = found == Task::kShowHelp || found == Task::kShowVersion;
-    if (!is_told_ && task_ && task_ != found) {
+    is_information_ = found == Task::kShowHelp || found == Task::kShowVersion;
+    if (!is_information_ && task_ && task_ != found) {
       throw UsageError("--list and --check exclude each other");
     }
     task_ = found;
@@ -120,7 +120,7 @@ class Parser {
   Command command_;
   std::optional<Task> task_;
   bool only_names_ = false;
-  bool is_told_ = false;  // --help or --version: nothing else counts
+  bool is_information_ = false;  // --help or --version: nothing else counts
 };
 
 }  // namespace

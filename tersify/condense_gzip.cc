@@ -61,7 +61,7 @@ Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginnin
                              std::optional<std::int64_t> size, GzipReader& reader) {
   const std::string name = job.output.value_or(condensed_name(job.name)) + ".nc";
   job.inputs.expect_apart_from(name);
-  expect_room(name, size, job.free_space);
+  expect_disk_space(name, size, job.free_space);
   PartFile decompressed(name);
   decompressed.write(beginning);
   std::vector<char> buffer(kWrittenAtATime);

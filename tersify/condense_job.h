@@ -11,7 +11,7 @@
 
 #include "companion/inputs.h"
 #include "companion/progress_line.h"
-#include "tersify/disk_room.h"
+#include "tersify/disk_space.h"
 
 namespace veldmark::tersify {
 

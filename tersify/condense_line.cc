@@ -36,7 +36,7 @@ constexpr std::array<std::uint64_t, kFieldWidth + 1> kLastOfFive = [] {
 
 // Looks at a line in pieces of 64 characters and finds where its numbers end. A mask's
 // lowest bits need to know the highest ones of the piece before.
-class UsualNumbers {
+class NumberScanner {
  public:
   // Returns a bit at every character that follows a number; nullopt when a number isn't
   // a usual one.
@@ -106,17 +106,17 @@ std::string shortest_text(std::string_view word) {
 }  // namespace
 
 std::optional<LineFault> condense_line(std::string_view line, char* output) {
-  if (condense_usual_line(line, output)) {
+  if (condense_line_fast(line, output)) {
     return std::nullopt;
   }
-  return condense_any_line(line, output);
+  return condense_line_by_fields(line, output);
 }
 
 // The five characters up to a number's end hold the number, and before it blanks or the
 // end of its neighbour on the left, which is blanked out: no loop over characters, and
 // no branch that depends on how long numbers are.
-bool condense_usual_line(std::string_view line, char* output) {
-  UsualNumbers numbers;
+bool condense_line_fast(std::string_view line, char* output) {
+  NumberScanner numbers;
   const char* const complete = output + kCondensedLine;
   std::size_t last_end = 0;
   // A piece begins at the line's very end, too, because a number can end there.
@@ -146,7 +146,7 @@ bool condense_usual_line(std::string_view line, char* output) {
   return output == complete;
 }
 
-std::optional<LineFault> condense_any_line(std::string_view line, char* output) {
+std::optional<LineFault> condense_line_by_fields(std::string_view line, char* output) {
   for (std::int32_t field = 1; field <= kGridColumns; ++field) {
     const std::string_view word = take_word(line);
     if (word.empty()) {

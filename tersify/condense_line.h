@@ -26,7 +26,7 @@ constexpr std::size_t kCondensedLine = kFieldWidth * kGridColumns;
 // Room that the functions below need for a condensed line: a piece of 64 characters can
 // hold 32 numbers beyond the last field before they are seen to be too many, and
 // numbers are written eight characters at a time.
-constexpr std::size_t kCondensedRoom = kCondensedLine + 32 * kFieldWidth + 8;
+constexpr std::size_t kCondensedCapacity = kCondensedLine + 32 * kFieldWidth + 8;
 
 // Why a line cannot be condensed.
 struct LineFault {
@@ -36,19 +36,20 @@ struct LineFault {
 
 // Condenses a line.
 //
-//   line     without line end; requires companion::kRoomAroundLine readable characters
+//   line     without line end; requires companion::kLinePadding readable characters
 //            on either side
-//   output   gets 3600 characters; requires kCondensedRoom. Unfinished after a fault.
+//   output   gets 3600 characters; requires kCondensedCapacity. Unfinished after a
+//   fault.
 //
 // Returns the first fault, counted from the left; nullopt when there is none.
 std::optional<LineFault> condense_line(std::string_view line, char* output);
 
 // The same for a usual line alone: blanks as separators, and every integer already in
 // its shortest text. Returns false when the line is anything else.
-bool condense_usual_line(std::string_view line, char* output);
+bool condense_line_fast(std::string_view line, char* output);
 
 // The same for any line, a field at a time.
-std::optional<LineFault> condense_any_line(std::string_view line, char* output);
+std::optional<LineFault> condense_line_by_fields(std::string_view line, char* output);
 
 }  // namespace veldmark::tersify
 

@@ -119,14 +119,14 @@ class NetcdfCopy {
 };
 
 // Throws Failure when there is no use in beginning.
-void expect_prospects(const std::string& path, const CondenseJob& job,
-                      const std::string& output, std::int64_t size) {
+void check_preconditions(const std::string& path, const CondenseJob& job,
+                         const std::string& output, std::int64_t size) {
   companion::Inputs own;
   own.add(in_quotes(job.name), regular_file(job.name));
   own.add(in_quotes(job.name), regular_file(path));
   own.expect_apart_from(output);
   job.inputs.expect_apart_from(output);
-  expect_room(output, size, job.free_space);
+  expect_disk_space(output, size, job.free_space);
 }
 
 Condensed condense(const std::string& path, const CondenseJob& job) {
@@ -136,7 +136,7 @@ Condensed condense(const std::string& path, const CondenseJob& job) {
   const std::int64_t months = std::int64_t{layout.years.years} * kMonthsPerYear;
   Condensed done;
   done.output = output_name(job, layout);
-  expect_prospects(path, job, done.output, months * kBytesPerMonth);
+  check_preconditions(path, job, done.output, months * kBytesPerMonth);
 
   PartFile file(done.output);
   companion::ProgressLine progress(job.screen, in_quotes(job.name),

@@ -4,7 +4,7 @@
 
 #include "tersify/condense_line.h"
 #include "tersify/condensed_output.h"
-#include "tersify/disk_room.h"
+#include "tersify/disk_space.h"
 #include "tersify/first_line.h"
 #include "util/in_quotes.h"
 #include "util/part_file.h"
@@ -45,7 +45,7 @@ void expect_published(const std::string& name, const FirstLine& first) {
   if (is_condensed(first.line())) {
     throw TextFault(in_quotes(name) + " is condensed already");
   }
-  std::vector<char> output(kCondensedRoom);
+  std::vector<char> output(kCondensedCapacity);
   condense_or_fail(name, 1, first.line(), output.data());
 }
 
@@ -62,15 +62,16 @@ void condense_lines(const std::string& name, LineBuffer& lines, CondensedOutput&
 }
 
 // Throws Failure when there is no use in beginning.
-void expect_prospects(const CondenseJob& job, const PublishedText& text,
-                      const std::string& output) {
+void check_preconditions(const CondenseJob& job, const PublishedText& text,
+                         const std::string& output) {
   job.inputs.expect_apart_from(output);
   if (text.beginning.empty()) {
     throw TextFault(in_quotes(job.name) + ": the file is empty");
   }
   expect_published(job.name, FirstLine(text.beginning));
   if (text.size) {
-    expect_room(output, expected_size(text.beginning, *text.size), job.free_space);
+    expect_disk_space(output, expected_size(text.beginning, *text.size),
+                      job.free_space);
   }
 }
 
@@ -79,7 +80,7 @@ void expect_prospects(const CondenseJob& job, const PublishedText& text,
 Condensed condense_text(const CondenseJob& job, const PublishedText& text) {
   Condensed done;
   done.output = job.output.value_or(condensed_name(job.name));
-  expect_prospects(job, text, done.output);
+  check_preconditions(job, text, done.output);
   PartFile file(done.output);
   LineBuffer lines(text.read_more);
   CondensedOutput output(file);

@@ -20,7 +20,7 @@ class CondensedOutput {
  public:
   explicit CondensedOutput(PartFile& file) : file_(file), buffer_(kBufferSize) {}
 
-  // Returns where the next line goes; room for kCondensedRoom characters.
+  // Returns where the next line goes; room for kCondensedCapacity characters.
   [[nodiscard]] char* next_line() { return buffer_.data() + size_; }
 
   // The next line is there; ends it.
@@ -41,7 +41,7 @@ class CondensedOutput {
  private:
   static constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
   static constexpr std::size_t kBufferSize =
-      kWrittenAtATime + kCondensedBytesPerLine + kCondensedRoom;
+      kWrittenAtATime + kCondensedBytesPerLine + kCondensedCapacity;
   PartFile& file_;
   std::vector<char> buffer_;
   std::size_t size_ = 0;

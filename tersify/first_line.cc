@@ -35,7 +35,7 @@ bool is_published(const LineBuffer::Line& line) {
   if (line.end == LineBuffer::End::kTooLong || line.text.size() == kCondensedLine) {
     return false;
   }
-  std::vector<char> output(kCondensedRoom);
+  std::vector<char> output(kCondensedCapacity);
   return !condense_line(line.text, output.data()).has_value();
 }
 

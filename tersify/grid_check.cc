@@ -104,7 +104,7 @@ std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& sha
 }  // namespace
 
 std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
-                                      const SeeLine& see) {
+                                      const OnLine& see) {
   std::int64_t number = 0;
   while (const std::optional<LineBuffer::Line> line = lines.next()) {
     ++number;
@@ -129,7 +129,7 @@ std::int32_t count_good_fields(std::string_view line) {
   while (line.size() >= kFieldWidth) {
     const std::string_view next =
         line.substr(0, std::min(kCharactersAtATime, line.size()));
-    const std::int32_t good = count_good_fields_plainly(next);
+    const std::int32_t good = count_good_fields_scalar(next);
     count += good;
     if (good < static_cast<std::int32_t>(next.size() / kFieldWidth)) {
       break;
@@ -139,7 +139,7 @@ std::int32_t count_good_fields(std::string_view line) {
   return count;
 }
 
-std::int32_t count_good_fields_plainly(std::string_view line) {
+std::int32_t count_good_fields_scalar(std::string_view line) {
   std::int32_t count = 0;
   while (line.size() >= kFieldWidth && is_good_field(line.substr(0, kFieldWidth))) {
     line.remove_prefix(kFieldWidth);

@@ -16,7 +16,7 @@
 namespace veldmark::tersify {
 
 // Is handed a line of a grid file that is not at fault, with its number from 1.
-using SeeLine = std::function<void(std::int64_t line, std::string_view text)>;
+using OnLine = std::function<void(std::int64_t line, std::string_view text)>;
 
 // Checks all lines. A grid file is complete when it has the lines of whole years, one
 // at least and no fewer than its name tells, and each line just its fields of five
@@ -31,14 +31,14 @@ using SeeLine = std::function<void(std::int64_t line, std::string_view text)>;
 // Returns the first fault, with its line, year, month, row and column; nullopt when the
 // file is complete.
 std::optional<std::string> find_fault(companion::LineBuffer& lines,
-                                      const GridShape& shape, const SeeLine& see = {});
+                                      const GridShape& shape, const OnLine& see = {});
 
 // Returns the number of whole, faultless fields at the front of `line`. Requires
-// kRoomAroundLine readable characters after the line.
+// kLinePadding readable characters after the line.
 std::int32_t count_good_fields(std::string_view line);
 
 // The same, a field at a time.
-std::int32_t count_good_fields_plainly(std::string_view line);
+std::int32_t count_good_fields_scalar(std::string_view line);
 
 }  // namespace veldmark::tersify
 

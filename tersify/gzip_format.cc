@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kSizeBytes = 4;
 constexpr unsigned kBitsPerByte = 8;
-constexpr std::int64_t kMostExpansion = 1032;  // of deflate, at the very most
+constexpr std::int64_t kMaxExpansion = 1032;  // of deflate, at the very most
 
 // Least significant byte first.
 std::int64_t number_of(std::string_view bytes) {
@@ -28,7 +28,7 @@ std::string how_to_decompress(const std::string& name) {
 
 std::optional<std::int64_t> least_decompressed_size(const companion::InputFile& file) {
   const std::int64_t size = number_of(file.ending(kSizeBytes));
-  if (size > kMostExpansion * file.size()) {
+  if (size > kMaxExpansion * file.size()) {
     return std::nullopt;  // garbage stands at the end
   }
   return size;

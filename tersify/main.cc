@@ -7,7 +7,7 @@ int main(int argc, char** argv) {
   using namespace veldmark;  // NOLINT
   return companion::run_main(
       argc, argv, "tersify",
-      [](companion::Arguments arguments, const companion::Surroundings& around) {
-        return tersify::run_tersify(arguments, around);
+      [](companion::Arguments arguments, const companion::Environment& environment) {
+        return tersify::run_tersify(arguments, environment);
       });
 }

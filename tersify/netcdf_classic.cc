@@ -11,16 +11,16 @@
 namespace veldmark::tersify {
 namespace {
 
-constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint64_t kAlignment = 4;
 
-// Sums and products that stay at kMost instead of beginning again at 0.
+// Sums and products that stay at kMax instead of beginning again at 0.
 std::uint64_t sum(std::uint64_t a, std::uint64_t b) {
-  return a > kMost - b ? kMost : a + b;
+  return a > kMax - b ? kMax : a + b;
 }
 
 std::uint64_t product(std::uint64_t a, std::uint64_t b) {
-  return b != 0 && a > kMost / b ? kMost : a * b;
+  return b != 0 && a > kMax / b ? kMax : a * b;
 }
 
 std::uint64_t aligned(std::uint64_t size) {

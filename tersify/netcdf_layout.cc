@@ -111,12 +111,12 @@ const NetcdfVariable& find_coordinate(const NetcdfInput& input,
 
 std::vector<double> coordinates(const NetcdfInput& input,
                                 const NetcdfVariable& variable) {
-  constexpr std::size_t kMost = 100'000;  // months of eight thousand years
+  constexpr std::size_t kMax = 100'000;  // months of eight thousand years
   const std::size_t length = variable.dimensions.front().length;
-  if (length > kMost) {
+  if (length > kMax) {
     throw NetcdfFault("the dimension " + in_quotes(variable.name) +
                       " has a length of " + std::to_string(length) +
-                      "; expected at most " + std::to_string(kMost));
+                      "; expected at most " + std::to_string(kMax));
   }
   return input.read_all(variable);
 }

@@ -19,13 +19,13 @@ Extent extent_of(const NetcdfVariable& variable) {
   if (variable.chunk.empty()) {
     return {};
   }
-  constexpr std::size_t kMostRows = kMostTileValues / kGridColumns;
+  constexpr std::size_t kMaxRows = kMaxTileValues / kGridColumns;
   constexpr std::size_t kAtLeast = 1;
   const std::size_t months = std::clamp(
-      std::min(variable.chunk[0], variable.dimensions[0].length), kAtLeast, kMostRows);
+      std::min(variable.chunk[0], variable.dimensions[0].length), kAtLeast, kMaxRows);
   const std::size_t chunk_rows =
       std::clamp(variable.chunk[1], kAtLeast, std::size_t{kGridRows});
-  const std::size_t room = kMostRows / months;  // rows of so many months
+  const std::size_t room = kMaxRows / months;  // rows of so many months
   const std::size_t rows = room < chunk_rows ? room : room / chunk_rows * chunk_rows;
   return {.months = months, .rows = std::min(rows, std::size_t{kGridRows})};
 }

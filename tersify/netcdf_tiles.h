@@ -19,7 +19,7 @@ struct NetcdfTile {
 };
 
 // The most values of a tile, so that memory doesn't grow with the years: 64 MiB.
-constexpr std::size_t kMostTileValues = std::size_t{16} << 20;
+constexpr std::size_t kMaxTileValues = std::size_t{16} << 20;
 
 // Returns the tiles of a variable, which together are the whole of it. A file whose
 // values are compressed in chunks of many months is read in bands of a few rows, so

@@ -122,8 +122,8 @@ DaysSince::DaysSince(const std::string& units, const std::string& calendar) {
 }
 
 year_month DaysSince::month_of(double days) const {
-  constexpr double kMostDays = 4e6;  // more than ten thousand years
-  if (!(std::abs(days) < kMostDays)) {
+  constexpr double kMaxDays = 4e6;  // more than ten thousand years
+  if (!(std::abs(days) < kMaxDays)) {
     throw NetcdfFault("a time is " + number_text(days) + " days; expected a month");
   }
   const auto whole = static_cast<int>(std::floor(days + fraction_));

@@ -25,17 +25,17 @@
 namespace veldmark::tersify {
 namespace {
 
+using companion::Environment;
 using companion::Inputs;
-using companion::kAllIsWell;
 using companion::kEndedBySignal;
 using companion::kFailed;
-using companion::Surroundings;
+using companion::kSuccess;
 using Names = std::vector<std::string>;
 
 constexpr std::string_view kProgram = "tersify";
 
-std::ostream& complain(const Surroundings& around) {
-  return companion::complain(around, kProgram);
+std::ostream& start_message(const Environment& environment) {
+  return companion::start_message(environment, kProgram);
 }
 
 std::string quoted_names(const Names& names) {
@@ -50,9 +50,9 @@ std::string quoted_names(const Names& names) {
 class Condensing {
  public:
   //   output    the copy's name where there is one file; nullopt for the usual names
-  Condensing(const Surroundings& around, const Settings& settings, Names names,
+  Condensing(const Environment& environment, const Settings& settings, Names names,
              Inputs inputs, std::optional<std::string> output = std::nullopt)
-      : around_(around),
+      : environment_(environment),
         settings_(settings),
         names_(std::move(names)),
         inputs_(std::move(inputs)),
@@ -65,20 +65,20 @@ class Condensing {
   // Condenses them all. Returns the exit status.
   int run() {
     const InterruptWatch watch;
-    int status = kAllIsWell;
+    int status = kSuccess;
     for (std::size_t i = 0; i < names_.size(); ++i) {
       try {
         condense(names_[i]);
       } catch (const Interrupted& interrupted) {
-        complain(around_) << "interrupted\n";
-        not_done_.insert(not_done_.end(),
-                         names_.begin() + static_cast<std::ptrdiff_t>(i), names_.end());
+        start_message(environment_) << "interrupted\n";
+        failed_.insert(failed_.end(), names_.begin() + static_cast<std::ptrdiff_t>(i),
+                       names_.end());
         status = kEndedBySignal + interrupted.signal;
         break;
       }
     }
-    sum_up();
-    return status == kAllIsWell && !not_done_.empty() ? kFailed : status;
+    print_summary();
+    return status == kSuccess && !failed_.empty() ? kFailed : status;
   }
 
  private:
@@ -95,7 +95,7 @@ class Condensing {
     return {.name = name,
             .output = output_,
             .free_space = settings_.free_space,
-            .screen = around_.messages,
+            .screen = environment_.messages,
             .inputs = std::move(inputs)};
   }
 
@@ -104,29 +104,32 @@ class Condensing {
     try {
       const Condensed done = condense_file(job_for(name));
       sources_[done.output] = name;
-      around_.output << "wrote " << in_quotes(done.output) << ": " << done.lines
-                     << " lines, " << done.size_before << " bytes before, "
-                     << done.size_after << " after\n";
-      note_oddities(name, done);
-      around_.output << std::flush;
+      environment_.output << "wrote " << in_quotes(done.output) << ": " << done.lines
+                          << " lines, " << done.size_before << " bytes before, "
+                          << done.size_after << " after\n";
+      print_warnings(name, done);
+      environment_.output << std::flush;
     } catch (const Failure& error) {
-      complain(around_) << error.what() << "\n";
-      not_done_.push_back(name);
+      report_failure(name, error.what());
     } catch (const std::bad_alloc& error) {
-      complain(around_) << in_quotes(name) << ": " << reason_of(error) << "\n";
-      not_done_.push_back(name);
+      report_failure(name, in_quotes(name) + ": " + reason_of(error));
     }
   }
 
+  void report_failure(const std::string& name, const std::string& message) {
+    start_message(environment_) << message << "\n";
+    failed_.push_back(name);
+  }
+
   // What a user should know about a copy that has been made.
-  void note_oddities(const std::string& name, const Condensed& done) const {
+  void print_warnings(const std::string& name, const Condensed& done) const {
     for (const std::string& warning : done.warnings) {
-      complain(around_) << warning << "\n";
+      start_message(environment_) << warning << "\n";
     }
     note_years(name, done.lines);
     if (!done.last_line_ended) {
-      around_.output << "note: the last line of " << in_quotes(name)
-                     << " has no line end; its last value may be cut\n";
+      environment_.output << "note: the last line of " << in_quotes(name)
+                          << " has no line end; its last value may be cut\n";
     }
   }
 
@@ -135,96 +138,99 @@ class Condensing {
     const GridShape shape = shape_by_name(name, settings_.shape);
     const std::optional<std::int32_t> years = whole_years(lines, shape);
     if (!years) {
-      around_.output << "note: " << in_quotes(name) << " holds " << lines
-                     << " lines; a whole file holds " << shape.line_count() << "\n";
+      environment_.output << "note: " << in_quotes(name) << " holds " << lines
+                          << " lines; a whole file holds " << shape.line_count()
+                          << "\n";
     } else if (const auto warning = other_years_warning(name, *years)) {
-      around_.output << "warning: " << in_quotes(name) << ": " << *warning << "\n";
+      environment_.output << "warning: " << in_quotes(name) << ": " << *warning << "\n";
     } else if (*years != shape.years) {
-      around_.output << "note: " << in_quotes(name) << " holds "
-                     << years_text(shape.first_year, *years) << "\n";
+      environment_.output << "note: " << in_quotes(name) << " holds "
+                          << years_text(shape.first_year, *years) << "\n";
     }
   }
 
   // Says at the end what was done and what was not; one good file has been spoken of.
-  void sum_up() const {
+  void print_summary() const {
     if (names_.size() > 1) {
-      around_.output << "condensed " << names_.size() - not_done_.size() << " of "
-                     << names_.size() << " files\n";
+      environment_.output << "condensed " << names_.size() - failed_.size() << " of "
+                          << names_.size() << " files\n";
     }
-    if (!not_done_.empty()) {
-      complain(around_) << "not condensed: " << quoted_names(not_done_) << "\n";
+    if (!failed_.empty()) {
+      start_message(environment_) << "not condensed: " << quoted_names(failed_) << "\n";
     }
   }
 
-  const Surroundings& around_;
+  const Environment& environment_;
   const Settings& settings_;
   Names names_;
   Inputs inputs_;
   std::optional<std::string> output_;
   std::map<std::string, std::string> sources_;  // copy's name -> its input's name
-  Names not_done_;
+  Names failed_;
 };
 
-int condense_list(const std::string& list, Inputs inputs, const Surroundings& around,
-                  const Settings& settings) {
+int condense_list(const std::string& list, Inputs inputs,
+                  const Environment& environment, const Settings& settings) {
   Names names = read_name_list(list);
   inputs.add(in_quotes(list), regular_file(list));
-  return Condensing(around, settings, std::move(names), std::move(inputs)).run();
+  return Condensing(environment, settings, std::move(names), std::move(inputs)).run();
 }
 
 // Returns the exit status; warnings don't change it.
-int check_all(const Names& names, const Surroundings& around, const GridShape& shape) {
-  int status = kAllIsWell;
+int check_all(const Names& names, const Environment& environment,
+              const GridShape& shape) {
+  int status = kSuccess;
   for (const std::string& name : names) {
     try {
-      const Verdict verdict = check_file(name, shape, around.messages);
-      around.output << in_quotes(name) << ": "
-                    << verdict.fault.value_or("complete: " + verdict.years) << "\n";
+      const Verdict verdict = check_file(name, shape, environment.messages);
+      environment.output << in_quotes(name) << ": "
+                         << verdict.fault.value_or("complete: " + verdict.years)
+                         << "\n";
       for (const std::string& warning : verdict.warnings) {
-        around.output << "warning: " << in_quotes(name) << ": " << warning << "\n";
+        environment.output << "warning: " << in_quotes(name) << ": " << warning << "\n";
       }
-      around.output << std::flush;
+      environment.output << std::flush;
       if (verdict.fault) {
         status = kFailed;
       }
     } catch (const Failure& error) {
-      complain(around) << error.what() << "\n";
+      start_message(environment) << error.what() << "\n";
       status = kFailed;
     }
   }
   return status;
 }
 
-int carry_out(const Command& command, const Surroundings& around,
-              const Settings& settings) {
+int run_command(const Command& command, const Environment& environment,
+                const Settings& settings) {
   Inputs inputs;
   switch (command.task) {
     case Task::kShowHelp:
-      around.output << help_text();
-      return kAllIsWell;
+      environment.output << help_text();
+      return kSuccess;
     case Task::kShowVersion:
-      around.output << version_text();
-      return kAllIsWell;
+      environment.output << version_text();
+      return kSuccess;
     case Task::kCheck:
-      return check_all(command.names, around, settings.shape);
+      return check_all(command.names, environment, settings.shape);
     case Task::kCondenseList:
-      return condense_list(command.names.front(), inputs, around, settings);
+      return condense_list(command.names.front(), inputs, environment, settings);
     case Task::kAskForList: {
-      const std::string list = ask_for_list(around, inputs);
-      return condense_list(list, inputs, around, settings);
+      const std::string list = ask_for_list(environment, inputs);
+      return condense_list(list, inputs, environment, settings);
     }
     case Task::kCondense:
       break;
   }
-  return Condensing(around, settings, command.names, inputs, command.output).run();
+  return Condensing(environment, settings, command.names, inputs, command.output).run();
 }
 
 }  // namespace
 
-int run_tersify(companion::Arguments arguments, const Surroundings& around,
+int run_tersify(companion::Arguments arguments, const Environment& environment,
                 const Settings& settings) {
-  return companion::run_reported(around, kProgram, [&] {
-    return carry_out(parse_command_line(arguments), around, settings);
+  return companion::run_reported(environment, kProgram, [&] {
+    return run_command(parse_command_line(arguments), environment, settings);
   });
 }
 

@@ -19,16 +19,16 @@ TERSIFY_BREAKS = [
         "tersify --check a b: the status is that of b",
         tersify("Tersify.*"),
         Change(TERSIFY, "      if (verdict.fault) {\n        status = kFailed;\n      }\n",
-               "      status = verdict.fault ? kFailed : kAllIsWell;\n"),
+               "      status = verdict.fault ? kFailed : kSuccess;\n"),
     ),
     Break(
         "tersify shows progress where there is no terminal",
         tersify("Progress.*"),
         Change(TERSIFY, "    return {.name = name,\n",
                "    static const companion::ProgressLine::Screen screen{\n"
-               "        around_.messages.stream, true};\n"
+               "        environment_.messages.stream, true};\n"
                "    return {.name = name,\n"),
-        Change(TERSIFY, "            .screen = around_.messages,\n",
+        Change(TERSIFY, "            .screen = environment_.messages,\n",
                "            .screen = screen,\n"),
     ),
     Break(
@@ -46,15 +46,15 @@ TERSIFY_BREAKS = [
     ),
     Break(
         "the copy is made in the current folder, wherever the file is",
-        tersify("CondenseFile.*:Tersify.*:DiskRoom.*"),
+        tersify("CondenseFile.*:Tersify.*:DiskSpace.*"),
         Change("tersify/condense_job.cc", 'std::string_view stem = name;',
                'std::string_view stem = name;\n'
                '  stem.remove_prefix(stem.rfind(\'/\') + 1);'),
     ),
     Break(
         "the abandoned part is not counted as free disk space",
-        tersify("DiskRoom.*"),
-        Change("tersify/disk_room.cc", "*unused + std::min(abandoned, kMostBytes - *unused)",
+        tersify("DiskSpace.*"),
+        Change("tersify/disk_space.cc", "*unused + std::min(abandoned, kMaxBytes - *unused)",
                "*unused + std::min<std::int64_t>(abandoned, 0)"),
     ),
     Break(
@@ -100,7 +100,8 @@ SHARED = [
         "a message overtakes earlier output",
         tersify("TersifyProgram.*:Tersify.*"),
         Change("companion/run.cc",
-               "  around.output << std::flush;  // a terminal shows both in their order\n", ""),
+               "  environment.output << std::flush;  // a terminal shows both in their order\n",
+               ""),
     ),
 ]
 
@@ -133,10 +134,11 @@ SERIES_TO_GRID = [
         "series_to_grid shows progress in a file",
         tersify("Progress.*"),
         Change("tools/series_to_grid/main.cc",
-               "        return series_to_grid::run_series_to_grid(arguments, around);\n",
+               "        return series_to_grid::run_series_to_grid(arguments, environment);\n",
                "        return series_to_grid::run_series_to_grid(\n"
                "            arguments,\n"
-               "            {around.input, around.output, {around.messages.stream, true}});\n"),
+               "            {environment.input, environment.output,\n"
+               "             {environment.messages.stream, true}});\n"),
     ),
     Break(
         "series_to_grid never shows progress",

@@ -70,7 +70,7 @@ TEST(LineBuffer, ThereIsRoomAroundEveryLine) {
   // Looked at under the address sanitizer this proves the room.
   unsigned sum = 0;
   while (const auto line = lines.next()) {
-    for (std::size_t i = 0; i < kRoomAroundLine; ++i) {
+    for (std::size_t i = 0; i < kLinePadding; ++i) {
       sum += static_cast<unsigned char>(*(line->text.data() - 1 - i));
       sum += static_cast<unsigned char>(line->text.data()[line->text.size() + i]);
     }

@@ -26,9 +26,9 @@ Outcome outcome_of(const std::function<int()>& work, bool output_fails = false) 
   if (output_fails) {
     output.setstate(std::ios::badbit);
   }
-  const Surroundings around{
+  const Environment environment{
       .input = -1, .output = output, .messages = {.stream = messages}};
-  const int status = run_reported(around, "tool", work);
+  const int status = run_reported(environment, "tool", work);
   return {status, messages.str()};
 }
 

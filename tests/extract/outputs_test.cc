@@ -70,12 +70,12 @@ class Outputs : public ::testing::Test {
     arguments.insert(arguments.end(), words.begin(), words.end());
     std::ostringstream output;
     std::ostringstream messages;
-    companion::Surroundings around{
+    companion::Environment environment{
         .input = -1, .output = output, .messages = {.stream = messages}};
     if (meanwhile) {
       // The clock is looked at while something is read.
-      around.messages.shown = true;
-      around.messages.clock = [&, done = false]() mutable {
+      environment.messages.shown = true;
+      environment.messages.clock = [&, done = false]() mutable {
         if (!done) {
           done = true;
           meanwhile();
@@ -83,7 +83,7 @@ class Outputs : public ::testing::Test {
         return 0.0;
       };
     }
-    const int status = run_extract(arguments, around);
+    const int status = run_extract(arguments, environment);
     return {status, messages.str()};
   }
 

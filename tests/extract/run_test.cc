@@ -83,13 +83,13 @@ class RunExtractOnAGrid : public ::testing::Test {
     std::ostringstream output;
     std::ostringstream screen;
     double time = -step;
-    const companion::Surroundings around{
+    const companion::Environment environment{
         .input = -1,
         .output = output,
         .messages = {
             .stream = screen, .shown = true, .clock = [&] { return time += step; }}};
     const Words words{kName, "--cell", "60.3,-139.6", "-o", "x.csv", "--quiet"};
-    EXPECT_EQ(run_extract(words, around), 0);
+    EXPECT_EQ(run_extract(words, environment), 0);
     return screen.str();
   }
 

@@ -26,13 +26,13 @@ std::string fault_of(const Years& years) {
                         .line_end_size = 1,
                         .years = years};
   std::ostringstream stream;
-  const companion::Surroundings around{.output = stream,
-                                       .messages = {.stream = stream}};
+  const companion::Environment environment{.output = stream,
+                                           .messages = {.stream = stream}};
   const Job job{.options = options,
                 .input = input,
                 .years = years,
                 .command_line = "",
-                .around = around};
+                .environment = environment};
   try {
     write_tsf(job, {}, {});
   } catch (const Failure& failure) {

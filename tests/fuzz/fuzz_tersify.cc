@@ -40,8 +40,8 @@ using testing::InFolder;
 using testing::ScratchFolder;
 using testing::write_file;
 
+using companion::kLinePadding;
 using companion::kLongestLine;
-using companion::kRoomAroundLine;
 using companion::LineBuffer;
 
 // --- A published line
@@ -71,13 +71,13 @@ std::string line_around(FuzzInput& input, const std::string& text) {
 class RoomyLine {
  public:
   explicit RoomyLine(std::string_view line) : size_(line.size()) {
-    const std::string room(kRoomAroundLine, '7');
+    const std::string room(kLinePadding, '7');
     const std::string text = room + std::string(line) + room;
     bytes_.assign(text.begin(), text.end());
   }
 
   [[nodiscard]] std::string_view view() const {
-    return {bytes_.data() + kRoomAroundLine, size_};
+    return {bytes_.data() + kLinePadding, size_};
   }
 
  private:
@@ -90,7 +90,7 @@ void check_shifted(const std::string& line, const PlainLine& expected, int seed)
   constexpr int kPiece = 64;
   for (int shift = seed % 8; shift < kPiece; shift += 8) {
     const RoomyLine roomy(std::string(static_cast<std::size_t>(shift), ' ') + line);
-    std::vector<char> output(tersify::kCondensedRoom, '?');
+    std::vector<char> output(tersify::kCondensedCapacity, '?');
     const auto fault = tersify::condense_line(roomy.view(), output.data());
     require((fault ? fault->field : 0) == expected.fault,
             "the first field at fault is named wherever the line lies", line);
@@ -104,7 +104,7 @@ void check_line(const std::string& line, int seed) {
   const PlainLine expected = plain_condensed(line);
   reached(expected.fault == 0 ? "lines condensed" : "lines at fault");
   const RoomyLine roomy(line);
-  std::vector<char> output(tersify::kCondensedRoom, '?');
+  std::vector<char> output(tersify::kCondensedCapacity, '?');
   const auto is_expected_text = [&] {
     return std::string_view(output.data(), tersify::kCondensedLine) == expected.text;
   };
@@ -114,11 +114,11 @@ void check_line(const std::string& line, int seed) {
   require(fault || is_expected_text(), "a line is condensed as its twin", line);
 
   std::fill(output.begin(), output.end(), '?');
-  const bool usual = tersify::condense_usual_line(roomy.view(), output.data());
+  const bool usual = tersify::condense_line_fast(roomy.view(), output.data());
   require(!usual || (expected.fault == 0 && is_expected_text()),
           "a usual line is condensed as its twin", line);
   std::fill(output.begin(), output.end(), '?');
-  const auto any_fault = tersify::condense_any_line(roomy.view(), output.data());
+  const auto any_fault = tersify::condense_line_by_fields(roomy.view(), output.data());
   require((any_fault ? any_fault->field : 0) == expected.fault,
           "the first field at fault is named the plain way, too", line);
   require(any_fault || is_expected_text(), "any line is condensed as its twin", line);
@@ -334,9 +334,9 @@ void check_command_line(const std::string& text) {
   const FileDescriptor input("list", O_RDONLY);
   std::ostringstream output;
   std::ostringstream messages;
-  const companion::Surroundings around{
+  const companion::Environment environment{
       .input = input.get(), .output = output, .messages = {.stream = messages}};
-  const int status = tersify::run_tersify(arguments, around);
+  const int status = tersify::run_tersify(arguments, environment);
   require(0 <= status && status <= 2, "the status is 0, 1 or 2", text);
   reached("command lines with status " + std::to_string(status));
   require(status != 2 || messages.str().starts_with("tersify: "),

@@ -18,7 +18,7 @@
 namespace veldmark::tersify {
 namespace {
 
-using companion::kRoomAroundLine;
+using companion::kLinePadding;
 using testing::condensed_line;
 using testing::numbers;
 using testing::raw_line;
@@ -28,10 +28,10 @@ using testing::raw_line_with;
 std::string condensed(const std::string& line) {
   // What surrounds a line must not matter: digits there would show.
   const std::string text =
-      std::string(kRoomAroundLine, '7') + line + std::string(kRoomAroundLine, '7');
-  std::vector<char> output(kCondensedRoom, '?');
+      std::string(kLinePadding, '7') + line + std::string(kLinePadding, '7');
+  std::vector<char> output(kCondensedCapacity, '?');
   const std::string_view view =
-      std::string_view(text).substr(kRoomAroundLine, line.size());
+      std::string_view(text).substr(kLinePadding, line.size());
   const std::optional<LineFault> fault = condense_line(view, output.data());
   if (fault) return "field " + std::to_string(fault->field) + ": " + fault->reason;
   return {output.data(), kCondensedLine};
@@ -39,10 +39,10 @@ std::string condensed(const std::string& line) {
 
 bool is_usual(const std::string& line) {
   const std::string text =
-      std::string(kRoomAroundLine, '7') + line + std::string(kRoomAroundLine, '7');
-  std::vector<char> output(kCondensedRoom, '?');
-  return condense_usual_line(
-      std::string_view(text).substr(kRoomAroundLine, line.size()), output.data());
+      std::string(kLinePadding, '7') + line + std::string(kLinePadding, '7');
+  std::vector<char> output(kCondensedCapacity, '?');
+  return condense_line_fast(std::string_view(text).substr(kLinePadding, line.size()),
+                            output.data());
 }
 
 // The plain twin: streams and numbers instead of masks. "" for a line that must not be
@@ -261,7 +261,7 @@ TEST(CharacterMasks, VectorsAgreeWithThePlainWay) {
       c = i % 2 == 0 ? static_cast<char>(random()) : " -0123456789/:\t"[random() % 15];
     }
     const CharacterMasks found = find_kinds(text.data());
-    const CharacterMasks expected = find_kinds_plainly(text.data());
+    const CharacterMasks expected = find_kinds_scalar(text.data());
     ASSERT_EQ(found.blanks, expected.blanks);
     ASSERT_EQ(found.minuses, expected.minuses);
     ASSERT_EQ(found.digits, expected.digits);

@@ -231,7 +231,7 @@ void expect_whole(const NetcdfVariable& variable) {
   std::set<std::pair<std::size_t, std::size_t>> seen;
   std::size_t count = 0;
   for (const NetcdfTile& tile : tiles_of(variable)) {
-    EXPECT_LE(tile.months * tile.rows.count * kGridColumns, kMostTileValues);
+    EXPECT_LE(tile.months * tile.rows.count * kGridColumns, kMaxTileValues);
     for (std::size_t i = 0; i < tile.months; ++i) {
       for (std::size_t j = 0; j < tile.rows.count; ++j, ++count) {
         seen.emplace(tile.first_month + i, tile.rows.first + j);

@@ -23,9 +23,9 @@ inline Outcome run(const std::vector<std::string>& arguments,
   const veldmark::testing::MemoryInput in(input);
   std::ostringstream out;
   std::ostringstream messages;
-  const companion::Surroundings around{
+  const companion::Environment environment{
       .input = in.descriptor(), .output = out, .messages = {.stream = messages}};
-  const int status = run_tersify(arguments, around, settings);
+  const int status = run_tersify(arguments, environment, settings);
   return {status, out.str(), messages.str()};
 }
 

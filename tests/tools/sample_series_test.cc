@@ -83,11 +83,11 @@ TEST(SampleSeries, KnownTemperaturesStandOnTheirLines) {
   const testing::TemporaryFolder folder;
   const testing::MemoryInput input(sample_text("tmp"));
   std::ostringstream messages;
-  const companion::Surroundings around{.input = input.descriptor(),
-                                       .output = messages,
-                                       .messages = {.stream = messages}};
+  const companion::Environment environment{.input = input.descriptor(),
+                                           .output = messages,
+                                           .messages = {.stream = messages}};
   const std::vector<std::string> arguments = {"--years", "1901-1902", "grid"};
-  ASSERT_EQ(run_series_to_grid(arguments, around), 0);
+  ASSERT_EQ(run_series_to_grid(arguments, environment), 0);
   EXPECT_EQ(messages.str(),
             "series_to_grid: wrote 'grid': 71 cells, values in 24 of 24 months, "
             "31112640 bytes\n");

@@ -61,9 +61,9 @@ Outcome run(const std::vector<std::string>& arguments, const std::string& input)
   const MemoryInput in(input);
   std::ostringstream out;
   std::ostringstream messages;
-  const companion::Surroundings around{
+  const companion::Environment environment{
       .input = in.descriptor(), .output = out, .messages = {.stream = messages}};
-  const int status = run_series_to_grid(arguments, around);
+  const int status = run_series_to_grid(arguments, environment);
   return {status, out.str(), messages.str()};
 }
 
@@ -73,11 +73,11 @@ Outcome run_on_terminal(const std::vector<std::string>& arguments,
   const MemoryInput in(kSeries);
   std::ostringstream out;
   std::ostringstream messages;
-  const companion::Surroundings around{
+  const companion::Environment environment{
       .input = in.descriptor(),
       .output = out,
       .messages = {.stream = messages, .shown = true, .clock = clock}};
-  const int status = run_series_to_grid(arguments, around);
+  const int status = run_series_to_grid(arguments, environment);
   return {status, out.str(), messages.str()};
 }
 

@@ -7,7 +7,7 @@ int main(int argc, char** argv) {
   using namespace veldmark;  // NOLINT
   return companion::run_main(
       argc, argv, "series_to_grid",
-      [](companion::Arguments arguments, const companion::Surroundings& around) {
-        return series_to_grid::run_series_to_grid(arguments, around);
+      [](companion::Arguments arguments, const companion::Environment& environment) {
+        return series_to_grid::run_series_to_grid(arguments, environment);
       });
 }

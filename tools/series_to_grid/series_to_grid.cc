@@ -17,8 +17,8 @@
 namespace veldmark::series_to_grid {
 namespace {
 
+using companion::Environment;
 using companion::InputFile;
-using companion::Surroundings;
 
 constexpr std::string_view kProgram = "series_to_grid";
 
@@ -34,8 +34,8 @@ InputFile open_series(const std::string& name, int standard_input) {
 }
 
 // Reads the series. Throws Failure where the output would destroy it.
-Series load_series(const Command& command, const Surroundings& around) {
-  const InputFile file = open_series(command.series, around.input);
+Series load_series(const Command& command, const Environment& environment) {
+  const InputFile file = open_series(command.series, environment.input);
   companion::Inputs inputs;
   inputs.add(file.shown_name(), file.identity());
   inputs.expect_apart_from(command.output);
@@ -45,14 +45,13 @@ Series load_series(const Command& command, const Surroundings& around) {
 
 // Says which of the years asked the series does not have.
 void note_missing_years(const Series& series, const YearRange& asked,
-                        const Surroundings& around) {
+                        const Environment& environment) {
   if (series.first_year <= asked.first && asked.last <= series.last_year) {
     return;
   }
-  complain(around, kProgram) << "note: the series covers "
-                             << years_text(series.first_year, series.last_year)
-                             << "; other years of "
-                             << years_text(asked.first, asked.last) << " are missing\n";
+  start_message(environment, kProgram)
+      << "note: the series covers " << years_text(series.first_year, series.last_year)
+      << "; other years of " << years_text(asked.first, asked.last) << " are missing\n";
 }
 
 // Returns the number of months that get values.
@@ -64,11 +63,11 @@ std::int32_t count_filled_months(const Series& series, const YearRange& asked) {
 
 // Returns the size of the file in bytes.
 std::int64_t write_grid_file(const Series& series, const Command& command,
-                             const Surroundings& around) {
+                             const Environment& environment) {
   const InterruptWatch watch;
   PartFile file(command.output);
   companion::ProgressLine progress(
-      around.messages, in_quotes(command.output),
+      environment.messages, in_quotes(command.output),
       count_grid_months(command.years.last) * month_size(command.form));
   make_grid(series, command.years, command.form, [&](std::string_view month) {
     InterruptWatch::throw_if_caught();
@@ -79,28 +78,28 @@ std::int64_t write_grid_file(const Series& series, const Command& command,
   return file.size();
 }
 
-void expand(const Command& command, const Surroundings& around) {
-  const Series series = load_series(command, around);
-  note_missing_years(series, command.years, around);
-  const std::int64_t bytes = write_grid_file(series, command, around);
-  complain(around, kProgram) << "wrote " << in_quotes(command.output) << ": "
-                             << series.cells.size() << " cells, values in "
-                             << count_filled_months(series, command.years) << " of "
-                             << count_grid_months(command.years.last) << " months, "
-                             << bytes << " bytes\n";
+void expand(const Command& command, const Environment& environment) {
+  const Series series = load_series(command, environment);
+  note_missing_years(series, command.years, environment);
+  const std::int64_t bytes = write_grid_file(series, command, environment);
+  start_message(environment, kProgram)
+      << "wrote " << in_quotes(command.output) << ": " << series.cells.size()
+      << " cells, values in " << count_filled_months(series, command.years) << " of "
+      << count_grid_months(command.years.last) << " months, " << bytes << " bytes\n";
 }
 
 }  // namespace
 
-int run_series_to_grid(companion::Arguments arguments, const Surroundings& around) {
-  return companion::run_reported(around, kProgram, [&] {
+int run_series_to_grid(companion::Arguments arguments, const Environment& environment) {
+  return companion::run_reported(environment, kProgram, [&] {
     const Command command = parse_command_line(arguments);
     if (command.task == Task::kExpand) {
-      expand(command, around);
+      expand(command, environment);
     } else {
-      around.output << (command.task == Task::kShowHelp ? help_text() : version_text());
+      environment.output << (command.task == Task::kShowHelp ? help_text()
+                                                             : version_text());
     }
-    return companion::kAllIsWell;
+    return companion::kSuccess;
   });
 }
 

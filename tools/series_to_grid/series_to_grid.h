@@ -10,14 +10,15 @@ namespace veldmark::series_to_grid {
 // Runs the program.
 //
 //   arguments    without the program's name
-//   around       the input is the series when no file is named; the output takes the
+//   environment       the input is the series when no file is named; the output takes
+//   the
 //                help text, the messages notes, progress and the closing line
 //
 // Returns the exit status: 0 complete, 1 failure, 2 wrong command line, 128 and the
 // signal's number when interrupted while writing. Unless it is 0, no file has been made
 // or changed. What is thrown on the way becomes a message and a status.
 int run_series_to_grid(companion::Arguments arguments,
-                       const companion::Surroundings& around);
+                       const companion::Environment& environment);
 
 }  // namespace veldmark::series_to_grid
 

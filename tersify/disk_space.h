@@ -1,7 +1,7 @@
 // Whether a disk has room for the condensed copy of a file.
 
-#ifndef VELDMARK_TERSIFY_DISK_ROOM_H_
-#define VELDMARK_TERSIFY_DISK_ROOM_H_
+#ifndef VELDMARK_TERSIFY_DISK_SPACE_H_
+#define VELDMARK_TERSIFY_DISK_SPACE_H_
 
 #include <sys/statvfs.h>
 
@@ -34,9 +34,10 @@ std::optional<std::int64_t> expected_size(std::string_view beginning,
 
 // Throws Failure when the disk has too little room for `output`, as far as that is
 // known. What an abandoned part of it occupies is free as soon as it is written anew.
-void expect_room(const std::string& output, const std::optional<std::int64_t>& needed,
-                 const FreeSpace& free_space);
+void expect_disk_space(const std::string& output,
+                       const std::optional<std::int64_t>& needed,
+                       const FreeSpace& free_space);
 
 }  // namespace veldmark::tersify
 
-#endif  // VELDMARK_TERSIFY_DISK_ROOM_H_
+#endif  // VELDMARK_TERSIFY_DISK_SPACE_H_

@@ -1,4 +1,4 @@
-#include "tersify/disk_room.h"
+#include "tersify/disk_space.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -21,27 +21,27 @@ using veldmark::testing::write_file;
 std::string verdict(std::optional<std::int64_t> needed,
                     std::optional<std::int64_t> unused) {
   try {
-    expect_room("copy", needed, [&](const std::string&) { return unused; });
+    expect_disk_space("copy", needed, [&](const std::string&) { return unused; });
     return "";
   } catch (const Failure& error) {
     return error.what();
   }
 }
 
-TEST(DiskRoom, JustEnoughIsEnough) {
+TEST(DiskSpace, JustEnoughIsEnough) {
   const TemporaryFolder folder;
   EXPECT_EQ(verdict(1000, 1000), "");
   EXPECT_EQ(verdict(1000, 999),
             "not enough room for 'copy': it takes about 1000 bytes, and 999 are free");
 }
 
-TEST(DiskRoom, WhatIsNotKnownIsTried) {
+TEST(DiskSpace, WhatIsNotKnownIsTried) {
   const TemporaryFolder folder;
   EXPECT_EQ(verdict(1000, std::nullopt), "");
   EXPECT_EQ(verdict(std::nullopt, 0), "");
 }
 
-TEST(DiskRoom, AnAbandonedPartMakesRoom) {
+TEST(DiskSpace, AnAbandonedPartMakesRoom) {
   const TemporaryFolder folder;
   write_file("copy.part", std::string(200'000, 'x'));
   struct stat found {};
@@ -52,26 +52,26 @@ TEST(DiskRoom, AnAbandonedPartMakesRoom) {
   EXPECT_NE(verdict(1001 + occupied, 1000), "");
 }
 
-TEST(DiskRoom, WhatALinkLeadsToMakesNone) {
+TEST(DiskSpace, WhatALinkLeadsToMakesNone) {
   const TemporaryFolder folder;
   write_file("thesis", std::string(200'000, 'x'));
   std::filesystem::create_symlink("thesis", "copy.part");
   EXPECT_NE(verdict(10'000, 1000), "");
 }
 
-TEST(DiskRoom, IsAskedForWhereTheCopyGoes) {
+TEST(DiskSpace, IsAskedForWhereTheCopyGoes) {
   std::string asked;
   const auto note = [&](const std::string& folder) -> std::optional<std::int64_t> {
     asked = folder;
     return std::nullopt;
   };
-  expect_room("data/copy", 1, note);
+  expect_disk_space("data/copy", 1, note);
   EXPECT_EQ(asked, "data");
-  expect_room("copy", 1, note);
+  expect_disk_space("copy", 1, note);
   EXPECT_EQ(asked, ".");
 }
 
-TEST(DiskRoom, TheSystemTellsTheFreeSpaceOfAFolder) {
+TEST(DiskSpace, TheSystemTellsTheFreeSpaceOfAFolder) {
   EXPECT_GT(system_free_space(".").value_or(0), 0);
   EXPECT_EQ(system_free_space("/no such folder"), std::nullopt);
 }

@@ -1,4 +1,4 @@
-#include "tersify/disk_room.h"
+#include "tersify/disk_space.h"
 
 #include <sys/stat.h>
 
@@ -15,7 +15,7 @@
 namespace veldmark::tersify {
 namespace {
 
-constexpr std::int64_t kMostBytes = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kMaxBytes = std::numeric_limits<std::int64_t>::max();
 
 std::int64_t size_on_disk(const std::string& name) {
   constexpr std::int64_t kBlock = 512;
@@ -38,7 +38,7 @@ std::optional<std::int64_t> free_bytes(const struct statvfs& system) {
     return std::nullopt;
   }
   const std::uint64_t block = system.f_frsize;
-  const std::uint64_t most_blocks = static_cast<std::uint64_t>(kMostBytes) / block;
+  const std::uint64_t most_blocks = static_cast<std::uint64_t>(kMaxBytes) / block;
   return static_cast<std::int64_t>(
       std::min<std::uint64_t>(system.f_bavail, most_blocks) * block);
 }
@@ -56,8 +56,9 @@ std::optional<std::int64_t> expected_size(std::string_view beginning,
                                    static_cast<double>(kCondensedLine + 1));
 }
 
-void expect_room(const std::string& output, const std::optional<std::int64_t>& needed,
-                 const FreeSpace& free_space) {
+void expect_disk_space(const std::string& output,
+                       const std::optional<std::int64_t>& needed,
+                       const FreeSpace& free_space) {
   const std::filesystem::path folder = std::filesystem::path(output).parent_path();
   const std::optional<std::int64_t> unused =
       free_space(folder.empty() ? "." : folder.string());
@@ -65,7 +66,7 @@ void expect_room(const std::string& output, const std::optional<std::int64_t>& n
     return;
   }
   const std::int64_t abandoned = size_on_disk(PartFile::part_name(output));
-  const std::int64_t room = *unused + std::min(abandoned, kMostBytes - *unused);
+  const std::int64_t room = *unused + std::min(abandoned, kMaxBytes - *unused);
   if (room >= *needed) {
     return;
   }
