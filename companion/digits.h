@@ -1,4 +1,4 @@
-// Digits in text, the same ones in every locale.
+// Tests for digits in text, independent of the locale.
 
 #ifndef VELDMARK_COMPANION_DIGITS_H_
 #define VELDMARK_COMPANION_DIGITS_H_
@@ -10,12 +10,13 @@ namespace veldmark::companion {
 
 inline bool is_digit(char c) { return '0' <= c && c <= '9'; }
 
-// Is the text nothing but digits, one at least?
+// Returns whether the text consists of one or more digits only.
 inline bool is_number(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), is_digit);
 }
 
-// Has the text a digit wherever `shape` has a 'd', and otherwise the same characters?
+// Returns whether the text has a digit wherever `shape` has a 'd', and the same
+// characters as `shape` elsewhere.
 inline bool has_shape(std::string_view text, std::string_view shape) {
   return std::equal(text.begin(), text.end(), shape.begin(), shape.end(),
                     [](char c, char s) { return s == 'd' ? is_digit(c) : c == s; });

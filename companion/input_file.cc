@@ -14,8 +14,8 @@
 
 namespace veldmark::companion {
 
-// A regular file is opened without waiting: a pipe in its place would hold the program
-// up until somebody writes.
+// O_NONBLOCK: where a regular file is expected, opening a pipe must not block until
+// there is a writer.
 InputFile::InputFile(const std::string& name, Kind kind)
     : shown_name_(in_quotes(name)),
       file_(name, kind == Kind::kRegular ? O_RDONLY | O_NONBLOCK : O_RDONLY) {
@@ -54,7 +54,7 @@ std::string InputFile::ending(std::size_t longest) const {
 
 std::string InputFile::bytes_at(std::int64_t offset, std::size_t count) const {
   std::string bytes(count, '\0');
-  errno = 0;  // stays so where the file ends before
+  errno = 0;  // a read that ends early, at the end of the file, doesn't set it
   if (!file_.read_at(offset, bytes.data(), bytes.size())) {
     if (errno != 0) {
       fail_with_errno();
@@ -64,7 +64,7 @@ std::string InputFile::bytes_at(std::int64_t offset, std::size_t count) const {
   return bytes;
 }
 
-// Another program may have left the standard input in a state where nothing waits.
+// Another program may have left the standard input in non-blocking mode.
 std::size_t InputFile::read(char* buffer, std::size_t size) const {
   std::ptrdiff_t count = file_.read(buffer, size);
   while (count < 0 && errno == EAGAIN) {

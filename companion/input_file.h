@@ -1,4 +1,4 @@
-// A file that is read from its beginning to its end.
+// An input file, read sequentially.
 
 #ifndef VELDMARK_COMPANION_INPUT_FILE_H_
 #define VELDMARK_COMPANION_INPUT_FILE_H_
@@ -16,37 +16,37 @@ namespace veldmark::companion {
 // Every member throws Failure "cannot read 'NAME': reason".
 class InputFile {
  public:
-  // What may be read: regular files alone, whose size is known and which can be looked
-  // at twice, or pipes and devices too, which open when somebody writes to them.
+  // kRegular accepts regular files only, whose size is known and which can be read
+  // twice. kAny accepts pipes and devices as well; opening a pipe waits for a writer.
   enum class Kind { kRegular, kAny };
 
   InputFile(const std::string& name, Kind kind);
 
-  // Reads what is open as `descriptor` already, which stays open afterwards.
+  // Reads from an open descriptor, which stays open afterwards.
   //
-  //   name    what it is called in messages: "the standard input"
+  //   name    shown in messages: "the standard input"
   InputFile(int descriptor, std::string name);
 
-  // Returns the size in bytes at the opening; 0 for anything but a regular file.
+  // Returns the size in bytes when the file was opened; 0 unless it is a regular file.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
-  // Returns which file it is; nullopt for anything but a regular file.
+  // Returns the file's identity; nullopt unless it is a regular file.
   [[nodiscard]] std::optional<FileIdentity> identity() const { return identity_; }
 
-  // Returns what it is called in messages.
+  // Returns the name for messages.
   [[nodiscard]] const std::string& shown_name() const { return shown_name_; }
 
-  // Returns up to `longest` bytes from the beginning; the position of read() stays.
+  // Returns the first bytes, at most `longest`; doesn't move the position of read().
   // Requires a regular file.
   [[nodiscard]] std::string beginning(std::size_t longest) const;
 
-  // The same from the end of the file.
+  // Returns the last bytes, at most `longest`; otherwise as beginning().
   [[nodiscard]] std::string ending(std::size_t longest) const;
 
-  // Reads up to `size` bytes; 0 at the end of the file.
+  // Reads up to `size` bytes. Returns their number; 0 at the end of the file.
   std::size_t read(char* buffer, std::size_t size) const;
 
-  // Fails because the file has become shorter than it was when it was opened.
+  // Throws the Failure for a file that has become shorter since it was opened.
   [[noreturn]] void fail_shorter() const;
 
  private:

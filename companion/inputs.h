@@ -1,4 +1,4 @@
-// What a run reads, so that none of its outputs destroys it.
+// The input files of a run, which no output may overwrite.
 
 #ifndef VELDMARK_COMPANION_INPUTS_H_
 #define VELDMARK_COMPANION_INPUTS_H_
@@ -11,15 +11,15 @@
 
 namespace veldmark::companion {
 
-// Files are compared by what they are, whatever names and links lead to them.
+// Files are compared by identity, not by name: links to an input are recognised.
 class Inputs {
  public:
-  // Adds a file; nothing where there is none, or no regular one.
+  // Adds a file; nullopt (no regular file) adds nothing.
   //
-  //   shown_name    what it is called in messages
+  //   shown_name    the name for messages
   void add(std::string shown_name, const std::optional<FileIdentity>& file);
 
-  // Throws Failure when `output`, or its part while it is written, is one of the
+  // Throws Failure if `output`, or the part file it is written to, is one of the
   // inputs.
   void expect_apart_from(const std::string& output) const;
 

@@ -29,10 +29,10 @@ LineBuffer::LineBuffer(ReadMore read_more, std::size_t longest)
       buffer_(kLinePadding + longest + kLinePadding) {}
 
 std::optional<LineBuffer::Line> LineBuffer::next() {
-  std::size_t searched = 0;  // of the rest: known to hold no line end
+  std::size_t searched = 0;  // leading bytes of `rest` known to hold no newline
   for (;;) {
     const std::string_view rest(buffer_.data() + begin_, end_ - begin_);
-    // memchr is vectorised where find('\n') need not be.
+    // memchr is vectorised; find('\n') may not be.
     const void* const found =
         std::memchr(rest.data() + searched, '\n', rest.size() - searched);
     if (found != nullptr) {

@@ -1,5 +1,5 @@
-// Hands out the lines of a text file, each with room around it, so that the hot loops
-// can look at whole vectors of characters.
+// Reads a text file line by line. Each line is padded on both sides, so that the hot
+// loops can load whole vectors of characters.
 
 #ifndef VELDMARK_COMPANION_LINE_BUFFER_H_
 #define VELDMARK_COMPANION_LINE_BUFFER_H_
@@ -12,12 +12,12 @@
 
 namespace veldmark::companion {
 
-// Characters that can be read before and after the text of every line; they hold
-// anything.
+// Number of characters that can be read before and after the text of every line; their
+// values are unspecified.
 constexpr std::size_t kLinePadding = 64;
 
-// 720 fields of 360 characters: far more than any published file, and small enough for
-// the processor's second cache.
+// 720 fields of 360 characters: far more than in any published file, and small enough
+// for the processor's L2 cache.
 constexpr std::size_t kLongestLine = std::size_t{256} * 1024;
 
 // Returns the text without the byte order mark that some editors and spreadsheets put
@@ -26,35 +26,35 @@ std::string_view without_byte_order_mark(std::string_view text);
 
 class LineBuffer {
  public:
-  // Puts up to `size` further bytes of the file in `buffer` and returns their number, 0
-  // at the file's end. What it throws passes through.
+  // Reads up to `size` more bytes of the file into `buffer` and returns their number, 0
+  // at the end of the file. Its exceptions pass through.
   using ReadMore = std::function<std::size_t(char* buffer, std::size_t size)>;
 
-  // What a line ends with: a line end, the end of the file, or the end of what a line
-  // may have (the line is then longer than `longest`, and nothing must be read after
-  // it).
+  // What ends a line: a newline, the end of the file, or the length limit. After
+  // kTooLong, next() must not be called again.
   enum class End { kLineEnd, kFileEnd, kTooLong };
 
   struct Line {
-    std::string_view text;  // without line end; valid until the next call
+    std::string_view text;  // without its newline; valid until the next call
     End end = End::kLineEnd;
   };
 
-  //   longest    characters that a line may have, without its line end
+  //   longest    the most characters of a line, without its newline
   explicit LineBuffer(ReadMore read_more, std::size_t longest = kLongestLine);
 
-  // Returns the next line, nullopt at the end of the file. A carriage return before its
-  // end belongs to the line end; the last line may lack its line end.
+  // Returns the next line; nullopt at the end of the file. CR LF counts as a newline,
+  // and the last line may lack its newline.
   std::optional<Line> next();
 
  private:
-  // Moves the rest to the front and reads behind it; false at the end of the file.
+  // Moves the unread bytes to the front of the buffer and reads more after them.
+  // Returns false at the end of the file.
   bool refill();
 
   ReadMore read_more_;
   std::size_t longest_;
   std::vector<char> buffer_;
-  std::size_t begin_ = kLinePadding;  // what is not yet handed out: begin_ to end_
+  std::size_t begin_ = kLinePadding;  // unread bytes: begin_ to end_
   std::size_t end_ = kLinePadding;
 };
 

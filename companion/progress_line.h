@@ -1,5 +1,4 @@
-// How far a long piece of work has come, on one line of a terminal that is rewritten in
-// place and gone at the end.
+// A progress line on a terminal, rewritten in place and erased at the end.
 
 #ifndef VELDMARK_COMPANION_PROGRESS_LINE_H_
 #define VELDMARK_COMPANION_PROGRESS_LINE_H_
@@ -11,20 +10,21 @@
 
 namespace veldmark::companion {
 
-// Seconds from any moment on; never runs backwards.
+// Returns seconds since an arbitrary moment; never decreases.
 using Clock = std::function<double()>;
 
-// Returns a clock of the system that no change of the time of day disturbs.
+// Returns the system's monotonic clock.
 Clock system_clock_of_progress();
 
-// "37 % done, 812 MB/s, 2 s left". MB are millions of bytes. Speed and time left are
-// those of the whole work so far, and are left out before there is any.
+// Returns "37 % done, 812 MB/s, 2 s left"; a MB is a million bytes. Speed and time left
+// are averages since the start, and are omitted until any bytes are done.
+//
 //   done, all    bytes; done <= all unless the file grows meanwhile
 std::string progress_text(std::int64_t done, std::int64_t all, double seconds);
 
 class ProgressLine {
  public:
-  // Where progress is shown; nothing is written unless `shown`.
+  // The terminal; nothing is written unless `shown`.
   struct Screen {
     std::ostream& stream;
     bool shown = false;
@@ -38,7 +38,7 @@ class ProgressLine {
   ProgressLine(ProgressLine&&) = delete;
   ProgressLine& operator=(ProgressLine&&) = delete;
 
-  // `count` further bytes are done. Shown at most five times a second.
+  // Adds `count` bytes to those done. Redraws at most five times a second.
   void add(std::int64_t count);
 
  private:

@@ -44,7 +44,8 @@ int run_reported(const Environment& environment, std::string_view program,
 
 int run_main(int argc, char** argv, std::string_view program,
              const std::function<int(Arguments, const Environment&)>& run) try {
-  // A closed pipe then shows up as a failed write, which leaves no part of a file.
+  // Ignore SIGPIPE: a closed pipe then shows up as a failed write, which is reported
+  // and cleaned up after.
   std::signal(SIGPIPE, SIG_IGN);
   reserve_closed_streams();
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);

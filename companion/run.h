@@ -1,4 +1,4 @@
-// What all command-line companions do alike: streams, exit statuses, last words.
+// What all command-line companions share: streams, exit statuses, error messages.
 
 #ifndef VELDMARK_COMPANION_RUN_H_
 #define VELDMARK_COMPANION_RUN_H_
@@ -17,32 +17,32 @@ namespace veldmark::companion {
 constexpr int kSuccess = 0;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
-constexpr int kEndedBySignal = 128;  // and the signal's number
+constexpr int kEndedBySignal = 128;  // plus the signal's number
 
-// What stands after the program's name on its command line.
+// The command-line arguments after the program's name.
 using Arguments = std::span<const std::string>;
 
-// What a program is connected to.
+// The streams of a program; tests replace them.
 //
 //   input       descriptor of the standard input
-//   output      takes what was asked for
-//   messages    takes what went wrong, notes and progress
+//   output      the standard output: results
+//   messages    the standard error: errors, notes and progress
 struct Environment {
   int input = -1;
   std::ostream& output;
   ProgressLine::Screen messages;
 };
 
-// Starts a message of the program on its standard error.
+// Flushes the output, writes "PROGRAM: " to the message stream and returns that stream.
 std::ostream& start_message(const Environment& environment, std::string_view program);
 
-// Does the work of a program and words what it throws; what it wrote is written out.
-// Returns the exit status: that of `work` unless it throws or the output can't be
+// Runs `work`, reports its exceptions and flushes the output. Returns the exit status:
+// the result of `work`, or a failure status if it throws or if the output can't be
 // written.
 int run_reported(const Environment& environment, std::string_view program,
                  const std::function<int()>& work);
 
-// The whole of a program's `main`.
+// Implements a program's `main`. Returns the exit status.
 //
 //   run    does the work, given the arguments without the program's name, and returns
 //          the exit status

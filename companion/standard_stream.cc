@@ -25,7 +25,8 @@ StandardStream::int_type StandardStream::overflow(int_type character) {
 
 int StandardStream::sync() { return write_out() ? 0 : -1; }
 
-// What could not be written is given up: the next message need not repeat it.
+// Discards the buffer even after a failed write, so that a later message doesn't repeat
+// its text.
 bool StandardStream::write_out() {
   const char* next = pbase();
   const char* const end = pptr();

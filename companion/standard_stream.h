@@ -1,4 +1,4 @@
-// A stream to the standard output or the standard error.
+// A stream buffer for the standard output or the standard error.
 
 #ifndef VELDMARK_COMPANION_STANDARD_STREAM_H_
 #define VELDMARK_COMPANION_STANDARD_STREAM_H_
@@ -9,8 +9,8 @@
 
 namespace veldmark::companion {
 
-// Writes to an open descriptor. Another program may have left a terminal or a pipe in a
-// state where writing doesn't wait for the reader (O_NONBLOCK): this waits.
+// Writes to an open descriptor, and waits for the reader even if another program has
+// left the terminal or pipe in non-blocking mode (O_NONBLOCK).
 class StandardStream : public std::streambuf {
  public:
   explicit StandardStream(int descriptor);

@@ -1,5 +1,4 @@
-// What kinds of characters 64 neighbours are, a bit for each: bit i of a mask stands
-// for character i.
+// Classifies 64 consecutive characters into bit masks: bit i stands for character i.
 
 #ifndef VELDMARK_TERSIFY_CHARACTER_MASKS_H_
 #define VELDMARK_TERSIFY_CHARACTER_MASKS_H_
@@ -22,7 +21,7 @@ struct CharacterMasks {
   std::uint64_t zeros = 0;  // digits too
 };
 
-// The plain way, for all processors.
+// The portable version; the vectors below must agree with it.
 inline CharacterMasks find_kinds_scalar(const char* characters) {
   CharacterMasks masks;
   for (std::size_t i = 0; i < kMaskedCharacters; ++i) {
@@ -46,8 +45,8 @@ inline CharacterMasks find_kinds_scalar(const char* characters) {
 
 #if defined(__SSE2__)
 
-// Every 64-bit x86 processor has these vectors, so that nothing needs to be asked at
-// run time. Twice as wide ones gain nothing: reading and writing take most of the time.
+// SSE2 is part of x86-64, so no run-time dispatch is needed. AVX2 gains nothing: most
+// of the time goes into reading and writing.
 inline CharacterMasks find_kinds(const char* characters) {
   constexpr std::size_t kVector = 16;
   CharacterMasks masks;

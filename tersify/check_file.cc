@@ -20,7 +20,7 @@ namespace {
 
 using companion::InputFile;
 
-// Tells the years of a complete file.
+// Sets the years of a complete file, and warns if its name says others.
 void add_years(Verdict& verdict, const std::string& name, const GridShape& shape,
                std::int64_t lines) {
   const std::int32_t count = whole_years(lines, shape).value_or(0);
@@ -51,7 +51,7 @@ Verdict check_file(const std::string& name, const GridShape& usual_shape,
   std::int64_t last_line = 0;
   std::optional<std::string> fault =
       find_fault(lines, shape, [&](std::int64_t line, std::string_view text) {
-        content.see(line, text);
+        content.add_line(line, text);
         last_line = line;
       });
   Verdict verdict{std::move(fault), {}, content.warnings()};

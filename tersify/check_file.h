@@ -12,22 +12,22 @@
 
 namespace veldmark::tersify {
 
-// What a check has found.
+// The result of a check.
 //
-//   fault       what is not as in a complete file; see find_fault
-//   years       "124 years, 1901 to 2024" of a complete file: the first year is that of
-//               its name, or else the shape's
-//   warnings    what can hardly be meant; see GridContent, other_years_warning
+//   fault       the first fault of an incomplete or damaged file; see find_fault
+//   years       for a complete file, "124 years, 1901 to 2024"; the first year is taken
+//               from its name, or else from the shape
+//   warnings    implausible content; see GridContent and other_years_warning
 struct Verdict {
   std::optional<std::string> fault;
   std::string years;
   std::vector<std::string> warnings;
 };
 
-// Reads a condensed file to its end or its first fault. Throws Failure when the file
+// Reads a condensed file to its end or its first fault. Throws Failure if the file
 // can't be read.
 //
-//   shape    what is expected where the name tells no years
+//   shape    the expected extent; years in the file's name take precedence
 Verdict check_file(const std::string& name, const GridShape& shape,
                    const companion::ProgressLine::Screen& screen);
 

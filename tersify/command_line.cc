@@ -9,7 +9,8 @@
 namespace veldmark::tersify {
 namespace {
 
-static_assert(GridShape{}.rows == 360, "the help text names what a whole file holds");
+static_assert(GridShape{}.rows == 360,
+              "the help text states the lines of a complete file");
 
 std::optional<Task> task_of(std::string_view option) {
   if (option == "--help") {
@@ -27,7 +28,7 @@ std::optional<Task> task_of(std::string_view option) {
   return std::nullopt;
 }
 
-// Throws UsageError when there are no names, or more of them than the task takes.
+// Throws UsageError if there are no names, or more than the task takes.
 void expect_names(const Command& command) {
   if (command.task == Task::kCondense && command.names.empty()) {
     throw UsageError("the names of the files are missing");
@@ -46,7 +47,7 @@ void expect_names(const Command& command) {
   }
 }
 
-// Throws UsageError where an output is named and isn't that of one file to condense.
+// Throws UsageError if --output is given for anything but one file to condense.
 void expect_one_output(const Command& command) {
   if (!command.output) {
     return;
@@ -120,7 +121,7 @@ class Parser {
   Command command_;
   std::optional<Task> task_;
   bool only_names_ = false;
-  bool is_information_ = false;  // --help or --version: nothing else counts
+  bool is_information_ = false;  // --help or --version: ignore the rest
 };
 
 }  // namespace

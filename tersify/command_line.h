@@ -13,7 +13,7 @@ namespace veldmark::tersify {
 
 // What a run is asked to do.
 enum class Task {
-  kAskForList,  // ask for the name of a list file, then as kCondenseList
+  kAskForList,  // ask for the name of a list file, then do as kCondenseList
   kCondense,
   kCondenseList,
   kCheck,
@@ -21,11 +21,10 @@ enum class Task {
   kShowVersion,
 };
 
-// What to do.
+// The parsed command line.
 //
-//   names     the files to condense or check, or the list file alone
-//   output    the name of the copy of the one file to condense; nullopt for the usual
-//   one
+//   names     the files to condense or check, or the name of the list file
+//   output    the name given by --output; nullopt for the default
 struct Command {
   Task task = Task::kAskForList;
   std::vector<std::string> names;
@@ -38,8 +37,8 @@ std::string_view help_text();
 // Returns the text that --version shows.
 std::string_view version_text();
 
-// Reads the arguments, the program's name not among them. After "--" everything is a
-// name. Throws UsageError that names the argument at fault.
+// Parses the arguments without the program's name. After "--" every argument is a file
+// name. Throws UsageError that names the invalid argument.
 Command parse_command_line(std::span<const std::string> arguments);
 
 }  // namespace veldmark::tersify

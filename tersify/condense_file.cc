@@ -19,8 +19,8 @@ namespace {
 
 using companion::InputFile;
 
-// What is said of text under a name that promises something else: often it is the page
-// that a server sent instead of the file.
+// Returns a hint for text whose name says that it is gzip or netCDF: often it is an
+// error page that a server sent instead of the file.
 std::string hint_of_name(std::string_view name) {
   if (name.ends_with(".gz")) {
     return " (the file is not gzip, although its name says so)";

@@ -1,4 +1,4 @@
-// One published file to its condensed copy, NAME to NAME.new.
+// Makes the condensed copy of one published file, by default NAME.new of NAME.
 
 #ifndef VELDMARK_TERSIFY_CONDENSE_FILE_H_
 #define VELDMARK_TERSIFY_CONDENSE_FILE_H_
@@ -7,12 +7,12 @@
 
 namespace veldmark::tersify {
 
-// Condenses a file. The copy is written beside its name, to NAME.new.part, and gets its
-// name when it is complete. A last line without line end counts when it is whole.
+// Condenses a file. The copy is written to NAME.new.part and renamed when it is
+// complete. The last line may lack its newline.
 //
-// Throws Failure that names the file, and in it the line and the field; Interrupted
-// when an InterruptWatch catches a signal. There is no NAME.new.part of this run
-// afterwards, and an earlier NAME.new stays.
+// Throws Failure that names the file, the line and the field, and Interrupted when an
+// InterruptWatch catches a signal. After either, NAME.new.part is removed and an
+// earlier NAME.new is unchanged.
 Condensed condense_file(const CondenseJob& job);
 
 }  // namespace veldmark::tersify

@@ -23,14 +23,14 @@ namespace {
 
 constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
 
-// Returns the next `size` bytes, or what is left.
+// Reads the next `size` bytes, or the rest if there are fewer.
 std::string take(GzipReader& reader, std::size_t size) {
   std::string bytes(size, '\0');
   bytes.resize(reader.read(bytes.data(), bytes.size()));
   return bytes;
 }
 
-// Hands out `beginning` and then what the reader has after it.
+// Returns a reader of `beginning` followed by the rest of `reader`.
 companion::LineBuffer::ReadMore reader_after(std::string_view beginning,
                                              GzipReader& reader) {
   return [rest = beginning, &reader](char* buffer, std::size_t size) mutable {
@@ -43,7 +43,8 @@ companion::LineBuffer::ReadMore reader_after(std::string_view beginning,
   };
 }
 
-// A damaged file may make sense to gzip for a while; its checksum tells at the end.
+// If the text is invalid, the file is read to its end: only the checksum there tells
+// whether the file is damaged.
 Condensed condense_text_of(const CondenseJob& job, const std::string& beginning,
                            std::optional<std::int64_t> size, GzipReader& reader) {
   try {
@@ -56,7 +57,7 @@ Condensed condense_text_of(const CondenseJob& job, const std::string& beginning,
   }
 }
 
-// Decompresses the whole to a file that goes when the copy is there, or when it fails.
+// Decompresses to a temporary file, which is removed in any case, and condenses that.
 Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginning,
                              std::optional<std::int64_t> size, GzipReader& reader) {
   const std::string name = job.output.value_or(condensed_name(job.name)) + ".nc";
@@ -68,16 +69,17 @@ Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginnin
   while (const std::size_t count = reader.read(buffer.data(), buffer.size())) {
     decompressed.write(std::string_view(buffer.data(), count));
   }
-  // The library locks HDF5 files itself. All others stay locked, so that no other run
-  // takes this one's file for abandoned.
+  // The netCDF library locks HDF5 files itself. Files of other formats stay locked
+  // here, so that no other run takes this one's file for abandoned.
   if (is_hdf5(beginning)) {
     decompressed.release_lock();
   }
   return condense_netcdf(PartFile::part_name(name), job);
 }
 
-// What gzip would warn of, and that several files were read as one.
-std::vector<std::string> oddities(const std::string& name, const GzipReader& reader) {
+// Returns warnings: gzip's own, and one if the file has several members.
+std::vector<std::string> warnings_about(const std::string& name,
+                                        const GzipReader& reader) {
   std::vector<std::string> found;
   if (reader.members() > 1) {
     found.push_back(in_quotes(name) + " has " + std::to_string(reader.members()) +
@@ -103,8 +105,8 @@ Condensed condense_gzip(const CondenseJob& job, const companion::InputFile& inpu
                        ? condense_netcdf_of(job, beginning, size, reader)
                        : condense_text_of(job, beginning, size, reader);
   done.size_before = bytes.count();
-  for (std::string& oddity : oddities(job.name, reader)) {
-    done.warnings.push_back(std::move(oddity));
+  for (std::string& warning : warnings_about(job.name, reader)) {
+    done.warnings.push_back(std::move(warning));
   }
   return done;
 }

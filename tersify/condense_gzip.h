@@ -1,4 +1,4 @@
-// A compressed published file to its condensed copy, be it text or netCDF.
+// Makes the condensed copy of a compressed published file, text or netCDF.
 
 #ifndef VELDMARK_TERSIFY_CONDENSE_GZIP_H_
 #define VELDMARK_TERSIFY_CONDENSE_GZIP_H_
@@ -9,13 +9,13 @@
 namespace veldmark::tersify {
 
 // Condenses a gzip file; see condense_file. Text is condensed while it is decompressed.
-// The netCDF library needs a file: it gets one beside the copy, NAME.new.nc.part, which
-// is gone afterwards.
+// The netCDF library can't read from a stream: netCDF is decompressed to a temporary
+// file beside the copy, NAME.new.nc.part, which is removed afterwards.
 //
 //   input    the job's file, at its beginning
 //
-// Throws besides Failure that the file is damaged or cut: where that shows first as
-// text that makes no sense, the damage is what is told.
+// Throws as condense_file, and Failure if the file is damaged or cut off. Damage takes
+// precedence over the invalid text that it causes.
 Condensed condense_gzip(const CondenseJob& job, const companion::InputFile& input);
 
 }  // namespace veldmark::tersify

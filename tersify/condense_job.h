@@ -1,5 +1,4 @@
-// What every road from a published file to its condensed copy is given, and what it
-// tells at the end.
+// Input and result of condensing one file, the same for text, gzip and netCDF.
 
 #ifndef VELDMARK_TERSIFY_CONDENSE_JOB_H_
 #define VELDMARK_TERSIFY_CONDENSE_JOB_H_
@@ -15,14 +14,14 @@
 
 namespace veldmark::tersify {
 
-// One input and what is to become of it.
+// One file to condense.
 //
-//   name          the published file, as the user calls it; messages name it so
-//   output        the condensed copy's name; nullopt leaves it to condensed_name, or to
-//                 what a netCDF file tells of itself
-//   free_space    how much room a disk has
-//   screen        takes the progress
-//   inputs        what else the run reads; the copy must not take the place of any
+//   name          the published file, as the user named it
+//   output        the condensed copy's name; nullopt for condensed_name or, for netCDF,
+//                 a name that depends on the content
+//   free_space    returns the free space of a disk
+//   screen        where progress is shown
+//   inputs        the other files that the copy must not replace
 struct CondenseJob {
   std::string name;
   std::optional<std::string> output;
@@ -31,13 +30,13 @@ struct CondenseJob {
   companion::Inputs inputs{};
 };
 
-// What has been done.
+// The result of condensing one file.
 //
-//   output             the name that was written
-//   size_before        bytes of the published file, compressed ones where it is
-//   compressed size_after         bytes of the copy last_line_ended    false when a
-//   text's last line has no line end warnings           what the input had that it
-//   should not have; whole sentences
+//   output             the copy's name
+//   size_before        bytes of the published file, compressed if it is compressed
+//   size_after         bytes of the copy
+//   last_line_ended    false if the last line of a text has no newline
+//   warnings           whole sentences about problems that didn't prevent the copy
 struct Condensed {
   std::string output;
   std::int64_t lines = 0;
@@ -47,8 +46,8 @@ struct Condensed {
   std::vector<std::string> warnings{};
 };
 
-// Returns the name of the condensed copy of a file: ".new" at the end of it, in the
-// place of ".gz", ".nc" and ".nc.gz".
+// Returns the default name of a file's condensed copy: ".new" is appended to the name,
+// or replaces ".gz", ".nc" or ".nc.gz" at its end.
 std::string condensed_name(const std::string& name);
 
 }  // namespace veldmark::tersify

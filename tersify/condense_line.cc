@@ -21,7 +21,7 @@ constexpr std::uint64_t eight_of(char c) {
 
 constexpr std::uint64_t kBlanks = eight_of(' ');
 
-// Entry n selects the last n of the first five characters, whatever the byte order.
+// Entry n selects the last n of the first five characters, in either byte order.
 constexpr std::array<std::uint64_t, kFieldWidth + 1> kLastOfFive = [] {
   std::array<std::uint64_t, kFieldWidth + 1> masks{};
   for (std::size_t count = 0; count <= kFieldWidth; ++count) {
@@ -34,13 +34,14 @@ constexpr std::array<std::uint64_t, kFieldWidth + 1> kLastOfFive = [] {
   return masks;
 }();
 
-// Looks at a line in pieces of 64 characters and finds where its numbers end. A mask's
-// lowest bits need to know the highest ones of the piece before.
+// Finds the ends of a line's numbers, in blocks of 64 characters. The masks of each
+// block are kept, as their highest bits carry over into the next block.
 class NumberScanner {
  public:
-  // Returns a bit at every character that follows a number; nullopt when a number isn't
-  // a usual one.
-  //   inside    the characters of the piece that belong to the line
+  // Returns a mask of the characters that follow a number; nullopt if the block
+  // contains anything but blanks and integers in their shortest form.
+  //
+  //   inside    mask of the block's characters that belong to the line
   std::optional<std::uint64_t> find_ends(const CharacterMasks& kinds,
                                          std::uint64_t inside) {
     const std::uint64_t digits = kinds.digits & inside;
@@ -52,7 +53,7 @@ class NumberScanner {
     const std::uint64_t leading_zeros = kinds.zeros & starts;
     const std::uint64_t after_zero = leading_zeros << 1U | leading_zeros_ >> 63U;
 
-    // Two, four and six characters of a number in a row, ending here.
+    // The last of two, four and six consecutive characters of a number.
     const std::uint64_t twos = words & after_word;
     const std::uint64_t fours = twos & (twos << 2U | twos_ >> 62U);
     const std::uint64_t sixes = fours & (twos << 4U | twos_ >> 60U);
@@ -81,8 +82,7 @@ class NumberScanner {
 
 bool is_separator(char c) { return c == ' ' || c == '\t'; }
 
-// Takes the next number, or what stands in its place, off the front of `line`; empty at
-// the end.
+// Removes the next word from the front of `line` and returns it; empty at the end.
 std::string_view take_word(std::string_view& line) {
   const auto* const begin = std::find_if_not(line.begin(), line.end(), is_separator);
   const auto* const end = std::find_if(begin, line.end(), is_separator);
@@ -90,7 +90,7 @@ std::string_view take_word(std::string_view& line) {
   return {begin, end};
 }
 
-// The shortest text of an integer, "" when `word` is none.
+// Returns the shortest text of an integer; "" if `word` is not an integer.
 std::string shortest_text(std::string_view word) {
   const bool negative = word.starts_with('-');
   if (negative || word.starts_with('+')) {
@@ -112,14 +112,13 @@ std::optional<LineFault> condense_line(std::string_view line, char* output) {
   return condense_line_by_fields(line, output);
 }
 
-// The five characters up to a number's end hold the number, and before it blanks or the
-// end of its neighbour on the left, which is blanked out: no loop over characters, and
-// no branch that depends on how long numbers are.
+// Copies the five characters that end with a number, and masks out those of the
+// number's left neighbour: no loop over characters, and no branch on a number's length.
 bool condense_line_fast(std::string_view line, char* output) {
   NumberScanner numbers;
   const char* const complete = output + kCondensedLine;
   std::size_t last_end = 0;
-  // A piece begins at the line's very end, too, because a number can end there.
+  // `<=`: a number that fills the last block ends in the next one.
   for (std::size_t begin = 0; begin <= line.size(); begin += kMaskedCharacters) {
     const std::size_t left = line.size() - begin;
     const std::uint64_t inside =

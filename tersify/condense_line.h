@@ -1,7 +1,8 @@
-// One line of a published file to one line of a condensed file: the hot loop.
+// Converts a line of a published file to a line of a condensed file: the hot loop.
 //
-//   published   720 integers of any width with blanks or tabs between them, around them
-//               as many as there are; a sign and leading zeros are allowed
+//   published   720 integers of any width, separated by blanks or tabs, which may also
+//               precede the first and follow the last one; a sign and leading zeros are
+//               allowed
 //   condensed   720 fields of five characters, right-aligned, without separator
 //
 // An integer keeps its value and gets its shortest text: "+007" becomes "7" and "-0"
@@ -20,17 +21,17 @@
 
 namespace veldmark::tersify {
 
-// Characters of a condensed line, without its line end.
+// Characters of a condensed line, without its newline.
 constexpr std::size_t kCondensedLine = kFieldWidth * kGridColumns;
 
-// Room that the functions below need for a condensed line: a piece of 64 characters can
-// hold 32 numbers beyond the last field before they are seen to be too many, and
-// numbers are written eight characters at a time.
+// Size of the output buffer that the functions below need: a block of 64 characters can
+// hold 32 surplus numbers, which are written before they are counted, and numbers are
+// written eight characters at a time.
 constexpr std::size_t kCondensedCapacity = kCondensedLine + 32 * kFieldWidth + 8;
 
 // Why a line cannot be condensed.
 struct LineFault {
-  std::int32_t field = 1;  // 1..721, the field at fault
+  std::int32_t field = 1;  // 1..721, the first invalid field
   std::string reason;      // "'1x' is not an integer"
 };
 

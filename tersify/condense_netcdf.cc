@@ -32,7 +32,7 @@ using companion::InputFile;
 constexpr std::int64_t kBytesPerLine = kLineLength + 1;
 constexpr std::int64_t kBytesPerMonth = kGridRows * kBytesPerLine;
 
-// Throws NetcdfFault when the file is shorter than its header says.
+// Throws NetcdfFault if the file is shorter than its header says.
 void expect_whole(const std::string& path) {
   const InputFile file(path, InputFile::Kind::kRegular);
   const std::uint64_t least = least_classic_size(
@@ -43,8 +43,8 @@ void expect_whole(const std::string& path) {
   }
 }
 
-// The dialogue looks for the drought index under one name alone, whatever the published
-// file is called, and takes the file's first year for 1901.
+// Returns the copy's name. The dialogue finds the drought index under a fixed name
+// only, and assumes that it begins in 1901.
 std::string output_name(const CondenseJob& job, const NetcdfLayout& layout) {
   if (job.output) {
     return *job.output;
@@ -57,8 +57,8 @@ std::string output_name(const CondenseJob& job, const NetcdfLayout& layout) {
       .string();
 }
 
-// Who reads the copy takes its first year from its name, and where that tells none for
-// 1901. Fewer or more years than the name tells are seen in the copy itself.
+// Warns if the copy's name gives a wrong first year. Readers of the copy take the first
+// year from its name, or assume 1901; the number of years they see from its length.
 void note_first_year(const NetcdfLayout& layout, Condensed& done) {
   const std::optional<Years> named = years_in_name(done.output);
   const std::int32_t expected = named ? named->first : kFirstDataYear;
@@ -72,7 +72,7 @@ void note_first_year(const NetcdfLayout& layout, Condensed& done) {
   }
 }
 
-// The way from the netCDF file to the condensed one.
+// Copies values from a netCDF file to a condensed file, tile by tile.
 class NetcdfCopy {
  public:
   NetcdfCopy(const NetcdfInput& input, const NetcdfLayout& layout, PartFile& file)
@@ -81,7 +81,7 @@ class NetcdfCopy {
         lines_(layout.entry, layout.form),
         file_(file) {}
 
-  // Reads a tile and writes its lines where they belong.
+  // Reads a tile and writes its lines at their offsets.
   void condense(const NetcdfTile& tile) {
     InterruptWatch::throw_if_caught();
     values_.resize(tile.months * tile.rows.count * kGridColumns);
@@ -118,7 +118,7 @@ class NetcdfCopy {
   std::vector<float> values_;
 };
 
-// Throws Failure when there is no use in beginning.
+// Throws Failure if the output is an input, or the disk has too little free space.
 void check_preconditions(const std::string& path, const CondenseJob& job,
                          const std::string& output, std::int64_t size) {
   companion::Inputs own;
@@ -147,7 +147,7 @@ Condensed condense(const std::string& path, const CondenseJob& job) {
     progress.add(static_cast<std::int64_t>(tile.months * tile.rows.count) *
                  kBytesPerLine);
   }
-  expect_whole(path);  // still
+  expect_whole(path);  // again: it may have been cut while it was read
   file.complete();
   done.lines = months * kGridRows;
   done.size_before = InputFile(path, InputFile::Kind::kRegular).size();

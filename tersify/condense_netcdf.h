@@ -1,4 +1,4 @@
-// A published netCDF file to its condensed copy.
+// Makes the condensed copy of a published netCDF file.
 
 #ifndef VELDMARK_TERSIFY_CONDENSE_NETCDF_H_
 #define VELDMARK_TERSIFY_CONDENSE_NETCDF_H_
@@ -13,9 +13,9 @@ namespace veldmark::tersify {
 //
 //   path    the file to read: the job's own, or its decompressed copy
 //
-// Throws Failure that names the job's file, and what was found and expected in it;
-// Interrupted when an InterruptWatch catches a signal. No part of a copy stays then,
-// and an earlier copy does. A tersify that was built without netCDF says so.
+// Throws Failure that names the job's file and says what was found and expected, also
+// if tersify was built without netCDF; Interrupted when an InterruptWatch catches a
+// signal. After either, the part file is removed and an earlier copy is unchanged.
 Condensed condense_netcdf(const std::string& path, const CondenseJob& job);
 
 }  // namespace veldmark::tersify

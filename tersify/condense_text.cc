@@ -39,8 +39,9 @@ void condense_or_fail(const std::string& name, std::int64_t number,
   }
 }
 
-// A file that is no published one is told so before anything else: its size and its
-// lines say nothing of the room that a copy takes.
+// Throws TextFault if the first line isn't that of a published file. Call it before the
+// check of the disk space: only the lines of a published file tell the size of its
+// copy.
 void expect_published(const std::string& name, const FirstLine& first) {
   if (is_condensed(first.line())) {
     throw TextFault(in_quotes(name) + " is condensed already");
@@ -61,7 +62,8 @@ void condense_lines(const std::string& name, LineBuffer& lines, CondensedOutput&
   output.flush();
 }
 
-// Throws Failure when there is no use in beginning.
+// Throws Failure if the copy can't be made: the output is an input, the text is empty
+// or not a published one, or the disk has too little free space.
 void check_preconditions(const CondenseJob& job, const PublishedText& text,
                          const std::string& output) {
   job.inputs.expect_apart_from(output);

@@ -1,4 +1,4 @@
-// Published text to its condensed copy, wherever the text comes from.
+// Makes the condensed copy of a published text, read from a file or decompressed.
 
 #ifndef VELDMARK_TERSIFY_CONDENSE_TEXT_H_
 #define VELDMARK_TERSIFY_CONDENSE_TEXT_H_
@@ -13,27 +13,26 @@
 
 namespace veldmark::tersify {
 
-// The text is no published grid file.
+// The text is not a published grid file.
 struct TextFault : Failure {
   using Failure::Failure;
 };
 
-// A text from its beginning to its end.
+// A published text.
 //
-//   beginning    its first kLongestLine bytes, or the whole of a shorter one
-//   size         of the whole text, in bytes; nullopt where that isn't known
-//   read_more    hands out the text, from its beginning on
+//   beginning    its first kLongestLine bytes, or all of a shorter text
+//   size         of the whole text, in bytes; nullopt if unknown
+//   read_more    reads the text, from its first byte on
 struct PublishedText {
   const std::string& beginning;
   std::optional<std::int64_t> size;
   companion::LineBuffer::ReadMore read_more;
 };
 
-// Condenses a text; see condense_file. A last line without line end counts when it is
-// whole. The result's size_before is left to the caller.
+// Condenses a text; see condense_file. The caller sets size_before of the result.
 //
-// Throws TextFault that names the file, and in it the line and the field, besides what
-// `read_more` throws.
+// Throws TextFault that names the file, the line and the field. Exceptions of
+// `read_more` pass through.
 Condensed condense_text(const CondenseJob& job, const PublishedText& text);
 
 }  // namespace veldmark::tersify

@@ -1,4 +1,4 @@
-// The lines of a condensed copy, on their way to its file.
+// Output buffer for the lines of a condensed copy.
 
 #ifndef VELDMARK_TERSIFY_CONDENSED_OUTPUT_H_
 #define VELDMARK_TERSIFY_CONDENSED_OUTPUT_H_
@@ -12,18 +12,19 @@
 
 namespace veldmark::tersify {
 
-// Bytes of a condensed line with its line end.
+// Bytes of a condensed line with its newline.
 constexpr std::size_t kCondensedBytesPerLine = kCondensedLine + 1;
 
-// Collects condensed lines and writes them many at a time. Throws what PartFile throws.
+// Collects condensed lines and writes them in large blocks. Throws what PartFile
+// throws.
 class CondensedOutput {
  public:
   explicit CondensedOutput(PartFile& file) : file_(file), buffer_(kBufferSize) {}
 
-  // Returns where the next line goes; room for kCondensedCapacity characters.
+  // Returns the buffer of the next line, kCondensedCapacity characters.
   [[nodiscard]] char* next_line() { return buffer_.data() + size_; }
 
-  // The next line is there; ends it.
+  // Adds a newline to the line written at next_line().
   void end_line() {
     buffer_[size_ + kCondensedLine] = '\n';
     size_ += kCondensedBytesPerLine;
@@ -32,7 +33,7 @@ class CondensedOutput {
     }
   }
 
-  // Writes what is left; to be called after the last line.
+  // Writes the rest of the buffer. Must be called after the last line.
   void flush() {
     file_.write(std::string_view(buffer_.data(), size_));
     size_ = 0;

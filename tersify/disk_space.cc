@@ -66,12 +66,12 @@ void expect_disk_space(const std::string& output,
     return;
   }
   const std::int64_t abandoned = size_on_disk(PartFile::part_name(output));
-  const std::int64_t room = *unused + std::min(abandoned, kMaxBytes - *unused);
-  if (room >= *needed) {
+  const std::int64_t available = *unused + std::min(abandoned, kMaxBytes - *unused);
+  if (available >= *needed) {
     return;
   }
-  throw Failure("not enough room for " + in_quotes(output) + ": it takes about " +
-                std::to_string(*needed) + " bytes, and " + std::to_string(room) +
+  throw Failure("not enough disk space for " + in_quotes(output) + ": it takes about " +
+                std::to_string(*needed) + " bytes, and " + std::to_string(available) +
                 " are free");
 }
 

@@ -1,4 +1,4 @@
-// Whether a disk has room for the condensed copy of a file.
+// Checks whether a disk has enough free space for the condensed copy of a file.
 
 #ifndef VELDMARK_TERSIFY_DISK_SPACE_H_
 #define VELDMARK_TERSIFY_DISK_SPACE_H_
@@ -13,27 +13,28 @@
 
 namespace veldmark::tersify {
 
-// Returns the bytes that can still be written to the file system of a folder; nullopt
-// when the system can't tell.
+// Returns the free bytes of the file system of a folder; nullopt if the system doesn't
+// say.
 using FreeSpace = std::function<std::optional<std::int64_t>(const std::string& folder)>;
 
-// Asks the system; a FreeSpace.
+// The FreeSpace that queries the operating system.
 std::optional<std::int64_t> system_free_space(const std::string& folder);
 
-// The same for what the system tells of a file system. One that tells no size at all
-// doesn't know how much of it is free either.
+// Returns the free bytes that `system` reports; nullopt if it reports a size of 0,
+// because then the free space is unknown as well.
 std::optional<std::int64_t> free_bytes(const struct statvfs& system);
 
-// Guesses the size of the condensed copy of a file from its first lines; nullopt where
-// none is whole.
+// Estimates the size of a file's condensed copy from the length of its first lines.
+// Returns nullopt if `beginning` contains no whole line.
 //
 //   beginning    the first bytes of the file
 //   size         of the whole file, in bytes
 std::optional<std::int64_t> expected_size(std::string_view beginning,
                                           std::int64_t size);
 
-// Throws Failure when the disk has too little room for `output`, as far as that is
-// known. What an abandoned part of it occupies is free as soon as it is written anew.
+// Throws Failure if the disk has too little free space for `output`; does nothing if
+// either size is unknown. The space of an abandoned part file of `output` counts as
+// free, as this run overwrites it.
 void expect_disk_space(const std::string& output,
                        const std::optional<std::int64_t>& needed,
                        const FreeSpace& free_space);

@@ -1,4 +1,4 @@
-// The bytes of a published file on their way to a reader, with progress.
+// Reads the bytes of a published file, and shows progress.
 
 #ifndef VELDMARK_TERSIFY_FILE_BYTES_H_
 #define VELDMARK_TERSIFY_FILE_BYTES_H_
@@ -19,12 +19,12 @@ class FileBytes {
             const companion::ProgressLine::Screen& screen)
       : file_(file), progress_(screen, file.shown_name(), file.size()) {}
 
-  // Reads up to `size` bytes; 0 at the end of the file. Throws Failure when the file
-  // can't be read, or has become shorter than it was when it was opened; Interrupted
-  // when an InterruptWatch has caught a signal.
+  // Reads up to `size` bytes. Returns their number; 0 at the end of the file. Throws
+  // Failure if the file can't be read, or has become shorter since it was opened;
+  // Interrupted if an InterruptWatch has caught a signal.
   std::size_t read(char* buffer, std::size_t size);
 
-  // Returns how many bytes have been read.
+  // Returns the number of bytes read so far.
   [[nodiscard]] std::int64_t count() const { return count_; }
 
  private:

@@ -12,7 +12,7 @@ namespace {
 
 using companion::LineBuffer;
 
-// Hands out a text once.
+// Returns a reader of a text in memory.
 LineBuffer::ReadMore reader_of(std::string_view text) {
   return [rest = text](char* buffer, std::size_t size) mutable {
     const std::size_t count = rest.copy(buffer, size);

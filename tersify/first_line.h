@@ -1,4 +1,4 @@
-// The first line of a grid file, which tells a published file from a condensed one.
+// The first line of a grid file, which distinguishes published and condensed files.
 
 #ifndef VELDMARK_TERSIFY_FIRST_LINE_H_
 #define VELDMARK_TERSIFY_FIRST_LINE_H_
@@ -11,11 +11,11 @@ namespace veldmark::tersify {
 
 class FirstLine {
  public:
-  //   beginning    of the file, kLongestLine bytes or the whole of a shorter one; not
+  //   beginning    the file's first kLongestLine bytes, or all of a shorter file; not
   //                empty. Must outlive this.
   explicit FirstLine(std::string_view beginning);
 
-  // Returns the line as a LineBuffer reads it.
+  // Returns the line as LineBuffer::next() does.
   [[nodiscard]] const companion::LineBuffer::Line& line() const { return line_; }
 
  private:
@@ -23,11 +23,11 @@ class FirstLine {
   companion::LineBuffer::Line line_;
 };
 
-// Is it a whole line of a condensed file?
+// Returns whether it is a whole line of a condensed file.
 bool is_condensed(const companion::LineBuffer::Line& line);
 
-// Is it a line of a published file: 720 integers, but not in the length of a condensed
-// line?
+// Returns whether it is a line of a published file: 720 integers, but not of the length
+// of a condensed line.
 bool is_published(const companion::LineBuffer::Line& line);
 
 }  // namespace veldmark::tersify

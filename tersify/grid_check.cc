@@ -13,7 +13,7 @@ namespace {
 
 using companion::LineBuffer;
 
-// The most whole fields that fit in one look: twelve, 60 characters.
+// The most fields that fit in one block of 64 characters.
 constexpr std::int32_t kFieldsAtATime = 12;
 constexpr std::size_t kCharactersAtATime = kFieldsAtATime * kFieldWidth;
 constexpr std::uint64_t kAllCharacters = (std::uint64_t{1} << kCharactersAtATime) - 1;
@@ -25,8 +25,8 @@ constexpr std::uint64_t kLastCharacters = [] {
   return last;
 }();
 
-// In a good field the last character is a digit, and every other one a blank or before
-// a digit. A plus is left to the plain way.
+// In a valid field the last character is a digit, and each other character is a blank
+// or is followed by a digit. Fields with a plus sign are left to the scalar version.
 bool are_good_fields(const char* fields) {
   const CharacterMasks kinds = find_kinds(fields);
   const std::uint64_t known = kinds.blanks | kinds.minuses | kinds.digits;
@@ -69,8 +69,8 @@ std::optional<std::string> fault_of_line(const LineBuffer::Line& line,
          needed;
 }
 
-// A file that ends less than a year after what is expected has lines too many; one that
-// goes on for longer holds more years.
+// A file that exceeds the expected extent by less than a year has surplus lines; a
+// longer one holds more years.
 bool is_just_beyond(std::int64_t line, const GridShape& shape) {
   const std::int64_t beyond = line - shape.line_count();
   return 0 < beyond && beyond <= shape.lines_per_year();
@@ -82,7 +82,7 @@ std::string fault_of_too_many(const GridShape& shape) {
          ": the file goes on after its last row, " + name_of_line(last, shape);
 }
 
-// All lines are good: are there as many as there should be?
+// Returns the fault of a file of `lines` valid lines; nullopt if the number is right.
 std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& shape) {
   const std::int64_t year = shape.lines_per_year();
   const bool are_whole_years = lines > 0 && lines % year == 0;
@@ -104,7 +104,7 @@ std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& sha
 }  // namespace
 
 std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
-                                      const OnLine& see) {
+                                      const OnLine& on_line) {
   std::int64_t number = 0;
   while (const std::optional<LineBuffer::Line> line = lines.next()) {
     ++number;
@@ -112,8 +112,8 @@ std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
       return is_just_beyond(number, shape) ? fault_of_too_many(shape)
                                            : name_of_line(number, shape) + *fault;
     }
-    if (see) {
-      see(number, line->text);
+    if (on_line) {
+      on_line(number, line->text);
     }
   }
   return fault_of_end(number, shape);
@@ -125,7 +125,7 @@ std::int32_t count_good_fields(std::string_view line) {
     line.remove_prefix(kCharactersAtATime);
     count += kFieldsAtATime;
   }
-  // Where that stops: a fault or a plus among the next twelve fields, or the end.
+  // The next twelve fields contain a fault or a plus sign, or the line ends.
   while (line.size() >= kFieldWidth) {
     const std::string_view next =
         line.substr(0, std::min(kCharactersAtATime, line.size()));

@@ -18,7 +18,7 @@ bool is_field(const char* field, const char* text) {
   return std::memcmp(field, text, kFieldWidth) == 0;
 }
 
-// Is it a row of a whole grid that lies south of 60 degrees south?
+// Returns whether a row of a whole grid lies south of 60 degrees south.
 bool is_polar(std::int32_t GridY, std::string_view missing) {
   return missing == kMissing ? GridY <= kPolarRows : GridY > kGridRows - kPolarRows;
 }
@@ -29,7 +29,7 @@ GridContent::GridContent(const GridShape& shape)
     : shape_(shape),
       row_((static_cast<std::size_t>(shape.columns) + kBits - 1) / kBits) {}
 
-void GridContent::see(std::int64_t line, std::string_view text) {
+void GridContent::add_line(std::int64_t line, std::string_view text) {
   if (line == 1) {
     const std::string_view first = text.substr(0, kFieldWidth);
     missing_ = first == kMissing || first == kScpdsiMissing ? first : "";
@@ -45,7 +45,7 @@ void GridContent::see(std::int64_t line, std::string_view text) {
   }
 }
 
-// Makes the bits of `row_`.
+// Sets the bits of `row_`.
 void GridContent::find_values(std::string_view text) {
   for (Word& word : row_) {
     const std::size_t fields = std::min(text.size() / kFieldWidth, kBits);

@@ -1,5 +1,5 @@
-// Looks at the values of a condensed file for what can hardly be, although every line
-// is well formed: a row that was lost or doubled, rows in the wrong order.
+// Checks the values of a well-formed condensed file for implausible content: a lost or
+// duplicated row, rows in the wrong order.
 
 #ifndef VELDMARK_TERSIFY_GRID_CONTENT_H_
 #define VELDMARK_TERSIFY_GRID_CONTENT_H_
@@ -14,22 +14,22 @@
 
 namespace veldmark::tersify {
 
-// The sea and Antarctica have no values in any month, and the land has values in all.
-// The missing code is taken from the file's first field, which is at a pole: -999 in
-// the files of CRU TS, whose rows run south to north, -9999 in the scPDSI file, whose
-// rows run north to south. A file that begins otherwise is not looked at.
+// The check relies on two facts: the same cells have values in every month, and
+// Antarctica has none. The missing code is taken from the file's first field, which is
+// at a pole: -999 in the CRU TS files, whose rows run south to north, and -9999 in the
+// scPDSI file, whose rows run north to south. A file that begins with any other value
+// is not checked.
 class GridContent {
  public:
   explicit GridContent(const GridShape& shape);
 
-  // Takes in a line, all of which come one after the other.
+  // Adds the next line. Requires all lines in file order.
   //
-  //   line    from 1
-  //   text    without line end, of just the fields of the shape
-  void see(std::int64_t line, std::string_view text);
+  //   line    counted from 1
+  //   text    without newline, of exactly the shape's fields
+  void add_line(std::int64_t line, std::string_view text);
 
-  // Returns a sentence for each kind of thing that can hardly be; about its first
-  // place.
+  // Returns one sentence for each kind of problem, about the first place it occurs at.
   [[nodiscard]] std::vector<std::string> warnings() const;
 
  private:
@@ -40,10 +40,10 @@ class GridContent {
   void compare_with_first(std::int64_t line);
 
   GridShape shape_;
-  std::string missing_;  // text of a field without a value; empty when it is not known
-  std::vector<std::vector<Word>> first_month_;  // of each row a bit for each value
-  std::vector<Word> row_;                       // the same of the line seen last
-  std::string other_cells_;                     // the warnings, empty for none
+  std::string missing_;  // text of a missing value's field; empty if unknown
+  std::vector<std::vector<Word>> first_month_;  // for each row, a bit per value
+  std::vector<Word> row_;                       // the same for the last line
+  std::string other_cells_;                     // the warnings, empty if none
   std::string wrong_order_;
 };
 

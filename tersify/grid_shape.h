@@ -1,4 +1,4 @@
-// What a whole grid file holds, and which month and row a line belongs to.
+// The extent of a grid file, and the month and row that a line belongs to.
 
 #ifndef VELDMARK_TERSIFY_GRID_SHAPE_H_
 #define VELDMARK_TERSIFY_GRID_SHAPE_H_
@@ -11,10 +11,10 @@
 
 namespace veldmark::tersify {
 
-// The extent of a grid file: for each year, in each of its 12 months, `rows` lines of
-// `columns` fields. Tests take smaller ones.
+// The extent of a grid file: for each month of each year, `rows` lines of `columns`
+// fields. Tests use smaller ones.
 //
-//   years_are_named    the file's name tells the years, so that fewer are too few
+//   years_are_named    the file's name gives the years, so that fewer years are a fault
 struct GridShape {
   std::int32_t first_year = kFirstDataYear;
   std::int32_t years = kLastDataYear - kFirstDataYear + 1;
@@ -26,10 +26,10 @@ struct GridShape {
     return std::int64_t{kMonthsPerYear} * rows;
   }
 
-  // Lines of the whole file.
+  // Returns the number of lines of the whole file.
   [[nodiscard]] std::int64_t line_count() const { return years * lines_per_year(); }
 
-  // Characters of a line, without its line end.
+  // Returns the characters of a line, without its newline.
   [[nodiscard]] std::size_t line_length() const {
     return kFieldWidth * static_cast<std::size_t>(columns);
   }

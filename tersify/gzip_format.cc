@@ -9,9 +9,9 @@ namespace {
 
 constexpr std::size_t kSizeBytes = 4;
 constexpr unsigned kBitsPerByte = 8;
-constexpr std::int64_t kMaxExpansion = 1032;  // of deflate, at the very most
+constexpr std::int64_t kMaxExpansion = 1032;  // the highest possible ratio of deflate
 
-// Least significant byte first.
+// Decodes a little-endian number.
 std::int64_t number_of(std::string_view bytes) {
   std::uint64_t number = 0;
   for (std::size_t i = bytes.size(); i > 0; --i) {
@@ -29,7 +29,7 @@ std::string how_to_decompress(const std::string& name) {
 std::optional<std::int64_t> least_decompressed_size(const companion::InputFile& file) {
   const std::int64_t size = number_of(file.ending(kSizeBytes));
   if (size > kMaxExpansion * file.size()) {
-    return std::nullopt;  // garbage stands at the end
+    return std::nullopt;  // the file ends with garbage
   }
   return size;
 }

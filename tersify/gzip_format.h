@@ -1,5 +1,4 @@
-// What gzip files have at their beginning and their end; no library is needed to see
-// it.
+// The first and last bytes of gzip files, read without zlib.
 
 #ifndef VELDMARK_TERSIFY_GZIP_FORMAT_H_
 #define VELDMARK_TERSIFY_GZIP_FORMAT_H_
@@ -13,15 +12,16 @@
 
 namespace veldmark::tersify {
 
-// The first two bytes.
+// The magic bytes of a gzip file.
 constexpr std::string_view kGzipMark = "\x1f\x8b";
 
-// Returns how to decompress a file by hand, ": gunzip -k 'NAME'"; "" where gunzip would
-// not take its name.
+// Returns the shell command that decompresses a file, ": gunzip -k 'NAME'"; "" if
+// gunzip would refuse the name.
 std::string how_to_decompress(const std::string& name);
 
-// Returns how many bytes a gzip file has decompressed, at the least: its end tells the
-// size of its last member, modulo 4 GiB. nullopt where that can't be its size.
+// Returns a lower bound of the decompressed size of a gzip file, in bytes: the size of
+// its last member modulo 4 GiB, which the file ends with. Returns nullopt if the last
+// bytes can't be a size.
 std::optional<std::int64_t> least_decompressed_size(const companion::InputFile& file);
 
 }  // namespace veldmark::tersify

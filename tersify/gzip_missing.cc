@@ -1,4 +1,4 @@
-// Stands in for reading gzip files where tersify is built without zlib.
+// Replaces gzip_reader.cc where tersify is built without zlib.
 
 #include <utility>
 

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kReadAtATime = std::size_t{256} * 1024;
 constexpr int kGzipWindow =
-    15 + 16;  // the largest window, and gzip's header and trailer
+    15 + 16;  // 15: the largest window; 16: gzip header and trailer
 
 Bytef* bytes_of(char* text) { return reinterpret_cast<Bytef*>(text); }
 
@@ -38,8 +38,8 @@ struct GzipReader::State {
   State(State&&) = delete;
   State& operator=(State&&) = delete;
 
-  // Sees to it that `count` compressed bytes are there to look at; false where the file
-  // ends before.
+  // Fills the input buffer until it holds `count` bytes. Returns false if the file ends
+  // before that.
   bool has(std::size_t count) {
     if (stream.avail_in < count) {
       std::memmove(input.data(), stream.next_in, stream.avail_in);
@@ -61,8 +61,8 @@ struct GzipReader::State {
     --stream.avail_in;
   }
 
-  // At the end of a member: is there another one? A single byte is the beginning of one
-  // that is cut, as gzip sees it.
+  // Returns whether another member follows. As in gzip, a single byte after a member
+  // counts as the beginning of one that is cut off.
   bool is_member_next() {
     if (!has(1)) {
       return false;
@@ -81,7 +81,7 @@ struct GzipReader::State {
     return !garbage;
   }
 
-  // Decompresses until the buffer of the stream is full or there is no more.
+  // Decompresses until the output buffer is full or the input ends.
   void fill() {
     while (!ended && stream.avail_out > 0) {
       if (!has(1)) {

@@ -1,4 +1,4 @@
-// The text inside a gzip file.
+// Decompresses gzip files.
 
 #ifndef VELDMARK_TERSIFY_GZIP_READER_H_
 #define VELDMARK_TERSIFY_GZIP_READER_H_
@@ -12,15 +12,15 @@
 
 namespace veldmark::tersify {
 
-// Decompresses what gzip -dc decompresses: one member or several, one after the other.
-// Zero bytes after the last member, which tapes leave, are skipped; anything else there
-// is garbage and is left unread.
+// Accepts what gzip -dc accepts: one or several concatenated members. Zero bytes after
+// the last member (padding of tapes) are skipped; anything else there is trailing
+// garbage and is ignored.
 class GzipReader {
  public:
-  //   name          of the file, for messages
-  //   compressed    hands out its bytes; what it throws passes through
+  //   name          the file's name for messages
+  //   compressed    reads the file's bytes; its exceptions pass through
   //
-  // Throws Failure where tersify was built without zlib.
+  // Throws Failure if tersify was built without zlib.
   GzipReader(std::string name, companion::LineBuffer::ReadMore compressed);
   ~GzipReader();
   GzipReader(const GzipReader&) = delete;
@@ -28,20 +28,19 @@ class GzipReader {
   GzipReader(GzipReader&&) = delete;
   GzipReader& operator=(GzipReader&&) = delete;
 
-  // Puts the next `size` bytes in `buffer`, or what is left. Returns their number; 0 at
-  // the end, when all checksums have been found right.
+  // Reads the next `size` decompressed bytes into `buffer`, or the rest if there are
+  // fewer. Returns their number; 0 at the end, after all checksums have been verified.
   //
-  // Throws Failure when the file is damaged, and when it ends before its last member
-  // does.
+  // Throws Failure if the file is damaged or ends within a member.
   std::size_t read(char* buffer, std::size_t size);
 
-  // Reads on to the end only to see that nothing is damaged or missing.
+  // Reads and discards the rest, to verify it. Throws as read() does.
   void read_to_end();
 
-  // Returns how many members have been begun.
+  // Returns the number of members begun so far.
   [[nodiscard]] std::int64_t members() const;
 
-  // Is there something after the last member? To be asked at the end.
+  // Returns whether garbage follows the last member. Requires that the end was reached.
   [[nodiscard]] bool has_trailing_garbage() const;
 
  private:

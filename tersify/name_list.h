@@ -9,16 +9,17 @@
 
 namespace veldmark::tersify {
 
-// Returns a name as it is meant: without blanks, tabs and carriage returns at its end.
-// Lists come from all kinds of editors.
+// Returns the line without blanks, tabs and carriage returns at its end, which some
+// editors leave there.
 std::string trimmed_name(std::string_view line);
 
-// Reads the names of a list file, which may be a pipe. Blank lines are skipped, and so
-// is a byte order mark.
+// Returns the names in a list file, which may be a pipe. Skips blank lines and a byte
+// order mark.
 //
-// Throws Failure when the file can't be read, when it holds no name, and at the first
-// line that can be none: with a null character, or longer than a path or a part of one
-// can be. Such a file is something else, often the data file itself.
+// Throws Failure if the file can't be read, if it contains no name, and at the first
+// line that can't be a file name: one with a null character, or longer than the system
+// allows for a path or for one component of it. Such a file isn't a list; often it is
+// the data file itself.
 std::vector<std::string> read_name_list(const std::string& list_name);
 
 }  // namespace veldmark::tersify

@@ -13,13 +13,14 @@ namespace {
 constexpr double kNorthernmostCentre = -double{kSouthernmostCentre};
 constexpr double kFirstEastOfGreenwich = 0.25;
 
-// Centres are exact in binary; some programs work them out, and not exactly.
+// Cell centres are exact in binary, but some programs compute them inexactly.
 bool is_near(double found, double expected) {
   constexpr double kNear = 0.001;
   return std::abs(found - expected) < kNear;
 }
 
-// Requires what is called `what` to be the centres from `first` on, `step` apart.
+// Throws NetcdfFault unless the coordinates are the cell centres from `first` on,
+// `step` apart. Messages call them `what`.
 void expect_centres(std::span<const double> found, const std::string& what,
                     double first, double step) {
   for (std::size_t i = 0; i < found.size(); ++i) {

@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint64_t kAlignment = 4;
 
-// Sums and products that stay at kMax instead of beginning again at 0.
+// Sums and products that saturate at kMax instead of overflowing.
 std::uint64_t sum(std::uint64_t a, std::uint64_t b) {
   return a > kMax - b ? kMax : a + b;
 }
@@ -27,12 +27,12 @@ std::uint64_t aligned(std::uint64_t size) {
   return sum(size, kAlignment - 1) / kAlignment * kAlignment;
 }
 
-// The numbers of a header, one after another, most significant byte first.
+// Reads the numbers of a header, which are big-endian.
 class HeaderReader {
  public:
   explicit HeaderReader(const ReadBytes& read) : read_(read), buffer_(kBufferSize) {}
 
-  // Takes the first four bytes. Returns the version, 1, 2 or 5; 0 for another file.
+  // Reads the magic bytes. Returns the version, 1, 2 or 5; 0 for any other file.
   int take_version() {
     std::array<char, kAlignment> mark{};
     for (char& byte : mark) {
@@ -104,7 +104,7 @@ class HeaderReader {
 [[noreturn]] void refuse_header() { throw NetcdfFault("the file's header is damaged"); }
 
 std::uint64_t size_of_type(std::uint64_t type) {
-  // By the numbers of the types; the first is none.
+  // Indexed by type number; there is no type 0.
   constexpr std::array<std::uint64_t, 12> kSizes{0, 1, 1, 2, 4, 4, 8, 1, 2, 4, 8, 8};
   if (type == 0 || type >= kSizes.size()) {
     refuse_header();
@@ -112,7 +112,8 @@ std::uint64_t size_of_type(std::uint64_t type) {
   return kSizes.at(type);
 }
 
-// A list is a tag and the number of its members; an empty one may lack its tag.
+// A list begins with a tag and the number of its members; the tag of an empty list may
+// be 0.
 std::uint64_t list_length(HeaderReader& header) {
   header.word();
   return header.count();
@@ -130,14 +131,14 @@ std::vector<std::uint64_t> take_dimensions(HeaderReader& header) {
   std::vector<std::uint64_t> lengths;
   for (std::uint64_t left = list_length(header); left > 0; --left) {
     header.skip_name();
-    lengths.push_back(header.count());  // 0 for that of the records
+    lengths.push_back(header.count());  // 0 for the record dimension
   }
   return lengths;
 }
 
 // A variable.
 //
-//   size    bytes of its values; of one record where it has records
+//   size    bytes of its values; of one record if it is a record variable
 struct Variable {
   std::uint64_t begin = 0;
   std::uint64_t size = 0;
@@ -163,19 +164,19 @@ Variable take_variable(HeaderReader& header,
   }
   skip_attributes(header);
   variable.size = product(variable.size, size_of_type(header.word()));
-  header.count();  // the size once more, which may not fit there
+  header.count();  // the size again, unusable: large sizes don't fit in this field
   variable.begin = header.offset();
   return variable;
 }
 
-// Where the last value of all ends.
+// Returns the offset after the last value of all variables.
 std::uint64_t end_of(const std::vector<Variable>& variables, std::uint64_t records) {
   const auto with_records =
       std::count_if(variables.begin(), variables.end(),
                     [](const Variable& variable) { return variable.has_records; });
   std::uint64_t record_size = 0;
   for (const Variable& variable : variables) {
-    if (variable.has_records) {  // a single one is not aligned
+    if (variable.has_records) {  // a single record variable is not padded
       record_size =
           sum(record_size, with_records == 1 ? variable.size : aligned(variable.size));
     }

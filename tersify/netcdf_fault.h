@@ -1,4 +1,4 @@
-// What makes a netCDF file other than a published one.
+// The exception for a netCDF file that isn't a published grid file.
 
 #ifndef VELDMARK_TERSIFY_NETCDF_FAULT_H_
 #define VELDMARK_TERSIFY_NETCDF_FAULT_H_
@@ -7,8 +7,8 @@
 
 namespace veldmark::tersify {
 
-// The text says what was found and what was expected. It names no file: what looks at
-// axes and values doesn't know which file they come from.
+// The message says what was found and what was expected. It doesn't name the file,
+// which is unknown where axes and values are checked; the caller adds the name.
 struct NetcdfFault : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

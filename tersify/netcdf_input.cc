@@ -31,7 +31,7 @@ struct Attribute {
   std::size_t length = 0;
 };
 
-// Returns nullopt where there is no such attribute.
+// Returns nullopt if there is no such attribute.
 std::optional<Attribute> find_attribute(int file, int variable, const char* name) {
   Attribute found;
   const int status = nc_inq_att(file, variable, name, &found.type, &found.length);
@@ -42,7 +42,7 @@ std::optional<Attribute> find_attribute(int file, int variable, const char* name
   return found;
 }
 
-// Texts and lists of numbers are short; what is longer is no attribute of a grid.
+// Throws NetcdfFault for an attribute that is too long for a published grid file.
 void expect_short(const char* name, const Attribute& attribute) {
   constexpr std::size_t kLongest = 1000;
   if (attribute.length > kLongest) {
@@ -114,7 +114,7 @@ std::string NetcdfInput::text(const NetcdfVariable& variable,
   }
   std::string text(found->length, '\0');
   check(nc_get_att_text(file_, variable.number, attribute, text.data()));
-  return text.substr(0, text.find('\0'));  // some writers end a text as C does
+  return text.substr(0, text.find('\0'));  // some writers include the terminating null
 }
 
 std::vector<double> NetcdfInput::numbers(const NetcdfVariable& variable,

@@ -1,5 +1,4 @@
-// A netCDF file that is read, through the netCDF C library: the one place that knows
-// it.
+// Reads netCDF files. The only code of tersify that uses the netCDF C library.
 
 #ifndef VELDMARK_TERSIFY_NETCDF_INPUT_H_
 #define VELDMARK_TERSIFY_NETCDF_INPUT_H_
@@ -16,13 +15,12 @@ struct NetcdfDimension {
   std::size_t length = 0;
 };
 
-// A variable of the file, known to the library by its number.
+// A variable of the file.
 //
-//   is_real    of single or double precision
-//   fill       what the library fills it with where nothing was written, unless an
-//              attribute says otherwise
-//   chunk      the extent along each dimension of what the file can read or decompress
-//              at the least; empty where every value can be read alone
+//   number     the library's id of the variable
+//   is_real    float or double
+//   fill       the library's default fill value of the type
+//   chunk      the shape of its chunks; empty if it is stored contiguously
 struct NetcdfVariable {
   int number = -1;
   std::string name;
@@ -32,7 +30,7 @@ struct NetcdfVariable {
   std::vector<std::size_t> chunk{};
 };
 
-// Every member throws NetcdfFault when the library can't read the file.
+// Every member throws NetcdfFault if the library can't read the file.
 class NetcdfInput {
  public:
   explicit NetcdfInput(const std::string& path);
@@ -46,19 +44,19 @@ class NetcdfInput {
     return variables_;
   }
 
-  // Returns an attribute that is text; "" where there is none.
+  // Returns a text attribute; "" if there is none.
   [[nodiscard]] std::string text(const NetcdfVariable& variable,
                                  const char* attribute) const;
 
-  // Returns an attribute that is one number or several; none where there is none.
+  // Returns the numbers of a numeric attribute; empty if there is none.
   [[nodiscard]] std::vector<double> numbers(const NetcdfVariable& variable,
                                             const char* attribute) const;
 
-  // Reads all values of a variable of one dimension.
+  // Returns all values of a one-dimensional variable.
   [[nodiscard]] std::vector<double> read_all(const NetcdfVariable& variable) const;
 
-  // Reads `counts` values along each dimension from `starts` on, in single precision
-  // whatever the variable is of. Requires that `values` has the room.
+  // Reads `counts` values along each dimension, from the indices `starts` on, converted
+  // to single precision. Requires that the size of `values` is the product of `counts`.
   void read(const NetcdfVariable& variable, std::span<const std::size_t> starts,
             std::span<const std::size_t> counts, std::span<float> values) const;
 

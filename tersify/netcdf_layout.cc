@@ -22,7 +22,7 @@ struct Found {
   const NetcdfVariable* variable;
 };
 
-// The names of all variables of the file.
+// Returns the names of all variables of the file.
 std::string names_of(const std::vector<NetcdfVariable>& variables) {
   std::string names;
   for (const NetcdfVariable& variable : variables) {
@@ -31,8 +31,8 @@ std::string names_of(const std::vector<NetcdfVariable>& variables) {
   return names.empty() ? "none" : names;
 }
 
-// Finds the variable: never simply the first, since a file holds numbers of stations
-// and errors of the mean as well.
+// Finds the variable by its name. The first one won't do: published files also contain
+// station counts and standard errors.
 Found find_variable(const NetcdfInput& input, const std::string& name) {
   const VariableEntry* named = find_by_file_name(name);
   std::vector<Found> found;
@@ -72,8 +72,8 @@ void expect_dimensions(const NetcdfVariable& variable) {
   }
 }
 
-// Values that a program has packed into integers, or scaled, are other numbers than
-// those that are read.
+// Throws NetcdfFault if the values are packed or scaled: the numbers in the file would
+// not be the physical values.
 void expect_unpacked(const NetcdfInput& input, const NetcdfVariable& variable) {
   if (!variable.is_real) {
     throw NetcdfFault(in_quotes(variable.name) +
@@ -111,7 +111,7 @@ const NetcdfVariable& find_coordinate(const NetcdfInput& input,
 
 std::vector<double> coordinates(const NetcdfInput& input,
                                 const NetcdfVariable& variable) {
-  constexpr std::size_t kMax = 100'000;  // months of eight thousand years
+  constexpr std::size_t kMax = 100'000;  // months; more than eight thousand years
   const std::size_t length = variable.dimensions.front().length;
   if (length > kMax) {
     throw NetcdfFault("the dimension " + in_quotes(variable.name) +
@@ -121,8 +121,8 @@ std::vector<double> coordinates(const NetcdfInput& input,
   return input.read_all(variable);
 }
 
-// A code may be of higher precision than the values that it is compared with; no value
-// is one that single precision doesn't reach.
+// Returns the missing-value codes in single precision, like the values that they are
+// compared with. No value equals a code that is out of the range of single precision.
 std::vector<float> missing_values(const NetcdfInput& input,
                                   const NetcdfVariable& variable) {
   std::vector<double> codes = input.numbers(variable, "_FillValue");

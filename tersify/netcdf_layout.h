@@ -1,4 +1,4 @@
-// What a netCDF file holds, judged by its names and coordinates.
+// Finds out what a netCDF file contains, from its names and coordinates.
 
 #ifndef VELDMARK_TERSIFY_NETCDF_LAYOUT_H_
 #define VELDMARK_TERSIFY_NETCDF_LAYOUT_H_
@@ -14,7 +14,7 @@ namespace veldmark::tersify {
 
 // The grid of one variable over whole years.
 //
-//   variable    lies along time, latitude and longitude, in this order
+//   variable    has the dimensions time, latitude and longitude, in this order
 struct NetcdfLayout {
   const VariableEntry& entry;
   NetcdfVariable variable;
@@ -22,10 +22,11 @@ struct NetcdfLayout {
   FoundYears years;
 };
 
-// Finds the variable and how it lies.
+// Finds the climate variable, its axes and its years.
 //
-//   name    of the file; where it tells the variable, the file must hold that one, and
-//           where it doesn't, just one of the variables there are
+//   name    the file's name; if it names a variable, the file must contain that one,
+//   and
+//           otherwise exactly one of the known variables
 //
 // Throws NetcdfFault that says what was found and what was expected.
 NetcdfLayout find_layout(const NetcdfInput& input, const std::string& name);

@@ -1,4 +1,4 @@
-// Stands in for reading netCDF where tersify is built without the library.
+// Replaces the reading of netCDF where tersify is built without the library.
 
 #include "tersify/condense_netcdf.h"
 #include "util/failure.h"

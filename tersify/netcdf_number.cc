@@ -8,7 +8,7 @@ namespace veldmark::tersify {
 
 std::string number_text(double number) {
   if (std::isnan(number)) {
-    return "nan";  // without the sign that the library prints
+    return "nan";  // the standard library may print "-nan"
   }
   constexpr std::size_t kLongest = 32;
   std::array<char, kLongest> text{};

@@ -7,14 +7,14 @@
 namespace veldmark::tersify {
 namespace {
 
-// Months and rows of a tile.
+// The number of months and of rows of a tile.
 struct Extent {
   std::size_t months = 1;
   std::size_t rows = kGridRows;
 };
 
-// As many whole chunks as there is room for, one chunk of months at a time. What a
-// chunk larger than that costs is decompressing it again.
+// Returns the largest tile of whole chunks within the limit, one chunk long in time. A
+// chunk larger than the limit is split, and decompressed once for each tile.
 Extent extent_of(const NetcdfVariable& variable) {
   if (variable.chunk.empty()) {
     return {};
@@ -25,8 +25,8 @@ Extent extent_of(const NetcdfVariable& variable) {
       std::min(variable.chunk[0], variable.dimensions[0].length), kAtLeast, kMaxRows);
   const std::size_t chunk_rows =
       std::clamp(variable.chunk[1], kAtLeast, std::size_t{kGridRows});
-  const std::size_t room = kMaxRows / months;  // rows of so many months
-  const std::size_t rows = room < chunk_rows ? room : room / chunk_rows * chunk_rows;
+  const std::size_t most = kMaxRows / months;
+  const std::size_t rows = most < chunk_rows ? most : most / chunk_rows * chunk_rows;
   return {.months = months, .rows = std::min(rows, std::size_t{kGridRows})};
 }
 

@@ -31,8 +31,8 @@ constexpr const char* kExpectedUnits =
                     kExpectedUnits);
 }
 
-// Returns the parts of the units: year, month, day, hour, minute, second; nullopt when
-// they are not such units.
+// Parses the units into year, month, day, hour, minute and second. Returns nullopt if
+// they have another form.
 using Parts = std::array<int, 6>;
 
 std::optional<Parts> parts_of(const std::string& units) {
@@ -41,7 +41,7 @@ std::optional<Parts> parts_of(const std::string& units) {
       R"((?:[T\s]\s*(\d{1,2})(?::(\d{1,2})(?::(\d{1,2})(?:\.\d*)?)?)?)?)"
       R"(\s*(?:Z|UTC|GMT|[+-]0{1,2}(?::?00)?)?\s*)",
       std::regex::icase);
-  constexpr std::size_t kLongest = 100;  // the expression is matched by recursion
+  constexpr std::size_t kLongest = 100;  // limits std::regex's recursion
   std::smatch found;
   if (units.size() > kLongest || !std::regex_match(units, found, kUnits)) {
     return std::nullopt;
@@ -54,11 +54,11 @@ std::optional<Parts> parts_of(const std::string& units) {
   return parts;
 }
 
-// Days of the Julian calendar, counted as the others: from 1 January 1970 on.
+// Returns the day of a date in the Julian calendar, counted from 1 January 1970.
 sys_days julian_day(int y, int m, int d) {
-  // The year begins in March here, so that the day that leap years add is its last.
+  // The year begins in March here, so that a leap day is the last day of the year.
   constexpr int kMonths = 12;
-  constexpr int kEarlier = 4800;        // no year is negative
+  constexpr int kEarlier = 4800;        // added, so that no year is negative
   constexpr int kDayOfEarlier = 32083;  // 1 March of that year, as a Julian day number
   constexpr int kDayOf1970 = 2440588;   // 1 January 1970, as a Julian day number
   const int years_less = (14 - m) / kMonths;
@@ -68,7 +68,8 @@ sys_days julian_day(int y, int m, int d) {
                        kDayOfEarlier - kDayOf1970));
 }
 
-// Returns the day of a date in the mixed calendar; nullopt for one it lacks.
+// Returns the day of a date in the standard calendar; nullopt for one of the ten days
+// that it skips in October 1582.
 std::optional<sys_days> mixed_day(const year_month_day& date, int y, int m, int d) {
   constexpr year_month_day kLastJulian = year(1582) / month(10) / day(4);
   constexpr year_month_day kFirstGregorian = year(1582) / month(10) / day(15);
@@ -107,8 +108,7 @@ DaysSince::DaysSince(const std::string& units, const std::string& calendar) {
   const auto [y, m, d, hours, minutes, seconds] = *parts;
   const year_month_day date =
       year(y) / month(static_cast<unsigned>(m)) / day(static_cast<unsigned>(d));
-  // A 29 February that only the Julian calendar has is refused like other missing
-  // dates.
+  // Also rejects a 29 February that exists only in the Julian calendar.
   if (y == 0 || !date.ok()) {
     refuse_units(units);
   }

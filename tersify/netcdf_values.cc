@@ -17,7 +17,7 @@ constexpr std::size_t kBytesPerLine = kLineLength + 1;
 constexpr std::int32_t kLowest = -9999;
 constexpr std::int32_t kHighest = 99999;
 
-// Writes a number right-aligned.
+// Writes a number right-aligned into a field.
 void put_number(std::int32_t number, char* field) {
   std::array<char, kFieldWidth> digits{};
   const char* const end =
@@ -27,7 +27,7 @@ void put_number(std::int32_t number, char* field) {
   std::copy_n(digits.data(), length, begin);
 }
 
-// Degrees of a row or column, counted from 0.
+// Return the centre of a row or column in degrees; rows and columns counted from 0.
 double latitude(RowOrder order, std::size_t row) {
   const double from_edge = double{kCellSize} * static_cast<double>(row);
   return order == RowOrder::kSouthFirst ? kSouthernmostCentre + from_edge
@@ -41,11 +41,12 @@ double longitude(std::size_t column) {
 }  // namespace
 
 std::optional<std::int32_t> stored_value(double value, std::int32_t stored_per_unit) {
-  // Single precision leaves less than 0.005 at 9999.9, the greatest value that fits.
+  // At 9999.9, the greatest value that fits, single precision is off by less than 0.005
+  // in stored units.
   constexpr double kFurthest = 0.01;
   const double scaled = value * stored_per_unit;
   if (!(scaled > kLowest - kFurthest && scaled < kHighest + kFurthest)) {
-    return std::nullopt;  // nor is NaN any
+    return std::nullopt;  // NaN, too
   }
   const auto nearest = static_cast<std::int32_t>(scaled + (scaled < 0 ? -0.5 : 0.5));
   if (std::abs(scaled - nearest) > kFurthest) {
@@ -66,7 +67,7 @@ NetcdfLines::NetcdfLines(const VariableEntry& entry, const NetcdfGridForm& form)
   put_number(entry.MissingCode, missing_field_.data());
 }
 
-// Most values are those of the sea.
+// Hot: most values are missing, as most cells are sea.
 bool NetcdfLines::is_missing(float value) const {
   return std::find(missing_.begin(), missing_.end(), value) != missing_.end() ||
          (has_missing_nan_ && std::isnan(value));

@@ -1,6 +1,5 @@
-// From the real numbers of a netCDF grid to the stored integers of a condensed file.
-//
-// Nothing here touches a file.
+// Converts the physical values of a netCDF grid to the integers of a condensed file.
+// Does no file I/O.
 
 #ifndef VELDMARK_TERSIFY_NETCDF_VALUES_H_
 #define VELDMARK_TERSIFY_NETCDF_VALUES_H_
@@ -19,44 +18,46 @@
 
 namespace veldmark::tersify {
 
-// Returns the stored integer of a value in physical units; nullopt when
-// `stored_per_unit` times the value is further than 0.01 from each integer of at most
-// five characters, -9999 to 99999.
+// Returns `stored_per_unit` times the value, rounded to an integer; nullopt if it is
+// more than 0.01 away from an integer, or the integer is outside -9999..99999 (five
+// characters).
+//
+//   value    in physical units
 std::optional<std::int32_t> stored_value(double value, std::int32_t stored_per_unit);
 
-// How a netCDF grid lies in its file, and what marks its missing values.
+// The orientation of a netCDF grid, and its missing-value codes.
 //
 //   rows            the order of its rows
-//   first_column    index, from 0, of the westernmost column
-//   missing         the values that mean "no value"; NaN is one where it is named here
+//   first_column    index of the westernmost column, counted from 0
+//   missing         the codes of a missing value; NaN counts as missing only if listed
 struct NetcdfGridForm {
   RowOrder rows = RowOrder::kSouthFirst;
   std::size_t first_column = 0;
   std::vector<float> missing{};
 };
 
-// Rows of a month as they lie in the netCDF file, counted from 0.
+// A range of rows of a month in the order of the netCDF file, counted from 0.
 struct NetcdfRows {
   std::size_t first = 0;
   std::size_t count = kGridRows;
 };
 
-// Makes condensed lines of a variable.
+// Formats the values of a variable as condensed lines.
 class NetcdfLines {
  public:
   NetcdfLines(const VariableEntry& entry, const NetcdfGridForm& form);
 
-  // Returns the index, from 0, of the first line of these rows among the lines of their
-  // month.
+  // Returns the index of the first line of these rows in the condensed file, counted
+  // from 0 at the beginning of the month.
   [[nodiscard]] std::size_t first_line(const NetcdfRows& rows) const;
 
-  // Returns the lines of these rows, with their line ends, in the row order of the
-  // condensed file. The next call overwrites them.
+  // Returns the lines of these rows, with newlines, in the row order of the condensed
+  // file. Valid until the next call.
   //
-  //   values    720 for each row, as they lie in the netCDF file
+  //   values    720 for each row, in the order of the netCDF file
   //
-  // Throws NetcdfFault that names latitude, longitude and value when a value is none of
-  // the variable's, or would be taken for a missing one.
+  // Throws NetcdfFault that names latitude, longitude and value if stored_value rejects
+  // a value, or the stored integer is the missing code.
   std::string_view make(std::span<const float> values, const NetcdfRows& rows);
 
  private:
@@ -67,7 +68,7 @@ class NetcdfLines {
 
   const VariableEntry& entry_;
   NetcdfGridForm form_;
-  std::vector<float> missing_;  // each once, without NaN
+  std::vector<float> missing_;  // without duplicates and NaN
   bool has_missing_nan_;
   std::array<char, kFieldWidth> missing_field_{};
   std::string text_;

@@ -46,10 +46,11 @@ std::string quoted_names(const Names& names) {
   return text;
 }
 
-// A run over some files.
+// A run that condenses several files.
 class Condensing {
  public:
-  //   output    the copy's name where there is one file; nullopt for the usual names
+  //   output    the copy's name if there is just one file; nullopt for the default
+  //   names
   Condensing(const Environment& environment, const Settings& settings, Names names,
              Inputs inputs, std::optional<std::string> output = std::nullopt)
       : environment_(environment),
@@ -62,7 +63,7 @@ class Condensing {
     }
   }
 
-  // Condenses them all. Returns the exit status.
+  // Condenses all files. Returns the exit status.
   int run() {
     const InterruptWatch watch;
     int status = kSuccess;
@@ -99,7 +100,7 @@ class Condensing {
             .inputs = std::move(inputs)};
   }
 
-  // Condenses one file and says so, or says why not.
+  // Condenses one file and reports the result.
   void condense(const std::string& name) {
     try {
       const Condensed done = condense_file(job_for(name));
@@ -121,7 +122,7 @@ class Condensing {
     failed_.push_back(name);
   }
 
-  // What a user should know about a copy that has been made.
+  // Prints warnings and notes about a copy that has been made.
   void print_warnings(const std::string& name, const Condensed& done) const {
     for (const std::string& warning : done.warnings) {
       start_message(environment_) << warning << "\n";
@@ -133,7 +134,7 @@ class Condensing {
     }
   }
 
-  // A release of other years is as good as the usual one.
+  // Only a note: releases with other years than the default ones are fine.
   void note_years(const std::string& name, std::int64_t lines) const {
     const GridShape shape = shape_by_name(name, settings_.shape);
     const std::optional<std::int32_t> years = whole_years(lines, shape);
@@ -149,7 +150,7 @@ class Condensing {
     }
   }
 
-  // Says at the end what was done and what was not; one good file has been spoken of.
+  // Lists the failed files. A single file that was condensed needs no summary.
   void print_summary() const {
     if (names_.size() > 1) {
       environment_.output << "condensed " << names_.size() - failed_.size() << " of "

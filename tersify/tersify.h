@@ -1,4 +1,4 @@
-// The whole program: arguments or an answer in, condensed files out.
+// The program as a function, so that tests can run it in memory.
 
 #ifndef VELDMARK_TERSIFY_TERSIFY_H_
 #define VELDMARK_TERSIFY_TERSIFY_H_
@@ -9,10 +9,10 @@
 
 namespace veldmark::tersify {
 
-// What tests replace.
+// Settings that tests replace.
 //
-//   free_space    how much room a disk has
-//   shape         what a complete file holds
+//   free_space    returns the free space of a disk
+//   shape         the extent of a complete file
 struct Settings {
   FreeSpace free_space = system_free_space;
   GridShape shape{};
@@ -21,12 +21,12 @@ struct Settings {
 // Runs the program.
 //
 //   arguments    without the program's name
-//   environment       the input is the answer to the one question; the output takes the
-//                question, a line for each file, the help text
+//   environment  its input is read for the answer to the one question; its output
+//                receives the question, a line for each file, and the help text
 //
-// Returns the exit status: 0 all is well, 1 a file failed or nothing could be said, 2
-// wrong usage or no answer to the question, 128 and the signal's number when
-// interrupted. What is thrown on the way becomes a message and a status.
+// Returns the exit status: 0 success, 1 a file failed or the output can't be written, 2
+// wrong usage or no answer to the question, 128 plus the signal's number when
+// interrupted. Exceptions are reported as messages and statuses.
 int run_tersify(companion::Arguments arguments,
                 const companion::Environment& environment,
                 const Settings& settings = {});

@@ -1,4 +1,4 @@
-// Opens what should be text, and recognises what is compressed.
+// Opens text files, and rejects compressed ones.
 
 #ifndef VELDMARK_TERSIFY_TEXT_FILE_H_
 #define VELDMARK_TERSIFY_TEXT_FILE_H_
@@ -10,12 +10,12 @@
 
 namespace veldmark::tersify {
 
-// Throws Failure "'NAME' is compressed (xz); decompress it first" when the first bytes
-// of a file are those of a compressed one or of an archive.
+// Throws Failure "'NAME' is compressed (xz); decompress it first" if the first bytes of
+// a file are those of a compression format or archive.
 void refuse_compressed(const std::string& name, std::string_view first_bytes);
 
-// Opens a file. Throws Failure "cannot read 'NAME': reason", and "'NAME' is compressed
-// (gzip); decompress it first" for a regular file with the first bytes of such a one.
+// Opens a file. Throws Failure "cannot read 'NAME': reason" and, for a compressed
+// regular file, "'NAME' is compressed (gzip); decompress it first".
 companion::InputFile open_text_file(const std::string& name,
                                     companion::InputFile::Kind kind);
 

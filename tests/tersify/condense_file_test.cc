@@ -316,7 +316,8 @@ TEST(CondenseFile, TooLittleRoomIsSaidBeforeAnythingIsWritten) {
   write_file("raw.new", "earlier");
   write_file("raw.new.part", "");
   expect_failure(
-      "not enough room for 'raw.new': it takes about 1080300 bytes, and 1080299 are "
+      "not enough disk space for 'raw.new': it takes about 1080300 bytes, and 1080299 "
+      "are "
       "free",
       [](const std::string&) { return 300 * 3601 - 1; });
 }

@@ -31,8 +31,9 @@ std::string verdict(std::optional<std::int64_t> needed,
 TEST(DiskSpace, JustEnoughIsEnough) {
   const TemporaryFolder folder;
   EXPECT_EQ(verdict(1000, 1000), "");
-  EXPECT_EQ(verdict(1000, 999),
-            "not enough room for 'copy': it takes about 1000 bytes, and 999 are free");
+  EXPECT_EQ(
+      verdict(1000, 999),
+      "not enough disk space for 'copy': it takes about 1000 bytes, and 999 are free");
 }
 
 TEST(DiskSpace, WhatIsNotKnownIsTried) {

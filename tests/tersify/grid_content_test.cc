@@ -31,8 +31,8 @@ Warnings warnings_of(const std::vector<std::string>& lines, const GridShape& sha
                      const std::string& missing = " -999") {
   GridContent content(shape);
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    content.see(static_cast<std::int64_t>(i) + 1,
-                line_of(lines[i], missing, shape.columns));
+    content.add_line(static_cast<std::int64_t>(i) + 1,
+                     line_of(lines[i], missing, shape.columns));
   }
   return content.warnings();
 }

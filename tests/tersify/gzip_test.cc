@@ -311,9 +311,10 @@ TEST(Gzip, TooLittleRoomIsSaidBeforeAnythingIsWritten) {
   const auto with_room = [](std::int64_t bytes) {
     return condense("a.dat.gz", [bytes](const std::string&) { return bytes; });
   };
-  EXPECT_EQ(with_room(12 * 3601 - 1).messages,
-            "tersify: not enough room for 'a.dat.new': it takes about 43212 bytes, and "
-            "43211 are free\ntersify: not condensed: 'a.dat.gz'\n");
+  EXPECT_EQ(
+      with_room(12 * 3601 - 1).messages,
+      "tersify: not enough disk space for 'a.dat.new': it takes about 43212 bytes, and "
+      "43211 are free\ntersify: not condensed: 'a.dat.gz'\n");
   EXPECT_EQ(folder_content().size(), 1U);
   EXPECT_EQ(with_room(12 * 3601).status, 0);
 }
@@ -337,9 +338,10 @@ TEST(Gzip, CompressedNetcdfIsDecompressedBesideTheCopyAndLeavesNothing) {
     EXPECT_EQ(result.output, "");
     return result.messages.substr(0, result.messages.find('\n'));
   };
-  EXPECT_EQ(message([](const std::string&) { return 600'000; }),
-            "tersify: not enough room for 'a.dat.new.nc': it takes about 700004 bytes, "
-            "and 600000 are free");
+  EXPECT_EQ(
+      message([](const std::string&) { return 600'000; }),
+      "tersify: not enough disk space for 'a.dat.new.nc': it takes about 700004 bytes, "
+      "and 600000 are free");
   EXPECT_EQ(folder_content().size(), 1U);
 
   write_file("a.dat.new.nc.part", "of a run that was killed");

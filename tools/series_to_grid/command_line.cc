@@ -14,15 +14,15 @@ namespace {
 constexpr std::int32_t kScpdsiMissing = -9999;
 
 static_assert(kFirstDataYear == 1901 && kLastDataYear == 2016,
-              "the help text names the years");
+              "the help text states the years");
 
-// Returns "1901-2016".
+// Returns the years of the data, "1901-2016".
 std::string data_years() {
   return std::to_string(kFirstDataYear) + "-" + std::to_string(kLastDataYear);
 }
 
-// Reads "FIRST-LAST", two years of four digits.
-// Throws UsageError for another form and for years that a grid file cannot hold.
+// Parses "FIRST-LAST", two years of four digits. Throws UsageError for any other form
+// and for years outside the data.
 YearRange parse_years(const std::string& text) {
   if (!companion::has_shape(text, "dddd-dddd")) {
     throw UsageError("--years: " + in_quotes(text) + " is not FIRST-LAST, as in " +

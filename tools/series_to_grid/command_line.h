@@ -14,7 +14,7 @@ namespace veldmark::series_to_grid {
 // What a run is asked to do.
 enum class Task { kExpand, kShowHelp, kShowVersion };
 
-// What to do.
+// The parsed command line.
 //
 //   output    name of the grid file
 //   series    name of the series file; "-" is the standard input
@@ -32,9 +32,8 @@ std::string_view help_text();
 // Returns the text that --version shows.
 std::string_view version_text();
 
-// Reads the arguments, the program's name not among them. An option given twice counts
-// once; of two spans of years the last one holds. Throws UsageError that names the
-// argument at fault.
+// Parses the arguments without the program's name. Options may be repeated; the last
+// --years wins. Throws UsageError that names the invalid argument.
 Command parse_command_line(std::span<const std::string> arguments);
 
 }  // namespace veldmark::series_to_grid

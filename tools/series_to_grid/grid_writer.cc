@@ -13,8 +13,8 @@ std::ptrdiff_t index_in_series(const Series& series, std::int32_t month) {
   return month - std::ptrdiff_t{series.first_year - kFirstDataYear} * kMonthsPerYear;
 }
 
-// Returns the value of a cell in month `index` of the series, as the grid file holds
-// it.
+// Returns the value of a cell in month `index` of the series, with the missing code of
+// the grid file.
 std::int32_t grid_value(const CellSeries& cell, std::ptrdiff_t index,
                         std::int32_t MissingCode) {
   const std::int32_t value = cell.values.at(static_cast<std::size_t>(index));

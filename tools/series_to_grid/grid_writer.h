@@ -1,12 +1,11 @@
-// From a series to the text of a grid file: month after month the whole 0.5 degree
+// Expands a series to the text of a grid file: for each month the whole 0.5 degree
 // grid, with the series' values in their cells and the missing code everywhere else.
 //
-//   file    no header; years from 1901, in each 12 months, in each 360 lines, one per
-//           row: year Y, month M, row R start on line
-//           (Y - 1901) * 4320 + (M - 1) * 360 + R, counted from 1
-//   line    720 right-aligned integers, column 1 first, and LF
-//
-// Nothing here touches a file.
+//   file    no header; from 1901 on, 12 months a year, 360 lines a month, one per row:
+//           year Y, month M, row R are on line (Y - 1901) * 4320 + (M - 1) * 360 + R,
+//           counted from 1
+//   line    720 right-aligned integers, column 1 first, and a newline (LF)
+// Does no file I/O.
 
 #ifndef VELDMARK_SERIES_TO_GRID_GRID_WRITER_H_
 #define VELDMARK_SERIES_TO_GRID_GRID_WRITER_H_
@@ -22,8 +21,8 @@
 
 namespace veldmark::series_to_grid {
 
-// Characters of one field: five without a separator in the condensed layout; a blank
-// and five in the published one, so that no number touches its neighbour.
+// Characters of one field: five in the condensed layout; six in the published one,
+// where the first is always a blank and separates the numbers.
 constexpr std::int32_t kCondensedField = kFieldWidth;
 constexpr std::int32_t kPublishedField = 6;
 
@@ -38,7 +37,7 @@ struct GridForm {
   std::int32_t MissingCode = kSeriesMissing;
 };
 
-// The years first..last, both included; the values of all others are left out.
+// The years to take from a series, both included.
 struct YearRange {
   std::int32_t first = kFirstDataYear;
   std::int32_t last = kLastDataYear;
@@ -47,10 +46,11 @@ struct YearRange {
 // The text of one month: 360 lines.
 class MonthText {
  public:
-  // Makes a month without values: every field holds the missing code of `form`.
+  // Creates a month in which every field is the missing code of `form`.
   explicit MonthText(const GridForm& form);
 
-  // Puts `value` into a cell.
+  // Sets the value of a cell.
+  //
   //   south_row, GridX    1..360 counted from the south, 1..720 counted from the west
   //   value               at most five characters long
   void set(std::int32_t south_row, std::int32_t GridX, std::int32_t value);
@@ -63,20 +63,20 @@ class MonthText {
   std::string text_;
 };
 
-// Returns the bytes that a month takes.
+// Returns the size of a month in bytes.
 std::int64_t month_size(const GridForm& form);
 
 // Returns the number of months in a grid file that ends with December of `last_year`.
 std::int32_t count_grid_months(std::int32_t last_year);
 
-// Makes all months of a grid file, January 1901 first, December of `years.last` last,
-// and hands the text of each to `take_month`. A -999 of the series becomes the missing
-// code of the form.
+// Calls `take_month` with the text of each month of a grid file, from January 1901 to
+// December of `years.last`. A -999 of the series becomes the missing code of the form;
+// months outside `years` or the series are missing.
 //
-//   years    1901 <= first <= last <= 2016; years the series lacks are missing
+//   years    1901 <= first <= last <= 2016
 //
-// What `take_month` throws passes through. The cells of a series are the same in every
-// month, so that one text serves for all and only their fields are written anew.
+// Exceptions of `take_month` pass through. The text is reused: as all months have the
+// same cells, only their fields are overwritten.
 void make_grid(const Series& series, const YearRange& years, const GridForm& form,
                const std::function<void(std::string_view)>& take_month);
 

@@ -24,11 +24,11 @@ using companion::LineBuffer;
 
 constexpr std::string_view kCoordinateLabels = "lon,lat,";
 
-// A value has to fit a field of the condensed grid file, and the 16 bits of what is
-// read from there.
+// A value must fit in a field of the condensed grid file; veldmark reads it into 16
+// bits.
 constexpr std::size_t kLongestValue = 5;
 
-// Cuts the text up to the next comma (or the end) off the front of `rest`.
+// Removes the text up to the next comma or the end from `rest`, and returns it.
 std::string_view take_field(std::string_view& rest) {
   const std::size_t comma = rest.find(',');
   const std::string_view field = rest.substr(0, comma);
@@ -40,13 +40,13 @@ std::size_t count_fields(std::string_view line) {
   return static_cast<std::size_t>(std::count(line.begin(), line.end(), ',')) + 1;
 }
 
-// Hands out the lines of the input, without their ends, and knows where it is.
+// Reads the input line by line, and keeps the line number for messages.
 class SeriesLines {
  public:
   explicit SeriesLines(LineBuffer::ReadMore read_more)
       : lines_(std::move(read_more), kLongestSeriesLine) {}
 
-  // Reads the next line; false at the end of the input.
+  // Reads the next line. Returns false at the end of the input.
   bool next() {
     ++number_;
     const std::optional<LineBuffer::Line> read = lines_.next();
@@ -63,11 +63,11 @@ class SeriesLines {
     return true;
   }
 
-  // Returns the current line, valid until the next one is read.
+  // Returns the current line, without its newline; valid until next() is called.
   [[nodiscard]] std::string_view line() const { return line_; }
   [[nodiscard]] std::int32_t number() const { return number_; }
 
-  // Ends the reading with a message about the current line.
+  // Throws Failure with a message about the current line.
   [[noreturn]] void fail(const std::string& what) const {
     throw Failure("line " + std::to_string(number_) + ": " + what);
   }
@@ -78,8 +78,8 @@ class SeriesLines {
   std::int32_t number_ = 0;
 };
 
-// Returns a month as a count of months since January of the year 0, so that neighbours
-// differ by one; nullopt when the text is not YYYY-MM.
+// Returns a month as the number of months since January of the year 0; nullopt if the
+// text is not YYYY-MM.
 std::optional<std::int32_t> parse_month(std::string_view text) {
   if (!companion::has_shape(text, "dddd-dd")) {
     return std::nullopt;
@@ -101,7 +101,7 @@ std::string month_label(std::int32_t month) {
          std::string(2 - of_year.size(), '0') + of_year;
 }
 
-// Reads line 1 into the years of `series`.
+// Reads line 1 and sets the years of `series`.
 void read_header(SeriesLines& lines, Series& series) {
   constexpr std::string_view kGzipMark = "\x1f\x8b";
   if (!lines.next()) {
@@ -143,10 +143,10 @@ void read_header(SeriesLines& lines, Series& series) {
   series.last_year = last / kMonthsPerYear;
 }
 
-// Returns the band 1..count whose centre `text` names exactly; band 1 is centred at
-// `first_centre` degrees and the next ones follow at the cell size. All centres are
-// exact in binary, so that equality is the right test. Returns nullopt for any other
-// text.
+// Returns the row or column, 1..count, whose centre `text` is; nullopt for any other
+// text. Number 1 is centred at `first_centre` degrees, and the others follow at
+// intervals of the cell size. All centres are exact in binary, so they can be compared
+// for equality.
 std::optional<std::int32_t> find_band(std::string_view text, double first_centre,
                                       std::int32_t count) {
   double degrees = 0;
@@ -183,7 +183,7 @@ std::int32_t parse_value(const SeriesLines& lines, std::string_view text,
   return value;
 }
 
-// Reads the current line as one cell of `months` values from `first_month` on.
+// Parses the current line as a cell with `months` values, from `first_month` on.
 CellSeries read_cell(const SeriesLines& lines, std::int32_t first_month,
                      std::size_t months) {
   std::string_view rest = lines.line();
@@ -226,7 +226,7 @@ Series read_series(LineBuffer::ReadMore read_more) {
   const std::int32_t years = series.last_year - series.first_year + 1;
   const auto months = static_cast<std::size_t>(years) * kMonthsPerYear;
 
-  // The line that lists a cell, 0 for none.
+  // For each cell, the line that lists it; 0 if none does.
   std::vector<std::int32_t> listed_on(std::size_t{kGridRows} * kGridColumns, 0);
   while (lines.next()) {
     CellSeries cell = read_cell(lines, first_month, months);

@@ -1,12 +1,13 @@
 // A series file: the monthly values of single grid cells as comma-separated text.
 //
-//   line 1         lon,lat,YYYY-MM,YYYY-MM,...   the months without a gap, January of
-//                  the first year to December of the last; a byte order mark before it
-//                  is skipped
+//   line 1         lon,lat,YYYY-MM,YYYY-MM,...   consecutive months, from January of
+//   the
+//                  first year to December of the last; a byte order mark before it is
+//                  skipped
 //   other lines    one cell each, in any order: longitude and latitude of its centre
 //                  in degrees (north and east positive), then one integer per month in
 //                  stored units; -999 where a month has no value
-//   line end       LF; a CR before it belongs to it
+//   newline        LF or CR LF
 
 #ifndef VELDMARK_SERIES_TO_GRID_SERIES_FILE_H_
 #define VELDMARK_SERIES_TO_GRID_SERIES_FILE_H_
@@ -19,10 +20,10 @@
 
 namespace veldmark::series_to_grid {
 
-// What stands in a series for a month without a value.
+// The code of a missing value in a series.
 constexpr std::int32_t kSeriesMissing = -999;
 
-// The header of ten thousand years, the longest that can be, takes less.
+// Longer than a header with all years of four digits.
 constexpr std::size_t kLongestSeriesLine = std::size_t{1024} * 1024;
 
 // One cell and its months.
@@ -44,12 +45,12 @@ struct Series {
 };
 
 // Reads a series file to its end. Returns at least one cell; values are integers of at
-// most five characters within -32768..32767, which is what veldmark reads.
+// most five characters within -32768..32767, the range that veldmark reads.
 //
-// Throws Failure "line N: ..." (N counted from 1) for the first line that breaks the
-// form above, for a line longer than any can be, for a cell listed twice or no cell at
-// all, and for a last line without a line end: a cut file must not pass for a whole
-// one. What `read_more` throws passes through.
+// Throws Failure "line N: ..." (N counted from 1) for the first line that is not of the
+// format above, for a line longer than kLongestSeriesLine, for a cell listed twice, for
+// a file without cells, and for a last line without a newline, because the file may be
+// truncated. Exceptions of `read_more` pass through.
 Series read_series(companion::LineBuffer::ReadMore read_more);
 
 }  // namespace veldmark::series_to_grid

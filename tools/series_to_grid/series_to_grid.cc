@@ -33,7 +33,7 @@ InputFile open_series(const std::string& name, int standard_input) {
   return {name, InputFile::Kind::kAny};
 }
 
-// Reads the series. Throws Failure where the output would destroy it.
+// Reads the series. Throws Failure if the output would overwrite it.
 Series load_series(const Command& command, const Environment& environment) {
   const InputFile file = open_series(command.series, environment.input);
   companion::Inputs inputs;
@@ -43,7 +43,7 @@ Series load_series(const Command& command, const Environment& environment) {
       [&](char* buffer, std::size_t size) { return file.read(buffer, size); });
 }
 
-// Says which of the years asked the series does not have.
+// Notes requested years that the series lacks.
 void note_missing_years(const Series& series, const YearRange& asked,
                         const Environment& environment) {
   if (series.first_year <= asked.first && asked.last <= series.last_year) {
@@ -61,7 +61,7 @@ std::int32_t count_filled_months(const Series& series, const YearRange& asked) {
   return std::max(0, count_grid_months(last) - count_grid_months(first - 1));
 }
 
-// Returns the size of the file in bytes.
+// Writes the grid file. Returns its size in bytes.
 std::int64_t write_grid_file(const Series& series, const Command& command,
                              const Environment& environment) {
   const InterruptWatch watch;
