@@ -70,7 +70,8 @@ sys_days julian_day(int y, int m, int d) {
 
 // Returns the day of a date in the standard calendar; nullopt for one of the ten days
 // that it skips in October 1582.
-std::optional<sys_days> mixed_day(const year_month_day& date, int y, int m, int d) {
+std::optional<sys_days> standard_calendar_day(const year_month_day& date, int y, int m,
+                                              int d) {
   constexpr year_month_day kLastJulian = year(1582) / month(10) / day(4);
   constexpr year_month_day kFirstGregorian = year(1582) / month(10) / day(15);
   if (date <= kLastJulian) {
@@ -113,7 +114,7 @@ DaysSince::DaysSince(const std::string& units, const std::string& calendar) {
     refuse_units(units);
   }
   const std::optional<sys_days> found =
-      proleptic ? sys_days(date) : mixed_day(date, y, m, d);
+      proleptic ? sys_days(date) : standard_calendar_day(date, y, m, d);
   if (!found) {
     refuse_units(units);
   }

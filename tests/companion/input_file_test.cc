@@ -52,7 +52,7 @@ TEST(InputFile, IsReadToItsEnd) {
   EXPECT_EQ(file.beginning(100), "one two three");
 }
 
-TEST(InputFile, WhatIsNotThereIsNamed) {
+TEST(InputFile, AMissingFileIsNamed) {
   const TemporaryFolder folder;
   EXPECT_EQ(failure_of("a", Kind::kRegular),
             "cannot read 'a': No such file or directory");
@@ -60,12 +60,12 @@ TEST(InputFile, WhatIsNotThereIsNamed) {
             "cannot read ' a?[2J': No such file or directory");
 }
 
-TEST(InputFile, AFolderIsNoFile) {
+TEST(InputFile, ADirectoryIsRefused) {
   EXPECT_EQ(failure_of("/", Kind::kRegular), "cannot read '/': Is a directory");
   EXPECT_EQ(failure_of("/", Kind::kAny), "cannot read '/': Is a directory");
 }
 
-TEST(InputFile, APipeIsAFileOnlyWhereThatWasAskedFor) {
+TEST(InputFile, APipeIsReadOnlyWithKindAny) {
   const TemporaryFolder folder;
   ASSERT_EQ(::mkfifo("pipe", 0600), 0);
   EXPECT_EQ(failure_of("pipe", Kind::kRegular),
@@ -116,8 +116,8 @@ TEST(InputFile, ADescriptorThatIsNotOpenIsAFailure) {
   }
 }
 
-// Another program on the same terminal can leave it so.
-TEST(InputFile, AnInputThatDoesNotWaitIsWaitedFor) {
+// Another program on the same terminal can leave it in non-blocking mode.
+TEST(InputFile, ANonBlockingInputIsWaitedFor) {
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe2(ends.data(), O_NONBLOCK), 0);
   const InputFile file(ends[0], "the standard input");

@@ -14,7 +14,7 @@ namespace {
 using testing::TemporaryFolder;
 using testing::write_file;
 
-// Returns what is said of an output; "" when it is apart from the input "in".
+// Returns the message about an output; "" if it is not the input "in".
 std::string verdict_on(const std::string& output) {
   Inputs inputs;
   inputs.add("'in'", regular_file(std::string("in")));

@@ -10,9 +10,8 @@
 namespace veldmark::companion {
 namespace {
 
-// Reads all lines of a text that comes in pieces of `piece` bytes; "|" after a line
-// end,
-// "~" after the file's end and "!" after a line that is too long.
+// Reads all lines of a text in blocks of `piece` bytes. Each line is followed by "|"
+// for a newline, "~" for the end of the file or "!" if it is too long.
 std::string lines_of(const std::string& text, std::size_t piece,
                      std::size_t longest = 8) {
   std::size_t place = 0;
@@ -39,23 +38,23 @@ TEST(LineBuffer, LinesAreTheSameWhereverTheyAreCut) {
   }
 }
 
-TEST(LineBuffer, ALineEndAtTheFilesEndBeginsNoLine) {
+TEST(LineBuffer, ANewlineAtTheEndOfTheFileBeginsNoLine) {
   EXPECT_EQ(lines_of("one\n", 3), "one|");
   EXPECT_EQ(lines_of("", 3), "");
 }
 
-TEST(LineBuffer, OnlyOneCarriageReturnAtTheEndBelongsToTheLineEnd) {
+TEST(LineBuffer, OnlyOneCarriageReturnBelongsToTheNewline) {
   EXPECT_EQ(lines_of("a\rb\r\r\n", 2), "a\rb\r|");
   EXPECT_EQ(lines_of("a\r", 2), "a~");
 }
 
-TEST(LineBuffer, ALineMayFillTheBufferTogetherWithItsEnd) {
+TEST(LineBuffer, ALineMayFillTheBufferTogetherWithItsNewline) {
   EXPECT_EQ(lines_of("1234567\nx\n", 5), "1234567|x|");
   EXPECT_EQ(lines_of("12345678\nx\n", 5), "12345678!");
   EXPECT_EQ(lines_of("1234567", 5), "1234567~");
 }
 
-TEST(LineBuffer, ThereIsRoomAroundEveryLine) {
+TEST(LineBuffer, EveryLineIsPadded) {
   std::string text;
   for (int i = 0; i < 50; ++i) text += "12345\n";
   std::size_t place = 0;
@@ -67,7 +66,7 @@ TEST(LineBuffer, ThereIsRoomAroundEveryLine) {
         return count;
       },
       8);
-  // Looked at under the address sanitizer this proves the room.
+  // Under the address sanitizer this proves that the padding is readable.
   unsigned sum = 0;
   while (const auto line = lines.next()) {
     for (std::size_t i = 0; i < kLinePadding; ++i) {

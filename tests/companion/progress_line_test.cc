@@ -9,24 +9,24 @@
 namespace veldmark::companion {
 namespace {
 
-TEST(ProgressText, TellsShareSpeedAndTimeLeft) {
+TEST(ProgressText, ShowsPercentageSpeedAndTimeLeft) {
   EXPECT_EQ(progress_text(500'000'000, 2'000'000'000, 0.5),
             "25 % done, 1000 MB/s, 2 s left");
   EXPECT_EQ(progress_text(2'000'000'000, 2'000'000'000, 2),
             "100 % done, 1000 MB/s, 0 s left");
 }
 
-TEST(ProgressText, SaysNothingThatIsNotKnownYet) {
+TEST(ProgressText, OmitsWhatIsUnknown) {
   EXPECT_EQ(progress_text(0, 1000, 1), "0 % done");
   EXPECT_EQ(progress_text(10, 1000, 0), "1 % done");
   EXPECT_EQ(progress_text(0, 0, 0), "0 % done");
 }
 
-TEST(ProgressText, AFileThatGrowsIsNeverMoreThanDone) {
+TEST(ProgressText, AGrowingFileShowsAtMost100Percent) {
   EXPECT_EQ(progress_text(2'000'000, 1'000'000, 1), "100 % done, 2 MB/s, 0 s left");
 }
 
-TEST(ProgressLine, IsRewrittenFiveTimesASecondAndGoneAtTheEnd) {
+TEST(ProgressLine, IsRewrittenFiveTimesASecondAndErasedAtTheEnd) {
   std::ostringstream terminal;
   double now = 10;
   const ProgressLine::Screen screen{
@@ -44,7 +44,7 @@ TEST(ProgressLine, IsRewrittenFiveTimesASecondAndGoneAtTheEnd) {
   EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 50 % done, 4 MB/s, 1 s left\r\x1b[K");
 }
 
-TEST(ProgressLine, IsSilentWhereNobodyLooks) {
+TEST(ProgressLine, WritesNothingUnlessShown) {
   std::ostringstream log;
   double now = 0;
   const ProgressLine::Screen screen{
@@ -63,7 +63,7 @@ TEST(ProgressClock, CountsSeconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   const double passed = clock() - before;
   EXPECT_GE(passed, 0.02);
-  EXPECT_LT(passed, 15);  // even on a busy machine: not milliseconds
+  EXPECT_LT(passed, 15);  // seconds, not milliseconds, even on a busy machine
 }
 
 }  // namespace

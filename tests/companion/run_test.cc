@@ -34,12 +34,12 @@ Outcome outcome_of(const std::function<int()>& work, bool output_fails = false) 
 
 [[noreturn]] int fail_with(const auto& error) { throw error; }
 
-TEST(RunReported, TheStatusOfTheWorkIsTheStatus) {
+TEST(RunReported, ReturnsTheStatusOfTheWork) {
   EXPECT_EQ(outcome_of([] { return 0; }).status, 0);
   EXPECT_EQ(outcome_of([] { return 143; }).status, 143);
 }
 
-TEST(RunReported, EachKindOfEndHasItsStatusAndItsWords) {
+TEST(RunReported, EachExceptionHasItsStatusAndMessage) {
   Outcome ended = outcome_of([] { return fail_with(UsageError("no name")); });
   EXPECT_EQ(ended.status, 2);
   EXPECT_EQ(ended.messages, "tool: no name\nTry 'tool --help' for more information.\n");

@@ -48,13 +48,13 @@ TEST(StandardStream, WritesWhatItIsGiven) {
   EXPECT_TRUE(through_pipe(large, 0) == large + "end.");
 }
 
-// A pipe takes 64 KiB; what comes then must wait although the pipe says it needn't.
-TEST(StandardStream, NothingIsLostWhereWritingDoesNotWait) {
+// A pipe buffers 64 KiB; after that, write() on a non-blocking pipe fails with EAGAIN.
+TEST(StandardStream, NothingIsLostOnANonBlockingPipe) {
   const std::string large(1'000'000, 'x');
   EXPECT_TRUE(through_pipe(large, O_NONBLOCK) == large + "end.");
 }
 
-TEST(StandardStream, AReaderThatIsGoneIsAFailure) {
+TEST(StandardStream, AClosedPipeIsAFailure) {
   auto* const before = std::signal(SIGPIPE, SIG_IGN);
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe(ends.data()), 0);

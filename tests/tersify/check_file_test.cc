@@ -44,14 +44,14 @@ TEST(CheckFile, ALineWithoutEndIsTooLong) {
             "3600 characters");
 }
 
-TEST(CheckFile, APublishedFileIsCalledOne) {
+TEST(CheckFile, APublishedFileIsReportedAsPublished) {
   EXPECT_EQ(verdict(repeated(24, repeated(720, "  -999") + "\n")),
             "it is a published file; condense it with: tersify 'grid'");
   EXPECT_EQ(verdict(repeated(720, " -999 ") + "\r\n"),
             "it is a published file; condense it with: tersify 'grid'");
 }
 
-TEST(CheckFile, ADamagedCondensedFileIsNotCalledPublished) {
+TEST(CheckFile, ADamagedCondensedFileIsNotReportedAsPublished) {
   EXPECT_EQ(verdict("-999 " + repeated(719, " -999") + "\n"),
             "line 1 (year 1901, January, row 1), column 1: '-999 ' is not an integer "
             "that ends at the right edge of its field");
@@ -63,7 +63,7 @@ TEST(CheckFile, AnEmptyFileEndsBeforeItsFirstLine) {
             "January, row 1)");
 }
 
-TEST(CheckFile, WhatCanHardlyBeIsAWarning) {
+TEST(CheckFile, ImplausibleContentIsAWarning) {
   const TemporaryFolder folder;
   const std::string empty = repeated(720, " -999") + "\n";
   const std::string other = repeated(719, " -999") + "    7\n";

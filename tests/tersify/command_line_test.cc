@@ -82,32 +82,32 @@ TEST(TersifyCommandLine, TheHelpIsThisText) {
        tersify --list LISTFILE
        tersify --check FILE.new...
 
-Makes condensed copies of published CRU TS grid files for veldmark, whatever years they
-hold. What a file is, it tells itself:
+Makes condensed copies of published CRU TS grid files for veldmark, of any release.
+The first bytes of a file show what it is:
 
   text (.dat)             720 integers a line, with blanks or tabs between them
-  compressed (.dat.gz)    the same, read as it was downloaded; gzip alone
-  netCDF (.nc, .nc.gz)    floating-point values, made tenths or hundredths again
+  compressed (.dat.gz)    the same, read as downloaded; gzip only
+  netCDF (.nc, .nc.gz)    floating-point values, converted back to integers
 
 The copy of FILE is FILE.new beside it, without the .nc and .gz of its name. It holds
-the numbers right-aligned in five columns each. The values stay what they are.
+the numbers right-aligned in five columns each. The values don't change.
 
 Without arguments tersify asks for the name of a list file: the names of the files to
 condense, one a line.
 
   --output NAME    make the copy of the one FILE under another name
   --list LISTFILE  condense the files that LISTFILE names
-  --check          read condensed files and tell whether each is complete (12 months of
-                   360 lines for each year) and its years, or where its first fault is
+  --check          check whether condensed files are complete (12 months of 360 lines for
+                   each year); print each file's years or its first fault
   --help           show this text
   --version        show the version
 
-A file at fault is named with line and field; its copy is not made, an earlier copy
-stays, and the other files are condensed all the same. A copy takes 15.6 MB for each
+A faulty file is reported with line and field; its copy is not made, an earlier copy
+stays, and the other files are still condensed. A copy takes 15.6 MB for each
 year, 1.8 GB for 1901-2016; a compressed netCDF file is decompressed beside it first.
 
-Exit status: 0 when all is well, 1 when a file failed, 2 for a wrong command line, 128
-and the signal's number when interrupted.
+Exit status: 0 on success, 1 when a file failed, 2 for a wrong command line, 128
+plus the signal's number when interrupted.
 )");
 }
 

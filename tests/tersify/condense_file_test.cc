@@ -91,7 +91,7 @@ TEST(CondenseFile, TheCopyOfAFileInAnotherFolderIsMadeThere) {
   EXPECT_FALSE(std::filesystem::exists("raw.new"));
 }
 
-TEST(CondenseFile, ReplacesAnEarlierCopyAndTheRestOfAKilledRun) {
+TEST(CondenseFile, ReplacesAnEarlierCopyAndAnAbandonedPart) {
   const TemporaryFolder folder;
   write_file("raw", kRaw);
   write_file("raw.new", "earlier");
@@ -100,14 +100,14 @@ TEST(CondenseFile, ReplacesAnEarlierCopyAndTheRestOfAKilledRun) {
   EXPECT_EQ(folder_content(), (Files{{"raw", kRaw}, {"raw.new", kCondensed}}));
 }
 
-TEST(CondenseFile, CarriageReturnsBelongToTheLineEnds) {
+TEST(CondenseFile, CrLfCountsAsANewline) {
   const TemporaryFolder folder;
   write_file("raw", repeated(3, raw_line(numbers()) + "\r\n"));
   condense("raw");
   EXPECT_EQ(folder_content()["raw.new"], repeated(3, kCondensed));
 }
 
-TEST(CondenseFile, ALastLineWithoutLineEndIsALine) {
+TEST(CondenseFile, TheLastLineMayLackItsNewline) {
   const TemporaryFolder folder;
   write_file("raw", kRaw + raw_line(numbers()));
   const Condensed done = condense("raw");
@@ -168,13 +168,13 @@ TEST(CondenseFile, ACondensedFileIsNotCondensedAgain) {
   expect_content_failure(repeated(720, "-9999") + "\n", "'raw' is condensed already");
 }
 
-TEST(CondenseFile, ADamagedCondensedFileIsGuessedToBeOne) {
+TEST(CondenseFile, ADamagedCondensedFileGetsAHint) {
   expect_content_failure("12x45" + repeated(719, "-9999") + "\n",
                          "'raw': line 1, field 1: '12x45-9999-9999-9999...' is not an "
                          "integer (is the file condensed already?)");
 }
 
-// gzip alone is read; see gzip_test.cc.
+// Only gzip is read; see gzip_test.cc.
 TEST(CondenseFile, OtherCompressedFilesAreRecognised) {
   const auto expect = [](const std::string& content, const std::string& kind) {
     expect_content_failure(content,
@@ -220,11 +220,11 @@ TEST(CondenseFile, AnOutputThatIsAFolderIsRefused) {
   expect_failure("cannot write 'raw.new': it exists and is not a regular file");
 }
 
-TEST(CondenseFile, AFileThatMayNotGrowLeavesNothing) {
+TEST(CondenseFile, AFileSizeLimitLeavesNoPartFile) {
   const TemporaryFolder folder;
   write_file("raw", repeated(300, kRaw));
   write_file("raw.new", "earlier");
-  const InterruptWatch watch;  // SIGXFSZ is ignored meanwhile
+  const InterruptWatch watch;  // ignores SIGXFSZ
   rlimit before{};
   ::getrlimit(RLIMIT_FSIZE, &before);
   rlimit small = before;
@@ -234,8 +234,8 @@ TEST(CondenseFile, AFileThatMayNotGrowLeavesNothing) {
   ::setrlimit(RLIMIT_FSIZE, &before);
 }
 
-// A screen whose clock does something whenever progress is made; it is read once
-// before.
+// A screen whose clock runs a callback on each progress update, but not on its first
+// reading.
 Condensed condense_while(const std::function<void()>& action) {
   std::ostringstream terminal;
   bool begun = false;
@@ -249,8 +249,8 @@ Condensed condense_while(const std::function<void()>& action) {
   return condense_file({"raw", std::nullopt, system_free_space, screen});
 }
 
-// Not only when the whole file is condensed, which may take minutes.
-TEST(CondenseFile, AStopSignalIsObeyedBeforeMoreIsRead) {
+// Signals are checked while the file is read: a whole one may take minutes.
+TEST(CondenseFile, AStopSignalIsCheckedBeforeEachRead) {
   const TemporaryFolder folder;
   write_file("raw", repeated(300, kRaw));
   int steps_after = 0;
@@ -301,7 +301,7 @@ TEST(CondenseFile, AFileThatShrinksWhileItIsReadIsAFailure) {
   EXPECT_EQ(folder_content().size(), 1U);
 }
 
-TEST(CondenseFile, AWrongFileIsToldWhatIsWrongWithItThoughThereIsNoRoom) {
+TEST(CondenseFile, AnInvalidFileIsReportedEvenWhenTheDiskIsFull) {
   const TemporaryFolder folder;
   write_file("raw", repeated(100'000, "hello\n"));
   expect_failure("'raw': line 1, field 1: 'hello' is not an integer",
@@ -310,7 +310,7 @@ TEST(CondenseFile, AWrongFileIsToldWhatIsWrongWithItThoughThereIsNoRoom) {
   expect_failure("'raw' is condensed already", [](const std::string&) { return 0; });
 }
 
-TEST(CondenseFile, TooLittleRoomIsSaidBeforeAnythingIsWritten) {
+TEST(CondenseFile, TooLittleDiskSpaceIsReportedBeforeAnythingIsWritten) {
   const TemporaryFolder folder;
   write_file("raw", repeated(300, kRaw));
   write_file("raw.new", "earlier");

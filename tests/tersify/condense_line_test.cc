@@ -24,9 +24,9 @@ using testing::numbers;
 using testing::raw_line;
 using testing::raw_line_with;
 
-// What a line becomes, or "field N: reason".
+// Returns the condensed line, or "field N: reason".
 std::string condensed(const std::string& line) {
-  // What surrounds a line must not matter: digits there would show.
+  // The padding must not matter: it is filled with digits, which would show.
   const std::string text =
       std::string(kLinePadding, '7') + line + std::string(kLinePadding, '7');
   std::vector<char> output(kCondensedCapacity, '?');
@@ -45,8 +45,8 @@ bool is_usual(const std::string& line) {
                             output.data());
 }
 
-// The plain twin: streams and numbers instead of masks. "" for a line that must not be
-// condensed.
+// The reference implementation: streams and numbers instead of masks. Returns "" for an
+// invalid line.
 std::string twin_condensed(const std::string& line) {
   std::istringstream words(line);
   const std::vector<std::string> fields{std::istream_iterator<std::string>(words), {}};
@@ -79,7 +79,7 @@ TEST(CondenseLine, WidthsDoNotMatter) {
   }
 }
 
-TEST(CondenseLine, NothingNeedsToStandBeforeTheFirstNumberOrAfterTheLast) {
+TEST(CondenseLine, BlanksBeforeTheFirstAndAfterTheLastNumberAreOptional) {
   const std::string line = raw_line(numbers(), " ");
   EXPECT_EQ(condensed(line.substr(1)), condensed_line(numbers()));
   for (std::size_t blanks = 1; blanks <= 130; ++blanks) {
@@ -87,7 +87,7 @@ TEST(CondenseLine, NothingNeedsToStandBeforeTheFirstNumberOrAfterTheLast) {
   }
 }
 
-TEST(CondenseLine, FiveCharactersAreTheMost) {
+TEST(CondenseLine, FiveCharactersAreTheLimit) {
   std::vector<std::string> fields = numbers();
   fields[6] = "-9999";
   fields[7] = "99999";
@@ -99,7 +99,7 @@ TEST(CondenseLine, FiveCharactersAreTheMost) {
             "field 720: '-10000' needs more than five characters");
 }
 
-TEST(CondenseLine, SixCharactersAreSeenWhereverTheyLie) {
+TEST(CondenseLine, SixCharactersAreDetectedAnywhere) {
   for (int field = 1; field <= 720; ++field) {
     ASSERT_EQ(condensed(raw_line_with(field, "123456")),
               "field " + std::to_string(field) +
@@ -122,8 +122,8 @@ TEST(CondenseLine, AnIntegerGetsItsShortestText) {
   }
 }
 
-// Masks cover 64 characters; a number may lie across two of them in any way.
-TEST(CondenseLine, ItDoesNotMatterWhereInThePiecesANumberLies) {
+// A mask covers 64 characters; a number may be split between two of them.
+TEST(CondenseLine, ANumberMayLieAnywhereInTheBlocks) {
   std::vector<std::string> fields = numbers();
   fields[0] = "7";
   for (std::size_t blanks = 0; blanks <= 130; ++blanks) {
@@ -141,7 +141,7 @@ TEST(CondenseLine, ItDoesNotMatterWhereInThePiecesANumberLies) {
   }
 }
 
-TEST(CondenseLine, WhatIsNoIntegerIsNamed) {
+TEST(CondenseLine, AWordThatIsNotAnIntegerIsNamed) {
   for (const std::string text :
        {"1x", "x", "-", "+", "1-2", "--1", "+-1", "5-", "1.5", "1e3", "0x1", "1,2"}) {
     for (const int field : {1, 2, 360, 720}) {
@@ -152,7 +152,7 @@ TEST(CondenseLine, WhatIsNoIntegerIsNamed) {
   }
 }
 
-TEST(CondenseLine, OddCharactersAreShownHarmlessly) {
+TEST(CondenseLine, ControlCharactersAreReplacedInMessages) {
   EXPECT_EQ(condensed(raw_line_with(3, std::string("\x1b[2J\0\r", 6))),
             "field 3: '?[2J?"
             "?' is not an integer");
@@ -160,7 +160,7 @@ TEST(CondenseLine, OddCharactersAreShownHarmlessly) {
             "field 3: 'aaaaaaaaaaaaaaaaaaaa...' is not an integer");
 }
 
-TEST(CondenseLine, EveryCharacterThatDoesNotBelongIsSeen) {
+TEST(CondenseLine, EveryInvalidCharacterIsDetected) {
   for (int c = 0; c < 256; ++c) {
     const char character = static_cast<char>(c);
     const std::string known = "0123456789 \t";
@@ -176,7 +176,7 @@ TEST(CondenseLine, AnEmptyLineIsAFault) {
   EXPECT_EQ(condensed(" \t "), "field 1: the line is empty");
 }
 
-TEST(CondenseLine, ALineWithoutJust720NumbersIsAFault) {
+TEST(CondenseLine, ALineWithoutExactly720NumbersIsAFault) {
   std::vector<std::string> fields = numbers();
   fields.pop_back();
   EXPECT_EQ(condensed(raw_line(fields)),
@@ -187,12 +187,12 @@ TEST(CondenseLine, ALineWithoutJust720NumbersIsAFault) {
             "field 721: '8' is too many; a line holds 720 integers");
 }
 
-TEST(CondenseLine, FarTooManyNumbersStayWithinTheirRoom) {
+TEST(CondenseLine, SurplusNumbersStayWithinTheBuffer) {
   EXPECT_EQ(condensed(testing::repeated(5000, "1 ")),
             "field 721: '1' is too many; a line holds 720 integers");
 }
 
-TEST(CondenseLine, TheFirstFaultCounts) {
+TEST(CondenseLine, TheFirstFaultIsReported) {
   std::vector<std::string> fields = numbers();
   fields[10] = "a";
   fields[20] = "123456";
@@ -200,7 +200,7 @@ TEST(CondenseLine, TheFirstFaultCounts) {
   EXPECT_EQ(condensed(raw_line(fields)), "field 11: 'a' is not an integer");
 }
 
-// A random line: mostly good, now and then with something that isn't.
+// Returns a random line, mostly valid.
 std::string random_line(std::mt19937& random) {
   const auto below = [&](unsigned limit) {
     return static_cast<unsigned>(random()) % limit;
@@ -231,7 +231,7 @@ std::string random_line(std::mt19937& random) {
   return line;
 }
 
-TEST(CondenseLine, AgreesWithItsTwinOnRandomLines) {
+TEST(CondenseLine, AgreesWithTheReferenceOnRandomLines) {
   std::mt19937 random(1);
   int good = 0;
   int usual = 0;
@@ -247,13 +247,13 @@ TEST(CondenseLine, AgreesWithItsTwinOnRandomLines) {
       ASSERT_EQ(found, expected) << line;
     }
   }
-  // Both ways have been taken, and faults met.
+  // Both implementations and some faults have been covered.
   EXPECT_GT(usual, 300);
   EXPECT_GT(good - usual, 300);
   EXPECT_GT(3000 - good, 300);
 }
 
-TEST(CharacterMasks, VectorsAgreeWithThePlainWay) {
+TEST(CharacterMasks, VectorsAgreeWithTheScalarVersion) {
   std::mt19937 random(2);
   for (int i = 0; i < 2000; ++i) {
     std::string text(kMaskedCharacters, ' ');

@@ -17,7 +17,7 @@ namespace {
 using veldmark::testing::TemporaryFolder;
 using veldmark::testing::write_file;
 
-// Returns what is said of the room for "copy"; "" when it is enough.
+// Returns the message about the disk space for "copy"; "" if it is enough.
 std::string verdict(std::optional<std::int64_t> needed,
                     std::optional<std::int64_t> unused) {
   try {
@@ -28,7 +28,7 @@ std::string verdict(std::optional<std::int64_t> needed,
   }
 }
 
-TEST(DiskSpace, JustEnoughIsEnough) {
+TEST(DiskSpace, ExactlyEnoughIsEnough) {
   const TemporaryFolder folder;
   EXPECT_EQ(verdict(1000, 1000), "");
   EXPECT_EQ(
@@ -36,13 +36,13 @@ TEST(DiskSpace, JustEnoughIsEnough) {
       "not enough disk space for 'copy': it takes about 1000 bytes, and 999 are free");
 }
 
-TEST(DiskSpace, WhatIsNotKnownIsTried) {
+TEST(DiskSpace, UnknownSizesAreNotRefused) {
   const TemporaryFolder folder;
   EXPECT_EQ(verdict(1000, std::nullopt), "");
   EXPECT_EQ(verdict(std::nullopt, 0), "");
 }
 
-TEST(DiskSpace, AnAbandonedPartMakesRoom) {
+TEST(DiskSpace, AnAbandonedPartCountsAsFree) {
   const TemporaryFolder folder;
   write_file("copy.part", std::string(200'000, 'x'));
   struct stat found {};
@@ -53,14 +53,14 @@ TEST(DiskSpace, AnAbandonedPartMakesRoom) {
   EXPECT_NE(verdict(1001 + occupied, 1000), "");
 }
 
-TEST(DiskSpace, WhatALinkLeadsToMakesNone) {
+TEST(DiskSpace, TheTargetOfALinkDoesNotCountAsFree) {
   const TemporaryFolder folder;
   write_file("thesis", std::string(200'000, 'x'));
   std::filesystem::create_symlink("thesis", "copy.part");
   EXPECT_NE(verdict(10'000, 1000), "");
 }
 
-TEST(DiskSpace, IsAskedForWhereTheCopyGoes) {
+TEST(DiskSpace, IsQueriedForTheFolderOfTheCopy) {
   std::string asked;
   const auto note = [&](const std::string& folder) -> std::optional<std::int64_t> {
     asked = folder;
@@ -72,12 +72,12 @@ TEST(DiskSpace, IsAskedForWhereTheCopyGoes) {
   EXPECT_EQ(asked, ".");
 }
 
-TEST(DiskSpace, TheSystemTellsTheFreeSpaceOfAFolder) {
+TEST(DiskSpace, SystemFreeSpaceIsThatOfTheFolder) {
   EXPECT_GT(system_free_space(".").value_or(0), 0);
   EXPECT_EQ(system_free_space("/no such folder"), std::nullopt);
 }
 
-TEST(FreeBytes, AreTheBlocksOfThisUser) {
+TEST(FreeBytes, AreTheBlocksAvailableToTheUser) {
   struct statvfs system {};
   system.f_blocks = 100;
   system.f_bfree = 50;
@@ -87,7 +87,7 @@ TEST(FreeBytes, AreTheBlocksOfThisUser) {
   EXPECT_EQ(free_bytes(system), 40 * 4096);
 }
 
-TEST(FreeBytes, AFileSystemThatTellsNoSizeIsNotCalledFull) {
+TEST(FreeBytes, AFileSystemWithoutASizeIsUnknownNotFull) {
   struct statvfs system {};
   system.f_frsize = 4096;
   EXPECT_EQ(free_bytes(system), std::nullopt);
@@ -105,7 +105,7 @@ TEST(FreeBytes, AreNeverNegative) {
   EXPECT_EQ(verdict(1000, most), "");
 }
 
-TEST(ExpectedSize, IsGuessedFromTheFirstLines) {
+TEST(ExpectedSize, IsEstimatedFromTheFirstLines) {
   EXPECT_EQ(expected_size("12345\n12345\n123", 600), 100 * 3601);
   EXPECT_EQ(expected_size("12345", 5), std::nullopt);
 }

@@ -1,6 +1,6 @@
-// A complete file has 1.8 GB. What is complete and where a fault lies is tested here on
-// grids of a few rows and columns; that the extent of the real ones is 116 years of 360
-// rows and 720 columns is tested by its numbers.
+// A complete file has 1.8 GB. Completeness and the places of faults are tested here on
+// grids of a few rows and columns; of the real grid only the dimensions are tested, 116
+// years of 360 rows and 720 columns.
 
 #include "tersify/grid_check.h"
 
@@ -25,7 +25,7 @@ using testing::repeated;
 constexpr GridShape kSmall{.first_year = 1901, .years = 2, .rows = 3, .columns = 2};
 constexpr int kSmallLines = 72;
 
-// "complete" or the first fault of a text.
+// Returns "complete" or the first fault of a text.
 std::string verdict(const std::string& text, const GridShape& shape = kSmall) {
   std::size_t place = 0;
   LineBuffer lines([&](char* buffer, std::size_t size) {
@@ -37,7 +37,7 @@ std::string verdict(const std::string& text, const GridShape& shape = kSmall) {
   return find_fault(lines, shape).value_or("complete");
 }
 
-// A small grid with another text instead of one line (from 1).
+// Returns a small grid with one line replaced; lines are counted from 1.
 std::string grid_with(int line, const std::string& text) {
   return repeated(line - 1, " -999   50\n") + text +
          repeated(kSmallLines - line, " -999   50\n");
@@ -72,7 +72,7 @@ TEST(GridShape, APlaceHasTheNameOfItsMonth) {
             "year 1901, November, row 1\nyear 1901, December, row 1\n");
 }
 
-TEST(GridCheck, JustTheLinesAndFieldsOfTheShapeAreComplete) {
+TEST(GridCheck, ExactlyTheLinesAndFieldsOfTheShapeAreComplete) {
   EXPECT_EQ(verdict(repeated(kSmallLines, " -999   50\n")), "complete");
 }
 
@@ -82,7 +82,7 @@ TEST(GridCheck, CarriageReturnsAndAMissingLastLineEndAreTolerated) {
             "complete");
 }
 
-TEST(GridCheck, ACutFileNamesTheLineThatIsMissing) {
+TEST(GridCheck, ATruncatedFileNamesTheMissingLine) {
   EXPECT_EQ(verdict(repeated(40, " -999   50\n")),
             "the file ends after 40 of 72 lines; the next is line 41 (year 1902, "
             "February, row 2)");
@@ -91,7 +91,7 @@ TEST(GridCheck, ACutFileNamesTheLineThatIsMissing) {
             "January, row 1)");
 }
 
-TEST(GridCheck, ALineThatTheFileEndsInIsNamed) {
+TEST(GridCheck, ATruncatedLineIsNamed) {
   EXPECT_EQ(verdict(repeated(40, " -999   50\n") + " -999  "),
             "line 41 (year 1902, February, row 2), column 2: the file ends in this "
             "line, after 7 of 10 characters");
@@ -132,7 +132,7 @@ TEST(GridCheck, SignsAndLeadingZerosAreIntegers) {
   EXPECT_EQ(verdict(grid_with(1, "-0001+0001\n")), "complete");
 }
 
-TEST(GridCheck, TheFirstFaultCounts) {
+TEST(GridCheck, TheFirstFaultIsReported) {
   EXPECT_EQ(verdict(repeated(7, " -999   50\n") + "  x     y\n").substr(0, 44),
             "line 8 (year 1901, March, row 2), column 1: ");
 }
@@ -151,7 +151,7 @@ TEST(GridCheck, FieldsAreCountedInARealLine) {
   }
 }
 
-TEST(GridCheck, VectorsAgreeWithThePlainWay) {
+TEST(GridCheck, VectorsAgreeWithTheScalarVersion) {
   std::mt19937 random(3);
   const std::vector<std::string> good{"    0", "12345", "  007",
                                       " -999", "   -1", "-9999"};
@@ -161,7 +161,7 @@ TEST(GridCheck, VectorsAgreeWithThePlainWay) {
     const bool with_fault = random() % 2 == 0;
     std::string line;
     for (std::size_t field = 0; field < 40; ++field) {
-      // Every other line is without minus signs, which hide what else is wrong.
+      // Every other line has no minus signs, which would mask other faults.
       const std::size_t kinds = i / 2 % 2 == 0 ? good.size() : 3;
       line += with_fault && random() % 20 == 0 ? odd[random() % odd.size()]
                                                : good[random() % kinds];

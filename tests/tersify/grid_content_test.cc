@@ -15,7 +15,7 @@ namespace {
 using testing::repeated;
 using Warnings = std::vector<std::string>;
 
-// A line of `columns` fields with values where `cells` has an 'x'; it is repeated.
+// Returns a line of `columns` fields with values where `cells`, repeated, has an 'x'.
 std::string line_of(const std::string& cells, const std::string& missing,
                     std::int32_t columns) {
   std::string line;
@@ -26,7 +26,7 @@ std::string line_of(const std::string& cells, const std::string& missing,
   return line;
 }
 
-// Returns the warnings about lines of these cells.
+// Returns the warnings about lines with values in these cells.
 Warnings warnings_of(const std::vector<std::string>& lines, const GridShape& shape,
                      const std::string& missing = " -999") {
   GridContent content(shape);
@@ -39,17 +39,17 @@ Warnings warnings_of(const std::vector<std::string>& lines, const GridShape& sha
 
 constexpr GridShape kSmall{.years = 1, .rows = 3, .columns = 100};
 
-TEST(GridContent, TheSameCellsInEveryMonthAreAsTheyShouldBe) {
+TEST(GridContent, TheSameCellsInEveryMonthGiveNoWarning) {
   EXPECT_EQ(warnings_of({"-", "-x--x", "x-", "-", "-x--x", "x-"}, kSmall), Warnings{});
 }
 
-TEST(GridContent, ARowThatIsLostIsNoticed) {
+TEST(GridContent, ALostRowIsDetected) {
   EXPECT_EQ(warnings_of({"-", "-x--x", "x-", "-x--x", "x-"}, kSmall),
             Warnings{"line 4 (year 1901, February, row 1), column 2: a value, and the "
                      "first month has none there"});
 }
 
-TEST(GridContent, AValueThatIsMissingInOneMonthIsNoticed) {
+TEST(GridContent, AValueThatIsMissingInOneMonthIsDetected) {
   std::string row(100, 'x');
   std::string other = row;
   other[99] = '-';
@@ -70,7 +70,7 @@ TEST(GridContent, TheCodeOfTheDroughtIndexIsKnown) {
                      "first month has one there"});
 }
 
-TEST(GridContent, WithoutAMissingCodeNothingIsSaid) {
+TEST(GridContent, WithoutAMissingCodeNothingIsChecked) {
   EXPECT_EQ(warnings_of({"x", "-", "x", "-", "x", "-"}, kSmall), Warnings{});
 }
 
@@ -85,7 +85,7 @@ std::vector<std::string> month_with(std::size_t first, std::size_t last) {
 
 constexpr GridShape kWholeMonth{.years = 1, .rows = 360, .columns = 10};
 
-TEST(GridContent, RowsOfCruTsThatRunNorthToSouthAreNoticed) {
+TEST(GridContent, RowsOfCruTsThatRunNorthToSouthAreDetected) {
   EXPECT_EQ(warnings_of(month_with(61, 348), kWholeMonth), Warnings{});
   EXPECT_EQ(warnings_of(month_with(13, 292), kWholeMonth),
             Warnings{"line 13 (year 1901, January, row 13) has values, and south of 60 "
@@ -93,7 +93,7 @@ TEST(GridContent, RowsOfCruTsThatRunNorthToSouthAreNoticed) {
   EXPECT_EQ(warnings_of(month_with(60, 60), kWholeMonth).size(), 1U);
 }
 
-TEST(GridContent, RowsOfTheDroughtIndexThatRunSouthToNorthAreNoticed) {
+TEST(GridContent, RowsOfTheDroughtIndexThatRunSouthToNorthAreDetected) {
   EXPECT_EQ(warnings_of(month_with(13, 300), kWholeMonth, "-9999"), Warnings{});
   EXPECT_EQ(warnings_of(month_with(69, 348), kWholeMonth, "-9999"),
             Warnings{"line 301 (year 1901, January, row 301) has values, and south of "
@@ -101,7 +101,7 @@ TEST(GridContent, RowsOfTheDroughtIndexThatRunSouthToNorthAreNoticed) {
                      "order?"});
 }
 
-TEST(GridContent, BothKindsAreSaid) {
+TEST(GridContent, BothKindsAreReported) {
   std::vector<std::string> lines = month_with(13, 13);
   lines.emplace_back("x");
   EXPECT_EQ(warnings_of(lines, kWholeMonth).size(), 2U);

@@ -1,4 +1,4 @@
-// The built program on compressed files, stopped in the middle of its work.
+// The built program on compressed files, stopped while it works.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -27,7 +27,7 @@ using veldmark::testing::TemporaryFolder;
 using veldmark::testing::with_stopped_process;
 using veldmark::testing::write_file;
 
-// Long enough for the program to be met at work.
+// Long enough to stop the program while it works.
 constexpr int kLines = 36000;
 constexpr int kMembers = 10;
 
@@ -73,7 +73,7 @@ TEST(TersifyProgramOnGzip, ARequestToTerminateLeavesNothing) {
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
 }
 
-// Begins as netCDF; long enough for the program to be met at work.
+// Begins like netCDF; long enough to stop the program while it works.
 void make_big_netcdf() {
   write_file("big.nc.gz", compressed("CDF\x01" + std::string(9'000'000, 'x')) +
                               repeated(20, compressed(std::string(9'000'000, 'x'))));
@@ -106,8 +106,8 @@ TEST(TersifyProgramOnGzip, AnInterruptWhileItDecompressesNetcdfLeavesNothing) {
   EXPECT_FALSE(std::filesystem::exists("big.new.nc.part"));
 }
 
-#if !defined(__SANITIZE_ADDRESS__)  // which takes more address space itself
-// Room for a piece of the text, and none for the whole of it.
+#if !defined(__SANITIZE_ADDRESS__)  // ASan reserves more address space
+// The address-space limit is enough for a block of the text, but not for all of it.
 TEST(TersifyProgramOnGzip, ItsMemoryDoesNotGrowWithTheText) {
   const TemporaryFolder folder;
   make_big_file();

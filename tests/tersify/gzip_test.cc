@@ -1,5 +1,5 @@
-// Compressed published files: what is read of them, what is refused, and what stays on
-// the disk.
+// Compressed published files: which are read, which are refused, and which files are
+// left on the disk.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -50,7 +50,7 @@ std::string wrote(const std::string& copy, std::size_t lines, std::size_t before
          " after\n";
 }
 
-// What the real gzip does with the file "a.dat.gz".
+// Returns what gzip itself makes of the file "a.dat.gz".
 int status_of_gzip() {
   return WEXITSTATUS(std::system("gzip -dc a.dat.gz > by-gzip 2> words-of-gzip"));
 }
@@ -111,7 +111,8 @@ TEST(Gzip, ACompressedFileGetsTheCopyOfItsText) {
 TEST(Gzip, ALongTextIsReadInPieces) {
   std::string text;
   std::string condensed;
-  for (int i = 0; i < 1200; ++i) {  // incompressible to several reads of the file
+  for (int i = 0; i < 1200;
+       ++i) {  // so that even the compressed file takes several reads
     std::vector<std::string> fields = numbers();
     std::uint32_t random = static_cast<std::uint32_t>(i) + 1;
     for (std::string& field : fields) {
@@ -159,7 +160,7 @@ TEST(Gzip, ZerosAfterTheEndAreSkipped) {
   expect_copy(bytes + std::string(600'000, '\0'), kTwelve, kTwelveCondensed);
 }
 
-TEST(Gzip, TrailingGarbageIsIgnoredAndTold) {
+TEST(Gzip, TrailingGarbageIsIgnoredWithAWarning) {
   const TemporaryFolder folder;
   const std::string bytes = compressed(kTwelve);
   const std::string told = "tersify: 'a.dat.gz': trailing garbage ignored\n";
@@ -174,7 +175,7 @@ TEST(Gzip, TrailingGarbageIsIgnoredAndTold) {
             "\ngzip: a.dat.gz: decompression OK, trailing garbage ignored\n");
 }
 
-TEST(Gzip, ACutFileIsCalledCutWhereverItEnds) {
+TEST(Gzip, ATruncatedFileIsReportedWhereverItEnds) {
   const TemporaryFolder folder;
   const std::string bytes = compressed(kTwelve);
   const std::string cut =
@@ -188,10 +189,10 @@ TEST(Gzip, ACutFileIsCalledCutWhereverItEnds) {
   expect_refusal(bytes + bytes.substr(0, 20), cut);  // in a second member
   expect_refusal(bytes + bytes.substr(0, 2), cut);
   expect_refusal(bytes + bytes.substr(0, 1), cut);
-  expect_refusal(bytes + "x", cut);  // a single byte, as gzip has it
+  expect_refusal(bytes + "x", cut);  // a single byte counts as a member, as in gzip
 }
 
-TEST(Gzip, ADamagedFileIsCalledDamaged) {
+TEST(Gzip, ADamagedFileIsReported) {
   const TemporaryFolder folder;
   const std::string bytes = compressed(kTwelve);
   const std::string damaged = "the compressed file 'a.dat.gz' is damaged: ";
@@ -206,9 +207,10 @@ TEST(Gzip, ADamagedFileIsCalledDamaged) {
   expect_refusal(flags, damaged + "unknown header flags set");
 }
 
-// A text in a gzip file that doesn't compress it: a changed byte changes a character.
+// Returns a gzip file with `text` stored uncompressed, so that a changed byte changes
+// one character.
 //
-//   checked    the text that its checksum is that of, as long as `text`
+//   checked    the text that the checksum is computed from; as long as `text`
 std::string stored(const std::string& text, const std::string& checked) {
   constexpr std::size_t kLongestBlock = 65535;
   std::string bytes("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10);
@@ -227,9 +229,9 @@ std::string stored(const std::string& text, const std::string& checked) {
   return bytes + whole.substr(whole.size() - 8);
 }
 
-// What is damaged in the middle makes text that is no grid file: the archive is to
-// blame, not line and field. The text is longer than what is read of it at once.
-TEST(Gzip, DamageIsToldRatherThanTheTextThatItMakes) {
+// Damage in the middle of the file makes invalid text: the message must blame the file,
+// not a line and field. The text is longer than one read.
+TEST(Gzip, DamageTakesPrecedenceOverTheInvalidText) {
   const TemporaryFolder folder;
   const std::string text = repeated(240, kRaw);
   ASSERT_GT(text.size(), 3 * companion::kLongestLine);
@@ -242,7 +244,8 @@ TEST(Gzip, DamageIsToldRatherThanTheTextThatItMakes) {
   }
 }
 
-// `bytes`, which hold no name, with one in their header that makes them so long.
+// Returns the gzip file `bytes` with a name added to its header, to make it `size`
+// bytes long.
 std::string with_name(std::string bytes, std::size_t size) {
   constexpr std::size_t kFlags = 3;
   constexpr std::size_t kHeader = 10;
@@ -251,7 +254,7 @@ std::string with_name(std::string bytes, std::size_t size) {
   return bytes;
 }
 
-// Wherever one read of the file ends and the next one begins.
+// At any offset relative to the boundary between two reads of the file.
 TEST(Gzip, AMemberMayBeginAnywhere) {
   const TemporaryFolder folder;
   constexpr std::size_t kRead = std::size_t{256} * 1024;
@@ -262,13 +265,13 @@ TEST(Gzip, AMemberMayBeginAnywhere) {
         kTwelveCondensed + kTwelveCondensed,
         "tersify: 'a.dat.gz' has 2 compressed members; they were read one after "
         "the other\n");
-    // No member, though its second byte says so.
+    // Not a member, although it has the second magic byte.
     expect_copy(with_name(bytes, size) + "x\x8b", kTwelve, kTwelveCondensed,
                 "tersify: 'a.dat.gz': trailing garbage ignored\n");
   }
 }
 
-TEST(Gzip, AFaultOfTheTextIsToldWhereTheFileIsSound) {
+TEST(Gzip, AFaultInTheTextOfASoundFileIsReported) {
   const TemporaryFolder folder;
   const std::string name = "tersify: 'a.dat.gz'";
   const auto message_of = [](const std::string& bytes) {
@@ -288,7 +291,7 @@ TEST(Gzip, AFaultOfTheTextIsToldWhereTheFileIsSound) {
             name + " is compressed (gzip); decompress it first: gunzip -k 'a.dat.gz'");
 }
 
-TEST(Gzip, WhatIsNoGzipInSpiteOfItsNameIsToldSo) {
+TEST(Gzip, AFileNamedGzThatIsNotGzipGetsAHint) {
   expect_refusal("<!DOCTYPE html>\n",
                  "'a.dat.gz': line 1, field 1: '<!DOCTYPE' is not an integer (the file "
                  "is not gzip, although its name says so)");
@@ -297,15 +300,15 @@ TEST(Gzip, WhatIsNoGzipInSpiteOfItsNameIsToldSo) {
                  "name says so)");
 }
 
-// A browser may have decompressed it on the way.
-TEST(Gzip, TextUnderSuchANameIsCondensedAllTheSame) {
+// A browser may have decompressed the download.
+TEST(Gzip, PlainTextNamedGzIsCondensed) {
   const TemporaryFolder folder;
   write_file("a.dat.gz", kTwelve);
   EXPECT_EQ(condense("a.dat.gz").status, 0);
   EXPECT_TRUE(file_content("a.dat.new") == kTwelveCondensed);
 }
 
-TEST(Gzip, TooLittleRoomIsSaidBeforeAnythingIsWritten) {
+TEST(Gzip, TooLittleDiskSpaceIsReportedBeforeAnythingIsWritten) {
   const TemporaryFolder folder;
   write_file("a.dat.gz", compressed(kTwelve));
   const auto with_room = [](std::int64_t bytes) {
@@ -325,8 +328,7 @@ TEST(Gzip, GarbageAtTheEndIsNotTakenForASize) {
   EXPECT_EQ(condense("a.dat.gz", [](const std::string&) { return 50'000; }).status, 0);
 }
 
-// Whether or not the netCDF library is there: a file that only begins as netCDF is
-// none.
+// With or without the netCDF library: a file that only begins like netCDF is refused.
 TEST(Gzip, CompressedNetcdfIsDecompressedBesideTheCopyAndLeavesNothing) {
   const TemporaryFolder folder;
   const std::string content = "CDF\x01" + std::string(700'000, 'x');
@@ -359,7 +361,7 @@ TEST(Gzip, CompressedNetcdfIsDecompressedBesideTheCopyAndLeavesNothing) {
             "tersify: cannot write 'a.dat.new.nc.part': Is a directory");
 }
 
-TEST(Gzip, WhatIsDecompressedTakesNoInputsPlace) {
+TEST(Gzip, TheTemporaryFileReplacesNoInput) {
   const TemporaryFolder folder;
   const std::string bytes = compressed("CDF\x01 and more");
   write_file("a.dat.nc.gz", bytes);
@@ -370,7 +372,7 @@ TEST(Gzip, WhatIsDecompressedTakesNoInputsPlace) {
   EXPECT_TRUE(file_content("a.dat.nc.gz") == bytes);
 }
 
-TEST(Gzip, TheCopyTakesNoInputsPlace) {
+TEST(Gzip, TheCopyReplacesNoInput) {
   const TemporaryFolder folder;
   const std::string bytes = compressed(kTwelve);
   write_file("a.dat.gz", bytes);
@@ -381,8 +383,8 @@ TEST(Gzip, TheCopyTakesNoInputsPlace) {
   EXPECT_TRUE(file_content("a.dat.gz") == bytes);
 }
 
-// Decompressed by hand, and the archive kept: which of the two was condensed last would
-// otherwise decide.
+// A user may keep a.dat.gz beside the decompressed a.dat. Otherwise the copy would be
+// that of the last one.
 TEST(Gzip, TwoFilesOfOneRunDoNotMakeTheSameCopy) {
   const TemporaryFolder folder;
   write_file("a.dat", kTwelve);
@@ -400,7 +402,7 @@ TEST(Gzip, TwoFilesOfOneRunDoNotMakeTheSameCopy) {
   EXPECT_TRUE(file_content("a.dat.new") == kTwelveCondensed);
 }
 
-TEST(Gzip, AListMayNameCompressedFilesAndIsNoneItself) {
+TEST(Gzip, AListMayNameCompressedFilesButMustNotBeOne) {
   const TemporaryFolder folder;
   write_file("a.dat.gz", compressed(kTwelve));
   write_file("list", "a.dat.gz\n");
@@ -412,7 +414,7 @@ TEST(Gzip, AListMayNameCompressedFilesAndIsNoneItself) {
             "'list.gz'\n");
 }
 
-TEST(Gzip, ACheckWantsTheFileThatVeldmarkReads) {
+TEST(Gzip, ACheckRefusesCompressedFiles) {
   const TemporaryFolder folder;
   write_file("a.dat.new.gz", compressed(kTwelveCondensed));
   EXPECT_EQ(run({"--check", "a.dat.new.gz"}).messages,

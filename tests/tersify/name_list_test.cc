@@ -28,13 +28,13 @@ std::string failure_of(const std::string& name) {
   }
 }
 
-TEST(NameList, WhatHasALineOfAQuarterOfAMegabyteIsNoList) {
+TEST(NameList, AnOverlongLineIsRefused) {
   const TemporaryFolder folder;
   write_file("grid", std::string(300'000, '1'));
   EXPECT_EQ(failure_of("grid"), "'grid' is no list of file names: line 1 can't be one");
 }
 
-TEST(NameList, ADataFileIsNoListFromItsFirstLineOn) {
+TEST(NameList, ADataFileIsRefusedAtItsFirstLine) {
   const TemporaryFolder folder;
   const std::string why = "'grid' is no list of file names: line 1 can't be one";
   write_file("grid",
@@ -63,13 +63,13 @@ TEST(NameList, ANameMayBeAsLongAsTheSystemAllows) {
   EXPECT_EQ(failure_of("list"), "'list' is no list of file names: line 1 can't be one");
 }
 
-TEST(NameList, ALineWithANullCharacterIsNoName) {
+TEST(NameList, ALineWithANullCharacterIsRefused) {
   const TemporaryFolder folder;
   write_file("list", std::string("a\0b\n", 4));
   EXPECT_EQ(failure_of("list"), "'list' is no list of file names: line 1 can't be one");
 }
 
-TEST(NameList, AByteOrderMarkIsNoPartOfAName) {
+TEST(NameList, AByteOrderMarkIsSkipped) {
   const TemporaryFolder folder;
   write_file("list",
              "\xef\xbb\xbf"
@@ -112,7 +112,7 @@ TEST(NameList, BlanksWithinANameAndBeforeItBelongToIt) {
   EXPECT_EQ(read_name_list("list"), Names{" my data.dat"});
 }
 
-TEST(NameList, TheLastLineMayLackItsLineEnd) {
+TEST(NameList, TheLastLineMayLackItsNewline) {
   const TemporaryFolder folder;
   write_file("list", "a.dat\nb.dat");
   EXPECT_EQ(read_name_list("list"), (Names{"a.dat", "b.dat"}));

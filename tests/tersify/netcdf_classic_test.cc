@@ -1,4 +1,4 @@
-// How long a classic netCDF file must be. The headers are written here byte by byte.
+// The minimum size of a classic netCDF file. The headers are written here byte by byte.
 
 #include "tersify/netcdf_classic.h"
 
@@ -27,8 +27,9 @@ std::uint64_t least(const std::string& bytes) {
   });
 }
 
-// time (unlimited, `records` now), lat 3, lon 5; lon(lon) at 200; of each record
-// tmp(time, lat, lon) at 300 and, where there are two, stn(time) of shorts behind it.
+// Dimensions: time (unlimited, `records` records), lat 3, lon 5. Variables: lon(lon) at
+// offset 200; record variables tmp(time, lat, lon) at offset 300 and, if there are two,
+// stn(time) of type short after it.
 std::string header(int version, std::uint64_t records, bool two) {
   Header header(version);
   header.count(records);
@@ -110,7 +111,7 @@ TEST(LeastClassicSize, AHeaderThatEndsTooEarlyIsAFault) {
   }
 }
 
-TEST(LeastClassicSize, WhatIsNoHeaderIsAFault) {
+TEST(LeastClassicSize, AnInvalidHeaderIsAFault) {
   Header header(1);
   header.count(0).no_list().no_list();
   header.list(Header::kVariables, 1).name("v").count(1).count(0);

@@ -1,10 +1,10 @@
 """Writes published grids as netCDF, with Python's netCDF4, from the sample's series.
 
-What such a file looks like: `VAR(time, lat, lon)` as float in physical units, 9.96921e+36
-where there is no value; `lat` from -89.75 and `lon` from -179.75 on, half a degree apart;
-`time` in the middle of each month, in days since a date; beside the variable the number
-of stations, `stn`. Others turn the latitudes, count longitudes from 0 or days from
-another date, or store the same in netCDF-4.
+The published form: `VAR(time, lat, lon)` as float in physical units, with 9.96921e+36 for a
+missing value; `lat` from -89.75 and `lon` from -179.75 on, half a degree apart; `time` in
+the middle of each month, in days since a date; and `stn`, the number of stations. Other
+forms reverse the latitudes, count longitudes from 0 or days from another date, or use
+netCDF-4.
 """
 
 import csv
@@ -19,7 +19,7 @@ import numpy
 SAMPLE = Path(__file__).resolve().parents[2] / "data" / "sample"
 ROWS, COLUMNS = 360, 720
 FILL = numpy.float32(9.96921e36)
-MISSING = -999  # of a series
+MISSING = -999  # the code in a series
 
 LONG_NAMES = {
     "pre": ("precipitation", "mm/month"),
@@ -49,18 +49,18 @@ class Form:
     calendar: str | None = "gregorian"
     time_type: str = "f4"
     type: str = "f4"
-    fill: object = FILL  # None: no attribute says what is missing
+    fill: object = FILL  # None: no _FillValue attribute
     missing_value: object = FILL
     fixed_time: bool = False  # no unlimited dimension
     stations: bool = True
     chunks: tuple[int, int, int] | None = None
-    level: int = 0  # of compression
+    level: int = 0  # compression level
     names: tuple[str, str, str] = ("time", "lat", "lon")
-    attributes: dict[str, object] = field(default_factory=dict)  # more of the variable's
+    attributes: dict[str, object] = field(default_factory=dict)  # additional ones of the variable
 
 
 def stored_sample(variable, years):
-    """Stored integers of a sample's series, [month, row from the south, column]."""
+    """Returns the stored integers of a sample, [month, row from the south, column]."""
     first, last = years
     months = 12 * (last - first + 1)
     grid = numpy.full((months, ROWS, COLUMNS), MISSING, dtype=numpy.int32)
@@ -77,7 +77,7 @@ def stored_sample(variable, years):
 
 
 def middle(year, month):
-    """The day that published files give a month: 16 January, 15 February."""
+    """Returns the date of a month in published files: 16 January, 15 February."""
     first = date(year, month, 1)
     following = date(year + month // 12, month % 12 + 1, 1)
     return first + timedelta(days=(following - first).days // 2)
@@ -88,7 +88,7 @@ def days(year, month, epoch):
 
 
 def as_published(stored, per_unit, form):
-    """Physical values as a single-precision program leaves them: 84 as 8.400001."""
+    """Returns physical values as computed in single precision: 84 as 8.400001."""
     missing = stored == MISSING
     step = numpy.float32(1) / numpy.float32(per_unit)
     values = (stored.astype(numpy.float32) * step).astype(form.type)

@@ -32,7 +32,7 @@ void expect_fault(const std::string& message, const Action& action) {
   }
 }
 
-// Centres from `first` on, half a degree apart.
+// Returns cell centres from `first` on, half a degree apart.
 std::vector<double> centres(double first, std::size_t count, double step = 0.5) {
   std::vector<double> degrees(count);
   for (std::size_t i = 0; i < count; ++i) {
@@ -88,7 +88,7 @@ TEST(StoredValue, IsTheNearestInteger) {
   EXPECT_EQ(stored_value(-8.4009, 10), -84);
 }
 
-TEST(StoredValue, MustBeNear) {
+TEST(StoredValue, MustBeNearAnInteger) {
   EXPECT_EQ(stored_value(8.4011, 10), std::nullopt);
   EXPECT_EQ(stored_value(8.3989, 10), std::nullopt);
   EXPECT_EQ(stored_value(-8.4011, 10), std::nullopt);
@@ -106,7 +106,7 @@ TEST(StoredValue, MustFitFiveCharacters) {
   EXPECT_EQ(stored_value(std::numeric_limits<double>::quiet_NaN(), 10), std::nullopt);
 }
 
-// As the producers' programs leave them: every stored tenth and hundredth, divided or
+// As the producers compute them: every stored tenth and hundredth, divided or
 // multiplied in single precision.
 TEST(StoredValue, TakesEveryStoredValueInSinglePrecision) {
   for (std::int32_t stored = -9999; stored <= 99999; ++stored) {
@@ -118,7 +118,7 @@ TEST(StoredValue, TakesEveryStoredValueInSinglePrecision) {
   }
 }
 
-// A month: rows, then columns, of this value.
+// Returns a month with this value in every cell, row by row.
 std::vector<float> month_of(float value) {
   return std::vector<float>(std::size_t{kGridRows} * kGridColumns, value);
 }
@@ -180,7 +180,7 @@ void expect_value_fault(const std::string& message, float value,
   expect_fault(message, [&] { lines.make(values, {}); });
 }
 
-TEST(NetcdfLines, AValueAtFaultIsNamedWithItsPlace) {
+TEST(NetcdfLines, AnInvalidValueIsNamedWithItsPlace) {
   expect_value_fault(
       "latitude 60.25, longitude -139.75: 10 times 0.125 is no integer "
       "from -9999 to 99999",
@@ -191,7 +191,7 @@ TEST(NetcdfLines, AValueAtFaultIsNamedWithItsPlace) {
       0.125F, {.rows = RowOrder::kNorthFirst, .first_column = 360});
 }
 
-// It would be read as no value.
+// It would be read as a missing value.
 TEST(NetcdfLines, AValueThatIsTheMissingCodeIsAFault) {
   expect_value_fault(
       "latitude 60.25, longitude -139.75: 10 times -99.9000015 is the "
@@ -226,7 +226,7 @@ NetcdfVariable chunked(std::size_t months, std::vector<std::size_t> chunk) {
   return variable;
 }
 
-// Every month and row is in just one tile; none is larger than allowed.
+// Every month and row is in exactly one tile; no tile exceeds the limit.
 void expect_whole(const NetcdfVariable& variable) {
   std::set<std::pair<std::size_t, std::size_t>> seen;
   std::size_t count = 0;
@@ -258,7 +258,7 @@ TEST(TilesOf, AreTheWholeGrid) {
   }
 }
 
-// No chunk is decompressed for two tiles where whole chunks fit.
+// No chunk is shared by two tiles if whole chunks fit into a tile.
 TEST(TilesOf, HoldWholeChunks) {
   const auto expect = [](std::size_t months, std::vector<std::size_t> chunk,
                          const NetcdfTile& first) {

@@ -1,10 +1,10 @@
-"""Gives tersify netCDF files that are no published ones, and reads what it says.
+"""Tests that tersify refuses netCDF files other than published ones.
 
     netcdf_refusals.py --tools FOLDER
 
-Each file is a good one with one thing changed. The message must name the file, what was
-found and what was expected; the exit status is 1, and the folder is as it was before:
-no copy, no part of one, an earlier copy untouched.
+Each file is a valid one with one change. The message must name the file, what was found
+and what was expected; the exit status must be 1 and the folder unchanged: no copy, no
+part file, and an earlier copy untouched.
 """
 
 import argparse
@@ -36,7 +36,7 @@ def stored_year(months=12):
 
 
 def with_value(value, name="tmp", form=None):
-    """A good file but for one value, in physical units."""
+    """A valid file except for one value, given in physical units."""
     def write(path):
         write_netcdf(path, name, stored_year(), form or Form(**SMALL))
         with netCDF4.Dataset(path, "a") as file:
@@ -50,7 +50,7 @@ def with_form(name="tmp", months=12, **changes):
 
 
 def edited(edit, **changes):
-    """A good file that `edit(file)` has changed afterwards."""
+    """A valid file, then changed by `edit(file)`."""
     def write(path):
         with_form(**changes)(path)
         with netCDF4.Dataset(path, "a") as file:
@@ -75,7 +75,7 @@ def other_grid(rows, columns, step):
 
 
 def bare(*variables):
-    """A file that holds variables of these names alone, without dimensions."""
+    """A file that contains only variables of these names, without dimensions."""
     def write(path):
         with netCDF4.Dataset(path, "w", format="NETCDF3_CLASSIC") as file:
             for name in variables:
@@ -84,7 +84,7 @@ def bare(*variables):
 
 
 def cut(size, **changes):
-    """A good file without its last bytes, or its first `size` ones."""
+    """The first `size` bytes of a valid file; a negative `size` cuts bytes off its end."""
     def write(path):
         write_netcdf(path, "tmp", stored_year(), Form(**changes))
         with path.open("r+b") as file:
@@ -129,7 +129,7 @@ def flat(path):
         file.createVariable("tmp", "f4", ("lat", "lon"))
 
 
-def turned(path):
+def transposed(path):
     with_form()(path)
     with netCDF4.Dataset(path, "a") as file:
         file.renameVariable("tmp", "tmp3")
@@ -141,7 +141,7 @@ KNOWN = "pre tmp dtr tmn tmx vap pet cld frs wet scPDSI"
 UNITS = "; expected days since a date, as 1900-1-1, in UTC"
 LIMITS = " is no integer from -9999 to 99999"
 
-# (what it is, how it is made, the message behind the name)
+# (description, function that writes the file, message after the file's name)
 CASES = [
     ("hundredths", with_value(8.43), PLACE + "10 times 8.43000031" + LIMITS),
     ("off by 0.011", with_value(8.4011), PLACE + "10 times 8.40110016" + LIMITS),
@@ -153,7 +153,7 @@ CASES = [
     ("another missing code", with_value(-9.99e8), PLACE + "10 times -999000000" + LIMITS),
     ("a value like the missing code", with_value(-99.9),
      PLACE + "10 times -99.9000015 is the code of a missing value"),
-    ("latitudes turned", with_value(8.43, form=Form(**SMALL, north_first=True)),
+    ("latitudes reversed", with_value(8.43, form=Form(**SMALL, north_first=True)),
      "June 1901, latitude -60.25, longitude -139.75: 10 times 8.43000031" + LIMITS),
     ("longitudes from 0", with_value(8.43, form=Form(**SMALL, from_greenwich=True)),
      "June 1901, latitude 60.25, longitude 40.25: 10 times 8.43000031" + LIMITS),
@@ -212,11 +212,11 @@ CASES = [
     ("no variable", bare(), "the variables are none; expected 'tmp', which the file's name tells"),
     ("a number", bare("tmp"), "'tmp' has the dimensions (); expected (time, lat, lon)"),
     ("a map", flat, "'tmp' has the dimensions ('lat', 'lon'); expected (time, lat, lon)"),
-    ("series", turned,
+    ("series", transposed,
      "'tmp' has the dimensions ('lon', 'lat', 'time'); expected (time, lat, lon)"),
     ("half of HDF5", cut(100_000, **SMALL),
      "the netCDF library can't read it: NetCDF: HDF error"),
-    ("no netCDF", text(b"CDF\x07" + bytes(1000)),
+    ("not netCDF", text(b"CDF\x07" + bytes(1000)),
      "the netCDF library can't read it: NetCDF: Unknown file format"),
     ("a damaged header", text(b"CDF\x01" + bytes(8) + b"\xff" * 8 + bytes(1000)),
      "the file ends in its header"),
@@ -224,7 +224,7 @@ CASES = [
      "the netCDF library can't read it: NetCDF: HDF error"),
     ("half a header", cut(500), "the file ends in its header"),
 ]
-# Under a name that tells no variable.
+# Files whose names contain no variable.
 NAMELESS = [
     ("two variables", two_variables, "the variables are 'lon', 'lat', 'time', 'tmp', 'stn', "
      "'pre'; expected just one of " + KNOWN),
@@ -246,7 +246,7 @@ def tersify(tools, folder, *names, limit=None):
 
 
 def expect_refused(tools, folder, what, name, message, limit=None):
-    """With an earlier copy and without one."""
+    """Condenses the file twice, without and with an earlier copy."""
     copy = folder / (name.removesuffix(".nc") + ".new")
     for earlier in (None, b"an earlier copy"):
         if earlier:
@@ -257,7 +257,7 @@ def expect_refused(tools, folder, what, name, message, limit=None):
         first = done.stderr.splitlines()[0]
         assert first == f"tersify: {message}", f"{what}:\n  {first}\n  tersify: {message}"
         assert done.stdout == "", f"{what}: {done.stdout}"
-        assert folder_state(folder) == before, f"{what}: the folder is another one"
+        assert folder_state(folder) == before, f"{what}: the folder has changed"
     copy.unlink()
 
 
@@ -272,7 +272,7 @@ def check_cases(tools, folder):
 
 
 def check_cut_files(tools, folder):
-    """The library reads zeros where a classic file has been cut."""
+    """The netCDF library reads the missing end of a truncated classic file as zeros."""
     path = folder / NAME
     whole = folder / "whole"
     count = 0
@@ -294,7 +294,7 @@ def check_cut_files(tools, folder):
 
 
 def check_disk(tools, folder):
-    """A disk that is full in the middle."""
+    """A disk that fills up while the copy is written."""
     path = folder / NAME
     with_form()(path)
     expect_refused(tools, folder, "a full disk", NAME,
@@ -304,7 +304,7 @@ def check_disk(tools, folder):
 
 
 def check_several(tools, folder):
-    """A file at fault among others: those are condensed all the same."""
+    """An invalid file doesn't keep the others from being condensed."""
     with_form()(folder / NAME)
     with_value(8.43, "pre")(folder / "b.pre.nc")
     done = tersify(tools, folder, NAME, "b.pre.nc")
@@ -340,11 +340,11 @@ def check_one_copy_for_two(tools, folder):
 
 
 def check_signals(tools, folder):
-    """A run that is killed leaves no copy, and one that is asked to stop no part of one."""
+    """A killed run leaves no copy; a run that is asked to stop leaves no part file either."""
     path, copy, part = folder / "big.tmp.nc", folder / "big.tmp.new", folder / "big.tmp.new.part"
     write_netcdf(path, "tmp", stored_year(60), Form(stations=False))
     for number, status in (signal.SIGKILL, -9), (signal.SIGTERM, 143), (signal.SIGINT, 130):
-        for _ in range(20):  # a busy machine lets a run end before it is met
+        for _ in range(20):  # on a busy machine a run may end before the signal
             part.unlink(missing_ok=True)
             run = subprocess.Popen([tools / "tersify", path.name], cwd=folder,
                                    stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
@@ -361,7 +361,7 @@ def check_signals(tools, folder):
         expected = "" if number == signal.SIGKILL else (
             "tersify: interrupted\ntersify: not condensed: 'big.tmp.nc'\n")
         assert said == expected, said
-    # The rest of the killed run is in nobody's way.
+    # The part file of the killed run doesn't hinder the next one.
     part.write_bytes(b"rest")
     done = tersify(tools, folder, path.name)
     assert done.returncode == 0 and copy.exists() and not part.exists()
@@ -371,7 +371,7 @@ def check_signals(tools, folder):
 
 
 def check_first_years(tools, folder):
-    """A copy whose name tells another first year than it has is made, with a warning."""
+    """A copy whose name gives a wrong first year is made, with a warning."""
     for name, told in ("cru_ts4.01.1901.1901.tmp.dat", 1901), ("grid.tmp", 1901):
         path = folder / (name + ".nc")
         write_netcdf(path, "tmp", stored_year(), Form(**SMALL), first_year=1950)
@@ -385,7 +385,7 @@ def check_first_years(tools, folder):
     path = folder / "cru_ts4.01.1950.1950.tmp.dat.nc"
     write_netcdf(path, "tmp", stored_year(), Form(**SMALL), first_year=1950)
     assert tersify(tools, folder, path.name).stderr == ""
-    # The index would be read as if from 1901 on: not under the name that is looked for.
+    # Under its usual name the index would be read as if it began in 1901.
     path = folder / "scPDSI.1950.1950.nc"
     write_netcdf(path, "scpdsi", stored_year(), Form(**SMALL), first_year=1950)
     done = tersify(tools, folder, path.name)
@@ -406,7 +406,7 @@ def main():
         count += check_one_copy_for_two(tools, folder)
         count += check_signals(tools, folder)
         count += check_first_years(tools, folder)
-    print(f"{count} files refused, and nothing left of them")
+    print(f"{count} files refused, and nothing left behind")
 
 
 if __name__ == "__main__":

@@ -1,12 +1,12 @@
-"""A release to 2024 as netCDF, made from the sample, from its download to its numbers.
+"""Processes a release to 2024 as netCDF, made from the sample: condense, check, extract.
 
     netcdf_release.py --tools FOLDER [--first YEAR]
 
-The series of the sample, which end with 2016, go on with those of 1901 and later years.
-They are written as netCDF-4 from north to south, compressed in chunks of ten years, for
-which the grid is read in bands of rows; tersify condenses that and checks the copy, and veldmark-extract, where it is built, reads it. FIRST is the release's
-first year (default 1901, with which the copy has 1.9 GB; 2021 makes one of the pieces that
-are published, too).
+The sample's series end with 2016; the years after that repeat those from 1901 on. They are
+written as netCDF-4 from north to south, compressed in chunks of ten years, so that the grid
+is read in bands of rows. tersify condenses the file and checks the copy, and
+veldmark-extract, if it is built, reads it. YEAR is the release's first year: 1901 by
+default, with a copy of 1.9 GB; 2021 makes a shorter file, as published as well.
 """
 
 import argparse
@@ -25,7 +25,7 @@ OF_SAMPLE = 116 * 12
 
 
 class Release:
-    """Stored integers, [month, row from the south, column]; made where they are asked."""
+    """Stored integers, [month, row from the south, column]; made on access."""
 
     def __init__(self, first):
         self.skipped = (first - 1901) * 12
@@ -37,21 +37,21 @@ class Release:
         return (LAST - 1900) * 12 - self.skipped
 
     def __getitem__(self, months):
-        wanted = (numpy.arange(len(self))[months] + self.skipped) % OF_SAMPLE
-        grid = numpy.full((len(wanted), ROWS, COLUMNS), MISSING, dtype=numpy.int32)
-        grid[:, self.rows, self.columns] = self.series[wanted]
+        indices = (numpy.arange(len(self))[months] + self.skipped) % OF_SAMPLE
+        grid = numpy.full((len(indices), ROWS, COLUMNS), MISSING, dtype=numpy.int32)
+        grid[:, self.rows, self.columns] = self.series[indices]
         return grid
 
 
 def cells_of_sample(rows, columns):
-    """The whole series of these cells, [month, cell]; a few years at a time."""
+    """Returns the series of these cells, [month, cell]; reads a few years at a time."""
     parts = [stored_sample("tmp", (year, year + 3))[:, rows, columns]
              for year in range(1901, 2017, 4)]
     return numpy.concatenate(parts)
 
 
 def expect_copy(path, release):
-    """Month after month the lines that Python makes of the values."""
+    """Compares the copy with lines formatted by Python, month by month."""
     empty = " -999" * COLUMNS + "\n"
     with path.open("rb") as file:
         for month in range(len(release)):
@@ -65,7 +65,7 @@ def expect_copy(path, release):
 
 
 def expect_values(tools, copy, release, first):
-    """All values of a cell, by veldmark-extract."""
+    """Returns all values of a cell, read by veldmark-extract."""
     latitude, longitude = release.rows[0] / 2 - 89.75, release.columns[0] / 2 - 179.75
     command = [tools / "veldmark-extract", copy, "--cell", f"{latitude:.2f},{longitude:.2f}",
                "--stored", "--quiet"]

@@ -1,13 +1,11 @@
-"""Condenses netCDF files that hold the sample, and compares with the sample's own grids.
+"""Condenses netCDF files made from the sample, and compares the copies with its grids.
 
-    netcdf_round_trip.py --tools FOLDER [--release]
+    netcdf_round_trip.py --tools FOLDER
 
-For each variable of the sample, and a drought index made of it: the copy of a netCDF file
-must be what series_to_grid expands, and what tersify makes of the published text, byte for
-byte. The netCDF files are written by Python's netCDF4 in all forms; see netcdf_files.py.
-A grid of invented values in every cell is compared with text that Python makes.
-
---release does so with a release of other years as well: 1901 to 2024, 1.9 GB.
+For each variable of the sample, and for a drought index made from it, the copy of a netCDF
+file must equal the grid that series_to_grid makes and the copy of the published text, byte
+for byte. The netCDF files are written by Python's netCDF4 in all forms; see netcdf_files.py.
+A grid with random values in every cell is compared with text formatted by Python.
 """
 
 import argparse
@@ -39,7 +37,7 @@ STORAGE = [{}, {"chunks": (1, ROWS, COLUMNS), "level": 1}, {"chunks": (12, 40, 9
 MARKS = [
     {},
     {"missing_value": None},
-    {"fill": None, "missing_value": None},  # what the library fills with
+    {"fill": None, "missing_value": None},  # the library's default fill value
     {"fill": None, "missing_value": numpy.float32(-1e6)},
     {"fill": numpy.float32("nan"), "missing_value": None},
     {"type": "f8", "fill": -9999.0, "missing_value": -9999.0},
@@ -59,8 +57,8 @@ def expand(tools, variable, output, last, *options):
 
 
 def all_forms():
-    """Every format with both orders of latitudes and both counts of longitudes; the other
-    properties in turn."""
+    """Yields every format with both orders of latitudes and both ranges of longitudes,
+    cycling through the other properties."""
     others = zip(itertools.cycle(EPOCHS), itertools.cycle(STORAGE), itertools.cycle(MARKS))
     for kind, north, greenwich in itertools.product(FORMATS, (False, True), (False, True)):
         epoch, storage, marks = next(others)
@@ -75,14 +73,14 @@ def condense(tools, path, name, stored, form, output, expected):
     write_netcdf(path, name, stored, form)
     said = run(tools / "tersify", path)
     assert said.startswith(f"wrote '{output}': "), said
-    assert output.read_bytes() == expected, f"{name}: another copy of {form}"
+    assert output.read_bytes() == expected, f"{name}: a different copy of {form}"
     assert sorted(p.name for p in path.parent.iterdir()) == sorted([path.name, output.name])
     path.unlink()
     output.unlink()
 
 
 def direct_copies(tools, folder, variable, last, *options):
-    """The grid file of a sample, once it is the copy of the published text as well."""
+    """Returns the grid file of a sample; checks that the published text gives the same."""
     direct, raw = folder / "direct", folder / "raw"
     expand(tools, variable, direct, last, *options)
     expand(tools, variable, raw, last, "--published", *options)
@@ -95,7 +93,7 @@ def direct_copies(tools, folder, variable, last, *options):
 
 
 def check_variables(tools, folder):
-    """Each variable in a few forms, so that all of them are met by some variable."""
+    """Each variable in a few forms, so that each form is used with some variable."""
     count = 0
     forms = itertools.cycle(all_forms())
     for variable in VARIABLES:
@@ -109,7 +107,7 @@ def check_variables(tools, folder):
 
 
 def check_index(tools, folder):
-    """The index in all forms: its file is in its own row order, under its own name."""
+    """The drought index in all forms: its rows run north to south, and its name is fixed."""
     count = 0
     expected = direct_copies(tools, folder, "tmp", 1902, "--scpdsi")
     stored = stored_sample("tmp", (1901, 1902))
@@ -121,8 +119,7 @@ def check_index(tools, folder):
 
 
 def check_names(tools, folder):
-    """Compressed files, beside which a decompressed one comes and goes; a copy under a name
-    that the user gives."""
+    """Compressed files, which leave no decompressed file behind, and --output."""
     count = 0
     stored = stored_sample("tmp", (1901, 1901))
     for variable, name, output, options in (
@@ -149,8 +146,8 @@ def check_names(tools, folder):
     return count
 
 
-def invented(months, seed):
-    """Values of all lengths in all cells, and missing ones."""
+def random_values(months, seed):
+    """Returns values of all lengths in all cells, some of them missing."""
     rng = numpy.random.default_rng(seed)
     digits = rng.integers(0, 5, (months, ROWS, COLUMNS))
     stored = rng.integers(-9999, 100_000, (months, ROWS, COLUMNS)) // 10**digits
@@ -159,9 +156,9 @@ def invented(months, seed):
     return stored
 
 
-def check_invented(tools, folder):
-    """Every cell of a year in its place, and every length of a number."""
-    stored = invented(12, 1)
+def check_random_values(tools, folder):
+    """Every cell of a year is in its place, with numbers of every length."""
+    stored = random_values(12, 1)
     expected = "".join("%5d" * COLUMNS % tuple(row) + "\n"
                        for month in stored for row in month).encode()
     for form in (Form(), Form(format="NETCDF4", north_first=True, from_greenwich=True,
@@ -180,9 +177,9 @@ def main():
         folder = Path(name)
         count = check_variables(tools, folder)
         count += check_index(tools, folder)
-        count += check_invented(tools, folder)
+        count += check_random_values(tools, folder)
         count += check_names(tools, folder)
-    print(f"{count} netCDF files condensed as the text and the series")
+    print(f"{count} netCDF files condensed to the expected copies")
 
 
 if __name__ == "__main__":

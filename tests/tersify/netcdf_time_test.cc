@@ -1,5 +1,5 @@
-// Which months the times of a netCDF file are. The numbers of days were worked out with
-// Python's cftime.
+// The months of a netCDF file's times. The numbers of days were computed with Python's
+// cftime.
 
 #include "tersify/netcdf_time.h"
 
@@ -82,7 +82,7 @@ TEST(DaysSince, OtherUnitsAreRefused) {
   }
 }
 
-TEST(DaysSince, EndlessUnitsAreRefusedAndCutInTheMessage) {
+TEST(DaysSince, OverlongUnitsAreRefusedAndTruncatedInTheMessage) {
   expect_fault("the units of time are 'days since 1900-1-1" + std::string(41, ' ') +
                    "...'; expected days since a date, as 1900-1-1, in UTC",
                [] { DaysSince("days since 1900-1-1" + std::string(1000, ' '), ""); });

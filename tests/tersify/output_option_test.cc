@@ -1,4 +1,4 @@
-// The copy under another name.
+// The option --output.
 
 #include <gtest/gtest.h>
 
@@ -60,7 +60,7 @@ TEST(OutputOption, ReplacesAnEarlierCopyWhenTheNewOneIsComplete) {
   EXPECT_TRUE(file_content("copy") == kTwelveCondensed);
 }
 
-TEST(OutputOption, NeverTakesThePlaceOfTheFile) {
+TEST(OutputOption, NeverReplacesTheInput) {
   const TemporaryFolder folder;
   write_file("a", kTwelve);
   write_file("b.part", kTwelve);
@@ -73,7 +73,7 @@ TEST(OutputOption, NeverTakesThePlaceOfTheFile) {
   EXPECT_TRUE(folder_content() == (Files{{"a", kTwelve}, {"b.part", kTwelve}}));
 }
 
-TEST(OutputOption, WhereNothingCanBeWrittenIsTold) {
+TEST(OutputOption, AnUnwritableOutputIsReported) {
   const TemporaryFolder folder;
   write_file("a", kTwelve);
   std::filesystem::create_directory("sub");

@@ -31,7 +31,7 @@ using veldmark::testing::write_file;
 const std::string kRaw = raw_line(numbers()) + "\n";
 const std::string kCondensed = condensed_line(numbers()) + "\n";
 
-// Runs the program by the shell. Result: the exit status, -1 after a signal.
+// Runs the program in a shell. Returns the exit status, -1 after a signal.
 int run_program(const std::string& arguments, const std::string& before = "") {
   const std::string command =
       before + "'" TERSIFY_PROGRAM "' " + arguments + " > output 2> messages";
@@ -39,7 +39,7 @@ int run_program(const std::string& arguments, const std::string& before = "") {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-TEST(TersifyProgram, EndsWithStatusZeroWhenAllIsWell) {
+TEST(TersifyProgram, EndsWithStatusZeroOnSuccess) {
   const TemporaryFolder folder;
   write_file("a", kRaw);
   EXPECT_EQ(run_program("a"), 0);
@@ -59,8 +59,8 @@ TEST(TersifyProgram, EndsWithStatusOneWhenAFileFailed) {
   EXPECT_EQ(run_program("--check a"), 1);
 }
 
-// Where both streams lead to the same place, the lines keep their order.
-TEST(TersifyProgram, AComplaintComesAfterWhatWasShownBefore) {
+// If both streams go to the same file, the lines keep their order.
+TEST(TersifyProgram, MessagesAndOutputKeepTheirOrder) {
   const TemporaryFolder folder;
   write_file("a", kRaw);
   write_file("b", "x");
@@ -88,7 +88,7 @@ TEST(TersifyProgram, AsksAndReadsTheAnswer) {
   EXPECT_EQ(file_content("a.new"), kCondensed);
 }
 
-TEST(TersifyProgram, AScreenThatCannotBeWrittenIsAFailure) {
+TEST(TersifyProgram, AnUnwritableStandardOutputIsAFailure) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
   const TemporaryFolder folder;
   const int status =
@@ -97,7 +97,7 @@ TEST(TersifyProgram, AScreenThatCannotBeWrittenIsAFailure) {
   EXPECT_EQ(file_content("messages"), "tersify: cannot write the standard output\n");
 }
 
-TEST(TersifyProgram, AFileThatMayNotGrowIsAFailureAndLeavesNothing) {
+TEST(TersifyProgram, AFileSizeLimitIsAFailureAndLeavesNothing) {
   const TemporaryFolder folder;
   write_file("a", repeated(1000, kRaw));
   write_file("a.new", "earlier");
@@ -109,7 +109,7 @@ TEST(TersifyProgram, AFileThatMayNotGrowIsAFailureAndLeavesNothing) {
   EXPECT_FALSE(std::filesystem::exists("a.new.part"));
 }
 
-// Makes "big", which takes the program long enough to be met at work.
+// Makes "big", large enough to stop the program while it works.
 constexpr int kBigLines = 36000;
 
 void make_big_file() {
@@ -120,7 +120,7 @@ void make_big_file() {
   }
 }
 
-// Is "big.new" all of the copy of "big"?
+// Returns whether "big.new" is the complete copy of "big".
 bool is_copy_whole() {
   std::ifstream file("big.new", std::ios::binary);
   std::string line(kCondensed.size(), '\0');
@@ -134,7 +134,7 @@ bool is_copy_whole() {
   return file.gcount() == 0 && lines == kBigLines;
 }
 
-// Stops a run on "big" and "after" in the middle of its copy of "big".
+// Stops a run on "big" and "after" while it copies "big".
 void with_stopped_run(const std::function<void(ChildProcess&)>& action) {
   with_stopped_process({TERSIFY_PROGRAM, "big", "after"}, "big.new.part", action);
 }
@@ -149,7 +149,7 @@ TEST(TersifyProgram, KilledInTheMiddleItLeavesNothingThatLooksComplete) {
   EXPECT_FALSE(std::filesystem::exists("big.new"));
   EXPECT_TRUE(std::filesystem::exists("big.new.part"));
 
-  // The next run finds its way.
+  // The next run succeeds.
   EXPECT_EQ(run_program("big"), 0);
   EXPECT_TRUE(is_copy_whole());
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
@@ -202,7 +202,7 @@ TEST(TersifyProgram, TheCopyOfAnotherRunIsNotOverwritten) {
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
 }
 
-TEST(TersifyProgram, APartThatWasExchangedIsNotCalledACopy) {
+TEST(TersifyProgram, AReplacedPartFileDoesNotBecomeTheCopy) {
   const TemporaryFolder folder;
   make_big_file();
   write_file("big.new", "earlier");
@@ -221,7 +221,7 @@ TEST(TersifyProgram, APartThatWasExchangedIsNotCalledACopy) {
   EXPECT_EQ(file_content("big.new.part"), "hello");
 }
 
-TEST(TersifyProgram, APipeInPlaceOfThePartDoesNotHoldItUp) {
+TEST(TersifyProgram, APipeInPlaceOfThePartDoesNotBlockIt) {
   const TemporaryFolder folder;
   write_file("a", kRaw);
   ASSERT_EQ(::mkfifo("a.new.part", 0600), 0);
@@ -229,7 +229,7 @@ TEST(TersifyProgram, APipeInPlaceOfThePartDoesNotHoldItUp) {
   EXPECT_EQ(file_content("a.new"), kCondensed);
 }
 
-TEST(TersifyProgram, AClosedStreamsTextLandsInNoFile) {
+TEST(TersifyProgram, TextForAClosedStreamEndsUpInNoFile) {
   const TemporaryFolder folder;
   write_file("a", kRaw);
   EXPECT_EQ(WEXITSTATUS(std::system("'" TERSIFY_PROGRAM "' a <&- >&- 2>&-")), 1);

@@ -1,5 +1,5 @@
-// Progress where somebody looks, and nowhere else. Each run is held up for longer than
-// the time between two looks at its clock, so that there is something to show.
+// Progress is shown on a terminal only. Each run is delayed for longer than the update
+// interval, so that there is something to show.
 
 #include <gtest/gtest.h>
 
@@ -46,8 +46,8 @@ void hold_up(ChildProcess& run) {
   run.wait();
 }
 
-// Returns what a held-up run writes to a terminal. On a busy machine a run can be met
-// so late that nothing is left to show: then once more.
+// Returns what a delayed run writes to a terminal. On a busy machine the delay may come
+// too late for any progress to be shown: then the run is repeated.
 std::string screen_of(const Command& command, const std::string& part) {
   std::string screen;
   for (int i = 0; i < 5 && screen.find("done") == std::string::npos; ++i) {
@@ -58,13 +58,13 @@ std::string screen_of(const Command& command, const std::string& part) {
   return screen;
 }
 
-// Returns what a held-up run writes to a file.
+// Returns what a delayed run writes to a file.
 std::string messages_of(const Command& command, const std::string& part) {
   with_stopped_process(command, part, hold_up);
   return file_content("messages");
 }
 
-// Each state of the line replaces the one before, and the last one is gone.
+// Each update replaces the previous one, and the last one is erased.
 const std::string kStates =
     "(\r\x1b\\[K'big[.a-z]*': [0-9]+ % done, [0-9]+ MB/s, [0-9]+ s left)+\r\x1b\\[K";
 

@@ -10,14 +10,14 @@
 
 namespace veldmark::tersify::testing {
 
-// 720 numbers: field c (from 1) holds c - 361.
+// Returns 720 numbers: c - 361 in field c, counted from 1.
 inline std::vector<std::string> numbers() {
   std::vector<std::string> fields;
   for (int c = 1; c <= 720; ++c) fields.push_back(std::to_string(c - 361));
   return fields;
 }
 
-// A published line, without line end.
+// Returns a published line, without its newline.
 inline std::string raw_line(const std::vector<std::string>& fields,
                             const std::string& separator = "  ") {
   std::string line;
@@ -25,14 +25,15 @@ inline std::string raw_line(const std::vector<std::string>& fields,
   return line;
 }
 
-// The line of numbers() with another text in one field (from 1).
+// Returns the line of numbers() with one field replaced; fields are counted from 1.
 inline std::string raw_line_with(int field, const std::string& text) {
   std::vector<std::string> fields = numbers();
   fields.at(static_cast<std::size_t>(field - 1)) = text;
   return raw_line(fields);
 }
 
-// A condensed line, without line end; fields of at most five characters.
+// Returns a condensed line, without its newline. Requires fields of at most five
+// characters.
 inline std::string condensed_line(const std::vector<std::string>& fields) {
   std::string line;
   for (const std::string& field : fields) {

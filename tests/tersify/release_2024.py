@@ -1,11 +1,11 @@
-"""A release to 2024, made from the sample, from its download to its numbers.
+"""Processes a release to 2024, made from the sample: condense, check, extract.
 
     release_2024.py --tools FOLDER [--first YEAR] [--no-extract]
 
-The series of the sample's mean temperature, which end with 2016, go on with those of 1901
-and later years.  They are written as published text, compressed; tersify condenses that,
-checks the copy, and veldmark-extract reads it.  FIRST is the release's first year (default
-1901, with which the copy has 1.9 GB; 2021 makes one of the pieces that are published, too).
+The sample's series of mean temperature end with 2016; the years after that repeat those
+from 1901 on. They are written as compressed published text; tersify condenses it and checks
+the copy, and veldmark-extract reads it. YEAR is the release's first year: 1901 by default,
+with a copy of 1.9 GB; 2021 makes a shorter file, as published as well.
 """
 
 import argparse
@@ -27,7 +27,7 @@ MISSING = -999
 
 
 def read_series():
-    """{row from 1: {column from 1: values}}, January 1901 first, to 2024."""
+    """Returns {row: {column: values}}, both counted from 1; values from January 1901 to 2024."""
     rows = {}
     with gzip.open(SAMPLE, "rt") as lines:
         next(lines)
@@ -42,7 +42,7 @@ def read_series():
 
 
 def month_of(rows, month, width):
-    """The lines of a month, counted from 0, with `width` characters for each number."""
+    """Yields the lines of a month, counted from 0, with `width` characters per number."""
     empty = "%*d" % (width, MISSING)
     no_values = empty * COLUMNS + "\n"
     for row in range(1, ROWS + 1):
@@ -86,7 +86,7 @@ def expect(found, expected):
 
 
 def expect_values(tools, folder, copy, rows, first):
-    """The values of all years of a cell, by veldmark-extract."""
+    """Returns the values of all years of a cell, read by veldmark-extract."""
     row, columns = next(iter(rows.items()))
     column, values = next(iter(columns.items()))
     place = "%.2f,%.2f" % (row / 2 - 90.25, column / 2 - 180.25)

@@ -1,4 +1,4 @@
-// Releases of all kinds of years: what names and lines tell of them.
+// The years of a release, from a file's name and its number of lines.
 
 #include "tersify/release_years.h"
 
@@ -27,10 +27,10 @@ using veldmark::testing::write_file;
 const std::string kRaw = raw_line(numbers()) + "\n";
 const std::string kCondensed = condensed_line(numbers()) + "\n";
 
-// One row, so that twelve lines are a year; two years unless a name tells others.
+// One row, so that twelve lines are a year; two years unless the name gives others.
 constexpr GridShape kTwoYears{.years = 2, .rows = 1};
 
-// "1901-2024", or "" for none.
+// Returns "1901-2024", or "" if there are none.
 std::string years_of(const std::string& name) {
   const std::optional<Years> years = years_in_name(name);
   return years ? std::to_string(years->first) + "-" + std::to_string(years->last) : "";
@@ -59,7 +59,7 @@ TEST(WholeYears, AreOneAtLeast) {
   EXPECT_EQ(whole_years(0, {}), std::nullopt);
 }
 
-// What --check says of a file of so many lines, its status first.
+// Returns the status and the messages of --check for a file of this many lines.
 std::string check(const std::string& name, int lines, const std::string& more = "") {
   const TemporaryFolder folder;
   write_file(name, repeated(lines, kCondensed) + more);
@@ -82,7 +82,7 @@ TEST(CheckOfAnyRelease, WarnsWhereTheNameSaysOtherYears) {
             "years\n");
 }
 
-// A file that was cut between two years is no other release.
+// A file truncated between two years isn't a release of fewer years.
 TEST(CheckOfAnyRelease, FewerYearsThanTheNameSaysAreAFault) {
   EXPECT_EQ(
       check("a.1961.1963.b", 24),
@@ -122,7 +122,7 @@ TEST(CheckOfAnyRelease, ALittleMoreThanTheYearsIsTooMuch) {
             "after 1 of 3600 characters\n");
 }
 
-// What condensing says of a file of so many lines, besides that it was written.
+// Returns the messages of condensing a file of this many lines, without "wrote ...".
 std::string note(const std::string& name, int lines) {
   const TemporaryFolder folder;
   write_file(name, repeated(lines, kRaw));

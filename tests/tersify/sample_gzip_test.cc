@@ -1,5 +1,5 @@
-// The real sample, compressed: all ten variables become the condensed files that the
-// sample is expanded to directly.
+// The real sample, compressed: the copies of all ten variables equal the condensed
+// files that series_to_grid makes directly.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ void expect_done(const std::string& command) {
   ASSERT_EQ(std::system((command + " 2> /dev/null").c_str()), 0) << command;
 }
 
-// Expands 1901 of a variable.
+// Expands the year 1901 of a variable.
 void expand(const std::string& variable, const std::string& options) {
   expect_done("gzip -dc '" + sample_path(variable) +
               "' | '" SERIES_TO_GRID_PROGRAM "' --years 1901-1901 " + options);

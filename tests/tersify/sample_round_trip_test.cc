@@ -1,5 +1,5 @@
-// The real sample: what is condensed from the published layout is what is expanded to
-// the condensed layout directly.
+// The real sample: the condensed copy of the published layout equals the condensed file
+// that series_to_grid makes directly.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using veldmark::testing::file_content;
 using veldmark::testing::sample_path;
 using veldmark::testing::TemporaryFolder;
 
-// Expands 1901 of a variable.
+// Expands the year 1901 of a variable.
 void expand(const std::string& variable, const std::string& options) {
   const std::string command = "gzip -dc '" + sample_path(variable) +
                               "' | '" SERIES_TO_GRID_PROGRAM "' --years 1901-1901 " +
@@ -39,7 +39,7 @@ TEST_P(SampleRoundTrip, TheCondensedCopyIsTheCondensedFile) {
             "'raw.new': complete: 1 year, 1901\n");
 }
 
-// Without negative values and with them.
+// One variable without negative values and one with them.
 INSTANTIATE_TEST_SUITE_P(TwoVariables, SampleRoundTrip,
                          ::testing::Values("pre", "tmn"));
 

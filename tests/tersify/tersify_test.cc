@@ -1,4 +1,4 @@
-// The whole program with its screen in memory.
+// The whole program, run in memory.
 
 #include "tersify/tersify.h"
 
@@ -74,7 +74,7 @@ TEST(Tersify, AMissingLastLineEndIsNoted) {
       "note: the last line of 'a' has no line end; its last value may be cut\n"));
 }
 
-TEST(Tersify, TheOtherFilesGoOnAndTheEndTellsWhatWasNotDone) {
+TEST(Tersify, OtherFilesAreCondensedAndFailuresAreListedAtTheEnd) {
   const TemporaryFolder folder;
   write_file("a", kTwelve);
   write_file("b", "x\n");
@@ -197,7 +197,7 @@ TEST(Tersify, ACondensedFileIsNotCondensedAgain) {
   EXPECT_EQ(folder_content().size(), 1U);
 }
 
-TEST(Tersify, NoNameUpsetsATerminal) {
+TEST(Tersify, ControlCharactersInNamesAreReplaced) {
   const TemporaryFolder folder;
   const std::string name = "a\x1b[31m\n";
   write_file(name, kTwelve);
@@ -215,7 +215,7 @@ TEST(Tersify, NoNameUpsetsATerminal) {
       "tersify: 'a?[31m?': line 1, field 1: '?[31m' is not an integer\n"));
 }
 
-TEST(Tersify, CheckTellsOfEachFileWhatItIs) {
+TEST(Tersify, CheckReportsOnEachFile) {
   const TemporaryFolder folder;
   write_file("a", repeated(12, kCondensed));
   write_file("b", repeated(11, kCondensed));

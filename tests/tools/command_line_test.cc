@@ -57,14 +57,14 @@ TEST(CommandLine, OptionsMayStandBeforeAndAfterTheNames) {
   EXPECT_EQ(command.series, "in.csv");
 }
 
-TEST(CommandLine, ScpdsiTurnsTheRowsAndChangesTheMissingCode) {
+TEST(CommandLine, ScpdsiReversesTheRowsAndChangesTheMissingCode) {
   const Command command = parse_command_line(Arguments{"--scpdsi", "out.dat"});
   EXPECT_TRUE(command.form.north_first);
   EXPECT_EQ(command.form.MissingCode, -9999);
   EXPECT_EQ(command.form.field_width, 5);
 }
 
-TEST(CommandLine, TheLastSpanOfYearsHolds) {
+TEST(CommandLine, TheLastYearsOptionWins) {
   const Command command = parse_command_line(
       Arguments{"--years", "1901-1902", "--years", "1999-2000", "out.dat"});
   EXPECT_EQ(command.years.first, 1999);
@@ -107,11 +107,11 @@ TEST(CommandLine, YearsOfAnotherFormAreRefused) {
   }
 }
 
-TEST(CommandLine, MissingYearsAreNoticed) {
+TEST(CommandLine, MissingYearsAreRefused) {
   expect_usage_error({"o", "--years"}, "--years: the years are missing");
 }
 
-TEST(CommandLine, AMissingOutputIsNoticed) {
+TEST(CommandLine, AMissingOutputIsRefused) {
   expect_usage_error({"--published"}, "the name of the output file is missing");
 }
 
@@ -137,8 +137,8 @@ whole 0.5 degree grid. SERIES is read from standard input when it is absent or "
   zcat cru_ts4.01_tmp_1901_2016.csv.gz |
     series_to_grid --years 1901-1910 cru_ts4.01.1901.2016.tmp.dat.new
 
-OUTPUT begins with January 1901 and ends with December of the last year asked. Cells
-that SERIES does not list, and months outside the years asked, are missing (-999).
+OUTPUT begins with January 1901 and ends with December of the last requested year. Cells
+that SERIES does not list, and months outside the requested years, are missing (-999).
 Rows run south to north. OUTPUT grows to 1.8 GB for 1901-2016 (15.6 MB a year).
 
   --years FIRST-LAST  years to take from SERIES, within 1901-2016 (default 1901-2016)

@@ -20,7 +20,7 @@ std::string repeated(int times, const std::string& text) {
   return all;
 }
 
-// Row `row` of a month, counted from 1 in file order, with its line end.
+// Returns a row of a month, counted from 1 in file order, with its newline.
 std::string_view row_of(std::string_view month, std::size_t row,
                         std::size_t line_length = 3601) {
   return month.substr((row - 1) * line_length, line_length);
@@ -36,7 +36,7 @@ Series one_cell(int first_year, int last_year, int first_value) {
   return series;
 }
 
-// What stands in the cell of `one_cell`, month by month.
+// Returns the field of the cell of `one_cell`, month by month.
 std::vector<std::string> fields_of_the_cell(const Series& series, YearRange years,
                                             const GridForm& form = {}) {
   std::vector<std::string> fields;
@@ -147,7 +147,7 @@ TEST(MakeGrid, ASeriesOfOtherYearsGivesAnEmptyGrid) {
   }
 }
 
-TEST(MakeGrid, ASeriesThatBeginsBefore1901IsEnteredInItsMiddle) {
+TEST(MakeGrid, ASeriesThatBeginsBefore1901IsReadFrom1901On) {
   const std::vector<std::string> fields =
       fields_of_the_cell(one_cell(1899, 1902, 100), {1901, 1901});
   ASSERT_EQ(fields.size(), 12U);

@@ -1,5 +1,5 @@
-// The series of data/sample, expanded and compared with their own text. The text is
-// taken apart here in a plainer way than the program does.
+// The series of data/sample are expanded and compared with their own text, which is
+// parsed here with simpler code than the program's.
 
 #include <gtest/gtest.h>
 #include <sys/types.h>

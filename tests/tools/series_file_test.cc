@@ -239,7 +239,7 @@ TEST(ReadSeries, ASeriesWithoutCellsIsRefused) {
   expect_failure(kHeader2001, "line 2: the series lists no cell");
 }
 
-TEST(ReadSeries, ALastLineWithoutLineEndMayBeCutShort) {
+TEST(ReadSeries, ALastLineWithoutNewlineIsRefused) {
   std::string text = kHeader2001 + cell_at("0.25,0.25");
   text.pop_back();
   expect_failure(text, "line 2: the line end is missing; the series may be cut short");
@@ -272,7 +272,7 @@ TEST(ReadSeries, AByteOrderMarkBeforeTheHeaderIsSkipped) {
             1U);
 }
 
-TEST(ReadSeries, AnEndlessLineIsCalledOne) {
+TEST(ReadSeries, AnOverlongLineIsReported) {
   const std::string endless(2'000'000, ',');
   expect_failure(endless, "line 1: it is longer than 1048576 characters");
   expect_failure(kHeader2001 + endless, "line 2: it is longer than 1048576 characters");
@@ -292,7 +292,7 @@ TEST(ReadSeries, TheLongestHeaderThatCanBeIsRead) {
   EXPECT_EQ(series.last_year, 9999);
 }
 
-TEST(ReadSeries, NoFieldUpsetsATerminal) {
+TEST(ReadSeries, ControlCharactersInFieldsAreReplaced) {
   expect_failure("lon,lat,\x1b[31m\n", "line 1: '?[31m' is not a month (YYYY-MM)");
   expect_cell_failure("\x1b]0;x\a,0.25,1,2,3,4,5,6,7,8,9,10,11,12",
                       "line 2: '?]0;x?' is not the longitude of a cell's centre");

@@ -31,7 +31,7 @@ using testing::with_stopped_process;
 using testing::write_file;
 using Names = std::vector<std::string>;
 
-// Returns what is in the folder, in alphabetical order.
+// Returns the names of the folder's files in alphabetical order.
 Names names() {
   Names found;
   for (const auto& [name, content] : folder_content()) {
@@ -67,7 +67,7 @@ Outcome run(const std::vector<std::string>& arguments, const std::string& input)
   return {status, out.str(), messages.str()};
 }
 
-// Runs it on a terminal whose clock is asked whenever progress is made.
+// Runs the program on a terminal, with a clock that is read on each progress update.
 Outcome run_on_terminal(const std::vector<std::string>& arguments,
                         const std::function<double()>& clock) {
   const MemoryInput in(kSeries);
@@ -87,8 +87,8 @@ std::string repeated(int times, const std::string& text) {
   return all;
 }
 
-// Compares a whole grid file: `lines` tells the lines (counted from 1) that hold
-// values; all others are `empty_line`.
+// Compares a whole grid file: `lines` gives the lines (counted from 1) with values; all
+// others are `empty_line`.
 void expect_grid(const std::string& grid, int line_count, const std::string& empty_line,
                  const std::map<int, std::string>& lines) {
   const std::size_t length = empty_line.size();
@@ -258,7 +258,7 @@ TEST(SeriesToGrid, ASeriesMayComeThroughANamedPipe) {
   writer.join();
 }
 
-// --- The series is not destroyed
+// --- The series is not overwritten
 
 TEST(SeriesToGrid, TheSeriesItselfIsNotOverwritten) {
   const TemporaryFolder folder;
@@ -377,7 +377,7 @@ TEST(SeriesToGrid, AWrongCommandLineHasStatusTwo) {
             "Try 'series_to_grid --help' for more information.\n");
 }
 
-// The built program, through a shell; "out" and "err" take what it says.
+// The built program, run in a shell; its output goes to the files "out" and "err".
 Outcome run_program(const std::string& arguments) {
   const std::string command =
       std::string("'") + SERIES_TO_GRID_PROGRAM + "' " + arguments + " >out 2>err";

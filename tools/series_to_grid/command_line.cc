@@ -51,8 +51,8 @@ whole 0.5 degree grid. SERIES is read from standard input when it is absent or "
   zcat cru_ts4.01_tmp_1901_2016.csv.gz |
     series_to_grid --years 1901-1910 cru_ts4.01.1901.2016.tmp.dat.new
 
-OUTPUT begins with January 1901 and ends with December of the last year asked. Cells
-that SERIES does not list, and months outside the years asked, are missing (-999).
+OUTPUT begins with January 1901 and ends with December of the last requested year. Cells
+that SERIES does not list, and months outside the requested years, are missing (-999).
 Rows run south to north. OUTPUT grows to 1.8 GB for 1901-2016 (15.6 MB a year).
 
   --years FIRST-LAST  years to take from SERIES, within 1901-2016 (default 1901-2016)
