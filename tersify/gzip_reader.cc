@@ -134,8 +134,8 @@ std::size_t GzipReader::read(char* buffer, std::size_t size) {
 }
 
 void GzipReader::read_to_end() {
-  std::vector<char> nobody(kReadAtATime);
-  while (read(nobody.data(), nobody.size()) > 0) {
+  std::vector<char> discarded(kReadAtATime);
+  while (read(discarded.data(), discarded.size()) > 0) {
   }
 }
 

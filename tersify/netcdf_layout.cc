@@ -46,7 +46,7 @@ Found find_variable(const NetcdfInput& input, const std::string& name) {
     return found.front();
   }
   const std::string expected =
-      named != nullptr ? in_quotes(named->short_name) + ", which the file's name tells"
+      named != nullptr ? in_quotes(named->short_name) + ", as in the file's name"
                        : "just one of " + short_names();
   throw NetcdfFault("the variables are " + names_of(input.variables()) + "; expected " +
                     expected);

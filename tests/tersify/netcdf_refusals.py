@@ -204,12 +204,12 @@ CASES = [
     ("months of 30 days", with_form(calendar="360_day"),
      "the calendar of time is '360_day'; expected standard, gregorian or proleptic_gregorian"),
     ("another variable", with_form(name="pre"),
-     "the variables are 'lon', 'lat', 'time', 'pre', 'stn'; expected 'tmp', which the "
-     "file's name tells"),
+     "the variables are 'lon', 'lat', 'time', 'pre', 'stn'; expected 'tmp', as in "
+     "the file's name"),
     ("an unknown variable", with_form(name="temperature"),
-     "the variables are 'lon', 'lat', 'time', 'temperature', 'stn'; expected 'tmp', which "
-     "the file's name tells"),
-    ("no variable", bare(), "the variables are none; expected 'tmp', which the file's name tells"),
+     "the variables are 'lon', 'lat', 'time', 'temperature', 'stn'; expected 'tmp', as in "
+     "the file's name"),
+    ("no variable", bare(), "the variables are none; expected 'tmp', as in the file's name"),
     ("a number", bare("tmp"), "'tmp' has the dimensions (); expected (time, lat, lon)"),
     ("a map", flat, "'tmp' has the dimensions ('lat', 'lon'); expected (time, lat, lon)"),
     ("series", transposed,

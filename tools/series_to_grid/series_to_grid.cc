@@ -44,20 +44,21 @@ Series load_series(const Command& command, const Environment& environment) {
 }
 
 // Notes requested years that the series lacks.
-void note_missing_years(const Series& series, const YearRange& asked,
+void note_missing_years(const Series& series, const YearRange& requested,
                         const Environment& environment) {
-  if (series.first_year <= asked.first && asked.last <= series.last_year) {
+  if (series.first_year <= requested.first && requested.last <= series.last_year) {
     return;
   }
   start_message(environment, kProgram)
       << "note: the series covers " << years_text(series.first_year, series.last_year)
-      << "; other years of " << years_text(asked.first, asked.last) << " are missing\n";
+      << "; other years of " << years_text(requested.first, requested.last)
+      << " are missing\n";
 }
 
 // Returns the number of months that get values.
-std::int32_t count_filled_months(const Series& series, const YearRange& asked) {
-  const std::int32_t first = std::max(series.first_year, asked.first);
-  const std::int32_t last = std::min(series.last_year, asked.last);
+std::int32_t count_filled_months(const Series& series, const YearRange& requested) {
+  const std::int32_t first = std::max(series.first_year, requested.first);
+  const std::int32_t last = std::min(series.last_year, requested.last);
   return std::max(0, count_grid_months(last) - count_grid_months(first - 1));
 }
 
