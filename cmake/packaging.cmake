@@ -88,12 +88,8 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-# The dependencies are those of the built programs.
+# The dependencies are those of the built programs. libnetcdf, which veldmark-extract loads
+# only when needed, is among them because tersify links it.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# A library that is loaded only when it is needed is not seen in them: libnetcdf.so.19 is
-# in the package libnetcdf19.
-if(netcdf_soname)
-  string(REPLACE ".so." "" CPACK_DEBIAN_PACKAGE_DEPENDS "${netcdf_soname}")
-endif()
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)
