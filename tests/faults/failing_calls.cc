@@ -389,8 +389,9 @@ void take_over(int /*signal*/, siginfo_t* /*about*/, void* context) {
   greg_t(&registers)[NGREG] = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
   const long number = registers[REG_RAX];
   if (number == SYS_clone || number == SYS_clone3) {
-    // Only the leak check at the exit of a sanitized program starts a thread, on a stack
-    // from which this handler could not return. That call and all later ones pass.
+    // Only the leak check at the exit of a sanitized program starts a thread, on a
+    // stack from which this handler could not return. That call and all later ones
+    // pass.
     constexpr greg_t kSizeOfSyscallInstruction = 2;
     registers[REG_RIP] -= kSizeOfSyscallInstruction;
     return;
