@@ -35,8 +35,9 @@ if(VELDMARK_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-coverage=trace-cmp)
 endif()
 
+# Threads count in the same places.
 if(VELDMARK_COVERAGE)
-  add_compile_options(--coverage -fprofile-abs-path)
+  add_compile_options(--coverage -fprofile-abs-path -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
 

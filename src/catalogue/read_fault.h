@@ -17,22 +17,16 @@ namespace veldmark {
 struct BadField {
   std::int64_t line;
   std::int32_t field;  // 1..720, from the left
-
-  bool operator==(const BadField&) const = default;
 };
 
 // The file ends before a requested line, or inside it.
 struct EndAtRequestedLine {
   std::int64_t line;
-
-  bool operator==(const EndAtRequestedLine&) const = default;
 };
 
 // The file ends before a line that is skipped.
 struct EndAtSkippedLine {
   std::int64_t line;
-
-  bool operator==(const EndAtSkippedLine&) const = default;
 };
 
 class ReadFault : public std::exception {

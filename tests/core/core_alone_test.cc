@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "catalogue/grid_file.h"
@@ -113,8 +114,10 @@ TEST(CoreAlone, ReportsABadFieldWithLineAndColumn) {
     read_block(GridFile("frs"), request());
     ADD_FAILURE() << "no fault";
   } catch (const ReadFault& fault) {
-    EXPECT_EQ(fault.fact(), ReadFault::Fact(BadField{.line = line_number(1902, 3, 202),
-                                                     .field = 402}));
+    const auto* bad = std::get_if<BadField>(&fault.fact());
+    ASSERT_NE(bad, nullptr);
+    EXPECT_EQ(bad->line, line_number(1902, 3, 202));
+    EXPECT_EQ(bad->field, 402);
     EXPECT_EQ(fault.name(), "frs");
   }
 }
