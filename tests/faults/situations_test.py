@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""What the programs do when the system itself fails them.
+"""Runs the programs in environments that make system calls fail.
 
     situations_test.py PROGRAM_FOLDER
 
-Full disks, folders that may not be written to, folders where files should be, closed
-streams, terminals that go away, ^C at a prompt, a limit on the size of files, readers that
-go away.  PROGRAM_FOLDER holds veldmark, tersify and series_to_grid.
+Full disks, missing permissions, folders in place of files, closed streams, terminals that
+hang up, Ctrl-C at a prompt, a file size limit, closed pipes.  PROGRAM_FOLDER holds veldmark,
+tersify and series_to_grid.
 """
 
 import fcntl
@@ -32,7 +32,7 @@ from session_rules import report, search
 
 MOST_SECONDS = 60
 NOBODY = 65534
-YEAR = ("--years", "1901-1901")  # of a grid file, which has 16 MB a year
+YEAR = ("--years", "1901-1901")  # one year of a grid file takes 16 MB
 EXPAND = ["series_to_grid", *YEAR, "grid", "series"]
 
 FRS = "cru_ts4.01.1901.2016.frs.dat.new"
@@ -48,7 +48,7 @@ PROGRAMS = Path()  # the folder of the built programs
 
 
 def typed(answers: Iterable[str]) -> bytes:
-    """As a file of answers: each whole."""
+    """Returns the answers, a line each, without the Ctrl-D that some scenes put in."""
     return "".join(answer.replace("\x04", "") + "\n" for answer in answers).encode()
 
 
@@ -57,7 +57,7 @@ def cannot_write(name: str, channel: int, why: str) -> str:
 
 
 class Situation(unittest.TestCase):
-    """A fresh folder with data for all three programs, and earlier outputs."""
+    """Runs each test in a new folder with data for all three programs and earlier outputs."""
 
     def setUp(self) -> None:
         place = tempfile.TemporaryDirectory()
@@ -70,12 +70,12 @@ class Situation(unittest.TestCase):
         for command in ("clear", "ls"):
             (bin_folder / command).write_text(STAND_IN % command)
             (bin_folder / command).chmod(0o755)
-        # Copies: another user may not be allowed to see the folder they were built in.
+        # Copied, because another user may not have access to the build folder.
         for program in ("veldmark", "tersify", "series_to_grid"):
             shutil.copy(PROGRAMS / program, bin_folder / program)
         self.environment = dict(os.environ, LC_ALL="C")
         self.environment["PATH"] = "%s:%s" % (bin_folder, os.environ.get("PATH", ""))
-        # What a sanitizer finds must not end a program with a status of its own.
+        # A sanitizer report must not be mistaken for one of the programs' exit statuses.
         for variable in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
             options = self.environment.get(variable, "")
             self.environment[variable] = options + ":exitcode=99"
@@ -108,9 +108,9 @@ class Situation(unittest.TestCase):
     ) -> subprocess.CompletedProcess:
         """Runs a program in the folder.
 
-        output     the name of a file for the standard output
-        closed     descriptors that are closed when it starts
-        prepare    is called in the new process
+        output     the file that standard output is redirected to
+        closed     the standard streams to close before it starts
+        prepare    is called in the child process before it starts
         """
 
         def before() -> None:
@@ -212,7 +212,7 @@ class AFullDisk(Situation):
 
 
 class AFolderWithoutPermission(Situation):
-    """Run as another user where this one may do everything."""
+    """Runs the programs as an unprivileged user if the test is run by root."""
 
     def setUp(self) -> None:
         super().setUp()
@@ -310,7 +310,7 @@ class AFolderInPlaceOfAFile(Situation):
 
 
 class ClosedStreams(Situation):
-    """What a program opens first may get the number of a stream that is closed."""
+    """The first file that a program opens may get the descriptor of a closed stream."""
 
     def test_leave_no_text_in_a_file(self) -> None:
         for command, outputs in {
@@ -336,7 +336,7 @@ class ClosedStreams(Situation):
     def expect_status(self, program: str, closed: Set[int], status: int) -> None:
         if program == "veldmark":
             self.assertEqual(status, 255 if closed & {0, 1} else 0)
-        elif program == "tersify":  # which tells on the standard output what it wrote
+        elif program == "tersify":  # which reports each copy on standard output
             self.assertEqual(status, 1 if 1 in closed else 0)
         else:
             self.assertEqual(status, 0)
@@ -409,7 +409,7 @@ class ALimitOnTheSizeOfFiles(Situation):
 
 
 class Terminal:
-    """A terminal of its own for one program."""
+    """Runs one program on a pseudo-terminal."""
 
     def __init__(self, situation: Situation, *command: str, ignore_hangup: bool = False) -> None:
         self.typist, terminal = pty.openpty()
@@ -465,12 +465,12 @@ class Terminal:
 
 
 class Prompt:
-    """A place of a session: what is typed until then, and how the prompt ends."""
+    """A prompt of a session: the answers before it, and the text that it ends with."""
 
     def __init__(self, typed_before: Sequence[str], text: str, begun: Sequence[str]) -> None:
         self.typed_before = typed_before
         self.text = text.encode()
-        self.begun = begun  # the outputs that the pass has opened
+        self.begun = begun  # the outputs opened before this prompt
 
 
 def prompts() -> List[Prompt]:
@@ -511,7 +511,7 @@ class AtAPrompt(Situation):
         return terminal
 
     def wait_for_reading(self, terminal: Terminal, text: bytes) -> None:
-        """Until `text` stands at the end of the screen, and stays there for a while."""
+        """Waits until the screen ends with `text` and nothing follows for 0.3 seconds."""
         deadline = time.monotonic() + MOST_SECONDS
         while True:
             ready, _, _ = select.select([terminal.typist], [], [], 0.3)
@@ -523,7 +523,7 @@ class AtAPrompt(Situation):
                 self.fail("no prompt %r: %r" % (text, terminal.screen[-300:]))
 
     def expect_files(self, prompt: Prompt, terminal: Terminal) -> None:
-        """What was claimed is complete; what was not begun is as it was."""
+        """Expects outputs reported as saved to be complete, and unopened ones unchanged."""
         now = files_of(self.folder)
         claims = terminal.screen.count(NORMAL.rstrip())
         claimed: List[str] = []

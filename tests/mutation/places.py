@@ -7,11 +7,11 @@ A mutant is the program with one change:
     logical      && to ||, a dropped !, the condition of an if or while negated
     constant     0 to 1, 1 to 0, n to n + 1; the last digit of a real; true to false;
                  a character to its neighbour
-    text         one letter of a string literal; of one over several lines one a line
-    statement    an expression statement, break, continue, throw or return left out;
+    text         one letter of a string literal, or of each line of a multi-line one
+    statement    an expression statement, break, continue, throw or return removed;
                  not the last return of a function
 
-Left alone are comments, includes, static_assert, using, namespace and template heads,
+Not changed: comments, includes, static_assert, using, namespace and template heads,
 attributes, and the branch after a preprocessor's #else.
 """
 
@@ -20,14 +20,14 @@ from typing import Dict, Iterator, List, NamedTuple, Optional, Set, Tuple
 
 from tokens import Source, Token, tokens_of
 
-# The folders of the program and its companions, those of them that there are.
+# The source folders of the program and its companions; absent ones are skipped.
 TOPS = ("src", "companion", "tersify", "tools", "extract")
 
 
 class Mutant(NamedTuple):
     """One change of one file: text[begin:end] becomes `new`."""
 
-    file: str  # path from the project's root
+    file: str  # path relative to the project's root
     line: int  # counted from 1, like column
     column: int
     kind: str
@@ -35,11 +35,11 @@ class Mutant(NamedTuple):
     new: str
     begin: int
     end: int
-    line_text: str  # the whole line, without the blanks around it
+    line_text: str  # the whole line, without leading and trailing blanks
 
     @property
     def name(self) -> str:
-        """What the mutant is called in results and lists."""
+        """The mutant's name in results and lists."""
         return "%s:%d:%d %s `%s` -> `%s`" % (
             self.file,
             self.line,
@@ -50,12 +50,12 @@ class Mutant(NamedTuple):
         )
 
     def applied_to(self, text: str) -> str:
-        """The file's text with the change made."""
+        """Returns the file's text with the change applied."""
         return text[: self.begin] + self.new + text[self.end :]
 
 
 def find_mutants(file: str, text: str) -> List[Mutant]:
-    """All mutants of a file, in the order of their places."""
+    """Returns all mutants of a file, in the order of their positions."""
     finder = _Finder(text)
     source = Source(text)
     mutants: List[Mutant] = []
@@ -103,7 +103,7 @@ class _Finder:
         self._skipped = self._find_skipped()
 
     def changes(self) -> Iterator[Change]:
-        """All changes, in no particular order."""
+        """Yields all changes, in no particular order."""
         for i, token in enumerate(self._tokens):
             if i not in self._skipped:
                 yield from self._changes_of_token(i, token)
@@ -112,7 +112,7 @@ class _Finder:
     # ------------------------------------------------ structure
 
     def _pair_brackets(self) -> Dict[int, int]:
-        """The place of the closing bracket of each opening one."""
+        """Maps the index of each opening bracket to that of its closing one."""
         closing: Dict[int, int] = {}
         open_ones: List[int] = []
         for i, token in enumerate(self._tokens):
@@ -126,7 +126,7 @@ class _Finder:
         return 0 <= i < len(self._tokens) and self._tokens[i].text in texts
 
     def _end_of_statement(self, i: int) -> int:
-        """The place of the semicolon that ends the statement around `i`."""
+        """Returns the index of the semicolon that ends the statement around `i`."""
         while i < len(self._tokens) and not self._is(i, ";"):
             i = self._closing.get(i, i) + 1
         return i
@@ -157,7 +157,7 @@ class _Finder:
     # ------------------------------------------------ changes of one token
 
     def _has_two_operands(self, token: Token) -> bool:
-        """Blanks on both sides, as clang-format sets them."""
+        """Tells `a - b` from `-b` by the blanks that clang-format puts on both sides."""
         return (
             self._text[token.begin - 1].isspace()
             and self._text[token.end : token.end + 1].isspace()
@@ -235,7 +235,7 @@ class _Finder:
             i += 1
 
     def _kind_of_braces(self, head: int, i: int) -> str:
-        """What stands in braces outside of functions: "body", "scope" or "value"."""
+        """Classifies braces outside of functions: "body" of a function, "scope" or "value"."""
         words = [token.text for token in self._tokens[head:i]]
         if "namespace" in words:
             return "scope"
@@ -248,7 +248,7 @@ class _Finder:
         return "body"
 
     def _changes_of_block(self, i: int, is_body: bool) -> Iterator[Change]:
-        """The statements in the braces at `i`."""
+        """Yields the changes of the statements in the braces at `i`."""
         end = self._closing[i]
         i += 1
         while i < end:
@@ -257,7 +257,7 @@ class _Finder:
             i = after
 
     def _statement(self, i: int, last_at: Optional[int]) -> Tuple[int, List[Change]]:
-        """The place after the statement at `i`, and its changes.
+        """Returns the index after the statement at `i`, and its changes.
 
         `last_at` is where the function ends if the statement is directly in its braces.
         """
@@ -292,8 +292,8 @@ class _Finder:
         return after, changes + more
 
     def _condition(self, i: int) -> List[Change]:
-        """Negates the condition after an `if` or `while`; None if one of its operators is
-        changed anyway."""
+        """Negates the condition after an `if` or `while`. Returns nothing if one of its
+        operators is changed anyway."""
         opening = i + 1
         if not self._is(opening, "("):
             return []
@@ -324,8 +324,8 @@ class _Finder:
         return self._is_expression(begin, end)
 
     def _is_expression(self, i: int, end: int) -> bool:
-        """Tells an expression from a declaration: after the name that it starts with,
-        however long, comes a call, an assignment or a step."""
+        """Tells an expression from a declaration: its leading, possibly qualified name is
+        followed by a call, an assignment, an increment or a decrement."""
         if self._is(i, "++", "--", "*", "("):
             return True
         if self._is(i, "auto"):
@@ -368,10 +368,10 @@ def changed_number(text: str) -> str:
 
 
 def changed_character(text: str) -> str:
-    """Another character, given and made as between the quotes."""
+    """Returns a different character; both are spelled as between the quotes."""
     if text[0] == "\\":
         return _ESCAPES.get(text, "0")
-    if text == "&":  # what follows is the quote
+    if text == "&":  # the next character is the quote
         return "%"
     return chr(ord(text) + 1) if chr(ord(text) + 1) not in "\\'\x7f" else chr(ord(text) - 1)
 
@@ -379,8 +379,8 @@ def changed_character(text: str) -> str:
 def _changed_line(
     text: str, offset: int, first: int, last: int, raw: bool = False
 ) -> Iterator[Change]:
-    """Changes the letter next to the middle of text[first:last], or, where it has no
-    letter or digit, another character; nothing when there is none."""
+    """Changes the letter or digit nearest the middle of text[first:last]. Without one,
+    changes another character, or empties a text that consists of escapes only."""
     escaped: Set[int] = set()
     if not raw:
         for escape in re.finditer(r"\\.", text):

@@ -1,9 +1,9 @@
 """Builds changed copies of the program and runs the test suite over them.
 
 A `Workshop` is a folder with a copy of the project and its build; the project itself is
-only read.  A `Bench` is a place in it where one mutant at a time is tried.  Of a mutant
-only the changed translation units are compiled again, without optimisation and with the
-standard headers precompiled; everything else is linked as it was built.
+only read.  A `Bench` is a folder in it where one mutant at a time is tried.  For each
+mutant only the affected translation units are recompiled, without optimisation and with
+precompiled standard headers; everything else is linked from the existing build.
 """
 
 import filecmp
@@ -19,7 +19,7 @@ from typing import Dict, FrozenSet, List, NamedTuple, Optional, Sequence, Set, T
 
 from places import TOPS, Mutant
 
-# The test programs that are tried first; the others follow by name.
+# The test programs that run first; the others follow in order of name.
 _FIRST_SUITES = ("session_tests", "unit_tests", "program_tests")
 # Slower tests of the built programs, run only for mutants that survive all others.
 _SCRIPTS: Dict[str, Tuple[str, ...]] = {
@@ -59,9 +59,9 @@ _HELPERS = ("failing_calls", "failing_memory")  # targets that the scripts need 
 _SLOW_TESTS = "_sweep_test.cc"
 
 _MOST_MEMORY_KB = 4 * 1024 * 1024
-_MOST_FILE_BLOCKS = 8 * 1024 * 1024  # of 512 bytes; whole data files have 2.2 GB, and holes
-_MOST_SHOWN = 4000  # last characters of a test program's output
-_TIMES_USUAL = 10  # a run that takes more than this times the usual has failed
+_MOST_FILE_BLOCKS = 8 * 1024 * 1024  # of 512 bytes; full data files have 2.2 GB
+_MOST_SHOWN = 4000  # characters kept from the end of a test program's output
+_TIMES_USUAL = 10  # a run fails after this many times its usual duration
 _SECONDS_MORE = 2.0
 
 KILLED = "killed"
@@ -69,7 +69,7 @@ TIMED_OUT = "timed out"
 SURVIVED = "survived"
 SAME_CODE = "same code"
 NO_PROGRAM = "no program"
-# The tests that a mutant has survived.
+# Which tests a survivor was tried with.
 QUICK_TESTS = "quick tests"
 ALL_TESTS = "all tests"
 
@@ -87,8 +87,8 @@ class Unit(NamedTuple):
 
     target: str
     source: str  # absolute
-    built: str  # the object file that the build made
-    arguments: Tuple[str, ...]  # of the compiler, without source, output and warnings
+    built: str  # the object file of the build
+    arguments: Tuple[str, ...]  # for the compiler, without source, output and warnings
 
 
 class Suite(NamedTuple):
@@ -117,8 +117,8 @@ class Executable(NamedTuple):
 
 
 def _executables(build: str) -> List[Executable]:
-    """The programs and test programs, by the build's own account; the fuzz targets and the
-    benchmarks are not among them."""
+    """Returns the programs and test programs that the build lists, without the fuzz targets
+    and the benchmarks."""
     ninja = ["ninja", "-C", build, "-t"]
     targets = subprocess.check_output(ninja + ["targets", "all"], text=True)
     found: List[Executable] = []
@@ -184,7 +184,7 @@ class Workshop:
             "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O1",
             "-DVELDMARK_WERROR=ON",
             "-DVELDMARK_SANITIZE=" + ("ON" if self.sanitized else "OFF"),
-            "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON",  # it makes its own
+            "-DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON",  # _precompile makes its own
         ])
         ninja = ["ninja", "-C", self.build]
         known = subprocess.check_output(ninja + ["-t", "targets", "all"], text=True)
@@ -218,8 +218,8 @@ class Workshop:
         return units
 
     def _read_suites(self) -> Dict[str, Tuple[str, ...]]:
-        """The test programs, in the order in which they are tried, and the programs that
-        they run: those whose paths they are compiled with."""
+        """Returns the test programs, in the order in which they run, each with the built
+        programs that it runs: those whose paths are compiled into it."""
         names = sorted(name for name in self.executables if name.endswith("_tests"))
         names.sort(key=lambda name: (name not in _FIRST_SUITES, name))
         suites: Dict[str, Tuple[str, ...]] = {}
@@ -233,11 +233,11 @@ class Workshop:
         return suites
 
     def path_of(self, program: str) -> str:
-        """Where a program is built."""
+        """Returns the path of a built program."""
         return os.path.join(self.build, self.executables[program].place)
 
     def _precompile(self) -> None:
-        """The standard headers, alone and with the tests' framework."""
+        """Precompiles the standard headers, alone and with the test framework."""
         names: Set[str] = set()
         for top in TOPS + ("tests",):
             for folder, _, files in os.walk(os.path.join(self.tree, top)):
@@ -267,7 +267,7 @@ class Workshop:
     # ------------------------------------------------ what depends on what
 
     def _included_by(self, path: str) -> Tuple[str, ...]:
-        """The project's files that a file includes, with the source of each header."""
+        """Returns the project's files that a file includes directly."""
         if path not in self._includes:
             with open(path) as file:
                 names = re.findall(r'^#include "([^"]+)"', file.read(), re.M)
@@ -317,7 +317,7 @@ class Workshop:
         )
 
     def _tests_that_reach(self, program: str, path: str) -> List[Unit]:
-        """The translation units of a test program whose tests may notice a change."""
+        """Returns the translation units of a test program whose tests may notice a change."""
         by_running = any(self.reaches(name, path) for name in self.suites[program])
         return [
             unit for unit in self.units
@@ -326,13 +326,13 @@ class Workshop:
         ]
 
     def units_of(self, program: str) -> List[Unit]:
-        """The translation units that a program is linked from."""
+        """Returns the translation units that a program is linked from."""
         targets = (program,) + self.executables[program].libraries
         return [unit for unit in self.units if unit.target in targets]
 
     def suites_for(self, file: str) -> List[Suite]:
-        """The runs that may show a change of a file: its own test's first.  Tests that
-        the file is no part of are left out, and the slow ones."""
+        """Returns the test runs that may notice a change of a file, its own test first.
+        Tests that don't use the file and slow tests are left out."""
         path = os.path.join(self.tree, file)
         own = "tests/" + re.sub("^src/|series_to_grid/", "", os.path.splitext(file)[0])
         own += "_test.cc"
@@ -352,7 +352,7 @@ class Workshop:
         return first + others
 
     def whole_suite(self, program: str) -> Suite:
-        """All tests of a program but the slow ones."""
+        """Returns the run of all tests of a program except the slow ones."""
         names: List[str] = []
         for unit in self.units:
             if unit.target == program and not unit.source.endswith(_SLOW_TESTS):
@@ -360,12 +360,12 @@ class Workshop:
         return Suite(program, _filter(names))
 
     def usual(self, suite: Suite) -> float:
-        """Returns the time of a run; for some tests of a program, the time of all of them."""
+        """Returns the usual duration of a run; if unknown, that of all the program's tests."""
         whole = self.whole_suite(suite.program)
         return self.usual_seconds.get(suite, self.usual_seconds[whole])
 
     def slow_suites_for(self, file: str) -> List[Suite]:
-        """The runs of slow tests that may show a change of a file."""
+        """Returns the runs of slow tests that may notice a change of a file."""
         path = os.path.join(self.tree, file)
         suites: List[Suite] = []
         for program in self.suites:
@@ -378,7 +378,7 @@ class Workshop:
         return suites
 
     def compiler_call(self, unit: Unit, source: str, built: str, tree: str) -> List[str]:
-        """The call that compiles a unit's `source`, headers first looked for in `tree`."""
+        """Returns the command that compiles `source`; `tree` is searched for headers first."""
         kind = "tests" if os.sep + "tests" + os.sep in unit.source else "plain"
         first = ["-include", self._precompiled(kind)]
         command, *rest = unit.arguments
@@ -386,7 +386,7 @@ class Workshop:
         return [command] + options + ["-O0", "-c", source, "-o", built]
 
     def overlay(self, unit: Unit, tree: str) -> List[str]:
-        """The options with which a unit's headers are first looked for in `tree`."""
+        """Returns the options that make the compiler search `tree` for headers first."""
         if not os.path.isdir(tree):
             return []
         return [
@@ -407,7 +407,7 @@ class Bench:
         self._tmp = os.path.join(self._folder, "tmp")
         for folder in (self._programs, self._tree, self._tmp):
             os.makedirs(folder)
-        # Tests that run built programs must run this bench's.
+        # Tests that run built programs must run the programs of this bench.
         self._own_units: Dict[str, str] = {}
         self._changed: Dict[str, Optional[str]] = {}
         for unit in shop.units:
@@ -492,7 +492,7 @@ class Bench:
         shutil.rmtree(self._tmp, ignore_errors=True)
         os.makedirs(self._tmp)
         limits = "ulimit -c 0; ulimit -f %d; " % _MOST_FILE_BLOCKS
-        if not self._shop.sanitized:  # sanitizers lay claim to far more than they use
+        if not self._shop.sanitized:  # sanitizers reserve far more than they use
             limits += "ulimit -v %d; " % _MOST_MEMORY_KB
         limits += 'exec "$@"'
         environment = dict(
@@ -519,8 +519,8 @@ class Bench:
         return 600.0 if usual is None else _TIMES_USUAL * usual + _SECONDS_MORE
 
     def measure(self, files: Sequence[str]) -> None:
-        """Runs every test program, and the own tests of each file by themselves, over
-        the unchanged program: all must pass."""
+        """Measures every test program, and each file's own tests alone, on the unchanged
+        program. All must pass."""
         self._changed = {}
         for program, run_ones in self._shop.suites.items():
             for name in run_ones + (program,):
@@ -643,7 +643,7 @@ class Bench:
 
 
 def _test_names(source: str) -> List[str]:
-    """The names of the groups of tests in a file."""
+    """Returns the names of the test suites in a file."""
     with open(source) as file:
         names = re.findall(r"^(?:TYPED_)?TEST(?:_[FP])?\(\s*(\w+),", file.read(), re.M)
     return sorted(set(names))
@@ -660,7 +660,7 @@ def _must_run(words: Sequence[str]) -> None:
 
 
 def _ends_within(process: int, most_seconds: float) -> bool:
-    """Waits for the end of a child, but leaves its exit status to be fetched."""
+    """Returns whether a child exits in time. Doesn't reap it."""
     begin = time.monotonic()
     options = os.WEXITED | os.WNOWAIT | os.WNOHANG
     while os.waitid(os.P_PID, process, options) is None:
@@ -671,8 +671,8 @@ def _ends_within(process: int, most_seconds: float) -> bool:
 
 
 def _end_group(leader: int) -> None:
-    """Ends what a test program may have left running: its process group.  The leader's
-    exit status is not fetched yet, so that the number is still its own."""
+    """Kills the process group of a test program, with all that it left running.  The
+    leader must not be reaped yet, so that its group id can't have been reused."""
     os.killpg(leader, signal.SIGKILL)
 
 
