@@ -1,7 +1,7 @@
-"""Measures veldmark-extract: series files, CSV, sites, and netCDF beside cdo.
+"""Measures veldmark-extract: series files, CSV, sites, and netCDF compared with cdo.
 
 Outputs are always new, and each is compared with an independent one: series files with
-those of plain_extract, netCDF with cdo's. The lines of CSV are counted.
+those of plain_extract, netCDF with cdo's. Of CSV only the number of lines is compared.
 """
 
 import csv
@@ -19,7 +19,7 @@ from tables import print_table, take_turns
 
 @dataclasses.dataclass(frozen=True)
 class Job:
-    """A box, the number of rounds, the goal of the ratio, memory in MiB."""
+    """A box, the number of rounds, and the goals: ratio to the limit, memory in MiB."""
 
     search: Search
     box: tuple
@@ -39,7 +39,7 @@ JOBS = {
     ),
     "L": Job(Search(90, -90, 180, -180), (), 7, 1.9, 256),
 }
-MUST_CSV = 500  # million bytes a second
+MUST_CSV = 500  # million bytes per second
 MUST_SITES = 2.0
 SITES = 1000
 
@@ -49,7 +49,7 @@ def reached(is_reached):
 
 
 def extract(stage, output, *arguments):
-    """A run without an earlier output."""
+    """A run that writes a new output."""
     for old in stage.session.glob(f"{output}*"):
         if not old.is_symlink():
             old.unlink()
@@ -93,7 +93,7 @@ def expect_lines(path, lines):
 
 
 def measure_csv(stage, only, rounds):
-    """Boxes with much text compared with what is read; S has too little."""
+    """Measures the jobs but S, which reads much more than it writes."""
     rows = []
     for name in [name for name in only if name != "S"]:
         job = JOBS[name]
@@ -180,7 +180,7 @@ def expect_same_values(stage):
 
 
 def measure_netcdf(stage, only, rounds):
-    """Measures boxes only: the operators would merely copy the globe."""
+    """Measures S and M only: for the globe the operators would merely copy the file."""
     tell("veldmark-extract, netCDF: the whole grid for the climate operators")
     extract(stage, "globe.nc")
     packed, published = stage.session / "globe.nc", stage.session / "published.nc"

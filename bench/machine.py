@@ -1,4 +1,4 @@
-"""Describes the machine, for a report of measurements."""
+"""Describes the machine that measurements were made on."""
 
 import os
 import pathlib
@@ -21,7 +21,7 @@ def field_of(path, name):
 
 
 def build_of(programs):
-    """Returns the compiler and the type of a build."""
+    """Returns the compiler and the build type of a build folder."""
     cache = (pathlib.Path(programs) / "CMakeCache.txt").read_text(encoding="utf-8")
     entries = dict(line.split("=", 1) for line in cache.splitlines() if "=" in line)
     version = output_of(entries["CMAKE_CXX_COMPILER:FILEPATH"], "--version")

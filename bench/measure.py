@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Measures whole sessions and prints the results as Markdown; see README.md.
 
-Every table takes turns with what it compares, so that a slow spell of the machine meets
-all alike. A first round warms up and isn't counted. Every output is compared with that
-of plain_extract; a difference ends everything with status 1.
+The runs that a table compares alternate, so that a slow period of the machine affects
+all of them. The first round is a warm-up and isn't counted. Every output is compared with
+that of plain_extract; a difference ends the script with status 1.
 """
 
 import argparse
@@ -56,7 +56,7 @@ def new_outputs(stage, variable, typed):
 
 
 def replaced_outputs(stage, variable, typed):
-    """A session that replaces the outputs of the one before, which are on the disk."""
+    """A session that replaces the outputs of the previous one, which are synced to disk."""
     taken = stage.run_veldmark(typed)
     stage.compare(variable)
     stage.remove_outputs(variable)
@@ -64,7 +64,7 @@ def replaced_outputs(stage, variable, typed):
 
 
 def limit_and_session(stage, search, rounds):
-    """The limit and a session of precipitation: their runs, and the cells saved."""
+    """Measures the limit and a session of precipitation. Returns their runs and the saved cells."""
     cells = stage.expect("pre", search)
     typed = answers("pre", search)
     limit, session = take_turns(
@@ -96,7 +96,7 @@ def measure_start(stage, rounds):
 
 
 def measure_job(stage, name, rounds):
-    """The runs of a job: limit and session with outputs new, then with outputs replaced."""
+    """Measures a job: limit and session with outputs new, then with outputs replaced."""
     job = JOBS[name]
     tell(f"job {name}: what its outputs must be")
     stage.expect("pre", job.search)
@@ -125,7 +125,7 @@ def rows_of_job(name, taken):
 
 
 def measure_cold(stage, name, rounds):
-    """Sessions of a job with nothing of the grid file in the page cache."""
+    """Measures a job's sessions after the grid file is dropped from the page cache."""
     search = JOBS[name].search
     stage.expect("pre", search)
     typed = answers("pre", search)
@@ -339,7 +339,7 @@ def write_page(results):
 def main():
     arguments = parse_arguments()
     stage = Stage(arguments.programs, arguments.folder)
-    # Described before the measurements, which are load themselves; shown last.
+    # Taken before the measurements, which add to the load themselves; shown last.
     described = machine.describe(arguments.programs, arguments.folder)
     results = io.StringIO()
     with contextlib.redirect_stdout(results) if arguments.page else contextlib.nullcontext():

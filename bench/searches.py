@@ -1,4 +1,4 @@
-"""Searches as a user makes them: where they lie on the grid and how they are typed."""
+"""Searches: their rows and columns on the grid, and the answers that make them."""
 
 import dataclasses
 
@@ -24,24 +24,24 @@ class Search:
     factor: int = 1
 
     def rows(self):
-        """First and last row, counted from 1 in the south."""
+        """Returns the first and last row, counted from 1 in the south."""
         return round((self.min_lat + 90) * 2) + 1, round((self.max_lat + 90) * 2)
 
     def column_ranges(self):
-        """First and last column of each piece, counted from 1 in the west."""
+        """Returns the first and last column of each piece, counted from 1 in the west."""
         first = round((self.min_lon + 180) * 2) + 1
         last = round((self.max_lon + 180) * 2)
         return [(first, last)] if first <= last else [(1, last), (first, 720)]
 
     def cells(self):
-        """How many cells the box has, sea included."""
+        """Returns the number of cells in the box, sea included."""
         first, last = self.rows()
         columns = sum(end - begin + 1 for begin, end in self.column_ranges())
         return (last - first + 1) * columns
 
 
 def answers(variable, search, cutoff=None, searches=1):
-    """The answers of a session that makes `search` `searches` times, one a line.
+    """Returns the answers of a session that repeats `search` `searches` times, one a line.
 
     cutoff   cutoff year of the variance test; None leaves the test out
     """

@@ -35,14 +35,14 @@ def touch_memory(size):
 
 
 def tell(text):
-    """Prints progress on standard error."""
+    """Prints a progress message to standard error."""
     print(text, file=sys.stderr, flush=True)
 
 
 class Stage:
     """Runs programs of the folder `programs` (the build) in the folder `folder`.
 
-    Grid files stay in `folder`; all else goes to a folder in it that clear() removes.
+    Grid files stay in `folder`; all else goes to a subfolder that clear() removes.
     """
 
     def __init__(self, programs, folder):
@@ -63,7 +63,7 @@ class Stage:
         return self.session / f"cru_ts4.01.1901.2016.{variable}.dat.new"
 
     def prepare(self, variable):
-        """Makes the grid file of `variable` unless it is there, and warms it."""
+        """Makes the grid file of `variable` unless it exists, and reads it into the page cache."""
         if self.data_file(variable).exists():
             return
         kind = KINDS[variable]
@@ -91,7 +91,7 @@ class Stage:
             os.posix_fadvise(file.fileno(), 0, 0, os.POSIX_FADV_DONTNEED)
 
     def outputs(self, variable):
-        """The time series and the cell list of a session."""
+        """Returns the paths of a session's time series and cell list."""
         name = self.data_file(variable).name
         return [self.session / f"{name}.TSF", self.session / f"{name}.XY"]
 
@@ -102,8 +102,8 @@ class Stage:
     def run(self, program, *arguments, typed=""):
         """Runs a program in the session's folder.
 
-        First syncs what earlier runs have written, and frees memory for the program and
-        its outputs.
+        First syncs what earlier runs have written, and allocates and frees as much memory
+        as the program and its outputs need.
         """
         answers = self.scratch / "answers"
         answers.write_text(typed, encoding="ascii")
@@ -129,7 +129,8 @@ class Stage:
         return self.run(self.programs / "veldmark", typed=typed)
 
     def run_limit(self, variable, search, replace=False, commands=False):
-        """Reads and writes the minimum for `search`. Requires expect().
+        """Runs the limit: reads and writes the minimum for `search`. Requires expect()
+        to have been called.
 
         replace    overwrite the outputs of the previous limit
         commands   run the three shell commands of a session first
@@ -165,7 +166,7 @@ class Stage:
         return [output.stat().st_size for output in self.expected.iterdir()]
 
     def compare(self, variable):
-        """Exits if an output of the session is not the expected one."""
+        """Exits if an output of the session differs from the expected one."""
         for output in self.outputs(variable):
             expected = self.expected / output.name
             if not filecmp.cmp(output, expected, shallow=False):

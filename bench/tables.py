@@ -1,4 +1,4 @@
-"""Runs actions in turn, and formats their results as Markdown tables."""
+"""Runs actions alternately, and formats their results as Markdown tables."""
 
 import statistics
 
@@ -20,13 +20,13 @@ class Runs:
 
 
 def take_turns(rounds, *actions):
-    """Runs the actions in turn, once to warm up and then `rounds` times."""
+    """Runs the actions alternately: one warm-up round, then `rounds` measured ones."""
     taken = [[action() for action in actions] for _ in range(1 + rounds)]
     return [Runs(runs) for runs in zip(*taken[1:])]
 
 
 def print_table(heading, rows):
-    """A Markdown table; the first column holds text, the others numbers."""
+    """Returns a Markdown table; the first column holds text, the others numbers."""
     print("| " + " | ".join(heading) + " |")
     print("|---" + "|---:" * (len(heading) - 1) + "|")
     for row in rows:

@@ -1,9 +1,9 @@
-# Keeps the includes of the companions pointing downhill. Run with
+# Checks that the companions include only folders below their own in the layering. Run with
 #   cmake -DPROJECT_FOLDER=... -P check_companion_includes.cmake
 
 cmake_minimum_required(VERSION 3.25)
 
-# Each folder may include the folders named here, and nothing else of ours.
+# Each folder may include the folders named here, and no other folder of the project.
 set(companion_may_include companion util)
 set(tersify_may_include tersify companion catalogue grid util)
 set(extract_may_include extract companion catalogue grid output selection stats util)

@@ -1,9 +1,10 @@
-# Keeps the includes of src/ pointing downhill, and the core free of the console. Run with
+# Checks that the folders of src/ include only folders below them in the layering, and that
+# the core doesn't use the console. Run with
 #   cmake -DSOURCE_FOLDER=.../src -P check_includes.cmake
 #
 cmake_minimum_required(VERSION 3.25)
 
-# Each folder may include the folders named here, and nothing else of ours.
+# Each folder may include the folders named here, and no other folder of the project.
 set(util_may_include util)
 set(stats_may_include stats)
 set(grid_may_include grid)
@@ -13,7 +14,7 @@ set(catalogue_may_include catalogue selection console grid util)
 set(output_may_include output catalogue selection console grid stats util)
 set(driver_may_include driver output catalogue selection console grid stats util)
 
-# What talks, by its name; all other files belong to the core, which knows none of it.
+# The files that use the console. All others are the core, which can't include them.
 set(talking "^(driver|console)/|_(dialogue|screens|table)\\.(h|cc)$")
 
 file(GLOB_RECURSE files RELATIVE "${SOURCE_FOLDER}" "${SOURCE_FOLDER}/*.h"

@@ -27,10 +27,10 @@ if(VELDMARK_SANITIZE OR VELDMARK_FUZZ)
   set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
   add_compile_options(${sanitizers} -fno-omit-frame-pointer)
   add_link_options(${sanitizers})
-  add_compile_definitions(_GLIBCXX_ASSERTIONS) # the library's own sanitizer
+  add_compile_definitions(_GLIBCXX_ASSERTIONS) # the standard library's own checks
 endif()
 
-# Comparisons are not traced: that takes more than half of a fuzz target's time.
+# No comparison tracing: it takes more than half of a fuzz target's run time.
 if(VELDMARK_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-coverage=trace-cmp)
 endif()
@@ -41,8 +41,8 @@ if(VELDMARK_COVERAGE)
   add_link_options(--coverage)
 endif()
 
-# For programs that are copied to machines with an older C++ library. They also start half
-# a millisecond sooner. The sanitizers need the shared library.
+# For programs that are copied to machines with an older C++ library. The sanitizers need
+# the shared library.
 if(VELDMARK_STATIC_RUNTIME)
   if(VELDMARK_SANITIZE OR VELDMARK_FUZZ)
     message(FATAL_ERROR "VELDMARK_STATIC_RUNTIME doesn't go with sanitizers")
@@ -55,7 +55,7 @@ if(VELDMARK_STATIC_RUNTIME)
   endif()
 endif()
 
-# An installed program is found at the top of the build.
+# Programs that are installed are built at the top of the build folder.
 function(declare_installed_program target)
   set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
   if(VELDMARK_STATIC_RUNTIME)

@@ -1,7 +1,7 @@
-# Installs the users' documents with links that hold where they then are. Run by the
-# installation, with
+# Installs the users' documents, with links adjusted to the installed layout. Included at
+# install time, with
 #   source_folder      top of the sources
-#   work_folder        an empty folder, where pages are written before they are installed
+#   work_folder        an empty folder for the adjusted pages
 #   doc_folder         where they are installed
 #   sample_folder      where the sample is installed
 #   developer_pages    pages of docs/ that are left out
@@ -9,8 +9,8 @@
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.25)
 
-# Sets `result` to a page's text in which a link to the sample leads to the installed one,
-# and a link to what is not installed is its words alone.
+# Sets `result` to a page's text, in which links to the sample lead to the installed sample,
+# and links to files that are not installed are replaced by their text.
 function(mend_links text page_folder result)
   set(mended "")
   while(text MATCHES "\\[([^]]*)\\]\\(([^)]+)\\)")

@@ -1,11 +1,12 @@
-# What `cmake --install` puts where, and the Debian package (`cpack -G DEB`).
+# The files that `cmake --install` installs, and the Debian package (`cpack -G DEB`).
 
 include(GNUInstallDirs)
 
 install(TARGETS veldmark tersify series_to_grid
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# Code of an installation that makes a folder of its own: two may run at once.
+# Install code that makes a temporary folder of its own, as two installations may run at
+# once.
 set(own_folder "
       string(RANDOM LENGTH 16 own_folder)
       set(own_folder \"${PROJECT_BINARY_DIR}/installing-\${own_folder}\")
@@ -17,8 +18,8 @@ if(TARGET veldmark-extract)
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 endif()
 
-# install_compressed(FILE FOLDER NAME): as gzip makes it, under the name NAME.gz. Where
-# there is no gzip, as it is.
+# install_compressed(FILE FOLDER NAME): installs FILE as NAME.gz, or uncompressed as NAME
+# if there is no gzip.
 find_program(GZIP gzip)
 function(install_compressed file folder name)
   if(NOT GZIP)
@@ -48,7 +49,7 @@ foreach(section 1 5)
   endforeach()
 endforeach()
 
-# The documents keep their places relative to each other.
+# The documents keep their relative locations, so that links between them hold.
 install(
   CODE "
     ${own_folder}
@@ -61,12 +62,12 @@ install(
     set(developer_pages performance.md testing.md)
     include(\"${PROJECT_SOURCE_DIR}/cmake/install_documents.cmake\")
     file(REMOVE_RECURSE \"\${own_folder}\")")
-# What Debian looks for.
+# Every Debian package has these.
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install_compressed("${PROJECT_SOURCE_DIR}/packaging/changelog" ${CMAKE_INSTALL_DOCDIR}
                    changelog)
 
-# The series are compressed as they are; a package doesn't compress them again.
+# The series of the sample are compressed already.
 install(DIRECTORY data/sample DESTINATION ${CMAKE_INSTALL_DATADIR}/veldmark)
 
 set(CPACK_GENERATOR DEB)
