@@ -17,10 +17,10 @@ fail <- function(...) {
 arguments <- commandArgs(trailingOnly = TRUE)
 if (!length(arguments) %in% c(1, 3)) fail("usage: Rscript cells.R STEM [LON LAT]")
 stem <- arguments[1]
-# The plain C locale doesn't know the degree sign.
+# The C locale has no degree sign.
 if (!l10n_info()[["UTF-8"]]) invisible(Sys.setlocale("LC_CTYPE", "C.UTF-8"))
 script <- sub("^--file=", "", grep("^--file=", commandArgs(), value = TRUE))
-folder <- dirname(gsub("~+~", " ", script, fixed = TRUE)) # as Rscript writes blanks
+folder <- dirname(gsub("~+~", " ", script, fixed = TRUE)) # Rscript writes blanks as ~+~
 source(file.path(folder, "read_tsf.R"))
 
 
@@ -32,7 +32,7 @@ series <- tryCatch(read_tsf(tsf), error = function(e) fail(conditionMessage(e)))
 if (nrow(series) == 0)
   fail(tsf, " holds no cell: the search was left before its end, or its box has no cell ",
        "with data")
-# A row a year.
+# One row for each year.
 months <- matrix(series$value, ncol = 12, byrow = TRUE)
 series <- series[series$month == 1, c("longitude", "latitude", "year")]
 cell <- cumsum(c(TRUE, diff(series$longitude) != 0 | diff(series$latitude) != 0))
@@ -40,8 +40,8 @@ first <- min(series$year)
 last <- max(series$year)
 if (any(tabulate(cell) != last - first + 1))
   fail(tsf, " is cut off: its cells have different years")
-# Each month counts alike. A year with a missing month has no annual mean: without its
-# January it would look too warm.
+# Every month has the same weight. A year with a missing month has no annual mean:
+# without its January it would look too warm.
 annual <- rowMeans(months)
 cells <- data.frame(lon = series$longitude[!duplicated(cell)],
                     lat = series$latitude[!duplicated(cell)],
@@ -72,10 +72,10 @@ say(paste("annual mean", last), "%.4f", means[length(means)])
 
 # --- Drawing.
 
-# Dark blue to yellow, ever lighter: readable with any kind of colour vision, in grey
-# as well.
+# Dark blue to yellow, with increasing lightness: also readable in grey and with any kind
+# of colour vision.
 dark_to_light <- colorRamp(c("#440154", "#3b528b", "#21918c", "#5ec962", "#fde725"))
-# White is where nothing happens.
+# White stands for no change in variance.
 from_white <- colorRamp(c("#ffffff", "#fdd49e", "#fc8d59", "#d7301f", "#a5000f"))
 colour <- function(scale, share)
   rgb(scale(pmin(pmax(share, 0), 1)), maxColorValue = 255)
@@ -130,14 +130,14 @@ draw_colour_bar <- function(scale, shares, labels, caption) {
   text(left, top - 49 * pixel_y, caption, adj = 0, xpd = NA)
 }
 
-# Cells on both sides of the 180 degree meridian, and nowhere near Greenwich: one map
-# without a hole, which runs on beyond 180.
+# Cells on both sides of the 180 degree meridian, and none near Greenwich: one map without
+# a gap, with longitudes beyond 180.
 x <- cells$lon
 if (min(x) < 0 && max(x) > 0 && min(abs(x)) > 90) x[x < 0] <- x[x < 0] + 360
 y <- cells$lat
 
-# The frame leaves three degrees or more around the cells, so that one sees where they
-# are, and is neither very flat nor very high. A degree of longitude is drawn as long as
+# The frame leaves three degrees or more around the cells, to show where they are, and is
+# neither very flat nor very tall. A degree of longitude is drawn as long as
 # it is in the middle of the map.
 middle <- c(mean(range(x)), mean(range(y)))
 shrink <- max(cos(middle[2] * pi / 180), 0.2)
@@ -183,13 +183,13 @@ open_map <- function(kind, title, subtitle, bottom) {
   draw_axes(lon, east(lon), lat, north(lat))
 }
 
-# Cells in true size; seams between those without a border would be pale.
+# Draws cells in true size; those without a border a little larger, to leave no pale gaps.
 draw_squares <- function(x, y, border = NA, ...) {
   half <- 0.25 + if (is.na(border[1])) 0.2 / degree else 0
   if (length(x)) rect(x - half, y - half, x + half, y + half, border = border, ...)
 }
 
-# The cells in which `which` is true, in true size or as circles.
+# Draws the cells in which `which` is true, in true size or as circles.
 draw_cells <- function(which, col = NA, border = if (few) "#404040" else NA) {
   if (!any(which)) return(invisible())
   if (circles)
@@ -263,10 +263,10 @@ if (!"Variance:" %in% words || any(nchar(lines, "bytes") != 65))
   fail(ftst, " is no variance report, or is cut off")
 period <- as.numeric(sub("-$", "", words[c(6, 7, 9)]))
 field <- function(lines, first, last) as.numeric(substring(lines, first, last))
-# Cells whose f is no number are not there. Inf is: one period had no variance at all.
+# Cells whose f is NaN are left out. Inf is kept: one period had no variance at all.
 place <- match(paste(field(lines, 3, 17), field(lines, 19, 33)),
                paste(cells$lon, cells$lat))
-# A search without the test leaves the report of an earlier one in its place.
+# The report may be that of an earlier search: one without the test leaves it unchanged.
 if (anyNA(place) || period[1] != first || period[3] != last)
   fail(sprintf("%s is of another search (%d to %d): no picture of it", ftst, period[1],
                period[3]))
@@ -281,7 +281,7 @@ say("largest finite f", "%.6g", if (any(finite)) max(f[finite]) else NA)
 say("prob below 0.05", "%d", sum(prob < 0.05, na.rm = TRUE))
 
 # f from white at 1 to dark red at 4 and more; cells with prob < 0.05 are ringed. The
-# scale is fixed, so that maps compare, and logarithmic, as f is a ratio.
+# scale is fixed, so that maps can be compared, and logarithmic, as f is a ratio.
 open_map("f", paste0(variable$quantity, ": f of the variance test"),
          sprintf("%d to %d against %d to %d, %s", first, period[2] - 1, period[2],
                  last, count), 180)

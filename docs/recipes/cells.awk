@@ -1,5 +1,5 @@
 # Turns an extract into tables with blanks between the columns, in physical units, for
-# gnuplot (cells.gp) or a spreadsheet. Any awk will do.
+# gnuplot (cells.gp) or a spreadsheet. Works with any awk.
 #
 #   awk -v table=data  -f cells.awk STEM.TSF
 #         first year, last year, cells, first cell's longitude and latitude, |quantity, unit
@@ -21,7 +21,7 @@
 #         runs of land: longitude and latitude of the middle, half the length
 #
 # Degrees, east and north positive. NaN stands for a mean that is not known. Where a file
-# is not what it should be, a sentence says so and the exit status is 1.
+# is not valid, a message says why and the exit status is 1.
 
 BEGIN {
   # The files hold whole numbers. What one unit of the physical quantity is in them, and
@@ -70,8 +70,8 @@ table == "land" { # rows from the south, columns from the west
   next
 }
 
-# The report: two lines of heading, then a cell a line. Cells whose f is no number are
-# not there. Inf is: one period had no variance at all.
+# The report: two lines of heading, then one line for each cell. Cells whose f is NaN are
+# left out. Inf is kept: one period had no variance at all.
 FILENAME ~ /\.ftst$/ {
   if (FNR == 1) { # ... Variance:  1901- 1959  1960- 2016
     report = FILENAME
@@ -113,7 +113,7 @@ length($0) != 77 || !cells {
   fail(FILENAME " is no series file, or is cut off (line " FNR ")")
 }
 
-# A year. Each month counts alike. A year with a missing month has no annual mean:
+# A year. Every month has the same weight. A year with a missing month has no annual mean:
 # without its January it would look too warm.
 {
   chosen = place[cells] == (lon + 0) " " (lat + 0)
@@ -147,7 +147,7 @@ function add_to_cycle(month, value) {
   if (value > highest[month]) highest[month] = value
 }
 
-# In degrees; only for a few cells, where circles mustn't hide each other.
+# In degrees; only for a few cells, which are drawn as circles that mustn't overlap.
 function nearest(cell,    other, x, y, distance) {
   distance = 360
   for (other = 1; other <= cells && cells < 500; ++other) {
@@ -183,7 +183,7 @@ END {
   }
   if ((table == "report" || table == "f") && !report)
     fail(ARGV[1] " is no variance report, or is cut off")
-  # A search without the test leaves the report of an earlier one in its place.
+  # The report may be that of an earlier search: one without the test leaves it.
   if (report && (matched != count || report_first != first || report_last != last)) {
     fail(report " is of another search (" report_first " to " report_last \
          "): no picture of it")

@@ -71,7 +71,7 @@ print sprintf("annual mean %d   %s", first, word(years, 2))
 print sprintf("annual mean %d   %s", last, word(years, words(years)))
 
 
-# --- What the pictures share.
+# --- What all pictures share.
 
 set border linecolor "#404040"
 set grid back linetype 1 linecolor "#d0d0d0" linewidth 1
@@ -114,7 +114,7 @@ set xrange [first - beside:last + beside]
 low = 1e9
 high = -1e9
 do for [i = 2:words(years):2] {
-  mean = real(word(years, i)) # NaN is neither less nor more than anything
+  mean = real(word(years, i)) # comparisons with NaN are false
   if (mean < low) { low = mean }
   if (mean > high) { high = mean }
 }
@@ -155,8 +155,8 @@ unset ylabel
 set xrange [*:*]
 set yrange [*:*]
 
-# Cells on both sides of the 180 degree meridian, and nowhere near Greenwich: one map
-# without a hole, which runs on beyond 180.
+# Cells on both sides of the 180 degree meridian, and none near Greenwich: one map without
+# a gap, with longitudes beyond 180.
 stats $cells using 1 name "X" nooutput
 stats $cells using 2 name "Y" nooutput
 stats $cells using (abs($1)) name "FROM_GREENWICH" nooutput
@@ -164,8 +164,8 @@ joined = X_min < 0 && X_max > 0 && FROM_GREENWICH_min > 90
 x(lon) = joined && lon < 0 ? lon + 360 : lon
 stats $cells using (x($1)) name "X" nooutput
 
-# The frame leaves three degrees or more around the cells, so that one sees where they
-# are, and is neither very flat nor very high. A degree of longitude is drawn as long as
+# The frame leaves three degrees or more around the cells, to show where they are, and is
+# neither very flat nor very tall. A degree of longitude is drawn as long as
 # it is in the middle of the map.
 middle_x = (X_max + X_min) / 2
 middle_y = (Y_max + Y_min) / 2
@@ -205,7 +205,7 @@ do for [i = -720:720] {
 }
 set print "-"
 
-# Land in pale grey; a little larger than it is, for no pale seams between its rows.
+# Land in pale grey, drawn slightly too large, to leave no pale gaps between its rows.
 set table $land
 plot "< gzip -dc '".folder."land_mask.txt.gz' | ".command("land", "") \
   using 1:2:3 with table
@@ -227,8 +227,8 @@ border = few ? "border linecolor '#404040'" : "noborder"
 cell_at = circles ? "(x($1)):2:(radius($4))" : "(x($1)):2:(half):(half)"
 cell_style = circles ? "with circles linewidth 0.5 " : "with boxxyerror linewidth 0.5 "
 
-# Dark blue to yellow, ever lighter: readable with any kind of colour vision, in grey
-# as well.
+# Dark blue to yellow, with increasing lightness: also readable in grey and with any kind
+# of colour vision.
 set palette defined (0 "#440154", 1 "#3b528b", 2 "#21918c", 3 "#5ec962", 4 "#fde725")
 set cbtics offset 0,0.4
 set cbrange [0:1] # for a map without any complete year
@@ -267,12 +267,12 @@ print sprintf("infinite f         %d", infinite)
 print sprintf("largest finite f   %.6g", real(word(report, 4)))
 print sprintf("prob below 0.05    %d", ringed)
 
-# A line a cell: longitude, latitude, distance, kind, colour, ringed. The kinds: 0 without
-# an f, 1 with one, 2 with an infinite one.
+# One line for each cell: longitude, latitude, distance, kind, colour, ringed. The kinds:
+# 0 without an f, 1 with one, 2 with an infinite one.
 set table $f
 plot "< ".command("f", FTST) using 1:2:(0):3:4:5:6 with table
 unset table
-# Only what there is can be plotted.
+# A kind that no cell has is left out of the plot.
 only(condition) = "$f using (".condition." ? x($1) : 1/0)".cell_at[8:]
 kinds = ""
 if (usual + infinite < cells) {
@@ -295,7 +295,7 @@ if (ringed > 0) {
           "linewidth ".(few ? "1.2" : "0.5")." linecolor 'black' fillstyle empty"
 }
 
-# White is where nothing happens. The scale is fixed, so that maps compare, and
+# White stands for f = 1. The scale is fixed, so that maps can be compared, and
 # logarithmic, as f is a ratio; the table has log(f) / log(4).
 set palette defined (0 "#ffffff", 1 "#fdd49e", 2 "#fc8d59", 3 "#d7301f", 4 "#a5000f")
 set cbrange [0:1]

@@ -33,7 +33,7 @@ def read_extract(name, chosen):
     """Reads {cell: mean of its complete years} and {year: twelve values} of one cell.
 
     A cell is (longitude, latitude); without a chosen one the first is taken. A year with
-    a missing month is no number: without its January it would look too warm.
+    a missing month is NaN: without its January it would look too warm.
     """
     means, kept, spans = {}, {}, set()
     for cell, rows in groupby(read_tsf(name), key=lambda row: row[:2]):
@@ -53,13 +53,13 @@ def read_extract(name, chosen):
 
 
 def annual_mean(months):
-    return sum(months) / 12    # each month counts alike
+    return sum(months) / 12    # every month has the same weight
 
 
 def read_report(name):
-    """The first, cutoff and last year, and {cell: (f, prob)}.
+    """Returns the first, cutoff and last year, and {cell: (f, prob)}.
 
-    Cells whose f is no number are not there. Inf is: one period had no variance at all.
+    Cells whose f is NaN are left out. Inf is kept: one period had no variance at all.
     """
     with open(name, encoding="latin-1") as file:
         lines = file.read().splitlines()
@@ -142,7 +142,7 @@ def draw_cycle(name, title, axis, years):
 def draw_report(name, title, cells, report):
     """f from white at 1 to dark red at 4 and more; cells with prob < 0.05 are ringed.
 
-    The scale is fixed, so that maps compare, and logarithmic, as f is a ratio.
+    The scale is fixed, so that maps can be compared, and logarithmic, as f is a ratio.
     """
     picture = Map(*title, cells, bottom=180)
     # Cells without an f first, infinite ones last, so that nothing hides them.
@@ -210,7 +210,7 @@ def main(stem, lon=None, lat=None):
         return
 
     (report_first, cutoff, report_last), report = read_report(stem + ".ftst")
-    # A search without the test leaves the report of an earlier one in its place.
+    # The report may be that of an earlier search: one without the test leaves it.
     if (report_first, report_last) != (first, last) or not set(report) <= set(means):
         raise ValueError("%s.ftst is of another search (%d to %d): no picture of it"
                          % (stem, report_first, report_last))

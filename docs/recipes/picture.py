@@ -5,10 +5,10 @@ import math
 import os
 from xml.sax.saxutils import escape
 
-# Dark blue to yellow, ever lighter: readable with any kind of colour vision, in grey
-# as well.
+# Dark blue to yellow, with increasing lightness: also readable in grey and with any kind
+# of colour vision.
 DARK_TO_LIGHT = [(68, 1, 84), (59, 82, 139), (33, 145, 140), (94, 201, 98), (253, 231, 37)]
-# White is where nothing happens.
+# White stands for no change in variance.
 FROM_WHITE = [(255, 255, 255), (253, 212, 158), (252, 141, 89), (215, 48, 31), (165, 0, 15)]
 
 
@@ -136,15 +136,15 @@ class Map(Picture):
 
     def __init__(self, title, subtitle, cells, bottom):
         lons, lats = [lon for lon, _ in cells], [lat for _, lat in cells]
-        # Cells on both sides of the 180 degree meridian, and nowhere near Greenwich:
-        # one map without a hole, which runs on beyond 180.
+        # Cells on both sides of the 180 degree meridian, and none near Greenwich:
+        # one map without a gap, with longitudes beyond 180.
         self.joined = min(lons) < 0 < max(lons) and min(map(abs, lons)) > 90
         lons = [self.place(lon) for lon in lons]
         x, y = (min(lons) + max(lons)) / 2, (min(lats) + max(lats)) / 2
         # A degree of longitude is drawn as long as it is in the middle of the map.
         shrink = max(math.cos(math.radians(y)), 0.2)
-        # The frame leaves three degrees or more around the cells, so that one sees where
-        # they are, and is neither very flat nor very high.
+        # The frame leaves three degrees or more around the cells, to show where
+        # they are, and is neither very flat nor very tall.
         width, height = max(lons) - min(lons) + 0.5, max(lats) - min(lats) + 0.5
         half_x = width / 2 + max(3 / shrink, 0.05 * width)
         half_y = height / 2 + max(3, 0.05 * height)
