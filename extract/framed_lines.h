@@ -18,11 +18,15 @@ namespace veldmark::extract {
 // Takes the number of bytes read since its last call.
 using Progress = std::function<void(std::int64_t)>;
 
-// Checks that each line it hands out begins and ends where it should.
+// All lines of a grid file have the same length, so a line is found by its offset. Each
+// is checked to have newlines right before and right after it: a line that is too short
+// or too long shifts all that follow. The first line of a file needs none before it,
+// and the last line none after it.
 class FramedLines {
  public:
-  // Reads the lines of `rows` (ascending). Requires that the file holds `years` and
-  // that all arguments outlive this object.
+  // Reads the lines of `rows`, counted from 1 in file order, ascending. Requires that
+  // the file holds `years`, and that `input`, `rows` and `progress` outlive this
+  // object.
   FramedLines(const InputFile& input, std::span<const std::int32_t> rows,
               const Years& years, const Progress& progress);
 
@@ -31,11 +35,11 @@ class FramedLines {
   using UseLine = std::function<void(std::size_t index, std::string_view line)>;
 
   // Calls `use_line` with each line of a month, counted from 0 in `years`. Throws
-  // Failure if a line does not begin and end where it should or a read fails, and
-  // whatever `use_line` throws.
+  // Failure if a line has the wrong length or a read fails, and whatever `use_line`
+  // throws.
   void for_each(std::size_t month, const UseLine& use_line);
 
-  // Throws Failure, which names the line of the file.
+  // Throws Failure with the text `what`, after the names of the file and the line.
   [[noreturn]] void fail(std::size_t month, std::size_t index,
                          const std::string& what) const;
 
@@ -49,9 +53,9 @@ class FramedLines {
   std::span<const std::int32_t> rows_;
   const Progress& progress_;
   std::string_view line_end_;
-  std::size_t line_size_;
+  std::size_t line_size_;     // with its newline
   std::int64_t first_month_;  // of `years`, counted from 0 in the file
-  std::vector<char> buffer_;
+  std::vector<char> buffer_;  // the character before a piece of lines, and the piece
 };
 
 }  // namespace veldmark::extract

@@ -1,4 +1,5 @@
-// Reads the fields of a row's cells from its lines.
+// Reads the fields of a row's cells from its lines. The plan of a row tells which
+// fields hold values; it is made once and used for the lines of all months.
 
 #ifndef VELDMARK_EXTRACT_LINE_PLAN_H_
 #define VELDMARK_EXTRACT_LINE_PLAN_H_
@@ -24,7 +25,7 @@ RowPlan plan_cells(std::span<const std::int32_t> columns,
 //
 //   line, missing, values    as for read_by_plan
 //
-// Returns false for any other line, sound or not; `values` is then incomplete.
+// Returns false for any other line, valid or not; `values` is then incomplete.
 bool try_fast_read(std::string_view line, const RowPlan& plan, std::string_view missing,
                    std::int16_t* values);
 

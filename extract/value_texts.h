@@ -1,4 +1,5 @@
-// Formats values as decimal text; exact, because it is made from the stored integers.
+// Formats stored integers as decimal numbers. No floating point is used, so the texts
+// are exact.
 
 #ifndef VELDMARK_EXTRACT_VALUE_TEXTS_H_
 #define VELDMARK_EXTRACT_VALUE_TEXTS_H_
@@ -38,7 +39,7 @@ class ValueTexts {
   using Text =
       std::array<char, kCopySize>;  // the characters; the last element is their number
 
-  std::vector<Text> texts_;  // by the value modulo 2^16
+  std::vector<Text> texts_;  // index: the value as uint16_t
 };
 
 }  // namespace veldmark::extract

@@ -18,15 +18,15 @@ namespace veldmark::tersify {
 // Is called with each valid line of a grid file and its number, counted from 1.
 using OnLine = std::function<void(std::int64_t line, std::string_view text)>;
 
-// Checks all lines. A grid file is complete if it consists of whole years, at least one
-// and no fewer than its name says, and each line of the right number of fields of five
-// characters: blanks, an optional sign, and digits up to the field's right edge. A
-// blank field and a number with a blank in it or after it are faults: veldmark's own
-// reader accepts them, but no producer writes them. CR LF counts as a newline, and the
-// last line may lack its newline.
+// Checks all lines. A complete grid file has whole years: at least one, and no fewer
+// than its name gives. Each line has `shape.columns` fields of five characters: blanks,
+// an optional sign, and digits up to the field's right edge. A blank field and a number
+// with a blank in it or after it are faults: veldmark's own reader accepts them, but no
+// producer writes them. CR LF counts as a newline, and the last line may lack its
+// newline.
 //
 //   shape      the expected extent
-//   on_line    is called with every valid line
+//   on_line    is called with every valid line, until a fault is found
 //
 // Returns the first fault, with its line, year, month, row and column; nullopt if the
 // file is complete.
@@ -38,7 +38,8 @@ std::optional<std::string> find_fault(companion::LineBuffer& lines,
 // invalid one. Requires kLinePadding readable characters after the line.
 std::int32_t count_good_fields(std::string_view line);
 
-// The same, one field at a time.
+// The portable version of count_good_fields; needs no readable characters after the
+// line. Both must agree.
 std::int32_t count_good_fields_scalar(std::string_view line);
 
 }  // namespace veldmark::tersify

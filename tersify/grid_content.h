@@ -40,11 +40,11 @@ class GridContent {
   void compare_with_first(std::int64_t line);
 
   GridShape shape_;
-  std::string missing_;  // text of a missing value's field; empty if unknown
-  std::vector<std::vector<Word>> first_month_;  // for each row, a bit per value
-  std::vector<Word> row_;                       // the same for the last line
-  std::string other_cells_;                     // the warnings, empty if none
-  std::string wrong_order_;
+  std::string missing_;  // the field of a missing value; empty if unknown: no check
+  std::vector<std::vector<Word>> first_month_;  // by row, a bit per cell: has a value
+  std::vector<Word> row_;                       // the same, of the line just added
+  std::string other_cells_;  // warning: values in other cells than in the first month
+  std::string wrong_order_;  // warning: values in Antarctica; both empty if none
 };
 
 }  // namespace veldmark::tersify

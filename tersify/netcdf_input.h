@@ -20,7 +20,8 @@ struct NetcdfDimension {
 //   number     the library's id of the variable
 //   is_real    float or double
 //   fill       the library's default fill value of the type
-//   chunk      the shape of its chunks; empty if it is stored contiguously
+//   chunk      the lengths of a chunk along the dimensions; empty if the variable is
+//              stored contiguously
 struct NetcdfVariable {
   int number = -1;
   std::string name;
@@ -30,7 +31,8 @@ struct NetcdfVariable {
   std::vector<std::size_t> chunk{};
 };
 
-// Every member throws NetcdfFault if the library can't read the file.
+// An open netCDF file. Every member throws NetcdfFault if the library can't read the
+// file.
 class NetcdfInput {
  public:
   explicit NetcdfInput(const std::string& path);
@@ -63,7 +65,7 @@ class NetcdfInput {
  private:
   [[nodiscard]] NetcdfVariable describe(int number) const;
 
-  int file_;
+  int file_;  // the library's id of the open file
   std::vector<NetcdfVariable> variables_;
 };
 
