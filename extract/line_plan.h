@@ -1,5 +1,6 @@
-// Reads the fields of a row's cells from its lines. The plan of a row tells which
-// fields hold values; it is made once and used for the lines of all months.
+// Reads the fields of a row's cells from its lines. A plan tells which fields of a
+// row hold values. It is kept from month to month, and made again only if a cell turns
+// out to have data from a later month on.
 
 #ifndef VELDMARK_EXTRACT_LINE_PLAN_H_
 #define VELDMARK_EXTRACT_LINE_PLAN_H_
