@@ -125,6 +125,8 @@ void NetcdfFile::put(int variable, std::span<const std::size_t> starts,
 }
 
 void NetcdfFile::complete() {
+  // nc_close crashes if it can't write what is left; nc_sync reports it.
+  check(netcdf_.nc_sync(file_));
   check(netcdf_.nc_close(file_));
   part_.complete(PartFile::Durability::kUnsynced);
 }

@@ -37,6 +37,7 @@ NetcdfLibrary load() {
   void* library = open_library();
   NetcdfLibrary functions{};
   find(library, "nc_create", functions.nc_create);
+  find(library, "nc_sync", functions.nc_sync);
   find(library, "nc_close", functions.nc_close);
   find(library, "nc_enddef", functions.nc_enddef);
   find(library, "nc_strerror", functions.nc_strerror);

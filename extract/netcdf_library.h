@@ -11,6 +11,7 @@ namespace veldmark::extract {
 // The functions that are used, under the library's own names.
 struct NetcdfLibrary {
   decltype(&::nc_create) nc_create;
+  decltype(&::nc_sync) nc_sync;
   decltype(&::nc_close) nc_close;
   decltype(&::nc_enddef) nc_enddef;
   decltype(&::nc_strerror) nc_strerror;

@@ -135,6 +135,18 @@ class TwoFiles(Extraction):
         return expected
 
 
+def is_in_nc_close(baseline: Outcome, fault: Fault) -> bool:
+    """Whether it is the last write to the file, or a close; nc_sync does all others."""
+    writes = [call.number for call in baseline.calls if call.name == "pwrite"]
+    return fault.name == "close" or (fault.name == "pwrite" and fault.number == writes[-1])
+
+
+def crashed_in_library(outcome: Outcome) -> bool:
+    """Whether nc_close crashed, as it does if it can't write or close its file."""
+    sanitizer_report = b" in nc_close "
+    return outcome.status == -signal.SIGSEGV or sanitizer_report in outcome.errors
+
+
 class Netcdf(Extraction):
     """The library makes the calls on the part, and others on files of its own. However it
     handles a fault, no message is false and no file is left."""
@@ -142,9 +154,8 @@ class Netcdf(Extraction):
     def complaint(self, baseline: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
         if fault.file in (GRID, "standard-error") or fault.what.startswith("signal"):
             return super().complaint(baseline, fault, call, outcome)
-        if outcome.status == -signal.SIGSEGV and fault.name in ("pwrite", "close"):
-            # The library crashes if it can't close a file. The part stays, and the next run
-            # removes it.
+        if is_in_nc_close(baseline, fault) and crashed_in_library(outcome):
+            # The part stays, and the next run removes it.
             outcome.files.pop("x.nc.part", None)
             return "" if outcome.files == self.at_first else "the files changed"
         if fault.file.endswith(".part") and fault.name in REMOVING_CALLS:
