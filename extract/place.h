@@ -35,6 +35,7 @@ struct Cell {
   std::int32_t GridY = 0;
   std::int32_t GridX = 0;
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): wrong for a defaulted <=>
   friend auto operator<=>(const Cell&, const Cell&) = default;
 };
 

@@ -181,8 +181,8 @@ class Searches(PromptTest):
 
     def test_a_second_search_goes_as_told(self):
         self.assertIn(
-            "keeps region and years: a pause, the menu and the citation come next, "
-            "then the question for thinning",
+            "keeps region and years: next come a pause, the menu, the citation, "
+            "and the question for thinning",
             manual_entry("Perform another search?"),
         )
         screen = self.whole_screen().split("Change search parameters?")[1]

@@ -45,12 +45,12 @@ class VeldmarkStatus(DocumentTest):
     SCENES = (
         (0, "ended by an answer", [], [PAUSE, PAUSE, "0"], one_year),
         (0, "ended by an answer", [], SEARCH, one_year),
-        (0, "a value that is not a number", [], SEARCH, a_value_that_is_none),
-        (0, "the end of the file, where a cell", [], SEARCH, no_lines_to_skip),
+        (0, "a value of the box that is not a number", [], SEARCH, a_value_that_is_none),
+        (0, "the end of the file at a row of the box", [], SEARCH, no_lines_to_skip),
         (2, "Wrong command line", ["--nonsense"], None, one_year),
         (255, "an answer that is not a number", [], [PAUSE, PAUSE, "x"], one_year),
         (255, "the end of the input", [], [PAUSE], one_year),
-        (255, "ends before the chosen years do", [], SEARCH, a_short_file),
+        (255, "ends before a row of the box", [], SEARCH, a_short_file),
     )
 
     def test_is_what_the_page_says(self):
@@ -75,7 +75,7 @@ class VeldmarkStatus(DocumentTest):
     def test_of_the_other_pages_is_the_manual_pages(self):
         text = one_line(page("docs/before-you-trust-a-number.md"))
         past, early = self.find(
-            r'"Attempt to read past end of file" and status (\d+); '
+            r'"Attempt to read past end of file" and status (\d+)\. '
             r'.* Prematurely" and status (\d+)',
             text,
             "a year that isn't there",
@@ -154,7 +154,7 @@ class Companions(DocumentTest):
     # page: (status, words of its page, command)
     SCENES = {
         "docs/man/tersify.1": (
-            ("0", "All is well", "tersify good.dat"),
+            ("0", "Success", "tersify good.dat"),
             ("1", "could not be condensed", "tersify missing.dat"),
             ("1", "not complete", "tersify --check good.dat.new"),
             ("2", "Wrong command line", "tersify --nonsense"),
@@ -163,7 +163,7 @@ class Companions(DocumentTest):
         ),
         "docs/man/series_to_grid.1": (
             ("0", "is complete", SERIES + "series_to_grid --years 1901-1901 grid series"),
-            ("1", "at fault", "series_to_grid grid missing"),
+            ("1", "is invalid", "series_to_grid grid missing"),
             ("2", "Wrong command line", "series_to_grid --nonsense"),
             ("128 + n", "SIGTERM", INTERRUPTED_SERIES),
         ),

@@ -75,7 +75,7 @@ class CheckValue(DocumentTest):
     def test_is_the_seventh_value_of_the_last_line(self):
         for name in ("README.md", BEFORE_YOU_TRUST):
             text = page(name)
-            self.assertIn("seventh value of the last line", one_line(text))
+            self.assertIn("seventh value after the year in the last line", one_line(text))
             lines = self.find(
                 r"(?m)^    \$ grep -A5 -e '-139\.750   60\.250' .*\n((?:    .*\n)+)",
                 text,
