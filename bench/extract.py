@@ -13,8 +13,8 @@ import subprocess
 import sys
 
 from searches import Search
-from stage import LAND_MASK, MIB, tell
-from tables import print_table, take_turns
+from stage import LAND_MASK, MIB, log
+from tables import print_table, run_alternately
 
 
 @dataclasses.dataclass(frozen=True)
@@ -69,9 +69,9 @@ def measure_series_files(stage, only, rounds):
     rows = []
     for name in only:
         job = JOBS[name]
-        tell(f"veldmark-extract, series files, job {name}")
+        log(f"veldmark-extract, series files, job {name}")
         stage.expect("pre", job.search)
-        limit, runs = take_turns(
+        limit, runs = run_alternately(
             rounds or job.rounds,
             lambda job=job: stage.run_limit("pre", job.search),
             lambda job=job: series_files(stage, job),
@@ -97,7 +97,7 @@ def measure_csv(stage, only, rounds):
     rows = []
     for name in [name for name in only if name != "S"]:
         job = JOBS[name]
-        tell(f"veldmark-extract, CSV, job {name}")
+        log(f"veldmark-extract, CSV, job {name}")
         # CSV also holds cells that have data, but not in the first month.
         extract(stage, "cells.csv", *job.box, "--wide")
         years = job.search.last_year - job.search.first_year + 1
@@ -105,7 +105,7 @@ def measure_csv(stage, only, rounds):
             cells = (sum(1 for _ in file) - 1) // years
         for wide, lines in (((), 12 * years), (("--wide",), years)):
             output = stage.session / "series.csv"
-            (runs,) = take_turns(
+            (runs,) = run_alternately(
                 rounds or job.rounds,
                 lambda: extract(stage, "series.csv", *job.box, *wide),
             )
@@ -143,10 +143,10 @@ def make_sites(path):
 
 
 def measure_sites(stage, rounds):
-    tell("veldmark-extract, sites")
+    log("veldmark-extract, sites")
     rows = make_sites(stage.session / "sites.csv")
     grid, folder = stage.data_file("pre"), stage.limit_outputs
-    limit, runs = take_turns(
+    limit, runs = run_alternately(
         rounds or 15,
         lambda: stage.run(stage.bench_program("limit"), grid, rows, 1, 116, folder),
         lambda: extract(stage, "series.csv", "--sites", "sites.csv"),
@@ -181,7 +181,7 @@ def expect_same_values(stage):
 
 def measure_netcdf(stage, only, rounds):
     """Measures S and M only: for the globe the operators would merely copy the file."""
-    tell("veldmark-extract, netCDF: the whole grid for the climate operators")
+    log("veldmark-extract, netCDF: the whole grid for the climate operators")
     extract(stage, "globe.nc")
     packed, published = stage.session / "globe.nc", stage.session / "published.nc"
     # The form of the published files: classic format, uncompressed, floats.
@@ -190,8 +190,8 @@ def measure_netcdf(stage, only, rounds):
     rows = []
     for name in [name for name in only if name != "L"]:
         job = JOBS[name]
-        tell(f"veldmark-extract, netCDF, job {name}")
-        from_packed, from_published, runs = take_turns(
+        log(f"veldmark-extract, netCDF, job {name}")
+        from_packed, from_published, runs = run_alternately(
             rounds or 5,
             lambda job=job: cdo(stage, packed, job.search),
             lambda job=job: cdo(stage, published, job.search),

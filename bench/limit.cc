@@ -35,7 +35,7 @@ constexpr std::int64_t kMonthsPerYear = 12;
 constexpr mode_t kMode = 0666;
 
 // A contiguous range of bytes of the grid file.
-struct Stretch {
+struct ByteRange {
   std::int64_t begin;
   std::int64_t size;
 };
@@ -61,48 +61,48 @@ std::vector<Range> parse_ranges(const std::string& text) {
 
 // The requested lines: one range for each range of rows in each month, or a single
 // range for whole months.
-std::vector<Stretch> requested_stretches(const std::vector<Range>& rows,
-                                         const Range& years) {
+std::vector<ByteRange> requested_ranges(const std::vector<Range>& rows,
+                                        const Range& years) {
   const std::int64_t first_month = (years.first - 1) * kMonthsPerYear;
   const std::int64_t end_month = years.last * kMonthsPerYear;
   if (rows.front().first == 1 && rows.front().last == kRows) {
     return {{first_month * kRows * kLineSize,
              (end_month - first_month) * kRows * kLineSize}};
   }
-  std::vector<Stretch> stretches;
+  std::vector<ByteRange> ranges;
   for (std::int64_t month = first_month; month < end_month; ++month) {
     for (const Range& range : rows) {
-      stretches.push_back({(month * kRows + range.first - 1) * kLineSize,
-                           (range.last - range.first + 1) * kLineSize});
+      ranges.push_back({(month * kRows + range.first - 1) * kLineSize,
+                        (range.last - range.first + 1) * kLineSize});
     }
   }
-  return stretches;
+  return ranges;
 }
 
-void read_stretch(int file, const Stretch& stretch, std::vector<char>& piece) {
-  std::int64_t place = stretch.begin;
-  const std::int64_t end = stretch.begin + stretch.size;
-  while (place < end) {
-    const auto size = std::min(piece.size(), static_cast<std::size_t>(end - place));
-    const ssize_t count = ::pread(file, piece.data(), size, place);
+void read_range(int file, const ByteRange& range, std::vector<char>& buffer) {
+  std::int64_t offset = range.begin;
+  const std::int64_t end = range.begin + range.size;
+  while (offset < end) {
+    const auto size = std::min(buffer.size(), static_cast<std::size_t>(end - offset));
+    const ssize_t count = ::pread(file, buffer.data(), size, offset);
     if (count < 0) {
       fail("reading");
     }
     if (count == 0) {
       throw std::runtime_error("the grid file is too short");
     }
-    place += count;
+    offset += count;
   }
 }
 
 void write_file(const std::string& name, std::size_t size,
-                const std::vector<char>& piece) {
+                const std::vector<char>& buffer) {
   const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, kMode);
   if (file < 0 || ::ftruncate(file, 0) != 0) {
     fail(name);
   }
   while (size > 0) {
-    const ssize_t count = ::write(file, piece.data(), std::min(piece.size(), size));
+    const ssize_t count = ::write(file, buffer.data(), std::min(buffer.size(), size));
     if (count < 0) {
       fail(name);
     }
@@ -136,16 +136,15 @@ void run(std::vector<std::string> arguments) {
   if (grid < 0) {
     fail(arguments[0]);
   }
-  std::vector<char> piece(kPieceSize, ' ');
+  std::vector<char> buffer(kPieceSize, ' ');
   const Range years{std::stoll(arguments[2]), std::stoll(arguments[3])};
-  for (const Stretch& stretch :
-       requested_stretches(parse_ranges(arguments[1]), years)) {
-    read_stretch(grid, stretch, piece);
+  for (const ByteRange& range : requested_ranges(parse_ranges(arguments[1]), years)) {
+    read_range(grid, range, buffer);
   }
   ::close(grid);
   for (std::size_t i = 5; i < arguments.size(); ++i) {
     write_file(arguments[4] + "/" + std::to_string(i - 4), std::stoull(arguments[i]),
-               piece);
+               buffer);
   }
 }
 

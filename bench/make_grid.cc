@@ -47,7 +47,7 @@ struct LandCell {
   [[nodiscard]] std::int64_t number() const {
     return std::int64_t{row} * kColumns + column;
   }
-  [[nodiscard]] std::ptrdiff_t place_in_month() const {
+  [[nodiscard]] std::ptrdiff_t offset_in_month() const {
     return std::ptrdiff_t{row} * kLineSize + std::ptrdiff_t{column} * kFieldWidth;
   }
 };
@@ -68,10 +68,10 @@ std::vector<LandCell> read_land_cells(std::istream& mask) {
   return cells;
 }
 
-// Returns a hash of a place, so that neighbouring places are uncorrelated (the
+// Returns a hash of an index, so that neighbouring indices are uncorrelated (the
 // finaliser of splitmix64).
-std::uint64_t mixed_bits(std::uint64_t place) {
-  std::uint64_t bits = (place + 1) * 0x9E3779B97F4A7C15U;
+std::uint64_t hash_of(std::uint64_t index) {
+  std::uint64_t bits = (index + 1) * 0x9E3779B97F4A7C15U;
   bits = (bits ^ (bits >> 30U)) * 0xBF58476D1CE4E5B9U;
   bits = (bits ^ (bits >> 27U)) * 0x94D049BB133111EBU;
   return bits ^ (bits >> 31U);
@@ -98,14 +98,14 @@ int mixed_value(int temperature, int column, std::uint64_t bits) {
 }
 
 int frost_value(int temperature, std::uint64_t bits) {
-  constexpr int kMost = 3100;  // hundredths of a day
+  constexpr int kMaxFrost = 3100;  // hundredths of a day
   const int frost = (150 - temperature) * 8 + static_cast<int>((bits >> 40U) % 8);
-  return std::clamp(frost, 0, kMost);
+  return std::clamp(frost, 0, kMaxFrost);
 }
 
 int land_value(Kind kind, const LandCell& cell, int year, int month) {
   const std::int64_t months_before = std::int64_t{year} * kMonthsPerYear + month;
-  const std::uint64_t bits = mixed_bits(
+  const std::uint64_t bits = hash_of(
       static_cast<std::uint64_t>(months_before * kRows * kColumns + cell.number()));
   if (bits % kMissingOneIn == 0) {
     return kMissing;
@@ -144,7 +144,7 @@ void make_grid(Kind kind, const std::vector<LandCell>& cells, std::ostream& outp
   for (int year = 0; year < kYears; ++year) {
     for (int month = 0; month < kMonthsPerYear; ++month) {
       for (const LandCell& cell : cells) {
-        put_value(text.data() + cell.place_in_month(),
+        put_value(text.data() + cell.offset_in_month(),
                   land_value(kind, cell, year, month));
       }
       output.write(text.data(), static_cast<std::streamsize>(text.size()));

@@ -18,8 +18,8 @@ import sys
 import extract
 import machine
 from searches import LEAVE_AT_THE_MENU, Search, answers
-from stage import Stage, tell
-from tables import print_table, take_turns, verdict
+from stage import Stage, log
+from tables import print_table, run_alternately, verdict
 
 TOP = pathlib.Path(__file__).resolve().parent.parent
 PAGE = TOP / "docs" / "performance.md"
@@ -67,7 +67,7 @@ def limit_and_session(stage, search, rounds):
     """Measures the limit and a session of precipitation. Returns their runs and the saved cells."""
     cells = stage.expect("pre", search)
     typed = answers("pre", search)
-    limit, session = take_turns(
+    limit, session = run_alternately(
         rounds,
         lambda: stage.run_limit("pre", search, commands=True),
         lambda: new_outputs(stage, "pre", typed),
@@ -78,7 +78,7 @@ def limit_and_session(stage, search, rounds):
 def measure_start(stage, rounds):
     """Measures the start-up cost of a session."""
     commands = "sh -c clear; sh -c clear; sh -c 'ls *.dat.new'"
-    nothing, shell, menu = take_turns(
+    nothing, shell, menu = run_alternately(
         rounds or 31,
         lambda: stage.run("/bin/true"),
         lambda: stage.run("/bin/sh", "-c", commands),
@@ -98,11 +98,11 @@ def measure_start(stage, rounds):
 def measure_job(stage, name, rounds):
     """Measures a job: limit and session with outputs new, then with outputs replaced."""
     job = JOBS[name]
-    tell(f"job {name}: what its outputs must be")
+    log(f"job {name}: making the expected outputs")
     stage.expect("pre", job.search)
     typed = answers("pre", job.search)
-    tell(f"job {name}: measuring")
-    return take_turns(
+    log(f"job {name}: measuring")
+    return run_alternately(
         rounds or job.rounds,
         lambda: stage.run_limit("pre", job.search, commands=True),
         lambda: new_outputs(stage, "pre", typed),
@@ -134,8 +134,8 @@ def measure_cold(stage, name, rounds):
         stage.cool("pre")
         return new_outputs(stage, "pre", typed)
 
-    tell(f"job {name}: from a cold disk")
-    (runs,) = take_turns(rounds or 5, cold_session)
+    log(f"job {name}: from a cold disk")
+    (runs,) = run_alternately(rounds or 5, cold_session)
     return runs
 
 
@@ -217,7 +217,7 @@ def grow_with_searches(stage, rounds):
         actions = [
             lambda typed=typed: new_outputs(stage, "pre", typed) for typed in sessions
         ]
-        for count, runs in zip(counts, take_turns(rounds or 5, *actions)):
+        for count, runs in zip(counts, run_alternately(rounds or 5, *actions)):
             each = f"{runs.median / count:.4f}"
             rows.append([name, count, runs.seconds(), each, f"{runs.peak:.1f}"])
     print("Searches in one run, the same each time:\n")
@@ -235,7 +235,7 @@ def measure_growth(stage, only, rounds):
         grow_with_thinning,
         grow_with_searches,
     ):
-        tell(grow.__name__.replace("_", " "))
+        log(grow.__name__.replace("_", " "))
         grow(stage, rounds)
 
 
@@ -243,12 +243,12 @@ def measure_variance(stage, only, rounds):
     del only
     stage.prepare("frs")
     print("## The variance test\n")
-    tell("the variance test: what the outputs must be")
+    log("the variance test: making the expected outputs")
     cells = stage.expect("frs", GLOBE)
     without = answers("frs", GLOBE)
     tested = answers("frs", GLOBE, cutoff=1958)
-    tell("the variance test: measuring")
-    base, test = take_turns(
+    log("the variance test: measuring")
+    base, test = run_alternately(
         rounds or 5,
         lambda: new_outputs(stage, "frs", without),
         lambda: new_outputs(stage, "frs", tested),

@@ -1,5 +1,6 @@
 // The two hot loops, each compared with its plain definition: fields to values while
-// reading, values to fields of six characters while writing. Items are values.
+// reading, values to fields of six characters while writing. The benchmark's items are
+// values.
 
 #include <benchmark/benchmark.h>
 

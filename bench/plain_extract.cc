@@ -1,5 +1,5 @@
-// A plain extraction, with whose outputs those of a measured program are compared. It
-// shares no code with the program.
+// A plain extraction. The outputs of measured programs are compared with its outputs.
+// It shares no code with the program.
 //
 //   plain_extract VARIABLE GRID OUTPUT ROWS YEARS FACTOR COLUMNS [COLUMNS]
 //

@@ -18,7 +18,7 @@ KINDS = {"pre": "mixed", "frs": "frost"}
 
 
 @dataclasses.dataclass(frozen=True)
-class Taken:
+class RunCost:
     """The cost of a run: wall seconds and peak resident memory in MiB."""
 
     seconds: float
@@ -34,7 +34,7 @@ def touch_memory(size):
     bytearray(b"x") * size  # pylint: disable=expression-not-assigned
 
 
-def tell(text):
+def log(text):
     """Prints a progress message to standard error."""
     print(text, file=sys.stderr, flush=True)
 
@@ -69,7 +69,7 @@ class Stage:
         kind = KINDS[variable]
         grid = self.folder / f"{kind}.grid"
         if not grid.exists() or grid.stat().st_size != GRID_SIZE:
-            tell(f"making {grid}")
+            log(f"making {grid}")
             part = grid.with_suffix(".part")
             mask = gzip.decompress(LAND_MASK.read_bytes())
             command = [self.bench_program("make_grid"), str(part), kind]
@@ -123,7 +123,7 @@ class Stage:
         seconds, peak, status = done.stdout.split()
         if int(status) != 0:
             sys.exit(f"{program} ended with status {status}")
-        return Taken(float(seconds), int(peak) / 1024)
+        return RunCost(float(seconds), int(peak) / 1024)
 
     def run_veldmark(self, typed):
         return self.run(self.programs / "veldmark", typed=typed)

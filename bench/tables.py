@@ -19,14 +19,14 @@ class Runs:
         return f"{self.median / base.median:.2f}"
 
 
-def take_turns(rounds, *actions):
+def run_alternately(rounds, *actions):
     """Runs the actions alternately: one warm-up round, then `rounds` measured ones."""
     taken = [[action() for action in actions] for _ in range(1 + rounds)]
     return [Runs(runs) for runs in zip(*taken[1:])]
 
 
 def print_table(heading, rows):
-    """Returns a Markdown table; the first column holds text, the others numbers."""
+    """Prints a Markdown table; the first column holds text, the others numbers."""
     print("| " + " | ".join(heading) + " |")
     print("|---" + "|---:" * (len(heading) - 1) + "|")
     for row in rows:

@@ -2,9 +2,9 @@
 //
 //   timed_run INPUT PROGRAM [ARGUMENT]...
 //
-// INPUT is the program's standard input; its standard output is
-// discarded. Prints one line: seconds from the start of the process to its end, peak
-// resident memory in KiB, exit status (128 and the signal's number after a signal).
+// INPUT is the program's standard input; its standard output is discarded. Prints one
+// line: seconds from the start of the process to its end, peak resident memory in KiB,
+// exit status (128 and the signal's number after a signal).
 //
 // A separate program, because the peak that the system reports for a process is at
 // least that of the process that started it: a large parent would hide a small program.
@@ -57,7 +57,7 @@ int main(int argc, char** argv) {
     return fail("wait4", errno);
   }
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-  // The system's struct has this number in a union, only for its width.
+  // The C library declares this member in a union to fix its width.
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-union-access)
   const long peak = usage.ru_maxrss;
   std::printf("%.9f %ld %d\n", taken.count(), peak, exit_status(status));

@@ -14,7 +14,7 @@ void Inputs::add(std::string shown_name, const std::optional<FileIdentity>& file
   }
 }
 
-void Inputs::expect_apart_from(const std::string& output) const {
+void Inputs::require_not_an_input(const std::string& output) const {
   for (const std::string& name : {output, PartFile::part_name(output)}) {
     const std::optional<FileIdentity> written = regular_file(name);
     for (const Input& input : inputs_) {

@@ -21,7 +21,7 @@ class Inputs {
 
   // Throws Failure if `output`, or the part file it is written to, is one of the
   // inputs.
-  void expect_apart_from(const std::string& output) const;
+  void require_not_an_input(const std::string& output) const;
 
  private:
   struct Input {

@@ -31,7 +31,7 @@ PartFile::Earlier earlier_output(const Options& options) {
 // lstat, not stat: a dangling link also occupies the name.
 void check_outputs(const Options& options, const companion::Inputs& inputs) {
   for (const std::string& name : output_names(options)) {
-    inputs.expect_apart_from(name);
+    inputs.require_not_an_input(name);
     struct stat output {};
     if (::lstat(name.c_str(), &output) != 0) {
       continue;

@@ -19,7 +19,7 @@ std::vector<std::string> output_names(const Options& options);
 // Returns the name of the output for messages.
 std::string output_title(const Options& options);
 
-// Returns whether an output replaces a file that has its name when it is complete.
+// Returns what happens to an existing file when the new output is complete.
 PartFile::Earlier earlier_output(const Options& options);
 
 // Throws Failure if an output is one of `inputs`, is not a regular file, or exists and

@@ -39,9 +39,9 @@ struct StandardOutputIncomplete : Interrupted {
   using Interrupted::Interrupted;
 };
 
-using Moment = std::chrono::steady_clock::time_point;
+using TimePoint = std::chrono::steady_clock::time_point;
 
-std::string seconds_since(Moment start) {
+std::string seconds_since(TimePoint start) {
   const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
   constexpr std::size_t kBufferSize = 32;
   std::array<char, kBufferSize> digits{};
@@ -73,7 +73,8 @@ Years choose_years(const Options& options, const InputFile& input) {
   return years;
 }
 
-// Returns the arguments as a shell would take them; quotes inside them are not escaped.
+// Returns the arguments as a shell command, each after a space and quoted if needed.
+// Quotes inside an argument are not escaped.
 std::string command_line(std::span<const std::string> arguments) {
   std::string text;
   for (const std::string& argument : arguments) {
@@ -107,7 +108,7 @@ int extract(const Options& options, std::span<const std::string> arguments,
     load_netcdf();
   }
   const InterruptWatch watch;
-  const Moment start = std::chrono::steady_clock::now();
+  const TimePoint start = std::chrono::steady_clock::now();
   const InputFile input = open_input(options);
   companion::Inputs inputs;
   inputs.add(in_quotes(input.name), identity_of(input.file));
@@ -156,7 +157,7 @@ int cite(const Options& options, const Environment& environment) {
   return kSuccess;
 }
 
-// Returns the message for a fault of the core, which only writes here.
+// Returns the message for a fault of the core, which only writes files here.
 std::string fault_text(const FileFault& fault) {
   const bool busy = fault.kind() == FileFault::Kind::kWrittenByAnotherRun;
   return "cannot write " + in_quotes(fault.name()) + ": " +
@@ -191,10 +192,10 @@ int run_extract(companion::Arguments arguments, const Environment& environment) 
     } catch (const NothingFound& error) {
       companion::start_message(environment, kProgram) << error.what() << "\n";
       return kNothingFound;
-    } catch (const StandardOutputIncomplete& cut) {
+    } catch (const StandardOutputIncomplete& interrupted) {
       companion::start_message(environment, kProgram)
           << "interrupted; what is on standard output is not complete\n";
-      return companion::kEndedBySignal + cut.signal;
+      return companion::kEndedBySignal + interrupted.signal;
     } catch (const FileFault& fault) {
       throw Failure(fault_text(fault));
     }

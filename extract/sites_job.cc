@@ -23,12 +23,13 @@ namespace veldmark::extract {
 namespace {
 
 // The series of all sites, and the blocks that hold them.
-struct Found {
-  SeriesBlock own;     // the cells that contain the sites
-  SeriesBlock around;  // those around sites without data of their own
+struct SearchResult {
+  SeriesBlock own;         // the cells that contain the sites
+  SeriesBlock neighbours;  // those within the radius of sites without data of their own
   std::vector<SiteSeries> sites;
   std::vector<std::size_t> left_out;
-  std::size_t moved = 0;  // sites that have the nearest cell instead of their own
+  std::size_t with_nearest_cell =
+      0;  // sites that have the nearest cell instead of their own
 };
 
 class SiteSearch {
@@ -36,7 +37,7 @@ class SiteSearch {
   SiteSearch(const Job& job, const SiteTable& table)
       : job_(job), table_(table), order_(job.input.entry.row_order) {}
 
-  Found find() {
+  SearchResult find() {
     std::vector<Cell> own_cells;
     for (const Site& site : table_.sites) {
       own_cells.push_back(cell_of(site.point, order_));
@@ -62,13 +63,13 @@ class SiteSearch {
     std::vector<Cell> cells;
     for (std::size_t i = 0; i < own_cells.size(); ++i) {
       if (!has_data(job_, found_.own.series(own_cells[i]))) {
-        const std::vector<Cell> around =
+        const std::vector<Cell> neighbours =
             cells_around(table_.sites[i].point, *job_.options.radius_km, order_);
-        cells.insert(cells.end(), around.begin(), around.end());
+        cells.insert(cells.end(), neighbours.begin(), neighbours.end());
       }
     }
     if (!cells.empty()) {
-      found_.around = read(cells);
+      found_.neighbours = read(cells);
     }
   }
 
@@ -80,13 +81,14 @@ class SiteSearch {
     }
     std::optional<Cell> nearest;
     if (job_.options.radius_km) {
-      nearest = nearest_cell(
-          table_.sites[index].point, *job_.options.radius_km, order_,
-          [&](const Cell& cell) { return has_data(job_, found_.around.series(cell)); });
+      nearest = nearest_cell(table_.sites[index].point, *job_.options.radius_km, order_,
+                             [&](const Cell& cell) {
+                               return has_data(job_, found_.neighbours.series(cell));
+                             });
     }
     if (nearest) {
-      found_.sites.push_back({index, *nearest, found_.around.series(*nearest)});
-      ++found_.moved;
+      found_.sites.push_back({index, *nearest, found_.neighbours.series(*nearest)});
+      ++found_.with_nearest_cell;
     } else {
       found_.left_out.push_back(index);
     }
@@ -95,7 +97,7 @@ class SiteSearch {
   const Job& job_;
   const SiteTable& table_;
   RowOrder order_;
-  Found found_;
+  SearchResult found_;
 };
 
 std::string kilometres_text(double distance) {
@@ -128,7 +130,7 @@ void write_heading(const Job& job, const SiteTable& table, TextOutput& output) {
   output.write("\n");
 }
 
-void write_csv(const Job& job, const SiteTable& table, const Found& found) {
+void write_csv(const Job& job, const SiteTable& table, const SearchResult& found) {
   const VariableEntry& entry = job.input.entry;
   TextOutput output(job.options.output, earlier_output(job.options));
   write_heading(job, table, output);
@@ -150,7 +152,8 @@ void write_csv(const Job& job, const SiteTable& table, const Found& found) {
   output.complete();
 }
 
-void report_left_out(const Job& job, const SiteTable& table, const Found& found) {
+void report_left_out(const Job& job, const SiteTable& table,
+                     const SearchResult& found) {
   for (const std::size_t index : found.left_out) {
     const Point& point = table.sites[index].point;
     note(job, site_title(table, index) + " (" + degrees_text(point.latitude) + ", " +
@@ -166,7 +169,7 @@ void report_left_out(const Job& job, const SiteTable& table, const Found& found)
 
 std::string extract_sites(const Job& job) {
   const SiteTable table = read_sites(*job.options.sites);
-  const Found found = SiteSearch(job, table).find();
+  const SearchResult found = SiteSearch(job, table).find();
   report_left_out(job, table, found);
   if (found.sites.empty()) {
     throw NothingFound("no site has data");
@@ -180,7 +183,7 @@ std::string extract_sites(const Job& job) {
   }
   return count_of(std::ssize(table.sites), "site") + ", " +
          std::to_string(found.left_out.size()) + " left out, " +
-         std::to_string(found.moved) + " with the nearest cell, " +
+         std::to_string(found.with_nearest_cell) + " with the nearest cell, " +
          std::to_string(found.sites.size()) + " saved";
 }
 

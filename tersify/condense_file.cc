@@ -21,7 +21,7 @@ using companion::InputFile;
 
 // Returns a hint for text whose name says that it is gzip or netCDF: often it is an
 // error page that a server sent instead of the file.
-std::string hint_of_name(std::string_view name) {
+std::string wrong_extension_hint(std::string_view name) {
   if (name.ends_with(".gz")) {
     return " (the file is not gzip, although its name says so)";
   }
@@ -44,7 +44,7 @@ Condensed condense_plain_text(const CondenseJob& job, const InputFile& input,
     done.size_before = bytes.count();
     return done;
   } catch (const TextFault& fault) {
-    throw TextFault(fault.what() + hint_of_name(job.name));
+    throw TextFault(fault.what() + wrong_extension_hint(job.name));
   }
 }
 
@@ -52,17 +52,17 @@ Condensed condense_plain_text(const CondenseJob& job, const InputFile& input,
 
 Condensed condense_file(const CondenseJob& job) {
   const InputFile input(job.name, InputFile::Kind::kRegular);
-  CondenseJob own = job;
-  own.inputs.add(input.shown_name(), input.identity());
+  CondenseJob job_with_input = job;
+  job_with_input.inputs.add(input.shown_name(), input.identity());
   const std::string beginning = input.beginning(companion::kLongestLine);
   if (beginning.starts_with(kGzipMark)) {
-    return condense_gzip(own, input);
+    return condense_gzip(job_with_input, input);
   }
   if (is_netcdf(beginning)) {
-    return condense_netcdf(own.name, own);
+    return condense_netcdf(job_with_input.name, job_with_input);
   }
-  refuse_compressed(own.name, beginning);
-  return condense_plain_text(own, input, beginning);
+  refuse_compressed(job_with_input.name, beginning);
+  return condense_plain_text(job_with_input, input, beginning);
 }
 
 }  // namespace veldmark::tersify

@@ -61,7 +61,7 @@ Condensed condense_text_of(const CondenseJob& job, const std::string& beginning,
 Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginning,
                              std::optional<std::int64_t> size, GzipReader& reader) {
   const std::string name = job.output.value_or(condensed_name(job.name)) + ".nc";
-  job.inputs.expect_apart_from(name);
+  job.inputs.require_not_an_input(name);
   expect_disk_space(name, size, job.free_space);
   PartFile decompressed(name);
   decompressed.write(beginning);

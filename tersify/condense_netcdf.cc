@@ -124,8 +124,8 @@ void check_preconditions(const std::string& path, const CondenseJob& job,
   companion::Inputs own;
   own.add(in_quotes(job.name), regular_file(job.name));
   own.add(in_quotes(job.name), regular_file(path));
-  own.expect_apart_from(output);
-  job.inputs.expect_apart_from(output);
+  own.require_not_an_input(output);
+  job.inputs.require_not_an_input(output);
   expect_disk_space(output, size, job.free_space);
 }
 

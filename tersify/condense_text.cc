@@ -66,7 +66,7 @@ void condense_lines(const std::string& name, LineBuffer& lines, CondensedOutput&
 // or not a published one, or the disk has too little free space.
 void check_preconditions(const CondenseJob& job, const PublishedText& text,
                          const std::string& output) {
-  job.inputs.expect_apart_from(output);
+  job.inputs.require_not_an_input(output);
   if (text.beginning.empty()) {
     throw TextFault(in_quotes(job.name) + ": the file is empty");
   }

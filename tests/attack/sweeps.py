@@ -28,7 +28,7 @@ DATA = "cru_ts4.01.1901.2016.tmp.dat.new"
 OUTPUTS = (DATA + ".TSF", DATA + ".XY")
 ANSWERS = search(2, (250, 257), (300, 339), "1901", "1901", "T", "1", "y", "F")
 ANSWERS = [answer.replace("\x04", "") for answer in ANSWERS]  # each arrives whole
-MOST_SECONDS = 600
+TIMEOUT_SECONDS = 600
 SEARCHES = 3000
 KIB = 1024
 
@@ -57,10 +57,10 @@ class Stage:
     def fresh(self) -> Path:
         """Makes a folder with the data file, linked so that it takes no space."""
         place = Path(tempfile.mkdtemp(dir=self.folder))
-        self.lay_out(place)
+        self.write_files(place)
         return place
 
-    def lay_out(self, place: Path) -> None:
+    def write_files(self, place: Path) -> None:
         place.joinpath(DATA).symlink_to(self.data)
 
     def outputs(self, place: Path) -> Dict[str, bytes]:
@@ -89,7 +89,7 @@ class Stage:
             )
         with process.stdout as screen:
             text = screen.read(read)
-        return process.wait(MOST_SECONDS), text
+        return process.wait(TIMEOUT_SECONDS), text
 
     def judge(self, what: str, place: Path, status: int, screen: bytes) -> None:
         """Records a false success."""
@@ -121,7 +121,7 @@ def disks(stage: Stage) -> Iterator[str]:
 
 def on_disk(stage: Stage, place: Path, option: str, old: bool) -> Iterator[str]:
     try:
-        stage.lay_out(place)
+        stage.write_files(place)
         if old:
             place.joinpath(OUTPUTS[0]).write_bytes(b"of an earlier search\n")
     except OSError:

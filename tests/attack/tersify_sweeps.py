@@ -18,7 +18,7 @@ from itertools import product
 from pathlib import Path
 from typing import Callable, Dict, Iterator, List, Optional
 
-from sweeps import KIB, LIMITS, MOST_SECONDS, limit_to, nothing
+from sweeps import KIB, LIMITS, TIMEOUT_SECONDS, limit_to, nothing
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "faults"))
 
@@ -62,10 +62,10 @@ class Stage:
     def fresh(self, old: List[str]) -> Path:
         """Makes a folder with the text and the named earlier files."""
         place = Path(tempfile.mkdtemp(dir=self.folder))
-        self.lay_out(place, old)
+        self.write_files(place, old)
         return place
 
-    def lay_out(self, place: Path, old: List[str]) -> None:
+    def write_files(self, place: Path, old: List[str]) -> None:
         place.joinpath(TEXT).symlink_to(self.text)  # so that it takes no room
         for name in old:
             place.joinpath(name).write_bytes(OLD[name])
@@ -81,7 +81,7 @@ class Stage:
             stderr=subprocess.STDOUT,
             env={"LC_ALL": "C"},
             preexec_fn=prepare,
-            timeout=MOST_SECONDS,
+            timeout=TIMEOUT_SECONDS,
             check=False,
         )
 
@@ -124,7 +124,7 @@ def disks(stage: Stage) -> Iterator[str]:
         if subprocess.run(mount, stderr=subprocess.DEVNULL, check=False).returncode:
             sys.exit("disks: needs a user who may mount tmpfs")
         try:
-            stage.lay_out(place, old)
+            stage.write_files(place, old)
         except OSError:
             continue  # no room for that
         else:

@@ -12,7 +12,7 @@ from catchers import Catcher
 from edits import Edit
 
 PRESET = "check"
-LONGEST = 900  # seconds; a catcher that takes longer has hung, which counts as a failure
+TIMEOUT_SECONDS = 900  # after which the catcher counts as failed
 
 
 class NotBuilt(Exception):
@@ -71,26 +71,26 @@ class Workplace:
     def prepare(self, targets: Sequence[str]) -> None:
         """Builds targets. Raises NotBuilt."""
         if not (self.build / "build.ninja").is_file():
-            self._must("scripts/configure", PRESET, "-DVELDMARK_BENCH=OFF")
+            self._run_checked("scripts/configure", PRESET, "-DVELDMARK_BENCH=OFF")
         if targets:
-            self._must("cmake", "--build", str(self.build), "--parallel", str(self._jobs),
+            self._run_checked("cmake", "--build", str(self.build), "--parallel", str(self._jobs),
                        "--target", *targets)
 
-    def _must(self, *words: str) -> None:
+    def _run_checked(self, *words: str) -> None:
         done = subprocess.run(words, cwd=self.tree, env=self._environment, text=True,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         if done.returncode != 0:
             raise NotBuilt(done.stdout[-3000:])
 
-    def finds_nothing(self, catcher: Catcher, environment: Mapping[str, str]) -> tuple[bool, str]:
+    def run_catcher(self, catcher: Catcher, environment: Mapping[str, str]) -> tuple[bool, str]:
         """Runs a catcher, which must be built. Returns whether it passes, and its output."""
         words = [word.replace("{build}", str(self.build)) for word in catcher.command]
         with subprocess.Popen(words, cwd=self.tree, env={**self._environment, **environment},
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, start_new_session=True) as process:
             try:
-                said, _ = process.communicate(timeout=LONGEST)
+                output, _ = process.communicate(timeout=TIMEOUT_SECONDS)
             except subprocess.TimeoutExpired:
                 os.killpg(process.pid, signal.SIGKILL)
-                return False, f"took more than {LONGEST} s"
-        return process.returncode in catcher.passes, said.decode("utf-8", "replace")
+                return False, f"took more than {TIMEOUT_SECONDS} s"
+        return process.returncode in catcher.passes, output.decode("utf-8", "replace")

@@ -19,7 +19,7 @@ std::string verdict_on(const std::string& output) {
   Inputs inputs;
   inputs.add("'in'", regular_file(std::string("in")));
   try {
-    inputs.expect_apart_from(output);
+    inputs.require_not_an_input(output);
     return "";
   } catch (const Failure& error) {
     return error.what();

@@ -18,7 +18,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Dict, List, Optional, Sequence, Tuple, Union
 
-MOST_SECONDS = 60
+TIMEOUT_SECONDS = 60
 LARGE = 1 << 20  # bytes; larger linked files are compared by size and time, not by content
 END_OF_INPUT = b"\x04"
 
@@ -142,7 +142,7 @@ class Scene:
         with tempfile.TemporaryDirectory(dir=self.bench.folder) as place:
             folder = Path(place) / "folder"
             folder.mkdir()
-            self.lay_out(folder, fault)
+            self.write_files(folder, fault)
             log = Path(place) / "calls"
             environment = self.bench.with_shim(log, fault)
             with open(Path(place) / "screen", "w+b") as screen, open(
@@ -162,7 +162,7 @@ class Scene:
     def __post_init__(self) -> None:
         # The files as they are before a run.
         with tempfile.TemporaryDirectory(dir=self.bench.folder) as place:
-            self.lay_out(Path(place), None)
+            self.write_files(Path(place), None)
             self.at_first = files_of(Path(place))
 
     def wrong_order(self, baseline: Outcome) -> str:
@@ -176,7 +176,7 @@ class Scene:
         del call
         return False
 
-    def lay_out(self, folder: Path, fault: Optional[Fault]) -> None:
+    def write_files(self, folder: Path, fault: Optional[Fault]) -> None:
         for name, content in self.files.items():
             target = folder / name
             if isinstance(content, bytes):
@@ -193,11 +193,11 @@ class Scene:
 
     def play(self, folder: Path, environment: Dict[str, str], screen, errors) -> Optional[int]:
         """Returns the exit status, None if the program had to be killed."""
-        typist, terminal = pty.openpty()
+        terminal_master, terminal = pty.openpty()
         try:
             source = subprocess.DEVNULL
             if self.answers is not None:
-                type_ahead(typist, terminal, self.answers)
+                type_ahead(terminal_master, terminal, self.answers)
                 source = terminal
             process = subprocess.Popen(
                 self.command,
@@ -209,14 +209,14 @@ class Scene:
             )
             return status_of(process)
         finally:
-            os.close(typist)
+            os.close(terminal_master)
             os.close(terminal)
 
 
 def status_of(process: subprocess.Popen) -> Optional[int]:
     """Waits for the end of a process; `Popen.wait` with a timeout polls, which is slow."""
     watch = os.pidfd_open(process.pid)
-    ended, _, _ = select.select([watch], [], [], MOST_SECONDS)
+    ended, _, _ = select.select([watch], [], [], TIMEOUT_SECONDS)
     os.close(watch)
     if not ended:
         process.kill()
@@ -224,13 +224,13 @@ def status_of(process: subprocess.Popen) -> Optional[int]:
     return status if ended else None
 
 
-def type_ahead(typist: int, terminal: int, answers: Sequence[str]) -> None:
+def type_ahead(terminal_master: int, terminal: int, answers: Sequence[str]) -> None:
     """Types all answers in advance, then the end of the input several times."""
     attributes = termios.tcgetattr(terminal)
     attributes[3] &= ~termios.ECHO
     termios.tcsetattr(terminal, termios.TCSANOW, attributes)
     text = "".join(answer + "\n" for answer in answers).encode()
-    os.write(typist, text + END_OF_INPUT * 4)
+    os.write(terminal_master, text + END_OF_INPUT * 4)
 
 
 def files_of(folder: Path) -> Dict[str, bytes]:

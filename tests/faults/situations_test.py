@@ -30,7 +30,7 @@ from scene_rules import NORMAL, sparse_grid
 from scenes import raw_text, series_text
 from session_rules import report, search
 
-MOST_SECONDS = 60
+TIMEOUT_SECONDS = 60
 NOBODY = 65534
 YEAR = ("--years", "1901-1901")  # one year of a grid file takes 16 MB
 EXPAND = ["series_to_grid", *YEAR, "grid", "series"]
@@ -79,10 +79,10 @@ class Situation(unittest.TestCase):
         for variable in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
             options = self.environment.get(variable, "")
             self.environment[variable] = options + ":exitcode=99"
-        self.lay_out()
+        self.write_files()
         self.earlier = files_of(self.folder)
 
-    def lay_out(self) -> None:
+    def write_files(self) -> None:
         files: Dict[str, bytes] = {
             FRS: sparse_grid(2, 250, 251),
             TMP: sparse_grid(1, 250, 251),
@@ -97,7 +97,7 @@ class Situation(unittest.TestCase):
         for name, content in files.items():
             (self.folder / name).write_bytes(content)
 
-    def run_it(
+    def run_program(
         self,
         *command: str,
         answers: bytes = b"",
@@ -128,7 +128,7 @@ class Situation(unittest.TestCase):
                 env=self.environment,
                 stdout=target,
                 stderr=subprocess.PIPE,
-                timeout=MOST_SECONDS,
+                timeout=TIMEOUT_SECONDS,
                 preexec_fn=before,
                 check=False,
                 **more,
@@ -148,16 +148,16 @@ class Situation(unittest.TestCase):
 
 
 class AFullDisk(Situation):
-    def test_stops_the_saving_whatever_file_it_meets(self) -> None:
+    def test_stops_saving_for_each_output(self) -> None:
         for ending, channel in OUTPUTS.items():
             name = FRS + ending
             with self.subTest(name):
                 shutil.rmtree(self.folder)
                 self.folder.mkdir()
-                self.lay_out()
+                self.write_files()
                 self.folder.joinpath(name).unlink(missing_ok=True)
                 self.folder.joinpath(name).symlink_to("/dev/full")
-                result = self.run_it("veldmark", answers=typed(ONE_SEARCH))
+                result = self.run_program("veldmark", answers=typed(ONE_SEARCH))
                 self.expect(result, 255, cannot_write(name, channel, "No space left on device"))
                 self.assertNotIn(NORMAL, result.stdout)
                 self.assertTrue(self.folder.joinpath(name).is_symlink())
@@ -165,13 +165,13 @@ class AFullDisk(Situation):
                 self.expect_unchanged(but=[FRS + end for end in OUTPUTS])
 
     def test_stops_the_conversation(self) -> None:
-        result = self.run_it("veldmark", answers=typed(ONE_SEARCH), output="/dev/full")
+        result = self.run_program("veldmark", answers=typed(ONE_SEARCH), output="/dev/full")
         text = cannot_write("standard output", 5, "No space left on device")
         self.assertEqual(result.returncode, 255)
         self.assertTrue(result.stderr.decode().endswith(text), result.stderr)
         self.expect_unchanged()
 
-    def test_is_told_by_whoever_writes_to_the_standard_output(self) -> None:
+    def test_on_standard_output_is_reported(self) -> None:
         for command in (
             ("veldmark", "--help"),
             ("tersify", "--help"),
@@ -180,31 +180,31 @@ class AFullDisk(Situation):
             ("series_to_grid", "--help"),
         ):
             with self.subTest(" ".join(command)):
-                result = self.run_it(*command, output="/dev/full")
+                result = self.run_program(*command, output="/dev/full")
                 self.assertIn(result.returncode, (1, 255))
                 self.assertIn(b"standard output", result.stderr)
         self.expect_unchanged(but=["b.dat.new"])
 
-    def test_is_no_file_to_be_replaced(self) -> None:
+    def test_device_is_not_replaced(self) -> None:
         for command, name in ((("tersify", "b.dat"), "b.dat.new"), (EXPAND, "grid")):
             with self.subTest(name):
                 self.folder.joinpath(name).unlink(missing_ok=True)
                 self.folder.joinpath(name).symlink_to("/dev/full")
-                result = self.run_it(*command)
+                result = self.run_program(*command)
                 self.assertEqual(result.returncode, 1)
                 self.assertIn(b"it exists and is not a regular file\n", result.stderr)
                 self.assertTrue(self.folder.joinpath(name).is_symlink())
                 self.folder.joinpath(name).unlink()
         self.expect_unchanged(but=["grid"])
 
-    def test_takes_the_closing_line_of_a_complete_file(self) -> None:
+    def test_on_standard_error_does_not_fail_a_complete_file(self) -> None:
         with open("/dev/full", "wb") as full:
             status = subprocess.run(
                 EXPAND,
                 cwd=self.folder,
                 env=self.environment,
                 stderr=full,
-                timeout=MOST_SECONDS,
+                timeout=TIMEOUT_SECONDS,
                 check=False,
             ).returncode
         self.assertEqual(status, 0)
@@ -220,7 +220,7 @@ class AFolderWithoutPermission(Situation):
         if os.geteuid() == 0:
             self.user = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
 
-    def test_takes_no_output(self) -> None:
+    def test_of_an_unwritable_folder_is_reported(self) -> None:
         self.folder.chmod(0o555)
         self.addCleanup(self.folder.chmod, 0o755)
         for command, status, text in (
@@ -233,20 +233,20 @@ class AFolderWithoutPermission(Situation):
             ),
         ):
             with self.subTest(command[0]):
-                result = self.run_it(*command, answers=typed(ONE_SEARCH), **self.user)
+                result = self.run_program(*command, answers=typed(ONE_SEARCH), **self.user)
                 self.assertEqual(result.returncode, status)
                 self.assertTrue(result.stderr.decode().startswith(text), result.stderr)
                 self.expect_unchanged()
 
-    def test_hides_no_data_file_that_may_not_be_read(self) -> None:
+    def test_of_an_unreadable_input_is_reported(self) -> None:
         for name in (FRS, "a.dat", "series"):
             self.folder.joinpath(name).chmod(0o000)
-        result = self.run_it("veldmark", answers=typed(ONE_SEARCH), **self.user)
+        result = self.run_program("veldmark", answers=typed(ONE_SEARCH), **self.user)
         self.expect(result, 255, report("Cannot open file: " + FRS, "OPEN", 13))
-        result = self.run_it("tersify", "a.dat", **self.user)
+        result = self.run_program("tersify", "a.dat", **self.user)
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"tersify: cannot read 'a.dat': Permission denied\n", result.stderr)
-        result = self.run_it(*EXPAND, **self.user)
+        result = self.run_program(*EXPAND, **self.user)
         self.expect(result, 1, "series_to_grid: cannot read 'series': Permission denied\n")
         for name in (FRS, "a.dat", "series"):
             self.folder.joinpath(name).chmod(0o644)
@@ -256,7 +256,7 @@ class AFolderWithoutPermission(Situation):
         self.folder.chmod(0o777)
         self.folder.joinpath(FRS + ".XY").chmod(0o444)
         self.earlier = files_of(self.folder)
-        result = self.run_it("veldmark", answers=typed(ONE_SEARCH), **self.user)
+        result = self.run_program("veldmark", answers=typed(ONE_SEARCH), **self.user)
         self.expect(result, 255, report("Cannot open file: %s.XY" % FRS, "OPEN", 15))
         self.expect_unchanged(but=[FRS + ".TSF"])
 
@@ -266,7 +266,7 @@ class AFolderInPlaceOfAFile(Situation):
         self.folder.joinpath(FRS).unlink()
         self.earlier.pop(FRS)
         self.folder.joinpath(FRS).mkdir()
-        result = self.run_it("veldmark", answers=typed(ONE_SEARCH))
+        result = self.run_program("veldmark", answers=typed(ONE_SEARCH))
         self.expect(result, 255, report("Cannot open file: " + FRS, "OPEN", 13))
         self.folder.joinpath(FRS).rmdir()
         self.expect_unchanged()
@@ -278,13 +278,13 @@ class AFolderInPlaceOfAFile(Situation):
                 path = self.folder / name
                 path.unlink(missing_ok=True)
                 path.mkdir()
-                result = self.run_it("veldmark", answers=typed(ONE_SEARCH))
+                result = self.run_program("veldmark", answers=typed(ONE_SEARCH))
                 self.expect(result, 255, report("Cannot open file: " + name, "OPEN", channel))
                 self.assertNotIn(NORMAL, result.stdout)
                 path.rmdir()
         self.expect_unchanged(but=[FRS + end for end in OUTPUTS])
 
-    def test_is_nothing_for_the_companions(self) -> None:
+    def test_is_reported_by_the_companions(self) -> None:
         for command, name, text in (
             (["tersify", "b.dat"], "b.dat", "cannot read 'b.dat': Is a directory"),
             (["tersify", "a.dat"], "a.dat.new", "'a.dat.new': it exists and is not"),
@@ -300,7 +300,7 @@ class AFolderInPlaceOfAFile(Situation):
                 content = path.read_bytes() if path.exists() else None
                 path.unlink(missing_ok=True)
                 path.mkdir()
-                result = self.run_it(*command)
+                result = self.run_program(*command)
                 self.assertEqual(result.returncode, 1, result)
                 self.assertIn(text, result.stderr.decode())
                 path.rmdir()
@@ -318,12 +318,12 @@ class ClosedStreams(Situation):
             ("tersify", "a.dat", "b.dat"): ["a.dat.new", "b.dat.new"],
             tuple(EXPAND): ["grid"],
         }.items():
-            self.assertEqual(self.run_it(*command, answers=typed(ONE_SEARCH)).returncode, 0)
+            self.assertEqual(self.run_program(*command, answers=typed(ONE_SEARCH)).returncode, 0)
             complete = files_of(self.folder)
             for closed in chain.from_iterable(combinations(range(3), n) for n in (1, 2, 3)):
                 with self.subTest((command[0], closed)):
                     self.restore(outputs)
-                    result = self.run_it(*command, answers=typed(ONE_SEARCH), closed=closed)
+                    result = self.run_program(*command, answers=typed(ONE_SEARCH), closed=closed)
                     self.expect_status(command[0], set(closed), result.returncode)
                     self.expect_whole_or_untouched(complete, result.returncode == 0)
             self.restore(outputs)
@@ -331,7 +331,7 @@ class ClosedStreams(Situation):
     def restore(self, outputs: Iterable[str]) -> None:
         for name in outputs:
             self.folder.joinpath(name).unlink(missing_ok=True)
-        self.lay_out()
+        self.write_files()
 
     def expect_status(self, program: str, closed: Set[int], status: int) -> None:
         if program == "veldmark":
@@ -349,18 +349,18 @@ class ClosedStreams(Situation):
             self.assertTrue(now.get(name) in allowed, name)
 
     def test_end_the_conversation(self) -> None:
-        result = self.run_it("veldmark", answers=typed(ONE_SEARCH), closed=[1])
+        result = self.run_program("veldmark", answers=typed(ONE_SEARCH), closed=[1])
         text = cannot_write("standard output", 5, "Bad file descriptor")
         self.assertEqual(result.returncode, 255)
         self.assertTrue(result.stderr.decode().endswith(text), result.stderr)
-        result = self.run_it("veldmark", closed=[0])
+        result = self.run_program("veldmark", closed=[0])
         self.assertEqual(result.returncode, 255)
         self.assertTrue(result.stderr.endswith(b"\n? READ(UNIT=5,...\n"), result.stderr)
         self.expect_unchanged()
 
 
-class AReaderThatGoesAway(Situation):
-    def test_ends_nobody_by_a_signal(self) -> None:
+class ClosedPipe(Situation):
+    def test_kills_no_program_by_a_signal(self) -> None:
         for command, stream in (
             (["veldmark"], "stdout"),
             (["tersify", "b.dat"], "stdout"),
@@ -371,20 +371,20 @@ class AReaderThatGoesAway(Situation):
             (["series_to_grid", *YEAR, "g", "no-series"], "stderr"),
         ):
             with self.subTest((command, stream)):
-                end_read, end_written = os.pipe()
-                os.close(end_read)
+                read_end, write_end = os.pipe()
+                os.close(read_end)
                 streams = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-                streams[stream] = end_written
+                streams[stream] = write_end
                 status = subprocess.run(
                     command,
                     input=typed(ONE_SEARCH),
                     cwd=self.folder,
                     env=self.environment,
-                    timeout=MOST_SECONDS,
+                    timeout=TIMEOUT_SECONDS,
                     check=False,
                     **streams,
                 ).returncode
-                os.close(end_written)
+                os.close(write_end)
                 self.assertIn(status, (0, 1, 255))
         self.expect_unchanged(but=["b.dat.new", "g"])
 
@@ -401,7 +401,7 @@ class ALimitOnTheSizeOfFiles(Situation):
         ):
             with self.subTest(command[0]):
                 answers = typed(ONE_SEARCH)
-                result = self.run_it(*command, answers=answers, prepare=limit)
+                result = self.run_program(*command, answers=answers, prepare=limit)
                 self.assertEqual(result.returncode, status, result.stderr)
                 self.assertIn("%s: File too large" % name, result.stderr.decode())
                 self.assertNotIn(NORMAL, result.stdout)
@@ -412,7 +412,7 @@ class Terminal:
     """Runs one program on a pseudo-terminal."""
 
     def __init__(self, situation: Situation, *command: str, ignore_hangup: bool = False) -> None:
-        self.typist, terminal = pty.openpty()
+        self.terminal_master, terminal = pty.openpty()
         self.closed = False
         self.screen = b""
 
@@ -435,23 +435,23 @@ class Terminal:
         situation.addCleanup(self.end)
 
     def type(self, answers: Iterable[str]) -> None:
-        os.write(self.typist, typed(answers))
+        os.write(self.terminal_master, typed(answers))
 
     def wait_for(self, text: bytes) -> None:
         """Reads the screen until `text` is on it."""
-        deadline = time.monotonic() + MOST_SECONDS
+        deadline = time.monotonic() + TIMEOUT_SECONDS
         while text not in self.screen:
-            ready, _, _ = select.select([self.typist], [], [], deadline - time.monotonic())
+            ready, _, _ = select.select([self.terminal_master], [], [], deadline - time.monotonic())
             if not ready:
                 raise AssertionError("%r never came: %r" % (text, self.screen[-300:]))
-            self.screen += os.read(self.typist, 1 << 16)
+            self.screen += os.read(self.terminal_master, 1 << 16)
 
     def press_interrupt(self) -> None:
-        os.write(self.typist, b"\x03")
+        os.write(self.terminal_master, b"\x03")
 
-    def go_away(self) -> None:
+    def hang_up(self) -> None:
         if not self.closed:
-            os.close(self.typist)
+            os.close(self.terminal_master)
             self.closed = True
 
     def status(self) -> Optional[int]:
@@ -461,7 +461,7 @@ class Terminal:
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
-        self.go_away()
+        self.hang_up()
 
 
 class Prompt:
@@ -491,14 +491,14 @@ def prompts() -> List[Prompt]:
 class AtAPrompt(Situation):
     def setUp(self) -> None:
         super().setUp()
-        result = self.run_it("veldmark", answers=typed(TWO_SEARCHES))
+        result = self.run_program("veldmark", answers=typed(TWO_SEARCHES))
         self.assertEqual(result.returncode, 0)
         self.complete = files_of(self.folder)
         for name in set(self.complete) - set(self.earlier):
             self.folder.joinpath(name).unlink()
 
     def start(self, prompt: Prompt, **more) -> Terminal:
-        self.lay_out()
+        self.write_files()
         for name in set(self.complete) - set(self.earlier):
             self.folder.joinpath(name).unlink(missing_ok=True)
         terminal = Terminal(self, "veldmark", **more)
@@ -512,11 +512,11 @@ class AtAPrompt(Situation):
 
     def wait_for_reading(self, terminal: Terminal, text: bytes) -> None:
         """Waits until the screen ends with `text` and nothing follows for 0.3 seconds."""
-        deadline = time.monotonic() + MOST_SECONDS
+        deadline = time.monotonic() + TIMEOUT_SECONDS
         while True:
-            ready, _, _ = select.select([terminal.typist], [], [], 0.3)
+            ready, _, _ = select.select([terminal.terminal_master], [], [], 0.3)
             if ready:
-                terminal.screen += os.read(terminal.typist, 1 << 16)
+                terminal.screen += os.read(terminal.terminal_master, 1 << 16)
             elif terminal.screen.endswith(text):
                 return
             if time.monotonic() > deadline:
@@ -549,7 +549,7 @@ class AtAPrompt(Situation):
         for prompt in prompts():
             with self.subTest(prompt.text, before=len(prompt.typed_before)):
                 terminal = self.start(prompt)
-                terminal.go_away()
+                terminal.hang_up()
                 self.assertEqual(terminal.status(), -signal.SIGHUP)
                 self.expect_files(prompt, terminal)
 
@@ -557,14 +557,14 @@ class AtAPrompt(Situation):
         for prompt in prompts():
             with self.subTest(prompt.text, before=len(prompt.typed_before)):
                 terminal = self.start(prompt, ignore_hangup=True)
-                terminal.go_away()
+                terminal.hang_up()
                 self.assertEqual(terminal.status(), 255)
                 self.expect_files(prompt, terminal)
 
     def test_tersify_ends_as_well(self) -> None:
         for how, status in (
             (Terminal.press_interrupt, -signal.SIGINT),
-            (Terminal.go_away, -signal.SIGHUP),
+            (Terminal.hang_up, -signal.SIGHUP),
         ):
             with self.subTest(how.__name__):
                 terminal = Terminal(self, "tersify")
@@ -573,7 +573,7 @@ class AtAPrompt(Situation):
                 self.assertEqual(terminal.status(), status)
         terminal = Terminal(self, "tersify", ignore_hangup=True)
         terminal.wait_for(b"LIST FILE ==> ")
-        terminal.go_away()
+        terminal.hang_up()
         self.assertIn(terminal.status(), (1, 2))
 
 

@@ -17,10 +17,10 @@
 
 #include "extract/run.h"
 #include "grid/grid_layout.h"
+#include "plain_tersify.h"
 #include "reached.h"
 #include "require.h"
 #include "support/scratch_folder.h"
-#include "tersify_twins.h"
 #include "util/file_descriptor.h"
 
 namespace veldmark::fuzz {

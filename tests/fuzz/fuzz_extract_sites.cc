@@ -11,9 +11,9 @@
 
 #include "extract/csv_series.h"
 #include "extract/sites_file.h"
+#include "plain_sites.h"
 #include "reached.h"
 #include "require.h"
-#include "sites_twin.h"
 #include "support/scratch_folder.h"
 #include "util/failure.h"
 
@@ -45,17 +45,19 @@ std::optional<SiteTable> read_table(const std::string& text) {
 
 void check_sites(const SiteTable& table, const PlainSites& expected,
                  const std::string& text) {
-  require(table.header == expected.records.front(), "the header is the twin's", text);
+  require(table.header == expected.records.front(),
+          "the header is the plain definition's", text);
   require(table.sites.size() == expected.sites.size(), "the sites are counted", text);
   for (std::size_t i = 0; i < table.sites.size(); ++i) {
     const extract::Site& site = table.sites[i];
     const PlainSite& plain = expected.sites[i];
-    require(site.fields == expected.records[i + 1], "the columns are the twin's", text);
+    require(site.fields == expected.records[i + 1],
+            "the columns are the plain definition's", text);
     require(site.point.latitude == plain.latitude &&
                 site.point.longitude == plain.longitude,
-            "the place is the twin's", text);
-    require(extract::site_title(table, i) == plain.title, "the name is the twin's",
-            text);
+            "the place is the plain definition's", text);
+    require(extract::site_title(table, i) == plain.title,
+            "the name is the plain definition's", text);
   }
 }
 
@@ -78,7 +80,7 @@ void check(const std::string& text) {
   const std::optional<PlainSites> expected = plain_sites(text);
   reached(table ? "tables read" : "tables refused");
   require(table.has_value() == expected.has_value(),
-          "a table is accepted when its twin accepts it", text);
+          "a table is accepted when the plain definition accepts it", text);
   if (!table) return;
   reached("sites read", table->sites.size());
   check_sites(*table, *expected, text);

@@ -101,7 +101,7 @@ void check_real(std::string_view value) {
     return;
   }
   require(result.ec == std::errc() && result.ptr == text.data() + text.size(),
-          "the twin reads a decimal to its end", text);
+          "the plain definition reads a decimal to its end", text);
   require(std::bit_cast<std::uint32_t>(*real) == std::bit_cast<std::uint32_t>(expected),
           "a real is the nearest one", value);
 }

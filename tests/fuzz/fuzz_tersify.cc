@@ -18,6 +18,7 @@
 #include "companion/line_buffer.h"
 #include "companion/progress_line.h"
 #include "fuzz_input.h"
+#include "plain_tersify.h"
 #include "reached.h"
 #include "require.h"
 #include "support/scratch_folder.h"
@@ -28,7 +29,6 @@
 #include "tersify/grid_check.h"
 #include "tersify/name_list.h"
 #include "tersify/tersify.h"
-#include "tersify_twins.h"
 #include "util/failure.h"
 #include "util/file_descriptor.h"
 
@@ -96,7 +96,7 @@ void check_shifted(const std::string& line, const PlainLine& expected, int seed)
             "the first field at fault is named wherever the line lies", line);
     require(fault || expected.text ==
                          std::string_view(output.data(), tersify::kCondensedLine),
-            "a line is condensed as its twin wherever it lies", line);
+            "a line is condensed as the plain definition wherever it lies", line);
   }
 }
 
@@ -111,17 +111,19 @@ void check_line(const std::string& line, int seed) {
   const auto fault = tersify::condense_line(roomy.view(), output.data());
   require((fault ? fault->field : 0) == expected.fault,
           "the first field at fault is named", line);
-  require(fault || is_expected_text(), "a line is condensed as its twin", line);
+  require(fault || is_expected_text(), "a line is condensed as the plain definition",
+          line);
 
   std::fill(output.begin(), output.end(), '?');
   const bool usual = tersify::condense_line_fast(roomy.view(), output.data());
   require(!usual || (expected.fault == 0 && is_expected_text()),
-          "a usual line is condensed as its twin", line);
+          "a usual line is condensed as the plain definition", line);
   std::fill(output.begin(), output.end(), '?');
   const auto any_fault = tersify::condense_line_by_fields(roomy.view(), output.data());
   require((any_fault ? any_fault->field : 0) == expected.fault,
           "the first field at fault is named the plain way, too", line);
-  require(any_fault || is_expected_text(), "any line is condensed as its twin", line);
+  require(any_fault || is_expected_text(),
+          "any line is condensed as the plain definition", line);
   check_shifted(line, expected, seed);
 }
 
@@ -197,7 +199,8 @@ std::optional<std::string> plain_condensed_file(const std::string& text) {
 
 void check_condensed_file(const std::string& text, const std::string& condensed,
                           const tersify::Condensed& done) {
-  require(plain_condensed_file(text) == condensed, "a file is condensed as its twin");
+  require(plain_condensed_file(text) == condensed,
+          "a file is condensed as the plain definition");
   const auto size = static_cast<std::int64_t>(condensed.size());
   require(done.size_after == size && done.lines * 3601 == size,
           "the counts are those of the file");
@@ -252,7 +255,8 @@ void check_fault(FuzzInput& input) {
   const auto expected = plain_fault(text, shape);
   reached(expected ? "checks that find a fault" : "checks passed");
   require(fault.has_value() == expected.has_value(),
-          "a file is at fault when its twin says so", fault.value_or("complete"));
+          "a file is at fault when the plain definition says so",
+          fault.value_or("complete"));
   if (!fault) return;
   const auto lines = static_cast<std::int64_t>(plain_lines(text).size());
   const std::string place = *expected > lines

@@ -16,13 +16,13 @@
 
 #include "companion/progress_line.h"
 #include "fuzz_input.h"
+#include "plain_tersify.h"
 #include "reached.h"
 #include "require.h"
 #include "support/scratch_folder.h"
 #include "tersify/condense_file.h"
 #include "tersify/gzip_format.h"
 #include "tersify/gzip_reader.h"
-#include "tersify_twins.h"
 #include "util/failure.h"
 
 namespace veldmark::fuzz {

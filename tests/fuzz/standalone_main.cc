@@ -5,8 +5,8 @@
 //
 // The name of each input is printed before it runs: after a crash, the last one is the
 // cause. At the end the counts of what was reached are printed. The second form replays
-// the corpus CORPUS/TARGET: at most 60 inputs, named by a person, which together must
-// reach the counts in CORPUS/least_reached.txt.
+// the corpus CORPUS/TARGET: at most 60 inputs with descriptive names, which together
+// must reach the counts in CORPUS/least_reached.txt.
 
 #include <algorithm>
 #include <cstddef>
@@ -28,7 +28,7 @@ namespace {
 
 using veldmark::fuzz::ReachedCounts;
 
-constexpr std::size_t kMostInputs = 60;
+constexpr std::size_t kMaxInputs = 60;
 constexpr std::size_t kHashLength = 40;  // of the names that the fuzzer generates
 
 std::vector<std::filesystem::path> files_of(const std::filesystem::path& path) {
@@ -62,48 +62,52 @@ std::size_t run_inputs(const std::vector<std::filesystem::path>& files) {
   return files.size();
 }
 
-bool has_a_name(const std::filesystem::path& file) {
+bool has_descriptive_name(const std::filesystem::path& file) {
   const std::string name = file.filename().string();
   return name.size() != kHashLength ||
          name.find_first_not_of("0123456789abcdef") != std::string::npos;
 }
 
 // Returns the required counts of a target, from lines "TARGET COUNT WHAT".
-ReachedCounts demands_on(const std::string& target, const std::filesystem::path& path) {
-  ReachedCounts demands;
+ReachedCounts required_counts(const std::string& target,
+                              const std::filesystem::path& path) {
+  ReachedCounts required;
   std::ifstream file(path);
   for (std::string line; std::getline(file, line);) {
     std::istringstream words(line);
-    std::string of;
+    std::string line_target;
     std::size_t count = 0;
     std::string what;
-    words >> of >> count >> std::ws;
+    words >> line_target >> count >> std::ws;
     std::getline(words, what);
-    if (of == target) demands[what] = count;
+    if (line_target == target) required[what] = count;
   }
-  return demands;
+  return required;
 }
 
-int complain(const std::string& text) {
+int report_error(const std::string& text) {
   std::fprintf(stderr, "%s\n", text.c_str());
   return 1;
 }
 
 int replay_corpus(const std::string& target, const std::filesystem::path& corpus) {
   const auto files = files_of(corpus / target);
-  if (files.size() > kMostInputs) return complain("more than 60 inputs in the corpus");
+  if (files.size() > kMaxInputs)
+    return report_error("more than 60 inputs in the corpus");
   for (const auto& file : files) {
-    if (!has_a_name(file)) return complain("no name: " + file.string());
+    if (!has_descriptive_name(file))
+      return report_error("not a descriptive name: " + file.string());
   }
   veldmark::fuzz::reached("inputs", run_inputs(files));
-  const ReachedCounts demands = demands_on(target, corpus / "least_reached.txt");
-  if (!demands.contains("inputs")) return complain("nothing is demanded of " + target);
+  const ReachedCounts required = required_counts(target, corpus / "least_reached.txt");
+  if (!required.contains("inputs"))
+    return report_error("no required counts for " + target);
   int status = 0;
-  for (const auto& [what, least] : demands) {
+  for (const auto& [what, least] : required) {
     const std::size_t count = veldmark::fuzz::reached_counts()[what];
     if (count < least) {
-      status = complain(what + ": " + std::to_string(count) + ", at least " +
-                        std::to_string(least) + " expected");
+      status = report_error(what + ": " + std::to_string(count) + ", at least " +
+                            std::to_string(least) + " expected");
     }
   }
   return status;
@@ -121,5 +125,5 @@ int main(int argc, char** argv) {
     const auto more = files_of(argument);
     files.insert(files.end(), more.begin(), more.end());
   }
-  return run_inputs(files) == 0 ? complain("no inputs to run") : 0;
+  return run_inputs(files) == 0 ? report_error("no inputs to run") : 0;
 }

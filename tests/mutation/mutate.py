@@ -11,10 +11,11 @@
     mutate.py --list                only names the mutants
     mutate.py --self-test           checks that mutants are found
 
-A mutant is killed when a test fails, crashes or takes ten times as long as usual.  The
-list `survivors` beside this file names the mutants that no test can notice, and why.
-The exit status is 1 if an unlisted mutant survives, if a listed one was killed or no
-longer exists, or if more than 1.6 % survive.  README.md says more.
+A mutant is killed when a test fails or crashes, and timed out when one takes more than
+ten times as long as usual.  The list `survivors` beside this file names the mutants that
+no test can notice, and why.  The exit status is 1 if an unlisted mutant survives, if a
+listed one was killed or no longer exists, or if more than 1.6 % survive.  README.md says
+more.
 """
 
 import argparse
@@ -41,14 +42,15 @@ from workshop import (
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROJECT = os.path.dirname(os.path.dirname(HERE))
 
-MOST_PER_CENT = 1.6
+MAX_SURVIVAL_PERCENT = 1.6
 
-# With a checksum of the source file: results of another version of it don't count.
+# By the mutant's name and a checksum of its source file: results for another version of
+# the file are ignored.
 Results = Dict[Tuple[str, str], Verdict]
 
 
 def sources(project: str) -> List[str]:
-    """The C++ files of the program and its companions, as paths from the project's root."""
+    """Returns the C++ files of the program and its companions, as paths from the project's root."""
     found: List[str] = []
     for top in TOPS:
         for folder, _, names in os.walk(os.path.join(project, top)):
@@ -73,7 +75,7 @@ def all_mutants(project: str) -> Tuple[List[Mutant], Dict[str, str]]:
 
 
 def chosen(mutants: List[Mutant], arguments: argparse.Namespace) -> List[Mutant]:
-    """The mutants that the command line asks for."""
+    """Returns the mutants that the command line asks for."""
     if arguments.only:
         mutants = [m for m in mutants if any(only in m.name for only in arguments.only)]
     if arguments.sample is not None and arguments.sample < len(mutants):
@@ -86,20 +88,20 @@ def chosen(mutants: List[Mutant], arguments: argparse.Namespace) -> List[Mutant]
 
 
 def read_results(path: Optional[str]) -> Results:
-    """The results of earlier runs; the last one of a mutant counts."""
+    """Returns the results of earlier runs; the last one of a mutant counts."""
     results: Results = {}
     if path and os.path.exists(path):
         with open(path) as file:
             for line in file:
-                name, text_sum, result, by, seconds = line.rstrip("\n").split("\t")
-                results[(name, text_sum)] = Verdict(result, by, float(seconds))
+                name, checksum, result, by, seconds = line.rstrip("\n").split("\t")
+                results[(name, checksum)] = Verdict(result, by, float(seconds))
     return results
 
 
-def note(file: Optional[TextIO], mutant: Mutant, text_sum: str, verdict: Verdict) -> None:
+def note(file: Optional[TextIO], mutant: Mutant, checksum: str, verdict: Verdict) -> None:
     """Appends a result."""
     if file:
-        words = (mutant.name, text_sum, verdict.result, verdict.by, "%.2f" % verdict.seconds)
+        words = (mutant.name, checksum, verdict.result, verdict.by, "%.2f" % verdict.seconds)
         file.write("\t".join(words) + "\n")
         file.flush()
 
@@ -119,19 +121,19 @@ class Campaign:
     def verdict(self, mutant: Mutant) -> Optional[Verdict]:
         return self.results.get((mutant.name, self._sums[mutant.file]))
 
-    def _is_open(self, mutant: Mutant) -> bool:
+    def _is_pending(self, mutant: Mutant) -> bool:
         verdict = self.verdict(mutant)
         if verdict is None or self._arguments.again == "all":
             return True
         if verdict.result != SURVIVED:
             return False
-        half_tried = verdict.by != ALL_TESTS and not self._arguments.quick
-        return half_tried or self._arguments.again == "survivors"
+        only_quick_tests = verdict.by != ALL_TESTS and not self._arguments.quick
+        return only_quick_tests or self._arguments.again == "survivors"
 
     def run(self, mutants: List[Mutant]) -> None:
-        """Tries those of the mutants that have no result yet, in a random order: what a
-        campaign that is stopped has tried is a sample."""
-        waiting = [mutant for mutant in mutants if self._is_open(mutant)]
+        """Tries the mutants that have no result yet, in random order, so that a stopped
+        campaign has tried a random sample."""
+        waiting = [mutant for mutant in mutants if self._is_pending(mutant)]
         if not waiting:
             return
         random.Random(self._arguments.seed).shuffle(waiting)
@@ -148,14 +150,14 @@ class Campaign:
                 self._file.close()
 
     def _run_in(self, folder: str, waiting: List[Mutant]) -> None:
-        self._go_through(os.path.join(folder, "plain"), waiting, sanitized=False)
+        self._try_in_build(os.path.join(folder, "plain"), waiting, sanitized=False)
         if not self._arguments.quick:
             left = [m for m in waiting if self.results[self._key(m)].result == SURVIVED]
-            self._go_through(os.path.join(folder, "sanitized"), left, sanitized=True)
+            self._try_in_build(os.path.join(folder, "sanitized"), left, sanitized=True)
 
-    def _go_through(self, folder: str, waiting: List[Mutant], sanitized: bool) -> None:
-        """Tries mutants in one kind of build; in the plain one, what survives there with
-        the slower tests too."""
+    def _try_in_build(self, folder: str, waiting: List[Mutant], sanitized: bool) -> None:
+        """Tries mutants in one build. In the plain build, survivors are tried again with
+        the slower tests."""
         if not waiting:
             return
         jobs = self._arguments.jobs
@@ -178,11 +180,11 @@ class Campaign:
     def _key(self, mutant: Mutant) -> Tuple[str, str]:
         return mutant.name, self._sums[mutant.file]
 
-    def _try_all(self, pool, benches, mutants: List[Mutant], how) -> None:
+    def _try_all(self, pool, benches, mutants: List[Mutant], action) -> None:
         def one(mutant: Mutant) -> Tuple[Mutant, Verdict]:
             bench = benches.get()
             try:
-                return mutant, how(bench, mutant)
+                return mutant, action(bench, mutant)
             finally:
                 benches.put(bench)
 
@@ -206,7 +208,8 @@ def say(text: str) -> None:
 def report(
     mutants: Sequence[Mutant], campaign: Campaign, listed: List[Survivor], complete: bool
 ) -> bool:
-    """Prints the figures and differences from the list. Returns False if there are any."""
+    """Prints the figures, and how they differ from the list. Returns whether nothing
+    differs and no more mutants survive than may."""
     counts: Dict[str, "collections.Counter[str]"] = collections.defaultdict(
         collections.Counter
     )
@@ -233,10 +236,10 @@ def report(
     for mutant in unlisted:
         print("survives and is not listed: %s\n    | %s" % (mutant.name, mutant.line_text))
     for name in stale:
-        print("listed for nothing: %s" % name)
+        print("listed, but not a survivor: %s" % name)
     per_cent = share(counts["all"])
-    print("%.2f %% survive, %.1f %% may" % (per_cent, MOST_PER_CENT))
-    return not unlisted and not stale and per_cent <= MOST_PER_CENT
+    print("%.2f %% survive; the limit is %.1f %%" % (per_cent, MAX_SURVIVAL_PERCENT))
+    return not unlisted and not stale and per_cent <= MAX_SURVIVAL_PERCENT
 
 
 def share(count: "collections.Counter[str]") -> float:
@@ -246,7 +249,7 @@ def share(count: "collections.Counter[str]") -> float:
 
 
 def print_figures(counts: Dict[str, "collections.Counter[str]"]) -> None:
-    """A line for each folder, each kind of change, and all."""
+    """Prints a line for each folder, each kind of change, and all."""
     columns = ("made", NO_PROGRAM, SAME_CODE, KILLED, TIMED_OUT, SURVIVED)
     print("%-16s" % "" + "".join("%12s" % column for column in columns) + "%12s" % "share")
     folders = sorted(group for group in counts if group.split("/")[0] in TOPS)
@@ -257,7 +260,7 @@ def print_figures(counts: Dict[str, "collections.Counter[str]"]) -> None:
 
 
 def parsed_arguments() -> argparse.Namespace:
-    """The command line."""
+    """Parses the command line."""
     parser = argparse.ArgumentParser(description=(__doc__ or "").split("\n")[0])
     parser.add_argument("--only", action="append", metavar="PATTERN")
     parser.add_argument("--sample", type=int, metavar="N")
@@ -274,8 +277,8 @@ def parsed_arguments() -> argparse.Namespace:
 
 
 def restore_signals() -> None:
-    """Programs that are tested must not inherit ignored signals, as those of a job in
-    the background are."""
+    """Restores default handlers: a background job ignores these signals, and the tested
+    programs would inherit that."""
     for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGHUP):
         if signal.getsignal(number) == signal.SIG_IGN:
             signal.signal(number, signal.SIG_DFL)
@@ -289,8 +292,8 @@ KEEP_DEVICES = (
 
 
 def keep_devices() -> None:
-    """Restarts this program where no mutant can remove /dev/null or /dev/full, which one
-    run by root could."""
+    """Restarts this program where /dev/null and /dev/full can't be removed: a mutant that
+    is run as root could remove them."""
     if os.geteuid() != 0 or "DEVICES_ARE_KEPT" in os.environ:
         return
     call = ["unshare", "--mount", "sh", "-c", KEEP_DEVICES, "sh", sys.executable, *sys.argv]

@@ -47,7 +47,7 @@ class Places(unittest.TestCase):
     def test_pointers_references_and_destructors_are_no_arithmetic(self) -> None:
         self.assertEqual(changes("const char* f(int& a, T&& b);\nT::~T() {}\n"), [])
 
-    def test_joined_texts_are_no_sums(self) -> None:
+    def test_string_concatenation_is_not_arithmetic(self) -> None:
         self.assertEqual(changes_in_body('auto x = "a" + b;'), ["11 text a>b"])
 
     def test_logical(self) -> None:
@@ -120,7 +120,7 @@ class Places(unittest.TestCase):
         text = "class A {\n  A() : b_{c} { d(); }\n  int b_ = 0;\n};\n"
         self.assertEqual(changes(text), ["2:17 statement d();>;", "3:12 constant 0>1"])
 
-    def test_nothing_where_no_program_is(self) -> None:
+    def test_no_mutants_outside_executable_code(self) -> None:
         for text in ('// x < 1 "a"\n', "/* 1\n 2 */\n", '#include "a/b.h"\n',
                      "#define A 1 + \\\n  2\n", 'static_assert(a == 1, "text");\n',
                      "namespace a = b;\n", "using a = std::array<int, 2>;\n",

@@ -5,8 +5,8 @@
     src/util/part_file.cc:12:30 constant `8` -> `9`
         | constexpr int kTries = 8;
 
-A mutant is known by its file, its change and the line that it is in, as the list shows
-it; the line's number only helps the reader, and may have moved.
+An entry matches a mutant by file, column, change and source line; the line's number only
+helps the reader, and may have moved.
 """
 
 import re
@@ -24,13 +24,13 @@ class Survivor(NamedTuple):
 
 
 def read_survivors(path: str) -> List[Survivor]:
-    """Reads the list; a line that is none of its kinds is an error."""
+    """Reads the list. Raises ValueError for an invalid line."""
     with open(path) as file:
         return parse_survivors(file.read())
 
 
 def parse_survivors(text: str) -> List[Survivor]:
-    """The entries of the list's text."""
+    """Returns the entries of the list's text."""
     survivors: List[Survivor] = []
     reason = ""
     name = ""
@@ -49,12 +49,12 @@ def parse_survivors(text: str) -> List[Survivor]:
             survivors.append(Survivor(name, line[6:], reason))
             name = ""
         elif line and not line.startswith("# "):
-            raise ValueError("not understood: %s" % line)
+            raise ValueError("invalid line: %s" % line)
     return survivors
 
 
 def matching(survivors: List[Survivor], mutant: Mutant) -> Optional[Survivor]:
-    """The entry of a mutant, if it is listed."""
+    """Returns the entry of a mutant, if it is listed."""
     known = _without_line(mutant.name)
     for survivor in survivors:
         if survivor.line_text == mutant.line_text and _without_line(survivor.name) == known:

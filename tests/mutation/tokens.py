@@ -1,8 +1,8 @@
-"""Splits C++ source into tokens, as far as finding mutants needs it.
+"""Splits C++ source into tokens, only as precisely as finding mutants needs it.
 
-Comments, preprocessor lines and what the preprocessor leaves out after `#else` are no
-tokens.  The source must be laid out by clang-format: the blanks around an operator tell
-whether it takes one operand or two, and a `<` apart from an angle bracket.
+Comments, preprocessor lines and what the preprocessor skips after `#else` are skipped.
+The source must be formatted by clang-format: the blanks around an operator show whether it
+is unary or binary, and whether `<` is a comparison or an angle bracket.
 """
 
 import bisect
@@ -27,12 +27,12 @@ class Source:
         self._line_begins = [0] + [m.end() for m in re.finditer("\n", text)]
 
     def place(self, offset: int) -> "tuple[int, int]":
-        """Line and column of an offset, both counted from 1."""
+        """Returns line and column of an offset, both counted from 1."""
         line = bisect.bisect_right(self._line_begins, offset)
         return line, offset - self._line_begins[line - 1] + 1
 
     def line_text(self, line: int) -> str:
-        """A line without the blanks around it."""
+        """Returns a line without the blanks around it."""
         return self.text.split("\n")[line - 1].strip()
 
 
@@ -54,29 +54,29 @@ _DIRECTIVE = re.compile(r"[ \t]*#[ \t]*(\w+)(?:[^\n]*\\\n)*[^\n]*")
 
 
 def tokens_of(text: str) -> List[Token]:
-    """All tokens of a file, in their order."""
+    """Returns all tokens of a file, in their order."""
     return list(_tokens(text))
 
 
 def _tokens(text: str) -> Iterator[Token]:
     offset = 0
-    left_out = 0  # how deep in branches that are not compiled
+    skipped_depth = 0  # how deep in branches that are not compiled
     while offset < len(text):
-        at_line_begin = text.rfind("\n", 0, offset) + 1
+        line_begin = text.rfind("\n", 0, offset) + 1
         directive = _DIRECTIVE.match(text, offset)
-        if directive and not text[at_line_begin:offset].strip():
+        if directive and not text[line_begin:offset].strip():
             word = directive.group(1)
-            if left_out and word in ("if", "ifdef", "ifndef"):
-                left_out += 1
-            elif word in ("else", "elif") and left_out <= 1:
-                left_out = 1
-            elif left_out and word == "endif":
-                left_out -= 1
+            if skipped_depth and word in ("if", "ifdef", "ifndef"):
+                skipped_depth += 1
+            elif word in ("else", "elif") and skipped_depth <= 1:
+                skipped_depth = 1
+            elif skipped_depth and word == "endif":
+                skipped_depth -= 1
             offset = directive.end()
             continue
         match = _PATTERN.match(text, offset)
         assert match is not None and match.lastgroup is not None
         kind = "raw text" if match.group("raw_text") else match.lastgroup.replace("_", " ")
-        if kind not in ("blank", "comment") and not left_out:
+        if kind not in ("blank", "comment") and not skipped_depth:
             yield Token(kind, match.group(), offset, match.end())
         offset = match.end()

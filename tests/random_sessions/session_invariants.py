@@ -1,18 +1,17 @@
 #!/usr/bin/env python3
-"""Runs random sessions through Veldmark and checks what must hold of every run.
+"""Runs random sessions through Veldmark and checks the invariants of every run.
 
     session_invariants.py --program PATH [--count N] [--seed S]
 
-No second program is asked.  Of each session: the exit status is 0 or 255, with a report on
-standard error exactly when it is 255; every output file is what its document says, with the
-values of the data file, of all cells of the lattice that have data and of no others; every
-count equals what was written.  The same answers give the same bytes again, on a data file
-that means the same and is read another way too, and a part of the answers gives the
-beginning of the screen.
+No second program is run.  Of each session: the exit status is 0 or 255, with a report on
+standard error exactly when it is 255; every output file has its documented format, and holds
+the data file's values of exactly those selected cells that have data; every count equals
+what was written.  The same answers give the same bytes when repeated, and on an equivalent
+data file that is read in another way.  A prefix of the answers gives a prefix of the screen.
 
 Session i (from 0) of a run is the one made from seed S + i, so `--seed S+i --count 1`
-repeats it.  The exit status is 1 when anything failed, or when the sessions came to too
-little of what they are for.
+repeats it.  The exit status is 1 when anything failed, or when the sessions reached less than
+the required counts.
 """
 
 from __future__ import annotations
@@ -44,7 +43,7 @@ from output_files import VARIABLES, data_file_name, first_difference, search_fau
 from random_sessions import STAND_INS, visible  # noqa: E402
 from session_maker import Session, SessionDraft, TooDear  # noqa: E402
 
-MOST_SECONDS = 60
+TIMEOUT_SECONDS = 60
 REPORT = re.compile(rb"Run-time error:\n[^\n]+\n\? (OPEN|READ|WRITE)\(UNIT=\d+,\.\.\.\n")
 # The minimum per hundred sessions; see least.py.
 LEAST = {
@@ -123,14 +122,14 @@ class Runner:
         self.environment["PATH"] = f"{stand_ins}{os.pathsep}{os.environ.get('PATH', '')}"
 
     def run(self, files: dict, answers: bytes) -> Outcome:
-        place = self.folder / "run"
-        shutil.rmtree(place, ignore_errors=True)
-        place.mkdir()
+        folder = self.folder / "run"
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.mkdir()
         before = {}
         for name, content in files.items():
-            self.put(place / name, content)
+            self.put(folder / name, content)
             if name.endswith(".dat.new") and content != "directory":
-                before[name] = os.stat(place / name).st_mtime_ns
+                before[name] = os.stat(folder / name).st_mtime_ns
         (self.folder / "answers").write_bytes(answers)
         with (
             open(self.folder / "answers", "rb") as typed,
@@ -142,16 +141,16 @@ class Runner:
                 stdin=typed,
                 stdout=screen,
                 stderr=errors,
-                cwd=place,
+                cwd=folder,
                 env=self.environment,
             )
             # wait() with a time limit would poll and sleep.
-            limit = threading.Timer(MOST_SECONDS, process.kill)
+            limit = threading.Timer(TIMEOUT_SECONDS, process.kill)
             limit.start()
             status = process.wait()
             limit.cancel()
         found = {}
-        for path in sorted(place.iterdir()):
+        for path in sorted(folder.iterdir()):
             if before.get(path.name) != path.stat().st_mtime_ns:
                 found[path.name] = path.read_bytes() if path.is_file() else b"no file"
         texts = [(self.folder / name).read_bytes() for name in ("screen", "errors")]
@@ -214,7 +213,7 @@ def end_faults(outcome: Outcome) -> list[str]:
     if outcome.status == 0 and outcome.errors:
         return [f"status 0 with {outcome.errors!r} on standard error"]
     if outcome.status == 0 and not outcome.screen.endswith(tuple(least.QUIET_ENDS.values())):
-        return [f"a quiet end behind {outcome.screen[-80:]!r}"]
+        return [f"status 0, but the screen ends with {outcome.screen[-80:]!r}"]
     return []
 
 
@@ -226,7 +225,7 @@ def faults_of(outcome: Outcome, files: dict, answers: bytes, data: DataFiles) ->
     try:
         searches = Conversation(outcome.screen, answers).searches
     except (AttributeError, IndexError) as error:
-        return [f"prompts in an order that can't be: {error!r}"]
+        return [f"impossible order of prompts: {error!r}"]
     owner = owners(searches)
     rest = dict(outcome.files)
     for number, one in enumerate(searches, 1):
@@ -236,12 +235,16 @@ def faults_of(outcome: Outcome, files: dict, answers: bytes, data: DataFiles) ->
             ending_of(name): text for name, text in kept.items() if text is not None
         }
         if one.saved_years is None:  # nothing is written before the first cell is saved
-            faults += [f"search {number} left {end}" for end in (".TSF", ".XY") if own.get(end)]
+            faults += [
+                f"search {number} wrote {end} without saving a cell"
+                for end in (".TSF", ".XY")
+                if own.get(end)
+            ]
         if one.theoretical is None:
             continue
         source = data_file_name(one.variable) if one.variable in VARIABLES else None
         if source not in files:
-            faults.append(f"search {number} has read a file that is not there")
+            faults.append(f"search {number} read a file that doesn't exist")
             continue
         found = search_faults(one, data.of(files[source]), own)
         faults += [f"search {number}: {fault}" for fault in found]
@@ -249,7 +252,7 @@ def faults_of(outcome: Outcome, files: dict, answers: bytes, data: DataFiles) ->
         if name.endswith(".dat.new"):
             faults.append(f"{name} was changed")
         elif files.get(name) != text:
-            faults.append(f"{name} should not be there, or not be changed")
+            faults.append(f"{name} was created or changed")
     return faults
 
 
@@ -337,7 +340,7 @@ def main() -> int:
     if not os.access(options.program, os.X_OK):
         parser.error("cannot run " + options.program)
     if options.count < 1:
-        parser.error("no session to run")
+        parser.error("--count: at least 1")
     passed = failed = 0
     started = time.monotonic()
     with tempfile.TemporaryDirectory(prefix="invariants-") as folder:

@@ -31,7 +31,7 @@ from figures import note_figures  # noqa: E402
 from grid_file_maker import GridFileMaker  # noqa: E402
 from session_maker import SessionMaker  # noqa: E402
 
-MOST_SECONDS = 120
+TIMEOUT_SECONDS = 120
 NORMAL = b" PROGRAM TERMINATING NORMALLY\n"
 
 STAND_INS = {
@@ -137,7 +137,7 @@ class Bench:
             "program": [self.program],
         }
         running = {side: self.start(side, command) for side, command in commands.items()}
-        deadline = time.monotonic() + MOST_SECONDS
+        deadline = time.monotonic() + TIMEOUT_SECONDS
         return [self.finish(side, *running[side], deadline) for side in commands]
 
     def start(self, side, command):
@@ -161,7 +161,7 @@ class Bench:
         except subprocess.TimeoutExpired:
             process.kill()
             process.wait()
-            status = "none after %d seconds" % MOST_SECONDS
+            status = "none after %d seconds" % TIMEOUT_SECONDS
         texts = []
         for stream in streams[1:]:
             stream.seek(0)

@@ -24,7 +24,7 @@ class Screen {
       partial_ += character;
       line_open_ = true;
     }
-    last_may_take_answer_ = true;
+    can_append_answer_ = true;
   }
 
   void answer(const std::string& answer) {
@@ -32,7 +32,7 @@ class Screen {
       lines_.push_back("|" + partial_);
       partial_.clear();
       line_open_ = false;
-    } else if (!last_may_take_answer_) {
+    } else if (!can_append_answer_) {
       lines_.emplace_back();
     }
     lines_.back() += "<" + answer + ">";
@@ -41,7 +41,7 @@ class Screen {
   void command(const std::string& command) {
     close_open_line();
     lines_.push_back("$ " + command);
-    last_may_take_answer_ = false;
+    can_append_answer_ = false;
   }
 
   std::vector<std::string> finish() {
@@ -64,43 +64,43 @@ class Screen {
   std::string partial_;
   std::string output_;
   bool line_open_ = false;
-  bool last_may_take_answer_ = false;
+  bool can_append_answer_ = false;
 };
 
-// An output that shows only what has been flushed, like a terminal.
+// Buffers output until it is flushed, so that a missing flush shows on the screen.
 class ScreenOutput : public std::streambuf {
  public:
   explicit ScreenOutput(Screen& screen) : screen_(screen) {}
 
  protected:
   int_type overflow(int_type character) override {
-    held_ += traits_type::to_char_type(character);
+    unflushed_ += traits_type::to_char_type(character);
     return character;
   }
   int sync() override {
-    for (const char character : held_) {
+    for (const char character : unflushed_) {
       screen_.write(character);
     }
-    held_.clear();
+    unflushed_.clear();
     return 0;
   }
 
  private:
   Screen& screen_;
-  std::string held_;
+  std::string unflushed_;
 };
 
 std::string replace_all(std::string text, const std::string& from,
                         const std::string& to) {
-  for (std::size_t place = text.find(from); place != std::string::npos;
-       place = text.find(from, place + to.size())) {
-    text.replace(place, from.size(), to);
+  for (std::size_t offset = text.find(from); offset != std::string::npos;
+       offset = text.find(from, offset + to.size())) {
+    text.replace(offset, from.size(), to);
   }
   return text;
 }
 
-// Returns the characters that are typed for an answer in the notation of the screen.
-std::string typed(const std::string& answer) {
+// Returns the input for an answer in the notation of the screen.
+std::string input_for(const std::string& answer) {
   if (answer == "RETURN") {
     return "\n";
   }
@@ -113,7 +113,7 @@ std::string typed(const std::string& answer) {
   return text + "\n";
 }
 
-// An input that returns one answer per line and tells the screen when it is read.
+// Supplies one answer per read, and records it on the screen at that moment.
 class AnswerInput : public std::streambuf {
  public:
   AnswerInput(const std::vector<std::string>& answers, Screen& screen)
@@ -129,7 +129,7 @@ class AnswerInput : public std::streambuf {
       return traits_type::eof();
     }
     screen_.answer(answers_[next_]);
-    current_ = typed(answers_[next_]);
+    current_ = input_for(answers_[next_]);
     ++next_;
     ended_ = !current_.ends_with('\n');
     setg(current_.data(), current_.data(), current_.data() + current_.size());

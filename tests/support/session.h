@@ -15,8 +15,9 @@ struct SessionResult {
   //   |text           output without a newline
   //   |text<answer>   a prompt and the answer that was read there; <RETURN> is an empty
   //                   line, <EOF> the end of the input, <text\EOF> a last line without
-  //                   a newline, \t and \r a tab and a carriage return; answers that
-  //                   are read after a newline follow the second bar
+  //                   a newline, \t and \r a tab and a carriage return; an answer
+  //                   that is read after a newline is appended after the second
+  //                   bar
   //   $ command       a shell command
   std::vector<std::string> screen;
   std::string output;  // the plain characters written to standard output

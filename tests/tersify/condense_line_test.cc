@@ -47,7 +47,7 @@ bool is_usual(const std::string& line) {
 
 // The reference implementation: streams and numbers instead of masks. Returns "" for an
 // invalid line.
-std::string twin_condensed(const std::string& line) {
+std::string plain_condensed(const std::string& line) {
   std::istringstream words(line);
   const std::vector<std::string> fields{std::istream_iterator<std::string>(words), {}};
   if (fields.size() != kGridColumns) return "";
@@ -237,7 +237,7 @@ TEST(CondenseLine, AgreesWithTheReferenceOnRandomLines) {
   int usual = 0;
   for (int i = 0; i < 3000; ++i) {
     const std::string line = random_line(random);
-    const std::string expected = twin_condensed(line);
+    const std::string expected = plain_condensed(line);
     const std::string found = condensed(line);
     if (expected.empty()) {
       ASSERT_TRUE(found.starts_with("field ")) << line;

@@ -1,5 +1,5 @@
-// Names for complete files: one file that must not replace another, and two that get
-// their names together.
+// The renames of complete files: one that must not replace an existing file, and two
+// that both succeed or both fail.
 
 #include "util/file_naming.h"
 
@@ -19,13 +19,14 @@
 
 namespace {
 
-// File systems that can't do these two are not at hand: they fail with these errors.
+// Simulate file systems without link() or renameat2(): unless 0, the call fails with
+// this error.
 int link_error = 0;
 int exchange_error = 0;
 
 }  // namespace
 
-// Found before the C library's own.
+// Override the C library's functions.
 extern "C" int link(const char* from, const char* to) noexcept {
   if (link_error != 0) {
     errno = link_error;
@@ -63,7 +64,7 @@ class FileNaming : public ::testing::Test {
   TemporaryFolder folder_;
 };
 
-TEST_F(FileNaming, AFreeNameIsTaken) {
+TEST_F(FileNaming, RenamesToAnUnusedName) {
   for (const int error : {0, EPERM, EOPNOTSUPP, ENOSYS}) {
     link_error = error;
     write_file("a", "mine");
@@ -73,7 +74,7 @@ TEST_F(FileNaming, AFreeNameIsTaken) {
   }
 }
 
-TEST_F(FileNaming, ANameThatIsTakenIsLeftAlone) {
+TEST_F(FileNaming, DoesNotReplaceAnExistingFile) {
   for (const int error : {0, EPERM, EOPNOTSUPP, ENOSYS}) {
     link_error = error;
     write_file("a", "mine");
@@ -90,7 +91,7 @@ TEST_F(FileNaming, ANameThatIsTakenIsLeftAlone) {
   }
 }
 
-TEST_F(FileNaming, AnotherErrorIsNoReasonToRename) {
+TEST_F(FileNaming, OtherErrorsOfLinkFail) {
   link_error = EIO;
   write_file("a", "mine");
   EXPECT_FALSE(rename_to_free_name("a", "b"));
@@ -107,7 +108,7 @@ TEST_F(FileNaming, TwoFilesExchangeTheirNames) {
   EXPECT_EQ(folder_content(), (Files{{"a", "two"}, {"b", "one"}}));
 }
 
-TEST_F(FileNaming, AnEarlierFileThatIsToBeKeptIsKept) {
+TEST_F(FileNaming, KeepsAFileThatAppearsMeanwhile) {
   PartFile file("grid", Earlier::kKept);
   file.write("new");
   write_file("grid", "appeared meanwhile");
@@ -122,7 +123,7 @@ TEST_F(FileNaming, AnEarlierFileThatIsToBeKeptIsKept) {
             (Files{{"grid", "appeared meanwhile"}, {"grid.part", "new"}}));
 }
 
-TEST_F(FileNaming, OtherReasonsAreToldAsTheyAre) {
+TEST_F(FileNaming, ReportsOtherErrors) {
   PartFile file("grid", Earlier::kKept);
   link_error = EMLINK;
   try {
@@ -133,8 +134,8 @@ TEST_F(FileNaming, OtherReasonsAreToldAsTheyAre) {
   }
 }
 
-// Writes two files that belong together. What `before_naming` does happens when both
-// are written. Returns the message of a failure.
+// Writes two files that belong together, and calls `before_naming` when both are
+// written, before the renames. Returns the message of a failure.
 template <typename Action>
 std::string write_both(Earlier earlier, Action before_naming) {
   PartFile first("a", earlier);
@@ -171,7 +172,7 @@ TEST_F(FileNaming, TwoPartsReplaceEarlierFiles) {
   }
 }
 
-TEST_F(FileNaming, WithoutTheSecondOnesNameTheFirstOneHasNone) {
+TEST_F(FileNaming, IfTheSecondRenameFailsTheFirstIsUndone) {
   EXPECT_EQ(write_both(Earlier::kKept, [] { write_file("b", "theirs"); }),
             "cannot write 'b': another file has got this name meanwhile");
   EXPECT_EQ(folder_content(), (Files{{"b", "theirs"}}));
@@ -182,7 +183,7 @@ TEST_F(FileNaming, WithoutTheSecondOnesNameTheFirstOneHasNone) {
   EXPECT_EQ(folder_content(), (Files{{"b", ""}}));
 }
 
-TEST_F(FileNaming, WithoutTheSecondOnesNameTheEarlierFilesStay) {
+TEST_F(FileNaming, IfTheSecondRenameFailsExistingFilesStay) {
   write_file("a", "old a");
   EXPECT_EQ(
       write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
@@ -190,14 +191,14 @@ TEST_F(FileNaming, WithoutTheSecondOnesNameTheEarlierFilesStay) {
   EXPECT_EQ(folder_content(), (Files{{"a", "old a"}, {"b", ""}}));
 }
 
-TEST_F(FileNaming, WithoutTheFirstOnesNameTheSecondOneHasNone) {
+TEST_F(FileNaming, IfTheFirstRenameFailsTheSecondIsNotDone) {
   EXPECT_EQ(
       write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("a"); }),
       "cannot write 'a': Is a directory");
   EXPECT_EQ(folder_content(), (Files{{"a", ""}}));
 }
 
-TEST_F(FileNaming, AFirstOneThatHasToStayIsTold) {
+TEST_F(FileNaming, ReportsAFirstRenameThatCannotBeUndone) {
   exchange_error = EINVAL;
   write_file("a", "old a");
   EXPECT_EQ(

@@ -38,7 +38,7 @@ Series load_series(const Command& command, const Environment& environment) {
   const InputFile file = open_series(command.series, environment.input);
   companion::Inputs inputs;
   inputs.add(file.shown_name(), file.identity());
-  inputs.expect_apart_from(command.output);
+  inputs.require_not_an_input(command.output);
   return read_series(
       [&](char* buffer, std::size_t size) { return file.read(buffer, size); });
 }

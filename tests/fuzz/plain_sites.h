@@ -1,7 +1,7 @@
-// A plain second definition of what a table of sites holds.
+// A plain definition of a table of sites: a second, obvious parser.
 
-#ifndef VELDMARK_TESTS_FUZZ_SITES_TWIN_H_
-#define VELDMARK_TESTS_FUZZ_SITES_TWIN_H_
+#ifndef VELDMARK_TESTS_FUZZ_PLAIN_SITES_H_
+#define VELDMARK_TESTS_FUZZ_PLAIN_SITES_H_
 
 #include <cerrno>
 #include <cmath>
@@ -156,7 +156,7 @@ inline std::optional<PlainSite> plain_site(
   return site;
 }
 
-// Returns the table in a text; nullopt for an invalid one.
+// Parses a table. Returns nullopt if it is invalid.
 inline std::optional<PlainSites> plain_sites(std::string_view text) {
   const auto records = PlainCsv(text).records();
   if (!records || records->size() < 2) return std::nullopt;
@@ -180,4 +180,4 @@ inline std::optional<PlainSites> plain_sites(std::string_view text) {
 
 }  // namespace veldmark::fuzz
 
-#endif  // VELDMARK_TESTS_FUZZ_SITES_TWIN_H_
+#endif  // VELDMARK_TESTS_FUZZ_PLAIN_SITES_H_

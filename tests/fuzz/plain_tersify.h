@@ -1,7 +1,7 @@
-// Plain second definitions of what tersify makes of lines and of what it finds.
+// Plain definitions of what tersify makes of lines and of the faults that it finds.
 
-#ifndef VELDMARK_TESTS_FUZZ_TERSIFY_TWINS_H_
-#define VELDMARK_TESTS_FUZZ_TERSIFY_TWINS_H_
+#ifndef VELDMARK_TESTS_FUZZ_PLAIN_TERSIFY_H_
+#define VELDMARK_TESTS_FUZZ_PLAIN_TERSIFY_H_
 
 #include <algorithm>
 #include <cstddef>
@@ -31,8 +31,8 @@ inline std::vector<std::string> plain_words(std::string_view line) {
   return words;
 }
 
-// The shortest text of an integer, right-aligned in five characters; nullopt if `text`
-// is not an integer or needs more.
+// Returns the shortest text of an integer, right-aligned in five characters. Returns
+// nullopt if `word` is not an integer or needs more than five.
 inline std::optional<std::string> plain_condensed_word(const std::string& word) {
   const bool has_sign = word.starts_with('-') || word.starts_with('+');
   std::string digits = word.substr(has_sign ? 1 : 0);
@@ -79,7 +79,7 @@ inline bool is_plainly_good_line(const std::string& line, const GridShape& shape
   return true;
 }
 
-// The lines of a text without their ends; the last one may lack its own.
+// Returns the lines of a text without their ends; the last one may lack its own.
 inline std::vector<std::string> plain_lines(std::string_view text) {
   std::vector<std::string> lines;
   while (!text.empty()) {
@@ -91,9 +91,9 @@ inline std::vector<std::string> plain_lines(std::string_view text) {
   return lines;
 }
 
-// The number of the first line at fault; one more than there are when lines are
-// missing; nothing for a complete file, which has whole years. Lines for less than a
-// year after the expected ones are at fault from the first of them on.
+// Returns the number of the first bad line, counted from 1; nullopt for a complete
+// file, which has whole years. If the file ends early, that is the first missing line.
+// If a year after the expected ones is incomplete, it is the first line of that year.
 inline std::optional<std::int64_t> plain_fault(std::string_view text,
                                                const GridShape& shape) {
   const std::int64_t year = std::int64_t{12} * shape.rows;
@@ -114,4 +114,4 @@ inline std::optional<std::int64_t> plain_fault(std::string_view text,
 
 }  // namespace veldmark::fuzz
 
-#endif  // VELDMARK_TESTS_FUZZ_TERSIFY_TWINS_H_
+#endif  // VELDMARK_TESTS_FUZZ_PLAIN_TERSIFY_H_
