@@ -21,38 +21,70 @@ from places import TOPS, Mutant
 
 # The test programs that run first; the others follow in order of name.
 _FIRST_SUITES = ("session_tests", "unit_tests", "program_tests")
-# Slower tests of the built programs, run only for mutants that survive all others.
-_SCRIPTS: Dict[str, Tuple[str, ...]] = {
-    "documents": ("tests/documents/documents_test.py", "{programs}"),
-    "frost days": ("tests/second_program/frost_days_of_the_sample.py", "{programs}/veldmark"),
-    "situations": ("tests/faults/situations_test.py", "{programs}"),
-    "failing calls": (
-        "tests/faults/every_call_fails_once.py", "{build}/tests/faults/failing_calls.so",
-        "{programs}", "veldmark", "tersify", "series_to_grid",
-    ),
-    "refused memory": (
-        "tests/faults/every_allocation_fails_once.py",
-        "{build}/tests/faults/failing_memory.so", "{programs}", "veldmark-small", "tersify",
-    ),
-    "random sessions": (
-        "tests/second_program/random_sessions.py", "--program", "{programs}/veldmark",
-        "--count", "150", "--seed", "1",
-    ),
-    "invariants": (
-        "tests/random_sessions/session_invariants.py", "--program", "{programs}/veldmark",
-        "--count", "150", "--seed", "1",
-    ),
-    "same as the dialogue": (
-        "tests/extract/same_as_dialogue.py", "--veldmark", "{programs}/veldmark",
-        "--extract", "{programs}/veldmark-extract", "--count", "40",
-    ),
-    "sites": (
-        "tests/extract/sites_search.py", "--extract", "{programs}/veldmark-extract",
-    ),
-    "values of the sample": ("tests/extract/sample_values.py", "--tools", "{programs}"),
-    "means and tests": ("tests/extract/means_and_tests.py", "{programs}"),
-    "another release": ("tests/extract/releases.py", "{programs}"),
-}
+
+
+class Script(NamedTuple):
+    """A slower test of built programs."""
+
+    name: str
+    words: Tuple[str, ...]  # the script and its arguments
+    programs: Tuple[str, ...]  # those that it runs
+
+
+def _failing(what: str, programs: str, scenes: str) -> Script:
+    kind = "every_call_fails_once.py" if what == "calls" else "every_allocation_fails_once.py"
+    words = ("tests/faults/" + kind, "{build}/tests/faults/failing_%s.so" % what, "{programs}")
+    return Script("failing %s of %s" % (what, programs), (*words, *scenes.split()), (programs,))
+
+
+_ALL = ("veldmark", "tersify", "series_to_grid", "veldmark-extract")
+# They run only for mutants that survive all other tests, and only if a program is built
+# from the mutant's file.
+_SCRIPTS = (
+    Script("documents", ("tests/documents/documents_test.py", "{programs}"), _ALL),
+    Script("situations", ("tests/faults/situations_test.py", "{programs}"), _ALL[:3]),
+    Script("refused netCDF", ("tests/tersify/netcdf_refusals.py", "--tools", "{programs}"),
+           ("tersify",)),
+    Script("netCDF copies", ("tests/tersify/netcdf_round_trip.py", "--tools", "{programs}"),
+           ("tersify",)),
+    Script("a release", ("tests/tersify/release_2024.py", "--tools", "{programs}", "--first",
+                         "2021"), ("tersify", "veldmark-extract")),
+    Script("same as the dialogue",
+           ("tests/extract/same_as_dialogue.py", "--veldmark", "{programs}/veldmark",
+            "--extract", "{programs}/veldmark-extract", "--count", "40"), ("veldmark-extract",)),
+    Script("sites", ("tests/extract/sites_search.py", "--extract",
+                     "{programs}/veldmark-extract"), ("veldmark-extract",)),
+    Script("values of the sample", ("tests/extract/sample_values.py", "--tools", "{programs}"),
+           ("veldmark-extract",)),
+    Script("means and tests", ("tests/extract/means_and_tests.py", "{programs}"),
+           ("veldmark-extract",)),
+    Script("another release", ("tests/extract/releases.py", "{programs}"),
+           ("veldmark-extract",)),
+    Script("frost days", ("tests/second_program/frost_days_of_the_sample.py",
+                          "{programs}/veldmark"), ("veldmark",)),
+    Script("random sessions",
+           ("tests/second_program/random_sessions.py", "--program", "{programs}/veldmark",
+            "--count", "150", "--seed", "1"), ("veldmark",)),
+    Script("invariants",
+           ("tests/random_sessions/session_invariants.py", "--program", "{programs}/veldmark",
+            "--count", "150", "--seed", "1"), ("veldmark",)),
+    _failing("calls", "tersify", "tersify tersify-check tersify-gzip"),
+    _failing("calls", "series_to_grid", "series_to_grid"),
+    _failing("calls", "veldmark-extract", "extract-csv extract-tsf-replaced extract-netcdf"),
+    _failing("calls", "veldmark", "veldmark"),
+    _failing("memory", "tersify", "tersify"),
+    _failing("memory", "veldmark", "veldmark-small"),
+)
+
+
+def _python() -> str:
+    """Returns a Python that can write netCDF, as the scripts need, or any other."""
+    for python in ("python3", "/usr/bin/python3"):
+        found = subprocess.run([python, "-c", "import netCDF4"], stderr=subprocess.DEVNULL)
+        if found.returncode == 0:
+            return python
+    return "python3"
+
 
 _HELPERS = ("failing_calls", "failing_memory")  # targets that the scripts need besides the programs
 # Tests in files with this ending are slow; they run for the same mutants as the scripts.
@@ -189,6 +221,7 @@ class Workshop:
         ninja = ["ninja", "-C", self.build]
         known = subprocess.check_output(ninja + ["-t", "targets", "all"], text=True)
         self.executables = {one.name: one for one in _executables(self.build)}
+        self.python = _python()
         self.programs = [
             one.name for one in self.executables.values() if not one.place.startswith("tests/")
         ]
@@ -315,6 +348,11 @@ class Workshop:
             for unit in self.units
             if unit.target == program
         )
+
+    def is_made_from(self, program: str, path: str) -> bool:
+        """Returns whether a program or one of its libraries is built from a file."""
+        sources = [unit.source for unit in self.units_of(program)]
+        return path in sources or self.reaches(program, path)
 
     def _tests_that_reach(self, program: str, path: str) -> List[Unit]:
         """Returns the translation units of a test program whose tests may notice a change."""
@@ -621,17 +659,21 @@ class Bench:
                 by = "%s %s" % (suite.program, _first_failure(run.output))
                 return Verdict(KILLED, by, time.monotonic() - begin)
         path = os.path.join(self._shop.tree, mutant.file)
-        if any(self._shop.reaches(program, path) for program in self._shop.programs):
-            for program in self._shop.programs:
-                self._link(program, mutant)
-            for name, words in _SCRIPTS.items():
-                call = self._script_call(words)
-                if not all(os.path.exists(word) for word in call if os.path.isabs(word)):
-                    continue
-                run = self._run(call, self._most_seconds(None))
-                if not run.ended_well:
-                    return Verdict(KILLED, name, time.monotonic() - begin)
+        reached = [one for one in self._shop.programs if self._shop.is_made_from(one, path)]
+        for program in self._shop.programs if reached else []:
+            self._link(program, mutant)
+        for script in _SCRIPTS:
+            call = self._script_call(script.words)
+            if not set(script.programs) & set(reached) or not self._is_there(call):
+                continue
+            run = self._run(call, self._most_seconds(None))
+            if not run.ended_well:
+                return Verdict(KILLED, script.name, time.monotonic() - begin)
         return Verdict(SURVIVED, QUICK_TESTS, time.monotonic() - begin)
+
+    @staticmethod
+    def _is_there(call: Sequence[str]) -> bool:
+        return all(os.path.exists(word) for word in call if os.path.isabs(word))
 
     def _script_call(self, words: Sequence[str]) -> List[str]:
         script, *rest = words
@@ -639,7 +681,7 @@ class Bench:
             word.replace("{programs}", self._programs).replace("{build}", self._shop.build)
             for word in rest
         ]
-        return ["python3", os.path.join(self._shop.tree, script)] + arguments
+        return [self._shop.python, os.path.join(self._shop.tree, script)] + arguments
 
 
 def _test_names(source: str) -> List[str]:

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -48,6 +50,36 @@ TEST(InQuotes, WhatIsNotUtf8IsNotShown) {
   EXPECT_EQ(in_quotes("\xc0\xaf\xe0\x80\xaf"), "'????\?'");  // longer than needed
   EXPECT_EQ(in_quotes("\xed\xa0\x80"), "'??\?'");            // half of a pair
   EXPECT_EQ(in_quotes("\xf4\x90\x80\x80\xf8"), "'????\?'");  // beyond the last
+}
+
+// Whether a sequence of `length` bytes, its first one no continuation byte, is a
+// printable character beyond ASCII: worked out from the code point that its bits spell.
+bool is_printable(std::string_view bytes) {
+  constexpr std::array<unsigned, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};  // by length
+  unsigned code = static_cast<unsigned char>(bytes[0]) & (0xFFU >> (bytes.size() + 1));
+  for (const char byte : bytes.substr(1)) {
+    if ((static_cast<unsigned char>(byte) & 0xC0U) != 0x80) {
+      return false;
+    }
+    code = code << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
+  }
+  const bool is_control = code < 0xA0;
+  const bool is_surrogate = 0xD800 <= code && code <= 0xDFFF;
+  return code >= kLeast.at(bytes.size()) && code <= 0x10FFFF && !is_control &&
+         !is_surrogate;
+}
+
+TEST(InQuotes, EveryPairOfFirstBytesIsTakenAsUtf8SaysIt) {
+  for (unsigned first = 0xC0; first < 0xF8; ++first) {
+    const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    for (unsigned second = 0; second < 256; ++second) {
+      std::string bytes{static_cast<char>(first), static_cast<char>(second), '\xBF',
+                        '\x80'};
+      bytes.resize(length);
+      EXPECT_EQ(in_quotes(bytes) == "'" + bytes + "'", is_printable(bytes))
+          << std::hex << first << " " << second;
+    }
+  }
 }
 
 TEST(InQuotes, OnlyTheBeginningOfALongFieldIsShown) {
