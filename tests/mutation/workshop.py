@@ -343,24 +343,27 @@ class Workshop:
 
     def reaches(self, program: str, path: str) -> bool:
         """Returns whether a program is built from a file."""
-        return any(
+        return self._is_linked_without_header(program, path) or any(
             path in self._closure(unit.source, True)
             for unit in self.units
             if unit.target == program
         )
 
-    def is_made_from(self, program: str, path: str) -> bool:
-        """Returns whether a program or one of its libraries is built from a file."""
-        sources = [unit.source for unit in self.units_of(program)]
-        return path in sources or self.reaches(program, path)
+    def _is_linked_without_header(self, program: str, path: str) -> bool:
+        """Returns whether a program is linked with a file whose header has another name."""
+        if not path.endswith(".cc") or os.path.exists(path[:-3] + ".h"):
+            return False
+        return any(unit.source == path for unit in self.units_of(program))
 
     def _tests_that_reach(self, program: str, path: str) -> List[Unit]:
         """Returns the translation units of a test program whose tests may notice a change."""
-        by_running = any(self.reaches(name, path) for name in self.suites[program])
+        all_may_notice = self._is_linked_without_header(program, path) or any(
+            self.reaches(name, path) for name in self.suites[program]
+        )
         return [
             unit for unit in self.units
             if unit.target == program
-            and (by_running or path in self._closure(unit.source, True))
+            and (all_may_notice or path in self._closure(unit.source, True))
         ]
 
     def units_of(self, program: str) -> List[Unit]:
@@ -659,7 +662,7 @@ class Bench:
                 by = "%s %s" % (suite.program, _first_failure(run.output))
                 return Verdict(KILLED, by, time.monotonic() - begin)
         path = os.path.join(self._shop.tree, mutant.file)
-        reached = [one for one in self._shop.programs if self._shop.is_made_from(one, path)]
+        reached = [one for one in self._shop.programs if self._shop.reaches(one, path)]
         for program in self._shop.programs if reached else []:
             self._link(program, mutant)
         for script in _SCRIPTS:
