@@ -145,6 +145,15 @@ TEST(ReadRow, RefusesLettersAndLinesThatEndTooEarly) {
   EXPECT_FALSE(read_row("        1.    2", two_columns, values));
 }
 
+TEST(FirstBadField, IsCountedFromTheBeginningOfTheLine) {
+  const FieldGroups groups{.first = {2, 2, 2}, .second = {5, 2, 5}};
+  EXPECT_EQ(first_bad_field("x        2    3x        5    6", groups), 0);
+  EXPECT_EQ(first_bad_field("    1x   2x   3    4    5    6", groups), 2);
+  EXPECT_EQ(first_bad_field("    1    2x   3    4x   5    6", groups), 3);
+  EXPECT_EQ(first_bad_field("    1    2    3    4x   5x   6", groups), 5);
+  EXPECT_EQ(first_bad_field("    1    2    3    4    5    ", groups), 6);
+}
+
 TEST(ReadRow, AcceptsAnEmptyLineIfNoFieldsAreRead) {
   RowValues values{};
   EXPECT_TRUE(read_row("", FieldGroups{}, values));
