@@ -146,7 +146,7 @@ TEST(ReadRow, RefusesLettersAndLinesThatEndTooEarly) {
 }
 
 TEST(FirstBadField, IsCountedFromTheBeginningOfTheLine) {
-  const FieldGroups groups{.first = {2, 2, 2}, .second = {5, 2, 5}};
+  const FieldGroups groups{.first = {2, 2, 2}, .second = {5, 5, 2}};
   EXPECT_EQ(first_bad_field("x        2    3x        5    6", groups), 0);
   EXPECT_EQ(first_bad_field("    1x   2x   3    4    5    6", groups), 2);
   EXPECT_EQ(first_bad_field("    1    2x   3    4x   5    6", groups), 3);
