@@ -112,7 +112,7 @@ TEST(TersifyProgramOnGzip, ItsMemoryDoesNotGrowWithTheText) {
   const TemporaryFolder folder;
   make_big_file();
   ASSERT_GT(kLines * raw_line(numbers()).size(), 100'000'000U);
-  EXPECT_EQ(WEXITSTATUS(std::system("ulimit -v 65536; '" TERSIFY_PROGRAM
+  EXPECT_EQ(WEXITSTATUS(std::system("ulimit -v 90112; '" TERSIFY_PROGRAM
                                     "' big.gz > output 2> messages")),
             0)
       << file_content("messages");

@@ -74,6 +74,18 @@ def other_grid(rows, columns, step):
     return write
 
 
+def endless(path):
+    """A file with more months than there can be."""
+    with netCDF4.Dataset(path, "w", format="NETCDF4") as file:
+        for name, size in ("lon", COLUMNS), ("lat", ROWS), ("time", 100_001):
+            file.createDimension(name, size)
+            file.createVariable(name, "f4", (name,))
+        file["lon"][:] = numpy.arange(COLUMNS) * 0.5 - 179.75
+        file["lat"][:] = numpy.arange(ROWS) * 0.5 - 89.75
+        file["time"].units = "days since 1900-1-1"
+        file.createVariable("tmp", "f4", ("time", "lat", "lon"))
+
+
 def bare(*variables):
     """A file that contains only variables of these names, without dimensions."""
     def write(path):
@@ -199,6 +211,16 @@ CASES = [
      "the units of time are 'days since 1900-1-1 00:00 +1:00'" + UNITS),
     ("no units", edited(lambda file: file["time"].delncattr("units")),
      "the units of time are ''" + UNITS),
+    ("no units of a date, in a string",
+     edited(lambda file: file["time"].setncattr_string("units", "hours since 1900-1-1")),
+     "the units of time are 'hours since 1900-1-1'" + UNITS),
+    ("long units", edited(lambda file: file["time"].setncattr("units", "d" * 1001)),
+     "the attribute units has 1001 values; expected one"),
+    ("a word for missing values",
+     with_form(missing_value=None, attributes={"missing_value": "none"}),
+     "the attribute missing_value of 'tmp' is text; expected a number"),
+    ("too many months", endless,
+     "the dimension 'time' has a length of 100001; expected at most 100000"),
     ("no leap years", with_form(calendar="noleap"),
      "the calendar of time is 'noleap'; expected standard, gregorian or proleptic_gregorian"),
     ("months of 30 days", with_form(calendar="360_day"),
@@ -223,6 +245,9 @@ CASES = [
     ("a mark alone", text(b"\x89HDF\r\n\x1a\n"),
      "the netCDF library can't read it: NetCDF: HDF error"),
     ("half a header", cut(500), "the file ends in its header"),
+    ("an error page", text(b"not found\n"),
+     "line 1, field 1: 'not' is not an integer"
+     " (the file is not netCDF, although its name says so)"),
 ]
 # Files whose names contain no variable.
 NAMELESS = [

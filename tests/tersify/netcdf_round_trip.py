@@ -36,6 +36,7 @@ STORAGE = [{}, {"chunks": (1, ROWS, COLUMNS), "level": 1}, {"chunks": (12, 40, 9
            {"chunks": (5, 7, 720)}, {"chunks": (24, 100, 100), "level": 1, "fixed_time": True}]
 MARKS = [
     {},
+    {"attributes": {"scale_factor": 1.0, "add_offset": 0.0}},
     {"missing_value": None},
     {"fill": None, "missing_value": None},  # the library's default fill value
     {"fill": None, "missing_value": numpy.float32(-1e6)},
