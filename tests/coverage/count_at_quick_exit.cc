@@ -1,5 +1,5 @@
-// Linked into veldmark-extract in a build with coverage: a program that ends by
-// std::quick_exit would not write its counts.
+// Linked into what ends by std::quick_exit in a build with coverage: without this, it
+// would not write its counts.
 
 #include <cstdlib>
 

@@ -28,6 +28,8 @@ TEST(Release, IsToldByTheName) {
   EXPECT_EQ(number("CRU_TS_3_10.1901.2009.tmp.dat"), "3.10");
   EXPECT_EQ(number("cru_ts3.24.01.1901.2015.tmp.dat.new"), "3.24.01");
   EXPECT_EQ(number("cru_ts4.07_europe.tmp.dat.new"), "4.07");
+  EXPECT_EQ(number("cru_ts4.08-pre.1901.2016.tmp.dat.new"), "4.08");
+  EXPECT_EQ(number("cru_ts4.08"), "4.08");
   EXPECT_EQ(number("cru_ts4.1901.2016.tmp.dat.new"), "");
   EXPECT_EQ(number("cru_ts4.01/europe.tmp"), "");
   EXPECT_EQ(number("europe.tmp.dat.new"), "");

@@ -6,8 +6,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <optional>
 #include <string>
+
+#include "util/failure.h"
 
 namespace veldmark::extract {
 namespace {
@@ -27,9 +30,9 @@ std::string written_to_a_late_reader() {
       output.write(kMoreThanAPipeTakes);
       output.complete();
     } catch (...) {
-      ::_exit(1);
+      std::quick_exit(1);
     }
-    ::_exit(0);
+    std::quick_exit(0);
   }
   ::close(ends[1]);
   ::fcntl(ends[0], F_SETFL, 0);
@@ -45,6 +48,31 @@ std::string written_to_a_late_reader() {
   ::waitpid(child, &status, 0);
   EXPECT_EQ(status, 0);
   return text;
+}
+
+// Writes in a process whose standard output is a full disk. Returns whether it got this
+// message.
+bool is_message_about_a_full_disk(const std::string& message) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::dup2(::open("/dev/full", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+    try {
+      TextOutput output(std::nullopt);
+      output.write("a line\n");
+      output.complete();
+    } catch (const Failure& failure) {
+      std::quick_exit(failure.what() == message ? 1 : 2);
+    }
+    std::quick_exit(0);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  return WIFEXITED(status) && WEXITSTATUS(status) == 1;
+}
+
+TEST(TextOutput, AFullDiskBehindStandardOutputIsReported) {
+  EXPECT_TRUE(is_message_about_a_full_disk(
+      "cannot write to standard output: No space left on device"));
 }
 
 TEST(TextOutput, WaitsForTheReaderOfANonBlockingStandardOutput) {

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -98,9 +99,9 @@ bool stops_before_a_full_pipe() {
       output.write("a line\n");
       output.complete();
     } catch (const Interrupted&) {
-      ::_exit(1);
+      std::quick_exit(1);
     }
-    ::_exit(0);
+    std::quick_exit(0);
   }
   int status = -1;
   ::waitpid(child, &status, 0);

@@ -123,14 +123,15 @@ def check_names(tools, folder):
     """Compressed files, which leave no decompressed file behind, and --output."""
     count = 0
     stored = stored_sample("tmp", (1901, 1901))
-    for variable, name, output, options in (
-            ("tmp", "cru_ts4.01.1901.2016.tmp.dat.nc", "cru_ts4.01.1901.2016.tmp.dat.new", []),
-            ("scpdsi", "scPDSI.cru_ts3.25.nc", INDEX_NAME, ["--scpdsi"])):
+    for variable, name, output, format, options in (
+            ("tmp", "cru_ts4.01.1901.2016.tmp.dat.nc", "cru_ts4.01.1901.2016.tmp.dat.new",
+             "NETCDF4", []),
+            ("scpdsi", "scPDSI.cru_ts3.25.nc", INDEX_NAME, "NETCDF3_CLASSIC", ["--scpdsi"])):
         expand(tools, "tmp", folder / "direct", 1901, *options)
         expected = (folder / "direct").read_bytes()
         (folder / "direct").unlink()
         path, packed = folder / name, folder / (name + ".gz")
-        write_netcdf(path, variable, stored, Form(stations=False))
+        write_netcdf(path, variable, stored, Form(format=format, stations=False))
         packed.write_bytes(gzip.compress(path.read_bytes(), 1))
         path.unlink()
         for command, copy in ([packed], folder / output), (
