@@ -164,6 +164,15 @@ TEST_F(Netcdf, AGridsCoordinatesHaveTheirBounds) {
   EXPECT_EQ(values.substr(0, 42), "_, 212, 12, _,_, _, _, _,_, 213, 13, _,_, ");
 }
 
+TEST_F(Netcdf, AnAreaMeansExtentHasItsBounds) {
+  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902", "--area-mean"});
+  EXPECT_EQ(values_of("lat"), "60.5");
+  EXPECT_EQ(values_of("lat_bnds"), "60, 61");
+  EXPECT_EQ(values_of("lon"), "180");
+  EXPECT_EQ(values_of("lon_bnds"), "179, 181");
+  EXPECT_EQ(values_of("time").substr(0, 13), "745, 775, 804");
+}
+
 TEST_F(Netcdf, SitesAreDescribed) {
   write_file("s.csv",
              "name,lat,lon,my note\nA,60.3,-139.7,\"a, b\"\nSea,60.3,-138.6,\n"
@@ -235,6 +244,8 @@ variables:
 		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --sites s.csv --years 1901 --deflate 0 -o x.nc --quiet" ;
 		:_Format = "netCDF-4" ;
 )");
+  EXPECT_EQ(values_of("time"),
+            "380, 410, 439, 470, 500, 531, 561, 592, 623, 653, 684, 714");
   EXPECT_EQ(values_of("site"), "1, 3");
   EXPECT_EQ(values_of("lat"), "60.3, 60.9");
   EXPECT_EQ(values_of("lon"), "-139.7, -139.3");
