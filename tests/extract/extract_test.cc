@@ -232,6 +232,17 @@ TEST_F(Extract, SaysWhatItDidUnlessQuiet) {
   EXPECT_EQ(outcome.messages.substr(0, start.size()), start);
 }
 
+TEST_F(Extract, CountsItsSites) {
+  write_grid();
+  write_file("s.csv", "lat,lon\n60.3,-139.7\n60.3,-140.1\n0,0\n");
+  const Outcome outcome =
+      run({kName, "--sites", "s.csv", "--radius", "30", "-o", "x.csv"});
+  EXPECT_EQ(outcome.status, 0);
+  const std::string counts =
+      "3 sites, 1 left out, 1 with the nearest cell, 2 saved to 'x.csv', ";
+  EXPECT_NE(outcome.messages.find(counts), std::string::npos) << outcome.messages;
+}
+
 TEST_F(Extract, ReplacesAnOutputOnlyOnRequestAndNeverAnInput) {
   write_grid();
   write_file("x.csv", "mine");

@@ -74,6 +74,7 @@ _SCRIPTS = (
              "extract-csv extract-output extract-tsf-replaced extract-netcdf"),
     _failing("calls", "veldmark", "veldmark"),
     _failing("memory", "tersify", "tersify"),
+    _failing("memory", "veldmark-extract", "extract-sites"),
     _failing("memory", "veldmark", "veldmark-small"),
 )
 
