@@ -23,13 +23,12 @@ namespace veldmark::extract {
 namespace {
 
 // The series of all sites, and the blocks that hold them.
-struct SearchResult {
+struct FoundSites {
   SeriesBlock own;         // the cells that contain the sites
   SeriesBlock neighbours;  // those within the radius of sites without data of their own
   std::vector<SiteSeries> sites;
   std::vector<std::size_t> left_out;
-  std::size_t with_nearest_cell =
-      0;  // sites that have the nearest cell instead of their own
+  std::size_t with_nearest_cell = 0;  // instead of their own cell
 };
 
 class SiteSearch {
@@ -37,7 +36,7 @@ class SiteSearch {
   SiteSearch(const Job& job, const SiteTable& table)
       : job_(job), table_(table), order_(job.input.entry.row_order) {}
 
-  SearchResult find() {
+  FoundSites find() {
     std::vector<Cell> own_cells;
     for (const Site& site : table_.sites) {
       own_cells.push_back(cell_of(site.point, order_));
@@ -97,7 +96,7 @@ class SiteSearch {
   const Job& job_;
   const SiteTable& table_;
   RowOrder order_;
-  SearchResult found_;
+  FoundSites found_;
 };
 
 std::string kilometres_text(double distance) {
@@ -130,7 +129,7 @@ void write_heading(const Job& job, const SiteTable& table, TextOutput& output) {
   output.write("\n");
 }
 
-void write_csv(const Job& job, const SiteTable& table, const SearchResult& found) {
+void write_csv(const Job& job, const SiteTable& table, const FoundSites& found) {
   const VariableEntry& entry = job.input.entry;
   TextOutput output(job.options.output, earlier_output(job.options));
   write_heading(job, table, output);
@@ -152,8 +151,7 @@ void write_csv(const Job& job, const SiteTable& table, const SearchResult& found
   output.complete();
 }
 
-void report_left_out(const Job& job, const SiteTable& table,
-                     const SearchResult& found) {
+void report_left_out(const Job& job, const SiteTable& table, const FoundSites& found) {
   for (const std::size_t index : found.left_out) {
     const Point& point = table.sites[index].point;
     note(job, site_title(table, index) + " (" + degrees_text(point.latitude) + ", " +
@@ -169,7 +167,7 @@ void report_left_out(const Job& job, const SiteTable& table,
 
 std::string extract_sites(const Job& job) {
   const SiteTable table = read_sites(*job.options.sites);
-  const SearchResult found = SiteSearch(job, table).find();
+  const FoundSites found = SiteSearch(job, table).find();
   report_left_out(job, table, found);
   if (found.sites.empty()) {
     throw NothingFound("no site has data");
