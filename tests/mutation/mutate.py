@@ -6,7 +6,7 @@
     mutate.py --sample N --seed S   N of them, drawn at random
     mutate.py --results FILE        stores results there and resumes a stopped campaign
     mutate.py --again survivors     tries again what survived (or `all`)
-    mutate.py --workshop FOLDER     keeps the copy that is built there, for the next run
+    mutate.py --build-folder FOLDER     keeps the copy that is built there for the next run
     mutate.py --results FILE --report   tries nothing; reports the results so far
     mutate.py --list                only names the mutants
     mutate.py --self-test           checks that mutants are found
@@ -33,11 +33,11 @@ import zlib
 from typing import Dict, List, Optional, Sequence, TextIO, Tuple
 
 import self_test
+from mutant_build import (
+    ALL_TESTS, KILLED, NO_PROGRAM, SAME_CODE, SURVIVED, TIMED_OUT, MutantBuild, Verdict, Worker,
+)
 from places import TOPS, Mutant, find_mutants
 from survivor_list import Survivor, matching, read_survivors
-from workshop import (
-    ALL_TESTS, KILLED, NO_PROGRAM, SAME_CODE, SURVIVED, TIMED_OUT, Bench, Verdict, Workshop,
-)
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PROJECT = os.path.dirname(os.path.dirname(HERE))
@@ -138,13 +138,13 @@ class Campaign:
             return
         random.Random(self._arguments.seed).shuffle(waiting)
         waiting.sort(key=lambda mutant: self.verdict(mutant) is None)  # known survivors first
-        folder = self._arguments.workshop or tempfile.mkdtemp(prefix="veldmark-mutants-")
+        folder = self._arguments.build_folder or tempfile.mkdtemp(prefix="veldmark-mutants-")
         try:
             if self._arguments.results:
                 self._file = open(self._arguments.results, "a")
             self._run_in(folder, waiting)
         finally:
-            if not self._arguments.workshop:
+            if not self._arguments.build_folder:
                 shutil.rmtree(folder, ignore_errors=True)
             if self._file:
                 self._file.close()
@@ -162,31 +162,31 @@ class Campaign:
             return
         jobs = self._arguments.jobs
         say("building, with sanitizers" if sanitized else "building")
-        shop = Workshop(PROJECT, folder, jobs, sanitized)
-        benches: "queue.Queue[Bench]" = queue.Queue()
-        first = Bench(shop, 0)
+        build = MutantBuild(PROJECT, folder, jobs, sanitized)
+        workers: "queue.Queue[Worker]" = queue.Queue()
+        first = Worker(build, 0)
         first.measure(sorted({mutant.file for mutant in waiting}))
-        benches.put(first)
+        workers.put(first)
         for number in range(1, jobs):
-            benches.put(Bench(shop, number))
+            workers.put(Worker(build, number))
         with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
             say("%d mutants to try" % len(waiting))
-            self._try_all(pool, benches, waiting, Bench.try_mutant)
+            self._try_all(pool, workers, waiting, Worker.try_mutant)
             if not self._arguments.quick and not sanitized:
                 left = [m for m in waiting if self.results[self._key(m)].result == SURVIVED]
                 say("%d survivors to try with the slower tests" % len(left))
-                self._try_all(pool, benches, left, Bench.try_slow_tests)
+                self._try_all(pool, workers, left, Worker.try_slow_tests)
 
     def _key(self, mutant: Mutant) -> Tuple[str, str]:
         return mutant.name, self._sums[mutant.file]
 
-    def _try_all(self, pool, benches, mutants: List[Mutant], action) -> None:
+    def _try_all(self, pool, workers, mutants: List[Mutant], action) -> None:
         def one(mutant: Mutant) -> Tuple[Mutant, Verdict]:
-            bench = benches.get()
+            worker = workers.get()
             try:
-                return mutant, action(bench, mutant)
+                return mutant, action(worker, mutant)
             finally:
-                benches.put(bench)
+                workers.put(worker)
 
         tries = [pool.submit(one, mutant) for mutant in mutants]
         for done, future in enumerate(concurrent.futures.as_completed(tries), 1):
@@ -267,7 +267,7 @@ def parsed_arguments() -> argparse.Namespace:
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
     parser.add_argument("--results", metavar="FILE")
-    parser.add_argument("--workshop", metavar="FOLDER")
+    parser.add_argument("--build-folder", metavar="FOLDER")
     parser.add_argument("--again", choices=("survivors", "all"))
     parser.add_argument("--quick", action="store_true", help="without the slower tests")
     parser.add_argument("--report", action="store_true", help="only what was tried so far")

@@ -1,7 +1,7 @@
 """Builds changed copies of the program and runs the test suite over them.
 
-A `Workshop` is a folder with a copy of the project and its build; the project itself is
-only read.  A `Bench` is a folder in it where one mutant at a time is tried.  For each
+A `MutantBuild` is a folder with a copy of the project and its build; the project itself is
+only read.  A `Worker` is a folder in it where one mutant at a time is tried.  For each
 mutant only the affected translation units are recompiled, without optimisation and with
 precompiled standard headers; everything else is linked from the existing build.
 """
@@ -169,7 +169,7 @@ def _executables(build: str) -> List[Executable]:
     return found
 
 
-class Workshop:
+class MutantBuild:
     """The copy of the project, its build, and its dependencies."""
 
     def __init__(self, project: str, folder: str, jobs: int, sanitized: bool) -> None:
@@ -443,22 +443,22 @@ class Workshop:
         ]
 
 
-class Bench:
+class Worker:
     """A folder in which one mutant at a time is built and tried."""
 
-    def __init__(self, shop: Workshop, number: int) -> None:
-        self._shop = shop
-        self._folder = os.path.join(shop.folder, "bench%d" % number)
+    def __init__(self, base: MutantBuild, number: int) -> None:
+        self._base = base
+        self._folder = os.path.join(base.folder, "worker%d" % number)
         shutil.rmtree(self._folder, ignore_errors=True)
         self._programs = os.path.join(self._folder, "programs")
         self._tree = os.path.join(self._folder, "tree")
         self._tmp = os.path.join(self._folder, "tmp")
         for folder in (self._programs, self._tree, self._tmp):
             os.makedirs(folder)
-        # Tests that run built programs must run the programs of this bench.
+        # Tests that run built programs must run the programs of this worker.
         self._own_units: Dict[str, str] = {}
         self._changed: Dict[str, Optional[str]] = {}
-        for unit in shop.units:
+        for unit in base.units:
             if self._runs_programs(unit):
                 built = os.path.join(self._folder, "own-%d.o" % len(self._own_units))
                 self._call(self._compiler_call(unit, unit.source, built), must=True)
@@ -468,19 +468,19 @@ class Bench:
         """Returns whether a test's source or its includes use the path of a built program."""
         for word in unit.arguments:
             macro = re.match(r"-D(\w+)=", word)
-            for program in self._shop.programs if macro else ():
-                if self._shop.path_of(program) + '"' in word:
+            for program in self._base.programs if macro else ():
+                if self._base.path_of(program) + '"' in word:
                     assert macro is not None
-                    if self._shop.mentions(unit.source, macro.group(1)):
+                    if self._base.mentions(unit.source, macro.group(1)):
                         return True
         return False
 
     # ------------------------------------------------ building
 
     def _compiler_call(self, unit: Unit, source: str, built: str) -> List[str]:
-        words = self._shop.compiler_call(unit, source, built, self._tree)
-        for program in self._shop.programs:
-            before = self._shop.path_of(program) + '"'
+        words = self._base.compiler_call(unit, source, built, self._tree)
+        for program in self._base.programs:
+            before = self._base.path_of(program) + '"'
             after = os.path.join(self._programs, program) + '"'
             words = [
                 word.replace(before, after) if word.startswith("-D") else word for word in words
@@ -494,13 +494,13 @@ class Bench:
         return done.returncode == 0
 
     def _is_changed(self, unit: Unit, mutant: Mutant) -> bool:
-        path = os.path.join(self._shop.tree, mutant.file)
+        path = os.path.join(self._base.tree, mutant.file)
         if path.endswith(".cc"):
             return os.path.normpath(unit.source) == path
-        return self._shop.includes(unit.source, path)
+        return self._base.includes(unit.source, path)
 
     def _source_of(self, unit: Unit, mutant: Mutant) -> str:
-        path = os.path.join(self._shop.tree, mutant.file)
+        path = os.path.join(self._base.tree, mutant.file)
         if os.path.normpath(unit.source) == path:
             return os.path.join(self._tree, mutant.file)
         return unit.source
@@ -519,17 +519,17 @@ class Bench:
         """Links a program. Returns None if one of its units doesn't compile."""
         place = os.path.join(self._programs, program)
         objects: List[str] = []
-        for unit in self._shop.units_of(program):
+        for unit in self._base.units_of(program):
             built = self._object(unit, mutant)
             if built is None:
                 return None
             objects.append(built)
-        compiler = self._shop.units[0].arguments[0]
-        libraries = list(self._shop.executables[program].foreign) + ["-lpthread"]
+        compiler = self._base.units[0].arguments[0]
+        libraries = list(self._base.executables[program].foreign) + ["-lpthread"]
         if os.path.exists(place):
             os.remove(place)
         flags = _linker()
-        if self._shop.sanitized:
+        if self._base.sanitized:
             flags.append("-fsanitize=address,undefined")
         linked = self._call([compiler] + flags + objects + libraries + ["-o", place])
         return place if linked else None
@@ -540,7 +540,7 @@ class Bench:
         shutil.rmtree(self._tmp, ignore_errors=True)
         os.makedirs(self._tmp)
         limits = "ulimit -c 0; ulimit -f %d; " % _MOST_FILE_BLOCKS
-        if not self._shop.sanitized:  # sanitizers reserve far more than they use
+        if not self._base.sanitized:  # sanitizers reserve far more than they use
             limits += "ulimit -v %d; " % _MOST_MEMORY_KB
         limits += 'exec "$@"'
         environment = dict(
@@ -570,18 +570,18 @@ class Bench:
         """Measures every test program, and each file's own tests alone, on the unchanged
         program. All must pass."""
         self._changed = {}
-        for program, run_ones in self._shop.suites.items():
+        for program, run_ones in self._base.suites.items():
             for name in run_ones + (program,):
                 if self._link(name, None) is None:
                     raise RuntimeError("%s can't be linked" % name)
-        suites = [self._shop.whole_suite(program) for program in self._shop.suites]
-        suites += [suite for file in files for suite in self._shop.suites_for(file)[:1]]
+        suites = [self._base.whole_suite(program) for program in self._base.suites]
+        suites += [suite for file in files for suite in self._base.suites_for(file)[:1]]
         for suite in dict.fromkeys(suites):
             run = self._run_suite(suite, None)
             if not run.ended_well:
                 shown = run.output[-_MOST_SHOWN:]
                 raise RuntimeError("unchanged, %s fails:\n%s" % (suite.program, shown))
-            self._shop.usual_seconds[suite] = run.seconds
+            self._base.usual_seconds[suite] = run.seconds
 
     def _run_suite(self, suite: Suite, usual: Optional[float]) -> Run:
         place = os.path.join(self._programs, suite.program)
@@ -601,7 +601,7 @@ class Bench:
     def _put(self, mutant: Mutant) -> None:
         """Writes the changed file to the folder that the compiler searches first."""
         shutil.rmtree(self._tree)
-        with open(os.path.join(self._shop.tree, mutant.file)) as file:
+        with open(os.path.join(self._base.tree, mutant.file)) as file:
             text = file.read()
         place = os.path.join(self._tree, mutant.file)
         os.makedirs(os.path.dirname(place))
@@ -610,44 +610,44 @@ class Bench:
         self._changed = {}
 
     def _try(self, mutant: Mutant) -> Tuple[str, str]:
-        if not any(self._is_changed(unit, mutant) for unit in self._shop.units):
+        if not any(self._is_changed(unit, mutant) for unit in self._base.units):
             return NO_PROGRAM, "the file is not built"
         self._put(mutant)
-        for suite in self._shop.suites_for(mutant.file):
-            for program in self._shop.suites[suite.program] + (suite.program,):
+        for suite in self._base.suites_for(mutant.file):
+            for program in self._base.suites[suite.program] + (suite.program,):
                 if self._link(program, mutant) is not None:
                     continue
                 if self._fails_in_tests_only():
                     return KILLED, suite.program + " can't be compiled"
                 return NO_PROGRAM, ""
-            usual = self._shop.usual(suite)
+            usual = self._base.usual(suite)
             run = self._run_suite(suite, usual)
             if run.timed_out:
                 return TIMED_OUT, suite.program
             if not run.ended_well:
-                how = "sanitized " if self._shop.sanitized else ""
+                how = "sanitized " if self._base.sanitized else ""
                 return KILLED, "%s%s %s" % (how, suite.program, _first_failure(run.output))
-        if not self._shop.sanitized and self._is_same_code(mutant):
+        if not self._base.sanitized and self._is_same_code(mutant):
             return SAME_CODE, ""
-        return SURVIVED, ALL_TESTS if self._shop.sanitized else QUICK_TESTS
+        return SURVIVED, ALL_TESTS if self._base.sanitized else QUICK_TESTS
 
     def _fails_in_tests_only(self) -> bool:
         failed = [built for built, changed in self._changed.items() if changed is None]
-        tests = os.path.join(self._shop.build, "tests") + os.sep
+        tests = os.path.join(self._base.build, "tests") + os.sep
         return bool(failed) and all(built.startswith(tests) for built in failed)
 
     def _is_same_code(self, mutant: Mutant) -> bool:
         """Returns whether the optimised machine code is unchanged."""
-        for unit in self._shop.units:
+        for unit in self._base.units:
             if not self._is_changed(unit, mutant) or "tests" in unit.target:
                 continue
-            source = os.path.relpath(unit.source, self._shop.tree)
+            source = os.path.relpath(unit.source, self._base.tree)
             codes = []
-            for tree in (self._shop.tree, self._tree):
+            for tree in (self._base.tree, self._tree):
                 built = os.path.join(self._folder, "code.o")
                 here = os.path.exists(os.path.join(tree, source))
-                top = tree if here else self._shop.tree
-                words = [unit.arguments[0]] + self._shop.overlay(unit, tree)
+                top = tree if here else self._base.tree
+                words = [unit.arguments[0]] + self._base.overlay(unit, tree)
                 words += list(unit.arguments[1:]) + ["-O2", "-c", source, "-o", built]
                 done = subprocess.run(words, cwd=top, stderr=subprocess.DEVNULL)
                 if done.returncode != 0:
@@ -662,15 +662,15 @@ class Bench:
         """Runs the slower tests on a mutant that has survived the others."""
         begin = time.monotonic()
         self._put(mutant)
-        for suite in self._shop.slow_suites_for(mutant.file):
+        for suite in self._base.slow_suites_for(mutant.file):
             self._link(suite.program, mutant)
             run = self._run_suite(suite, None)
             if not run.ended_well:
                 by = "%s %s" % (suite.program, _first_failure(run.output))
                 return Verdict(KILLED, by, time.monotonic() - begin)
-        path = os.path.join(self._shop.tree, mutant.file)
-        reached = [one for one in self._shop.programs if self._shop.reaches(one, path)]
-        for program in self._shop.programs if reached else []:
+        path = os.path.join(self._base.tree, mutant.file)
+        reached = [one for one in self._base.programs if self._base.reaches(one, path)]
+        for program in self._base.programs if reached else []:
             self._link(program, mutant)
         for script in _SCRIPTS:
             call = self._script_call(script.words)
@@ -688,10 +688,10 @@ class Bench:
     def _script_call(self, words: Sequence[str]) -> List[str]:
         script, *rest = words
         arguments = [
-            word.replace("{programs}", self._programs).replace("{build}", self._shop.build)
+            word.replace("{programs}", self._programs).replace("{build}", self._base.build)
             for word in rest
         ]
-        return [self._shop.python, os.path.join(self._shop.tree, script)] + arguments
+        return [self._base.python, os.path.join(self._base.tree, script)] + arguments
 
 
 def _test_names(source: str) -> List[str]:

@@ -25,7 +25,7 @@ def tracked_files(top: Path) -> list[str]:
     return [name for name in names if name and os.path.lexists(top / name)]
 
 
-class Workplace:
+class TreeCopy:
     """The copy, in a git checkout of its own, and its build folder."""
 
     def __init__(self, folder: Path, jobs: int) -> None:
