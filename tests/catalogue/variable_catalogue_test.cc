@@ -48,6 +48,16 @@ TEST(VariableCatalogue, HasTheDivisorOfStoredValues) {
   EXPECT_EQ(hundredths, "frs wet scPDSI ");
 }
 
+// Those of the menu lines; some show none.
+TEST(VariableCatalogue, HasTheUnitsOfStoredValues) {
+  std::string units;
+  for (const VariableEntry& entry : VariableCatalogue) {
+    units += std::string(entry.units) + "|";
+    EXPECT_NE(std::string(entry.menu_line).find(entry.units), std::string::npos);
+  }
+  EXPECT_EQ(units, "mm|degC*10|degC*10|degC*10|degC*10|hPa *10||%*10|days*100|||");
+}
+
 // These texts appear in the headings of CSV and netCDF files.
 TEST(VariableCatalogue, NamesQuantitiesAndTheirUnits) {
   std::string quantities;
