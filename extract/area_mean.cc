@@ -1,9 +1,9 @@
 #include "extract/area_mean.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <numbers>
+
+#include "extract/decimal_text.h"
 
 namespace veldmark::extract {
 
@@ -35,16 +35,11 @@ std::optional<double> AreaMean::mean(std::size_t month, std::int32_t decimals) c
 
 std::string AreaMean::mean_text(std::size_t month, std::int32_t decimals) const {
   constexpr std::int32_t kMoreDecimals = 2;
-  constexpr std::size_t kBufferSize = 32;
   const std::optional<double> value = mean(month, decimals);
   if (!value) {
     return "";
   }
-  std::array<char, kBufferSize> digits{};
-  const auto result =
-      std::to_chars(digits.data(), digits.data() + digits.size(), *value,
-                    std::chars_format::fixed, decimals + kMoreDecimals);
-  const std::string text(digits.data(), result.ptr);
+  const std::string text = decimal_text(*value, decimals + kMoreDecimals);
   const bool is_zero = text.find_first_not_of("-0.") == std::string::npos;
   return is_zero && text.starts_with('-') ? text.substr(1) : text;
 }

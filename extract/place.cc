@@ -1,12 +1,12 @@
 #include "extract/place.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <numbers>
 #include <utility>
 
+#include "extract/decimal_text.h"
 #include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
@@ -102,11 +102,7 @@ std::optional<double> parse_degrees(std::string_view text) {
 
 std::string degrees_text(double degrees) {
   constexpr int kDecimals = 9;
-  constexpr std::size_t kBufferSize = 32;
-  std::array<char, kBufferSize> digits{};
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                    degrees, std::chars_format::fixed, kDecimals);
-  std::string text(digits.data(), result.ptr);
+  std::string text = decimal_text(degrees, kDecimals);
   text.erase(text.find_last_not_of('0') + 1);
   if (text.ends_with('.')) {
     text.pop_back();

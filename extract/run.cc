@@ -2,8 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <array>
-#include <charconv>
 #include <chrono>
 #include <exception>
 #include <optional>
@@ -15,6 +13,7 @@
 #include "extract/box_job.h"
 #include "extract/citation.h"
 #include "extract/command_line.h"
+#include "extract/decimal_text.h"
 #include "extract/input_file.h"
 #include "extract/job.h"
 #include "extract/netcdf_output.h"
@@ -43,11 +42,7 @@ using TimePoint = std::chrono::steady_clock::time_point;
 
 std::string seconds_since(TimePoint start) {
   const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-  constexpr std::size_t kBufferSize = 32;
-  std::array<char, kBufferSize> digits{};
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                    time.count(), std::chars_format::fixed, 2);
-  return {digits.data(), result.ptr};
+  return decimal_text(time.count(), 2);
 }
 
 // Before this year the standard calendar of netCDF is Julian.

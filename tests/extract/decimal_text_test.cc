@@ -1,0 +1,19 @@
+#include "extract/decimal_text.h"
+
+#include <gtest/gtest.h>
+
+namespace veldmark::extract {
+namespace {
+
+// Halves are exact in binary; they round to even.
+TEST(DecimalText, RoundsToItsDecimals) {
+  EXPECT_EQ(decimal_text(2.5, 0), "2");
+  EXPECT_EQ(decimal_text(-0.5, 2), "-0.50");
+  EXPECT_EQ(decimal_text(0.125, 2), "0.12");
+  EXPECT_EQ(decimal_text(0.375, 2), "0.38");
+  EXPECT_EQ(decimal_text(72.84, 1), "72.8");
+  EXPECT_EQ(decimal_text(-999999999999999, 9), "-999999999999999.000000000");
+}
+
+}  // namespace
+}  // namespace veldmark::extract
