@@ -69,8 +69,8 @@ Arguments read_arguments(std::span<const std::string> words) {
   CLI::App app;
   declare_options(app, arguments);
   app.allow_extras();
-  std::vector<std::string> reversed(words.rbegin(),
-                                    words.rend());  // the order it takes
+  // CLI11 takes a list of words from its end.
+  std::vector<std::string> reversed(words.rbegin(), words.rend());
   try {
     app.parse(reversed);
   } catch (const CLI::ParseError& error) {

@@ -1,7 +1,5 @@
 #include "extract/sites_job.h"
 
-#include <array>
-#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -10,6 +8,7 @@
 
 #include "catalogue/variable_name.h"
 #include "extract/csv_series.h"
+#include "extract/decimal_text.h"
 #include "extract/nearest_cell.h"
 #include "extract/netcdf_output.h"
 #include "extract/output_names.h"
@@ -24,8 +23,8 @@ namespace {
 
 // The series of all sites, and the blocks that hold them.
 struct FoundSites {
-  SeriesBlock own;         // the cells that contain the sites
-  SeriesBlock neighbours;  // those within the radius of sites without data of their own
+  SeriesBlock own;     // the cells that contain the sites
+  SeriesBlock nearby;  // those within the radius of sites without data of their own
   std::vector<SiteSeries> sites;
   std::vector<std::size_t> left_out;
   std::size_t with_nearest_cell = 0;  // instead of their own cell
@@ -62,13 +61,13 @@ class SiteSearch {
     std::vector<Cell> cells;
     for (std::size_t i = 0; i < own_cells.size(); ++i) {
       if (!has_data(job_, found_.own.series(own_cells[i]))) {
-        const std::vector<Cell> neighbours =
+        const std::vector<Cell> nearby =
             cells_around(table_.sites[i].point, *job_.options.radius_km, order_);
-        cells.insert(cells.end(), neighbours.begin(), neighbours.end());
+        cells.insert(cells.end(), nearby.begin(), nearby.end());
       }
     }
     if (!cells.empty()) {
-      found_.neighbours = read(cells);
+      found_.nearby = read(cells);
     }
   }
 
@@ -80,13 +79,12 @@ class SiteSearch {
     }
     std::optional<Cell> nearest;
     if (job_.options.radius_km) {
-      nearest = nearest_cell(table_.sites[index].point, *job_.options.radius_km, order_,
-                             [&](const Cell& cell) {
-                               return has_data(job_, found_.neighbours.series(cell));
-                             });
+      nearest = nearest_cell(
+          table_.sites[index].point, *job_.options.radius_km, order_,
+          [&](const Cell& cell) { return has_data(job_, found_.nearby.series(cell)); });
     }
     if (nearest) {
-      found_.sites.push_back({index, *nearest, found_.neighbours.series(*nearest)});
+      found_.sites.push_back({index, *nearest, found_.nearby.series(*nearest)});
       ++found_.with_nearest_cell;
     } else {
       found_.left_out.push_back(index);
@@ -99,14 +97,6 @@ class SiteSearch {
   FoundSites found_;
 };
 
-std::string kilometres_text(double distance) {
-  constexpr std::size_t kBufferSize = 32;
-  std::array<char, kBufferSize> digits{};
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                    distance, std::chars_format::fixed, 1);
-  return {digits.data(), result.ptr};
-}
-
 // Returns the site's own columns, then cell_lat, cell_lon and distance_km.
 std::string place_columns(const Site& site, const Cell& cell, RowOrder order) {
   std::string columns;
@@ -116,7 +106,7 @@ std::string place_columns(const Site& site, const Cell& cell, RowOrder order) {
   const Point centre = centre_of(cell, order);
   return columns + degrees_text(centre.latitude) + "," +
          degrees_text(centre.longitude) + "," +
-         kilometres_text(distance_km(site.point, centre)) + ",";
+         decimal_text(distance_km(site.point, centre), 1) + ",";
 }
 
 void write_heading(const Job& job, const SiteTable& table, TextOutput& output) {

@@ -36,8 +36,8 @@ class ValueTexts {
   }
 
  private:
-  using Text =
-      std::array<char, kCopySize>;  // the characters; the last element is their number
+  // The characters of a text; the last element is their number.
+  using Text = std::array<char, kCopySize>;
 
   std::vector<Text> texts_;  // index: the value as uint16_t
 };

@@ -1,7 +1,6 @@
 // A series file: the monthly values of single grid cells as comma-separated text.
 //
-//   line 1         lon,lat,YYYY-MM,YYYY-MM,...   consecutive months, from January of
-//   the
+//   line 1         lon,lat,YYYY-MM,YYYY-MM,...: consecutive months, from January of the
 //                  first year to December of the last; a byte order mark before it is
 //                  skipped
 //   other lines    one cell each, in any order: longitude and latitude of its centre
