@@ -36,7 +36,7 @@ class Job:
     search: Search
     rounds: int
     goal: float
-    must: float
+    maximum: float
     memory_goal: int
 
 
@@ -119,7 +119,7 @@ def rows_of_job(name, taken):
         yield [
             f"{name}, outputs {outputs}",
             *(limit.seconds(), runs.seconds(), runs.ratio(limit)),
-            *(job.goal, job.must, verdict(ratio, job.goal, job.must)),
+            *(job.goal, job.maximum, verdict(ratio, job.goal, job.maximum)),
             *(f"{runs.peak:.1f}", job.memory_goal, memory),
         ]
 
@@ -131,7 +131,7 @@ def measure_cold(stage, name, rounds):
     typed = answers("pre", search)
 
     def cold_session():
-        stage.cool("pre")
+        stage.drop_from_cache("pre")
         return new_outputs(stage, "pre", typed)
 
     log(f"job {name}: from a cold disk")
@@ -139,11 +139,11 @@ def measure_cold(stage, name, rounds):
     return runs
 
 
-def tell_users(stage, taken, rounds):
+def print_user_summary(stage, taken, rounds):
     """Prints the cost of a search, in four lines."""
     region, globe = taken["S"][1], taken["L"][1]
     cold = {name: measure_cold(stage, name, rounds) for name in ("S", "L")}
-    stage.warm("pre")
+    stage.read_into_cache("pre")
     print(f"- A region, 10 by 10 degrees over 30 years: {region.median:.2f} seconds.")
     print(f"- The globe, all 116 years, 0.6 GB of text: {globe.median:.1f} seconds.")
     print(f"- Memory: {region.peak:.0f} MiB for the region, {globe.peak:.0f} for the globe.")
@@ -155,9 +155,9 @@ def measure_jobs(stage, only, rounds):
     stage.prepare("pre")
     taken = {name: measure_job(stage, name, rounds) for name in only}
     if {"S", "L"} <= set(only):
-        tell_users(stage, taken, rounds)
+        print_user_summary(stage, taken, rounds)
     rows = [row for name in only for row in rows_of_job(name, taken[name])]
-    heading = ["Job", "Limit s", "Veldmark s", "Ratio", "Goal", "Must", "Reached"]
+    heading = ["Job", "Limit s", "Veldmark s", "Ratio", "Goal", "Maximum", "Reached"]
     heading += ["Peak MiB", "Goal MiB", "Reached"]
     print_table(heading, rows)
     print("Seconds are medians (least-most); all outputs were as they must be.\n")

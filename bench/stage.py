@@ -53,8 +53,8 @@ class Stage:
         self.session = self.scratch / "session"
         self.expected = self.scratch / "expected"
         self.limit_outputs = self.scratch / "limit"
-        for place in (self.session, self.expected, self.limit_outputs):
-            place.mkdir()
+        for folder in (self.session, self.expected, self.limit_outputs):
+            folder.mkdir()
 
     def bench_program(self, name):
         return str(self.programs / "bench" / name)
@@ -76,15 +76,15 @@ class Stage:
             subprocess.run(command, input=mask, check=True)
             part.rename(grid)
         self.data_file(variable).symlink_to(grid)
-        self.warm(variable)
+        self.read_into_cache(variable)
 
-    def warm(self, variable):
+    def read_into_cache(self, variable):
         """Reads the grid file of `variable` into the page cache."""
         with self.data_file(variable).open("rb", buffering=0) as file:
             while file.read(MIB):
                 pass
 
-    def cool(self, variable):
+    def drop_from_cache(self, variable):
         """Drops the grid file of `variable` from the page cache."""
         os.sync()
         with self.data_file(variable).open("rb", buffering=0) as file:
@@ -177,6 +177,6 @@ class Stage:
         shutil.rmtree(self.scratch)
 
 
-def empty_folder(place):
-    shutil.rmtree(place)
-    place.mkdir()
+def empty_folder(folder):
+    shutil.rmtree(folder)
+    folder.mkdir()

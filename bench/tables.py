@@ -34,7 +34,7 @@ def print_table(heading, rows):
     print()
 
 
-def verdict(value, goal, must):
+def verdict(value, goal, maximum):
     if value <= goal:
         return "goal"
-    return "must" if value <= must else "missed"
+    return "maximum" if value <= maximum else "missed"

@@ -52,7 +52,7 @@ void write_tests(const Job& job, const BoxCells& box, const SeriesBlock& block,
 }  // namespace
 
 void write_box_csv(const Job& job, const BoxCells& box, const SeriesBlock& block) {
-  TextOutput output(job.options.output, earlier_output(job.options));
+  TextOutput output(job.options.output, if_output_exists(job.options));
   if (job.options.variance_test) {
     write_tests(job, box, block, output);
   } else {
@@ -62,7 +62,7 @@ void write_box_csv(const Job& job, const BoxCells& box, const SeriesBlock& block
 }
 
 void write_area_mean_csv(const Job& job, const AreaMean& mean) {
-  TextOutput output(job.options.output, earlier_output(job.options));
+  TextOutput output(job.options.output, if_output_exists(job.options));
   output.write("year,month,value,cells\n");
   for (std::size_t month = 0; month < mean.month_count(); ++month) {
     const auto number = static_cast<std::int32_t>(month);

@@ -56,7 +56,7 @@ void write_netcdf_area_mean(const Job& job, const BoxCells& box, const AreaMean&
     const std::optional<double> value = mean.mean(month, decimals_of(job.input.entry));
     values.push_back(value.value_or(NetcdfFile::kFillDouble));
   }
-  NetcdfFile file(*job.options.output, earlier_output(job.options));
+  NetcdfFile file(*job.options.output, if_output_exists(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfTime time(file, job.years, bounds);
   const NetcdfExtent lat(file, "lat", latitudes_of(job, box), bounds);

@@ -30,8 +30,8 @@ static_assert(NetcdfFile::kFillDouble == NC_FILL_DOUBLE);
 
 }  // namespace
 
-NetcdfFile::NetcdfFile(const std::string& name, PartFile::Earlier earlier)
-    : netcdf_(netcdf_library()), name_(name), part_(name, earlier), file_(create()) {}
+NetcdfFile::NetcdfFile(const std::string& name, PartFile::IfExists if_exists)
+    : netcdf_(netcdf_library()), name_(name), part_(name, if_exists), file_(create()) {}
 
 // The library opens the part file by its name and sets its own lock.
 int NetcdfFile::create() {

@@ -23,7 +23,7 @@ class NetcdfFile {
  public:
   // An incomplete file stays open in the library: closing or aborting it after a failed
   // write, on a full disk for example, crashes there.
-  NetcdfFile(const std::string& name, PartFile::Earlier earlier);
+  NetcdfFile(const std::string& name, PartFile::IfExists if_exists);
   ~NetcdfFile() = default;
   NetcdfFile(const NetcdfFile&) = delete;
   NetcdfFile& operator=(const NetcdfFile&) = delete;

@@ -109,7 +109,7 @@ class GridValuesWriter {
 void load_netcdf() { netcdf_library(); }
 
 void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& block) {
-  NetcdfFile file(*job.options.output, earlier_output(job.options));
+  NetcdfFile file(*job.options.output, if_output_exists(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfTime time(file, job.years, bounds);
   const NetcdfAxis lat(file, "lat", latitudes_of(job, box), bounds);

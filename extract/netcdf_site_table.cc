@@ -52,7 +52,7 @@ void NetcdfSiteTable::put(NetcdfFile& file, const Job& job,
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     std::vector<std::string> texts;
     for (const SiteSeries& site : sites) {
-      texts.push_back(table_.sites[site.site].fields[i]);
+      texts.push_back(table_.sites[site.site_index].fields[i]);
     }
     file.put(columns_[i], texts);
   }
@@ -63,9 +63,9 @@ void NetcdfSiteTable::put_places(NetcdfFile& file, const Job& job,
   std::vector<std::int32_t> numbers;
   std::array<std::vector<double>, 5> values;
   for (const SiteSeries& site : sites) {
-    const Point& point = table_.sites[site.site].point;
+    const Point& point = table_.sites[site.site_index].point;
     const Point centre = centre_of(site.cell, job.input.entry.row_order);
-    numbers.push_back(static_cast<std::int32_t>(site.site) + 1);
+    numbers.push_back(static_cast<std::int32_t>(site.site_index) + 1);
     values[0].push_back(point.latitude);
     values[1].push_back(point.longitude);
     values[2].push_back(centre.latitude);

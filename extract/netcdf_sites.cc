@@ -10,7 +10,7 @@ namespace veldmark::extract {
 
 void write_netcdf_sites(const Job& job, const SiteTable& table,
                         std::span<const SiteSeries> sites) {
-  NetcdfFile file(*job.options.output, earlier_output(job.options));
+  NetcdfFile file(*job.options.output, if_output_exists(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfTime time(file, job.years, bounds);
   const int site = file.add_dimension("site", sites.size());

@@ -112,7 +112,7 @@ class TestVariables {
 
 void write_netcdf_grid_tests(const Job& job, const BoxCells& box,
                              const SeriesBlock& block) {
-  NetcdfFile file(*job.options.output, earlier_output(job.options));
+  NetcdfFile file(*job.options.output, if_output_exists(job.options));
   const int bounds = file.add_dimension("bnds", 2);
   const NetcdfAxis lat(file, "lat", latitudes_of(job, box), bounds);
   const NetcdfAxis lon(file, "lon", longitudes_of(box), bounds);
@@ -136,7 +136,7 @@ void write_netcdf_grid_tests(const Job& job, const BoxCells& box,
 
 void write_netcdf_site_tests(const Job& job, const SiteTable& table,
                              std::span<const SiteSeries> sites) {
-  NetcdfFile file(*job.options.output, earlier_output(job.options));
+  NetcdfFile file(*job.options.output, if_output_exists(job.options));
   const std::array dimensions{file.add_dimension("site", sites.size())};
   const NetcdfSiteTable columns(file, table, dimensions.front());
   TestVariables tests(file, job, dimensions, NetcdfSiteTable::kCoordinates);

@@ -24,8 +24,8 @@ std::string output_title(const Options& options) {
   return title.empty() ? "standard output" : title;
 }
 
-PartFile::Earlier earlier_output(const Options& options) {
-  return options.overwrite ? PartFile::Earlier::kReplaced : PartFile::Earlier::kKept;
+PartFile::IfExists if_output_exists(const Options& options) {
+  return options.overwrite ? PartFile::IfExists::kReplace : PartFile::IfExists::kKeep;
 }
 
 // lstat, not stat: a dangling link also occupies the name.

@@ -20,7 +20,7 @@ std::vector<std::string> output_names(const Options& options);
 std::string output_title(const Options& options);
 
 // Returns what happens to an existing file when the new output is complete.
-PartFile::Earlier earlier_output(const Options& options);
+PartFile::IfExists if_output_exists(const Options& options);
 
 // Throws Failure if an output is one of `inputs`, is not a regular file, or exists and
 // must not be replaced.

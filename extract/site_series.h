@@ -13,7 +13,7 @@ namespace veldmark::extract {
 
 // A site and the cell used for it. Requires that the series outlive this object.
 struct SiteSeries {
-  std::size_t site;  // index into the table
+  std::size_t site_index;  // into the site table
   Cell cell;
   std::span<const std::int16_t> series;
 };

@@ -121,14 +121,14 @@ void write_heading(const Job& job, const SiteTable& table, TextOutput& output) {
 
 void write_csv(const Job& job, const SiteTable& table, const FoundSites& found) {
   const VariableEntry& entry = job.input.entry;
-  TextOutput output(job.options.output, earlier_output(job.options));
+  TextOutput output(job.options.output, if_output_exists(job.options));
   write_heading(job, table, output);
   const ValueTexts texts(job.options.stored ? 0 : decimals_of(entry),
                          entry.MissingCode);
   CsvSeries csv(output, texts, job.years, job.options.wide);
   for (const SiteSeries& site : found.sites) {
     const std::string place =
-        place_columns(table.sites[site.site], site.cell, entry.row_order);
+        place_columns(table.sites[site.site_index], site.cell, entry.row_order);
     if (job.options.variance_test) {
       output.write(place);
       output.write(

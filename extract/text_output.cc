@@ -34,10 +34,10 @@ void write_to_standard_output(std::string_view text) {
 }  // namespace
 
 TextOutput::TextOutput(const std::optional<std::string>& name,
-                       PartFile::Earlier earlier)
+                       PartFile::IfExists if_exists)
     : buffer_(kBufferSize) {
   if (name) {
-    file_.emplace(*name, earlier);
+    file_.emplace(*name, if_exists);
   }
 }
 

@@ -20,7 +20,7 @@ class TextOutput {
  public:
   // Opens the file `name`; nullopt means standard output.
   explicit TextOutput(const std::optional<std::string>& name,
-                      PartFile::Earlier earlier = PartFile::Earlier::kKept);
+                      PartFile::IfExists if_exists = PartFile::IfExists::kKeep);
 
   void write(std::string_view text);
 

@@ -61,8 +61,8 @@ void write_tsf(const Job& job, const BoxCells& box, const SeriesBlock& block) {
     throw Failure("tsf holds at most 800 years; choose them with --years");
   }
   const std::vector<std::string> names = output_names(job.options);
-  PartFile series_part(names.front(), earlier_output(job.options));
-  PartFile list_part(names.back(), earlier_output(job.options));
+  PartFile series_part(names.front(), if_output_exists(job.options));
+  PartFile list_part(names.back(), if_output_exists(job.options));
   OutputFile series_file = output_into(series_part, names.front());
   OutputFile list_file = output_into(list_part, names.back());
   const YearSpan years{.FYOD = job.years.first, .LYOD = job.years.last};

@@ -123,10 +123,10 @@ FileDescriptor make_part(const std::string& name, const std::string& part_name) 
 
 std::string PartFile::part_name(const std::string& name) { return name + ".part"; }
 
-PartFile::PartFile(std::string name, Earlier earlier)
+PartFile::PartFile(std::string name, IfExists if_exists)
     : name_(std::move(name)),
       part_name_(part_name(name_)),
-      earlier_(earlier),
+      if_exists_(if_exists),
       file_(make_part(name_, part_name_)) {}
 
 // Removes the part while it is still locked, unless another file has taken its place.
@@ -174,7 +174,7 @@ void PartFile::complete_both(PartFile& first, PartFile& second, Durability durab
                   " is the new file already");
   }
   if (undo == Undo::kExchange) {
-    ::unlink(first.part_name_.c_str());  // the earlier file
+    ::unlink(first.part_name_.c_str());  // the replaced file
   }
   first.close(durability);
   second.close(durability);
@@ -194,7 +194,7 @@ void PartFile::settle(Durability durability) {
 }
 
 void PartFile::take_name() {
-  if (earlier_ == Earlier::kKept) {
+  if (if_exists_ == IfExists::kKeep) {
     take_free_name();
   } else if (std::rename(part_name_.c_str(), name_.c_str()) != 0) {
     fail_with_errno(name_);
@@ -215,7 +215,7 @@ void PartFile::take_free_name() {
 PartFile::Undo PartFile::take_name_reversibly() {
   struct stat found {};
   const bool is_free = ::lstat(name_.c_str(), &found) != 0 && errno == ENOENT;
-  if (earlier_ == Earlier::kKept || is_free) {
+  if (if_exists_ == IfExists::kKeep || is_free) {
     take_free_name();
     return Undo::kRemove;
   }

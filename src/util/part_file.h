@@ -27,9 +27,9 @@ class PartFile {
   // device by a file), if another run is writing NAME.part (or may be: a part of
   // another user that cannot be opened), and if NAME.part is a folder.
   //
-  //   earlier    what happens to a file NAME that exists at the rename
-  enum class Earlier { kReplaced, kKept };
-  explicit PartFile(std::string name, Earlier earlier = Earlier::kReplaced);
+  //   if_exists    what happens to a file NAME that exists at the rename
+  enum class IfExists { kReplace, kKeep };
+  explicit PartFile(std::string name, IfExists if_exists = IfExists::kReplace);
   ~PartFile();
   PartFile(const PartFile&) = delete;
   PartFile& operator=(const PartFile&) = delete;
@@ -80,7 +80,7 @@ class PartFile {
 
   std::string name_;
   std::string part_name_;
-  Earlier earlier_;
+  IfExists if_exists_;
   FileDescriptor file_;
   std::int64_t size_ = 0;
 };

@@ -20,7 +20,7 @@ TEST(NetcdfFile, ARefusalIsAFailureWithTheLibrarysReason) {
   const TemporaryFolder folder;
   const auto fault_of = [](const std::function<void(NetcdfFile&)>& use) {
     try {
-      NetcdfFile file("x.nc", PartFile::Earlier::kReplaced);
+      NetcdfFile file("x.nc", PartFile::IfExists::kReplace);
       use(file);
       file.complete();
     } catch (const Failure& failure) {

@@ -139,14 +139,14 @@ class Scene:
     waits_for: Sequence[str] = ()  # streams that may be set to non-blocking
 
     def run(self, fault: Optional[Fault] = None) -> Outcome:
-        with tempfile.TemporaryDirectory(dir=self.bench.folder) as place:
-            folder = Path(place) / "folder"
+        with tempfile.TemporaryDirectory(dir=self.bench.folder) as scratch:
+            folder = Path(scratch) / "folder"
             folder.mkdir()
             self.write_files(folder, fault)
-            log = Path(place) / "calls"
+            log = Path(scratch) / "calls"
             environment = self.bench.with_shim(log, fault)
-            with open(Path(place) / "screen", "w+b") as screen, open(
-                Path(place) / "errors", "w+b"
+            with open(Path(scratch) / "screen", "w+b") as screen, open(
+                Path(scratch) / "errors", "w+b"
             ) as errors:
                 status = self.play(folder, environment, screen, errors)
                 screen.seek(0)
@@ -161,9 +161,9 @@ class Scene:
 
     def __post_init__(self) -> None:
         # The files as they are before a run.
-        with tempfile.TemporaryDirectory(dir=self.bench.folder) as place:
-            self.write_files(Path(place), None)
-            self.at_first = files_of(Path(place))
+        with tempfile.TemporaryDirectory(dir=self.bench.folder) as scratch:
+            self.write_files(Path(scratch), None)
+            self.at_first = files_of(Path(scratch))
 
     def wrong_order(self, baseline: Outcome) -> str:
         """Returns what is wrong with the order of the calls in a run without a fault, "" if

@@ -60,12 +60,12 @@ class Situation(unittest.TestCase):
     """Runs each test in a new folder with data for all three programs and earlier outputs."""
 
     def setUp(self) -> None:
-        place = tempfile.TemporaryDirectory()
-        self.addCleanup(place.cleanup)
-        os.chmod(place.name, 0o755)
-        self.folder = Path(place.name) / "folder"
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        os.chmod(scratch.name, 0o755)
+        self.folder = Path(scratch.name) / "folder"
         self.folder.mkdir()
-        bin_folder = Path(place.name) / "bin"
+        bin_folder = Path(scratch.name) / "bin"
         bin_folder.mkdir()
         for command in ("clear", "ls"):
             (bin_folder / command).write_text(STAND_IN % command)

@@ -116,9 +116,9 @@ class _Finder:
         closing: Dict[int, int] = {}
         open_ones: List[int] = []
         for i, token in enumerate(self._tokens):
-            if token.kind == "sign" and token.text in _BRACKETS:
+            if token.kind == "punctuator" and token.text in _BRACKETS:
                 open_ones.append(i)
-            elif token.kind == "sign" and token.text in _BRACKETS.values() and open_ones:
+            elif token.kind == "punctuator" and token.text in _BRACKETS.values() and open_ones:
                 closing[open_ones.pop()] = i
         return closing
 
@@ -167,13 +167,13 @@ class _Finder:
         if i == 0:
             return False
         before = self._tokens[i - 1]
-        if before.kind == "sign":
+        if before.kind == "punctuator":
             return before.text in (")", "]", "}")
         return before.text not in ("return", "throw", "case")
 
     def _changes_of_token(self, i: int, token: Token) -> Iterator[Change]:
         begin, end = token.begin, token.end
-        if token.kind == "sign":
+        if token.kind == "punctuator":
             for kind, new in self._changes_of_sign(i, token):
                 yield begin, end, kind, new
         elif token.kind == "number":

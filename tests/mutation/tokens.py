@@ -13,7 +13,7 @@ from typing import Iterator, List, NamedTuple
 class Token(NamedTuple):
     """One token and the half-open range of the text that it takes."""
 
-    kind: str  # "name", "number", "text", "raw text", "character" or "sign"
+    kind: str  # "name", "number", "text", "raw text", "character" or "punctuator"
     text: str
     begin: int
     end: int
@@ -45,7 +45,7 @@ _PATTERN = re.compile(
   | (?P<character>'(?:\\.|[^'\\\n])+')
   | (?P<number>\.?\d(?:[eEpP][+-]|[\w.])*)
   | (?P<name>[A-Za-z_]\w*)
-  | (?P<sign><<=|>>=|<=>|->\*|\.\.\.|->|::|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||[-+*/%&|^]=|.)
+  | (?P<punctuator><<=|>>=|<=>|->\*|\.\.\.|->|::|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||[-+*/%&|^]=|.)
     """,
     re.VERBOSE | re.DOTALL,
 )

@@ -52,7 +52,7 @@ using testing::folder_content;
 using testing::TemporaryFolder;
 using testing::write_file;
 using Files = std::map<std::string, std::string>;
-using Earlier = PartFile::Earlier;
+using IfExists = PartFile::IfExists;
 
 class FileNaming : public ::testing::Test {
  protected:
@@ -109,7 +109,7 @@ TEST_F(FileNaming, TwoFilesExchangeTheirNames) {
 }
 
 TEST_F(FileNaming, KeepsAFileThatAppearsMeanwhile) {
-  PartFile file("grid", Earlier::kKept);
+  PartFile file("grid", IfExists::kKeep);
   file.write("new");
   write_file("grid", "appeared meanwhile");
   try {
@@ -124,7 +124,7 @@ TEST_F(FileNaming, KeepsAFileThatAppearsMeanwhile) {
 }
 
 TEST_F(FileNaming, ReportsOtherErrors) {
-  PartFile file("grid", Earlier::kKept);
+  PartFile file("grid", IfExists::kKeep);
   link_error = EMLINK;
   try {
     file.complete();
@@ -137,9 +137,9 @@ TEST_F(FileNaming, ReportsOtherErrors) {
 // Writes two files that belong together, and calls `before_naming` when both are
 // written, before the renames. Returns the message of a failure.
 template <typename Action>
-std::string write_both(Earlier earlier, Action before_naming) {
-  PartFile first("a", earlier);
-  PartFile second("b", earlier);
+std::string write_both(IfExists if_exists, Action before_naming) {
+  PartFile first("a", if_exists);
+  PartFile second("b", if_exists);
   first.write("new a");
   second.write("new b");
   before_naming();
@@ -154,8 +154,8 @@ std::string write_both(Earlier earlier, Action before_naming) {
 void do_nothing() {}
 
 TEST_F(FileNaming, TwoPartsGetTheirNames) {
-  for (const Earlier earlier : {Earlier::kKept, Earlier::kReplaced}) {
-    EXPECT_EQ(write_both(earlier, do_nothing), "");
+  for (const IfExists if_exists : {IfExists::kKeep, IfExists::kReplace}) {
+    EXPECT_EQ(write_both(if_exists, do_nothing), "");
     EXPECT_EQ(folder_content(), (Files{{"a", "new a"}, {"b", "new b"}}));
     std::filesystem::remove("a");
     std::filesystem::remove("b");
@@ -167,18 +167,18 @@ TEST_F(FileNaming, TwoPartsReplaceEarlierFiles) {
     exchange_error = error;
     write_file("a", "old a");
     write_file("b", "old b");
-    EXPECT_EQ(write_both(Earlier::kReplaced, do_nothing), "");
+    EXPECT_EQ(write_both(IfExists::kReplace, do_nothing), "");
     EXPECT_EQ(folder_content(), (Files{{"a", "new a"}, {"b", "new b"}})) << error;
   }
 }
 
 TEST_F(FileNaming, IfTheSecondRenameFailsTheFirstIsUndone) {
-  EXPECT_EQ(write_both(Earlier::kKept, [] { write_file("b", "theirs"); }),
+  EXPECT_EQ(write_both(IfExists::kKeep, [] { write_file("b", "theirs"); }),
             "cannot write 'b': another file has got this name meanwhile");
   EXPECT_EQ(folder_content(), (Files{{"b", "theirs"}}));
   std::filesystem::remove("b");
   EXPECT_EQ(
-      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
+      write_both(IfExists::kReplace, [] { std::filesystem::create_directory("b"); }),
       "cannot write 'b': Is a directory");
   EXPECT_EQ(folder_content(), (Files{{"b", ""}}));
 }
@@ -186,14 +186,14 @@ TEST_F(FileNaming, IfTheSecondRenameFailsTheFirstIsUndone) {
 TEST_F(FileNaming, IfTheSecondRenameFailsExistingFilesStay) {
   write_file("a", "old a");
   EXPECT_EQ(
-      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
+      write_both(IfExists::kReplace, [] { std::filesystem::create_directory("b"); }),
       "cannot write 'b': Is a directory");
   EXPECT_EQ(folder_content(), (Files{{"a", "old a"}, {"b", ""}}));
 }
 
 TEST_F(FileNaming, IfTheFirstRenameFailsTheSecondIsNotDone) {
   EXPECT_EQ(
-      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("a"); }),
+      write_both(IfExists::kReplace, [] { std::filesystem::create_directory("a"); }),
       "cannot write 'a': Is a directory");
   EXPECT_EQ(folder_content(), (Files{{"a", ""}}));
 }
@@ -202,7 +202,7 @@ TEST_F(FileNaming, ReportsAFirstRenameThatCannotBeUndone) {
   exchange_error = EINVAL;
   write_file("a", "old a");
   EXPECT_EQ(
-      write_both(Earlier::kReplaced, [] { std::filesystem::create_directory("b"); }),
+      write_both(IfExists::kReplace, [] { std::filesystem::create_directory("b"); }),
       "cannot write 'b': Is a directory; 'a' is the new file already");
   EXPECT_EQ(folder_content(), (Files{{"a", "new a"}, {"b", ""}}));
 }
