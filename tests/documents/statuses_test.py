@@ -46,11 +46,13 @@ class VeldmarkStatus(DocumentTest):
         (0, "ended by an answer", [], [PAUSE, PAUSE, "0"], one_year),
         (0, "ended by an answer", [], SEARCH, one_year),
         (0, "a value of the box that is not a number", [], SEARCH, a_value_that_is_none),
-        (0, "the end of the file at a row of the box", [], SEARCH, no_lines_to_skip),
+        (0, "an end of the file exactly where a row of the box is to be read", [], SEARCH,
+         no_lines_to_skip),
         (2, "Wrong command line", ["--nonsense"], None, one_year),
         (255, "an answer that is not a number", [], [PAUSE, PAUSE, "x"], one_year),
         (255, "the end of the input", [], [PAUSE], one_year),
-        (255, "ends before a row of the box", [], SEARCH, a_short_file),
+        (255, "ends in the lines that are skipped before a row of the box", [], SEARCH,
+         a_short_file),
     )
 
     def test_is_what_the_page_says(self):
