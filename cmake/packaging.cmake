@@ -13,7 +13,8 @@ set(own_folder "
       file(MAKE_DIRECTORY \"\${own_folder}\")")
 
 if(TARGET veldmark-extract)
-  install(TARGETS veldmark-extract RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # OPTIONAL: the README builds without this program.
+  install(TARGETS veldmark-extract RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} OPTIONAL)
   install(FILES packaging/completions/veldmark-extract
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 endif()
