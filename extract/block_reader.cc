@@ -13,7 +13,7 @@
 namespace veldmark::extract {
 namespace {
 
-// Thrown to end a part whose result is no longer needed.
+// Thrown to end a part whose result is no longer needed. run_parts drops it.
 struct PartCancelled {};
 
 }  // namespace
@@ -26,7 +26,7 @@ class BlockReader {
         cells_(cells),
         years_(years),
         progress_(progress),
-        parts_(
+        part_count_(
             parts_for(static_cast<std::size_t>(bytes_to_read(input, cells, years)))) {}
 
   SeriesBlock read() {
@@ -35,13 +35,13 @@ class BlockReader {
     layout.month_count =
         static_cast<std::size_t>(years_.last - years_.first + 1) * kMonthsPerYear;
     block_.values_ = make_large_buffer(layout.columns.size() * layout.month_count);
-    std::vector<LateStarts> late_starts(parts_);
-    run_parts(parts_,
+    std::vector<LateStarts> late_starts(part_count_);
+    run_parts(part_count_,
               [&](const Part& part) { late_starts[part.index()] = read_months(part); });
     for (const LateStarts& cells : late_starts) {
       add_late_starts(cells);
     }
-    run_parts(parts_, [&](const Part& part) { transpose_rows(part); });
+    run_parts(part_count_, [&](const Part& part) { transpose_rows(part); });
     return std::move(block_);
   }
 
@@ -62,7 +62,8 @@ class BlockReader {
               block_.values_.data());
   }
 
-  // Merges the late starts of one part; it has the missing code in all other months.
+  // Merges the late starts of one part. Their series hold the missing code in the
+  // months of the other parts.
   void add_late_starts(const LateStarts& cells) {
     for (const auto& [cell, series] : cells) {
       std::vector<std::int16_t>& all = block_.late_starts_[cell];
@@ -97,7 +98,7 @@ class BlockReader {
   const CellSet& cells_;
   const Years& years_;
   const Progress& progress_;
-  std::size_t parts_;
+  std::size_t part_count_;
   std::mutex progress_mutex_;  // for progress_
   SeriesBlock block_;
 };
@@ -111,6 +112,7 @@ std::int64_t bytes_to_read(const InputFile& input, const CellSet& cells,
                            const Years& years) {
   const std::int64_t months =
       std::int64_t{years.last - years.first + 1} * kMonthsPerYear;
+  // The first month is read twice, the first time by find_cells.
   const auto lines = static_cast<std::int64_t>(cells.rows().size()) * (months + 1);
   return lines * static_cast<std::int64_t>(kLineLength + input.line_end_size);
 }

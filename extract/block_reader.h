@@ -14,13 +14,18 @@ namespace veldmark::extract {
 
 // Reads the series of `cells` in `years`, which the file holds. Only the lines of rows
 // with cells are read.
-// Throws Failure, which names line, characters and text, if a field of a cell is not an
-// integer or does not fit into 16 bits, if a line has the wrong length, and if a read
-// fails.
+// Calls `progress` from any of the reading threads, one call at a time; its exceptions
+// pass through.
+//
+// Throws Failure
+//   for a field of a cell that is not an integer or does not fit into 16 bits, with its
+//   line, character positions and text
+//   for a line of the wrong length, with the line
+//   for a read that fails, with the reason
 SeriesBlock read_cells(const InputFile& input, const CellSet& cells, const Years& years,
                        const Progress& progress);
 
-// Returns the number of bytes that read_cells reads.
+// Returns the number of bytes that read_cells reports to `progress`.
 std::int64_t bytes_to_read(const InputFile& input, const CellSet& cells,
                            const Years& years);
 

@@ -4,6 +4,7 @@
 
 #include "catalogue/variable_name.h"
 #include "extract/csv_series.h"
+#include "extract/decimal_text.h"
 #include "extract/output_names.h"
 #include "extract/text_output.h"
 #include "extract/value_texts.h"
@@ -16,7 +17,8 @@ namespace {
 // "60.25,-139.75,"
 std::string place_columns(const Cell& cell, RowOrder order) {
   const Point centre = centre_of(cell, order);
-  return degrees_text(centre.latitude) + "," + degrees_text(centre.longitude) + ",";
+  return short_decimal_text(centre.latitude) + "," +
+         short_decimal_text(centre.longitude) + ",";
 }
 
 void write_series(const Job& job, const BoxCells& box, const SeriesBlock& block,

@@ -6,6 +6,7 @@
 #include "extract/area_mean.h"
 #include "extract/box_cells.h"
 #include "extract/box_csv.h"
+#include "extract/decimal_text.h"
 #include "extract/netcdf_output.h"
 #include "extract/tsf_output.h"
 
@@ -25,8 +26,8 @@ std::size_t count_cells_with_data(const Job& job, const std::vector<Cell>& cells
   if (job.options.cell) {
     const Point centre = centre_of(cells.front(), job.input.entry.row_order);
     throw NothingFound(
-        "the cell at " + degrees_text(centre.latitude) + ", " +
-        degrees_text(centre.longitude) +
+        "the cell at " + short_decimal_text(centre.latitude) + ", " +
+        short_decimal_text(centre.longitude) +
         " has no data; --sites with --radius finds the nearest that has");
   }
   throw NothingFound("no cell has data (" + count_of(std::ssize(cells), "cell") +

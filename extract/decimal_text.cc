@@ -14,4 +14,14 @@ std::string decimal_text(double value, int decimals) {
   return {digits.data(), result.ptr};
 }
 
+std::string short_decimal_text(double value) {
+  constexpr int kDecimals = 9;
+  std::string text = decimal_text(value, kDecimals);
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.ends_with('.')) {
+    text.pop_back();
+  }
+  return text == "-0" ? "0" : text;
+}
+
 }  // namespace veldmark::extract

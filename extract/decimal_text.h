@@ -11,6 +11,10 @@ namespace veldmark::extract {
 // |value| < 1e15.
 std::string decimal_text(double value, int decimals);
 
+// Returns `value` with at most nine decimals and no trailing zeros: "-78", "10.25".
+// Requires |value| < 1e15.
+std::string short_decimal_text(double value);
+
 }  // namespace veldmark::extract
 
 #endif  // VELDMARK_EXTRACT_DECIMAL_TEXT_H_

@@ -19,9 +19,7 @@
 namespace veldmark::extract {
 
 // Months are counted from 0, January of the first year. Every member function throws
-// Failure, which names line, characters and text, if a field of a cell is not an
-// integer or does not fit into 16 bits, if a line has the wrong length, and if a read
-// fails.
+// the Failures of read_cells (block_reader.h).
 class MonthsReader {
  public:
   // Requires that the file holds `years` and that all arguments outlive this object.

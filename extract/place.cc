@@ -41,7 +41,7 @@ bool is_longitude(double degrees) {
 }
 
 std::string range_text(double first, double second) {
-  return degrees_text(first) + ":" + degrees_text(second);
+  return short_decimal_text(first) + ":" + short_decimal_text(second);
 }
 
 // Returns the lowest index 1..count whose centre is at or above `bound`; count + 1 if
@@ -98,16 +98,6 @@ std::optional<double> parse_degrees(std::string_view text) {
     return std::nullopt;
   }
   return value;
-}
-
-std::string degrees_text(double degrees) {
-  constexpr int kDecimals = 9;
-  std::string text = decimal_text(degrees, kDecimals);
-  text.erase(text.find_last_not_of('0') + 1);
-  if (text.ends_with('.')) {
-    text.pop_back();
-  }
-  return text == "-0" ? "0" : text;
 }
 
 double to_signed_longitude(double longitude) {

@@ -43,10 +43,6 @@ struct Cell {
 // nullopt for any other text, including blanks, infinities and NaN.
 std::optional<double> parse_degrees(std::string_view text);
 
-// Returns `degrees` as text with at most nine decimals and no trailing zeros: "-78",
-// "10.25".
-std::string degrees_text(double degrees);
-
 // Returns `longitude` (-180..360) as a longitude of -180..180.
 double to_signed_longitude(double longitude);
 

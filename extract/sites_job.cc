@@ -104,8 +104,8 @@ std::string place_columns(const Site& site, const Cell& cell, RowOrder order) {
     columns += csv_field(field) + ",";
   }
   const Point centre = centre_of(cell, order);
-  return columns + degrees_text(centre.latitude) + "," +
-         degrees_text(centre.longitude) + "," +
+  return columns + short_decimal_text(centre.latitude) + "," +
+         short_decimal_text(centre.longitude) + "," +
          decimal_text(distance_km(site.point, centre), 1) + ",";
 }
 
@@ -144,11 +144,11 @@ void write_csv(const Job& job, const SiteTable& table, const FoundSites& found) 
 void report_left_out(const Job& job, const SiteTable& table, const FoundSites& found) {
   for (const std::size_t index : found.left_out) {
     const Point& point = table.sites[index].point;
-    note(job, site_title(table, index) + " (" + degrees_text(point.latitude) + ", " +
-                  degrees_text(point.longitude) + ") is left out: " +
+    note(job, site_title(table, index) + " (" + short_decimal_text(point.latitude) +
+                  ", " + short_decimal_text(point.longitude) + ") is left out: " +
                   (job.options.radius_km
                        ? "no cell with data within " +
-                             degrees_text(*job.options.radius_km) + " km"
+                             short_decimal_text(*job.options.radius_km) + " km"
                        : "its cell has no data; --radius allows the nearest that has"));
   }
 }

@@ -9,10 +9,11 @@
 
 namespace veldmark::extract {
 
-// Extracts the cell of each site and writes the output, in the order of the table. A
-// site whose cell has no data is left out and named, unless the options allow the
-// nearest cell with data within a radius.
-// Returns the summary. Throws NothingFound if no site has data, and Failure.
+// Extracts the cell of each site and writes the output, in the order of the table. If
+// that cell has no data, the nearest cell with data within the options' radius is used.
+// A site without either is skipped, and a message names it.
+// Returns the summary. Throws NothingFound if no site has data, Failure and
+// Interrupted.
 std::string extract_sites(const Job& job);
 
 }  // namespace veldmark::extract

@@ -1,4 +1,4 @@
-// Reads the block of values of a search from its grid file.
+// Reads the values that a search needs from its grid file.
 
 #ifndef VELDMARK_CATALOGUE_READ_BLOCK_H_
 #define VELDMARK_CATALOGUE_READ_BLOCK_H_
@@ -9,8 +9,8 @@
 
 namespace veldmark {
 
-// Reads the requested block and closes the file. Rows outside 1..360 do not exist and
-// are not read. Lines that are not requested are skipped; they may contain anything and
+// Reads the requested block and closes the file. Rows outside 1..360, which a request
+// may have (grid_geometry.h), are skipped and have no cells with data. Lines that are not requested are skipped; they may contain anything and
 // have any length.
 //
 // Throws FileFault if a read fails, and ReadFault with

@@ -15,5 +15,13 @@ TEST(DecimalText, RoundsToItsDecimals) {
   EXPECT_EQ(decimal_text(-999999999999999, 9), "-999999999999999.000000000");
 }
 
+TEST(ShortDecimalText, HasNoMoreDecimalsThanItNeeds) {
+  EXPECT_EQ(short_decimal_text(60.25), "60.25");
+  EXPECT_EQ(short_decimal_text(-78), "-78");
+  EXPECT_EQ(short_decimal_text(100), "100");
+  EXPECT_EQ(short_decimal_text(282.3 - 360), "-77.7");
+  EXPECT_EQ(short_decimal_text(-0.0), "0");
+}
+
 }  // namespace
 }  // namespace veldmark::extract

@@ -69,14 +69,6 @@ TEST(ParseDegrees, AcceptsPlainDecimalNumbersOnly) {
   }
 }
 
-TEST(DegreesText, HasNoMoreDecimalsThanItNeeds) {
-  EXPECT_EQ(degrees_text(60.25), "60.25");
-  EXPECT_EQ(degrees_text(-78), "-78");
-  EXPECT_EQ(degrees_text(100), "100");
-  EXPECT_EQ(degrees_text(282.3 - 360), "-77.7");
-  EXPECT_EQ(degrees_text(-0.0), "0");
-}
-
 TEST(SetLatitudes, RefusesWhatIsNoRange) {
   EXPECT_EQ(fault_of_latitudes("60:50"),
             "--lat 60:50: the southern edge comes first; did you mean --lat 50:60?");

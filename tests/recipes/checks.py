@@ -25,7 +25,7 @@ def printed_numbers(text):
     return {match[1]: match[2] for match in found if match}
 
 
-def same_number(label, expected, printed):
+def same_value(label, expected, printed):
     if expected is None:
         return printed.lower() in ("nan", "na")
     if label == "data":
@@ -36,7 +36,7 @@ def same_number(label, expected, printed):
         return False
     if label == "chosen cell":
         return found == list(expected)
-    # Means have four decimals, f six digits.
+    # Means are printed with four decimals, f with six digits; all others are exact.
     tolerance = (1e-5 * float(expected) if label.startswith("largest") else
                  0.5001e-4 if "mean" in label else 0)
     return len(found) == 1 and abs(found[0] - expected) <= tolerance
@@ -45,7 +45,11 @@ def same_number(label, expected, printed):
 def check_recipe(language, name, extract, cell=(), pixels=True, folder=RECIPES):
     """Runs a recipe on an extract and compares all that it made.
 
-    pixels    whether those of PNG pictures are looked at, which takes a second
+    cell      the chosen cell; () for the recipe's default
+    pixels    whether PNG pictures are checked, and the recipe runs again for their texts;
+              takes seconds
+
+    The pictures are removed.
     """
     label = "%s, %s" % (language, name)
     chosen = cell or extract.cells()[0]
@@ -56,54 +60,58 @@ def check_recipe(language, name, extract, cell=(), pixels=True, folder=RECIPES):
     printed = printed_numbers(result.stdout)
     for key, value in expected.items():
         found = printed.get(key, "nothing")
-        check(same_number(key, value, found),
+        check(same_value(key, value, found),
               "%s: %s: %s instead of %s" % (label, key, found, value))
-    check(("f values" in printed) == bool(extract.cutoff), label + ": f values")
-    drawn = pictures(extract, chosen)
-    check_pictures(language, label, extract, drawn, pixels)
+    check(("f values" in printed) == bool(extract.cutoff),
+          label + ": f values without a cutoff year, or none with one")
+    wanted = pictures(extract, chosen)
+    check_pictures(language, label, extract, wanted, pixels)
     if LANGUAGES[language].as_texts and pixels:
-        check_recipe_texts(language, label, extract, cell, drawn)
+        check_recipe_texts(language, label, extract, cell, wanted)
 
 
-def check_pictures(language, label, extract, drawn, pixels):
+def check_pictures(language, label, extract, wanted, pixels):
     kind = LANGUAGES[language].kind
-    names = {picture: Path("%s.%s.%s" % (extract.stem, picture, kind)) for picture in drawn}
+    names = {picture: Path("%s.%s.%s" % (extract.stem, picture, kind)) for picture in wanted}
     made = set(extract.folder.glob("*." + kind))
-    check(made == set(names.values()), "%s: pictures %s" % (label, sorted(made)))
+    check(made == set(names.values()), "%s: made %s, expected %s" % (
+        label, sorted(made), sorted(names.values())))
     for picture in set(names) if made == set(names.values()) else ():
         if kind == "svg":
-            complaints = check_svg(names[picture], drawn[picture])
+            complaints = check_svg(names[picture], wanted[picture])
         else:
-            complaints = check_png(names[picture], drawn[picture]) if pixels else []
+            complaints = check_png(names[picture], wanted[picture]) if pixels else []
         check(not complaints, "%s, %s: %s" % (label, picture, "; ".join(complaints[:5])))
     for name in made:
         name.unlink()
 
 
-def check_recipe_texts(language, label, extract, cell, drawn):
-    """Runs a copy of the recipe that draws a kind of picture in which text is text."""
+def check_recipe_texts(language, label, extract, cell, wanted):
+    """Runs a copy of the recipe, changed to draw PDF (R) or SVG (gnuplot), whose texts can be
+    read, and checks them. The files are still named .png."""
+    # The recipes must work in a folder with blanks in its name.
     with tempfile.TemporaryDirectory(prefix="a copy of ") as folder:
         copy = Path(shutil.copytree(RECIPES, Path(folder) / "recipes"))
         script = (copy / LANGUAGES[language].script).read_text()
         check(script.count(LANGUAGES[language].as_texts[0]) == 1,
-              language + ": the line that opens a picture")
+              language + ": more or less than one line opens a picture")
         (copy / LANGUAGES[language].script).write_text(
             script.replace(*LANGUAGES[language].as_texts))
         LANGUAGES[language].run(copy, extract.stem, *cell)
-    for picture in drawn:
+    for picture in wanted:
         name = Path("%s.%s.png" % (extract.stem, picture))
         if language == "R":    # labels are anchored at their left
-            found = pdf_texts(name, drawn[picture].height)
-            complaints = check_texts(found, drawn[picture], x_slack=(-35, 0))
+            found = pdf_texts(name, wanted[picture].height)
+            complaints = check_texts(found, wanted[picture], x_slack=(-35, 0))
         else:
-            complaints = check_texts(gnuplot_texts(name), drawn[picture])
+            complaints = check_texts(gnuplot_texts(name), wanted[picture])
         check(not complaints, "%s, %s, texts: %s" % (label, picture,
                                                      "; ".join(complaints[:5])))
         name.unlink()
 
 
 def check_reader(language, name, extract):
-    """read_tsf: longitude, latitude, year, month, value of each month."""
+    """Checks that read_tsf gives longitude, latitude, year, month and value of all months."""
     result = subprocess.run([*LANGUAGES[language].reader, extract.stem + ".TSF"],
                             text=True, capture_output=True, check=False)
     rows = [(*cell, extract.first + i // 12, i % 12 + 1, physical(extract, stored))
@@ -114,5 +122,5 @@ def check_reader(language, name, extract):
         one[:4] == list(row[:4]) and
         (math.isnan(one[4]) if row[4] is None else abs(one[4] - row[4]) < 1e-9)
         for one, row in zip(found, rows))
-    check(same, "%s, read_tsf, %s: %d rows instead of %d, or others\n%s" % (
+    check(same, "%s, read_tsf, %s: %d rows, expected %d, or other values\n%s" % (
         language, name, len(found), len(rows), result.stderr))

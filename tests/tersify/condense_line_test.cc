@@ -45,7 +45,7 @@ bool is_usual(const std::string& line) {
                             output.data());
 }
 
-// The reference implementation: streams and numbers instead of masks. Returns "" for an
+// The plain definition: streams and numbers instead of masks. Returns "" for an
 // invalid line.
 std::string plain_condensed(const std::string& line) {
   std::istringstream words(line);
