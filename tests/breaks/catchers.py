@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import dataclasses
 
-PROGRAMS = ("veldmark", "tersify", "series_to_grid")
+PROGRAMS = ("veldmark", "tersify", "series_to_grid", "veldmark-extract")
 
 
 @dataclasses.dataclass(frozen=True)
