@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -22,6 +23,7 @@
 #include "selection/lattice.h"
 #include "support/grid_text.h"
 #include "support/temporary_folder.h"
+#include "util/file_fault.h"
 
 namespace veldmark {
 namespace {
@@ -119,6 +121,19 @@ TEST(CoreAlone, ReportsABadFieldWithLineAndColumn) {
     EXPECT_EQ(bad->line, line_number(1902, 3, 202));
     EXPECT_EQ(bad->field, 402);
     EXPECT_EQ(fault.name(), "frs");
+    EXPECT_STREQ(fault.what(), "frs");
+  }
+}
+
+TEST(CoreAlone, ReportsAFileThatCannotBeOpened) {
+  const TemporaryFolder folder;
+  try {
+    const GridFile file("frs");
+    ADD_FAILURE() << "no fault";
+  } catch (const FileFault& fault) {
+    EXPECT_EQ(fault.kind(), FileFault::Kind::kNotOpened);
+    EXPECT_EQ(fault.error_number(), ENOENT);
+    EXPECT_STREQ(fault.what(), "frs");
   }
 }
 

@@ -63,6 +63,12 @@ TEST(ProgramArguments, HelpSaysWhatTheProgramDoesAndNeeds) {
   EXPECT_EQ(file_content("screen"), kUsage + kHelp);
 }
 
+TEST(ProgramArguments, AFullDiskIsReported) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_with("--help > /dev/full"), 255);
+  EXPECT_EQ(file_content("errors"), "veldmark: standard output cannot be written\n");
+}
+
 TEST(ProgramArguments, HelpLinesFitATerminal) {
   const TemporaryFolder folder;
   EXPECT_EQ(run_with("--help"), 0);

@@ -85,6 +85,14 @@ TEST(Program, GivesNoFileTheDescriptorOfAClosedStream) {
   EXPECT_EQ(program.end(), 255);
 }
 
+TEST(Program, ReportsAScreenThatCannotBeWritten) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run_program_with("\n\n0\n", "> /dev/full 2> errors"), 255);
+  EXPECT_TRUE(file_content("errors").ends_with(
+      "Run-time error:\nCannot write file: standard output: No space left on device\n"
+      "? WRITE(UNIT=5,...\n"));
+}
+
 TEST(Program, ReportsAFullDiskWhileSaving) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
   const TemporaryFolder folder;

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -100,6 +101,18 @@ const std::string kTime = R"(	double time(time) ;
 	double time_bnds(time, bnds) ;
 		time_bnds:_Storage = "contiguous" ;
 )";
+
+TEST_F(Netcdf, ALibraryThatCannotBeLoadedIsReported) {
+  write_file(NETCDF_SONAME, "no library");
+  const std::string command = std::string("LD_LIBRARY_PATH=. '" VELDMARK_EXTRACT "' ") +
+                              kName + " -o x.nc 2> messages";
+  const int status = std::system(command.c_str());
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+  EXPECT_EQ(file_content("messages"),
+            "veldmark-extract: cannot load the netCDF library: ./" NETCDF_SONAME
+            ": file too short\n");
+  EXPECT_FALSE(std::filesystem::exists("x.nc"));
+}
 
 TEST_F(Netcdf, AGridIsDescribed) {
   write({"--lat", "60:61", "--lon", "179:181", "--years", "1902"});

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -76,14 +76,17 @@ TEST(RunParts, TheLowestFailedPartIsReported) {
 // Ends the process with status 0 if the calling thread has run all parts.
 [[noreturn]] void run_without_threads() {
   // No address space for the stack of a thread.
-  const rlimit none{.rlim_cur = 1, .rlim_max = 1};
+  rlimit before{};
+  ::getrlimit(RLIMIT_AS, &before);
+  const rlimit none{.rlim_cur = 1, .rlim_max = before.rlim_max};
   ::setrlimit(RLIMIT_AS, &none);
   std::array<bool, 3> done{};
   const std::thread::id caller = std::this_thread::get_id();
   run_parts(done.size(), [&](const Part& part) {
     done[part.index()] = std::this_thread::get_id() == caller;
   });
-  ::_exit(done[0] && done[1] && done[2] ? 0 : 1);
+  ::setrlimit(RLIMIT_AS, &before);
+  std::quick_exit(done[0] && done[1] && done[2] ? 0 : 1);
 }
 
 // Needs a new process: it could reuse the stacks of earlier threads.
