@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <string_view>
-#include <system_error>
 
+#include "extract/read_failure.h"
 #include "util/failure.h"
 #include "util/file_descriptor.h"
 #include "util/in_quotes.h"
@@ -96,11 +96,6 @@ class Parser {
   Collected collected_;
 };
 
-[[noreturn]] void throw_read_error(const std::string& name) {
-  throw Failure("cannot read " + in_quotes(name) + ": " +
-                std::generic_category().message(errno));
-}
-
 // Waits for data from a pipe or a terminal. Returns the number of bytes read, 0 at the
 // end of the file. Throws Interrupted after a signal.
 std::size_t read_some(const std::string& name, const FileDescriptor& file, char* buffer,
@@ -116,7 +111,7 @@ std::size_t read_some(const std::string& name, const FileDescriptor& file, char*
       return static_cast<std::size_t>(count);
     }
     if (errno != EAGAIN) {
-      throw_read_error(name);
+      fail_to_read(name, errno);
     }
   }
 }
@@ -125,7 +120,7 @@ std::size_t read_some(const std::string& name, const FileDescriptor& file, char*
 void require_not_truncated(const std::string& name, std::size_t size,
                            const struct stat& opened) {
   if (S_ISREG(opened.st_mode) && static_cast<std::int64_t>(size) < opened.st_size) {
-    throw Failure("cannot read " + in_quotes(name) + ": it became shorter");
+    fail_to_read(name, 0);
   }
 }
 
@@ -135,7 +130,7 @@ std::string read_whole_file(const std::string& name) {
   const FileDescriptor file(name, O_RDONLY | O_NONBLOCK);
   struct stat opened {};
   if (!file.is_open() || ::fstat(file.get(), &opened) != 0) {
-    throw_read_error(name);
+    fail_to_read(name, errno);
   }
   std::string content;
   std::size_t size = 0;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 
+#include "extract/read_failure.h"
 #include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
@@ -81,9 +81,7 @@ void FramedLines::read_bytes(std::int64_t offset, char* buffer,
                              std::size_t size) const {
   errno = 0;
   if (!input_.file.read_at(offset, buffer, size)) {
-    throw Failure(
-        "cannot read " + in_quotes(input_.name) + ": " +
-        (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
+    fail_to_read(input_.name, errno);
   }
 }
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "extract/file_kind.h"
+#include "extract/read_failure.h"
 #include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
@@ -62,8 +63,7 @@ FileDescriptor open_file(const ResolvedInput& named) {
 std::int64_t size_of(const ResolvedInput& named, const FileDescriptor& file) {
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) {
-    throw Failure("cannot read " + in_quotes(named.file_name) + ": " +
-                  std::generic_category().message(errno));
+    fail_to_read(named.file_name, errno);
   }
   if (S_ISDIR(status.st_mode)) {
     throw Failure(in_quotes(named.file_name) + " is a folder");
@@ -83,9 +83,7 @@ std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
   std::string head(static_cast<std::size_t>(std::min(size, kHeadSize)), '\0');
   errno = 0;  // stays 0 if the file ends early
   if (!file.read_at(0, head.data(), head.size())) {
-    throw Failure(
-        "cannot read " + in_quotes(name) + ": " +
-        (errno != 0 ? std::generic_category().message(errno) : "it became shorter"));
+    fail_to_read(name, errno);
   }
   const std::string_view text(head);
   const std::size_t line_end = text.find('\n');
