@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -119,7 +120,7 @@ Years years_of_file(const Options& options, const std::string& name,
   if (options.first_year) {
     return {.first = *options.first_year, .last = *options.first_year + count - 1};
   }
-  const std::optional<Years> named = years_of_name(name);
+  const std::optional<Years> named = companion::years_in_name(name);
   if (!named) {
     throw UsageError(in_quotes(name) +
                      " does not tell its years in its name: give --first-year");
@@ -135,22 +136,6 @@ Years years_of_file(const Options& options, const std::string& name,
 }
 
 }  // namespace
-
-std::optional<Years> years_of_name(const std::string& name) {
-  constexpr std::string_view kPattern = ".0000.0000.";        // 0 for any digit
-  const std::string base = name.substr(name.rfind('/') + 1);  // npos + 1 is 0
-  std::string shape = base;
-  std::replace_if(
-      shape.begin(), shape.end(), [](char c) { return '0' <= c && c <= '9'; }, '0');
-  const std::size_t place = shape.find(kPattern);
-  if (place == std::string::npos) {
-    return std::nullopt;
-  }
-  constexpr std::size_t kDigits = 4;
-  const Years years{.first = std::stoi(base.substr(place + 1, kDigits)),
-                    .last = std::stoi(base.substr(place + kDigits + 2, kDigits))};
-  return years.first <= years.last ? std::optional(years) : std::nullopt;
-}
 
 InputFile open_input(const Options& options) {
   const ResolvedInput named = resolve_input(options);

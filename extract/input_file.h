@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "catalogue/variable_name.h"
@@ -24,10 +23,6 @@ struct InputFile {
   std::size_t line_end_size;  // 1 for LF, 2 for CR LF
   Years years;                // of the file
 };
-
-// Returns the first and last year in a file's name, as in ".1901.2016."; nullopt if it
-// has none.
-std::optional<Years> years_of_name(const std::string& name);
 
 // Opens the input of `options`: a file, or a variable's file in the current folder.
 // Throws UsageError if the variable or the first year is not known, and Failure if the

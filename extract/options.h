@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "companion/years_in_name.h"
 #include "extract/place.h"
 
 namespace veldmark::extract {
@@ -15,11 +16,7 @@ enum class Task { kExtract, kCite, kShowHelp, kShowVersion };
 
 enum class Format { kCsv, kTsf, kNetcdf };
 
-// Years, both included.
-struct Years {
-  std::int32_t first = 0;
-  std::int32_t last = 0;
-};
+using companion::Years;
 
 // Returns "1901-2016".
 std::string years_text(const Years& years);

@@ -147,7 +147,7 @@ int cite(const Options& options, const Environment& environment) {
                      ": the variables are " + short_names());
   }
   environment.output << citation_of_file(*entry, options.input,
-                                         years_of_name(options.input))
+                                         companion::years_in_name(options.input))
                      << "\n";
   return kSuccess;
 }

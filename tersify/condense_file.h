@@ -7,9 +7,9 @@
 
 namespace veldmark::tersify {
 
-// Condenses a file to a copy named as CondenseJob says. The copy is written to COPY.part
-// and renamed when it is complete. The last line of a published text may lack its
-// newline.
+// Condenses a file to a copy named as CondenseJob says. The copy is written to
+// COPY.part and renamed when it is complete. The last line of a published text may lack
+// its newline.
 //
 // Throws Failure, which names the file and, for a fault in a text, the line and the
 // field; and Interrupted when an InterruptWatch catches a signal. After either,

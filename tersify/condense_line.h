@@ -39,8 +39,8 @@ struct LineFault {
 //
 //   line     without line end; requires companion::kLinePadding readable characters
 //            on either side
-//   output   gets 3600 characters; requires kCondensedCapacity. Unfinished after a
-//   fault.
+//   output   gets 3600 characters, or undefined ones after a fault; requires
+//            kCondensedCapacity
 //
 // Returns the first fault, counted from the left; nullopt when there is none.
 std::optional<LineFault> condense_line(std::string_view line, char* output);

@@ -65,7 +65,7 @@ void expect_dimensions(const NetcdfVariable& variable) {
   const auto is = [&](std::size_t i, std::string_view name, std::string_view other) {
     return found[i].name == name || found[i].name == other;
   };
-  if (found.size() != 3 || !is(0, "time", "time") || !is(1, "lat", "latitude") ||
+  if (found.size() != 3 || found[0].name != "time" || !is(1, "lat", "latitude") ||
       !is(2, "lon", "longitude")) {
     throw NetcdfFault(in_quotes(variable.name) + " has the dimensions " +
                       dimensions_text(variable) + "; expected (time, lat, lon)");

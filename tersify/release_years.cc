@@ -1,40 +1,13 @@
 #include "tersify/release_years.h"
 
-#include <cstddef>
-
-#include "companion/digits.h"
-
 namespace veldmark::tersify {
 namespace {
-
-constexpr std::string_view kYearsInName = ".dddd.dddd.";
-constexpr std::size_t kFirstAt = 1;
-constexpr std::size_t kLastAt = 6;
-constexpr std::size_t kYearDigits = 4;
-
-std::int32_t year_at(std::string_view text, std::size_t place) {
-  return std::stoi(std::string(text.substr(place, kYearDigits)));
-}
 
 std::string number_of_years(std::int32_t count) {
   return std::to_string(count) + (count == 1 ? " year" : " years");
 }
 
 }  // namespace
-
-std::optional<Years> years_in_name(std::string_view name) {
-  name.remove_prefix(name.rfind('/') + 1);  // npos + 1 is 0
-  for (; name.size() >= kYearsInName.size(); name.remove_prefix(1)) {
-    const std::string_view text = name.substr(0, kYearsInName.size());
-    if (companion::has_shape(text, kYearsInName)) {
-      const Years years{year_at(text, kFirstAt), year_at(text, kLastAt)};
-      if (years.first <= years.last) {
-        return years;
-      }
-    }
-  }
-  return std::nullopt;
-}
 
 GridShape shape_by_name(std::string_view name, GridShape shape) {
   if (const std::optional<Years> years = years_in_name(name)) {

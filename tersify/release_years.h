@@ -8,22 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "companion/years_in_name.h"
 #include "tersify/grid_shape.h"
 
 namespace veldmark::tersify {
 
-// A range of years, both included; first <= last.
-struct Years {
-  std::int32_t first = 0;
-  std::int32_t last = 0;
-
-  [[nodiscard]] std::int32_t count() const { return last - first + 1; }
-};
-
-// Returns the years in a file's name, ".1901.2024." in
-// "cru_ts4.09.1901.2024.tmp.dat.new"; nullopt if there are none. Folder names are
-// ignored.
-std::optional<Years> years_in_name(std::string_view name);
+using companion::Years;
+using companion::years_in_name;
 
 // Returns `shape` with the years in the file's name, if there are any.
 GridShape shape_by_name(std::string_view name, GridShape shape);

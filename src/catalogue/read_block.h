@@ -10,8 +10,8 @@
 namespace veldmark {
 
 // Reads the requested block and closes the file. Rows outside 1..360, which a request
-// may have (grid_geometry.h), are skipped and have no cells with data. Lines that are not requested are skipped; they may contain anything and
-// have any length.
+// may have (grid_geometry.h), are skipped and have no cells with data. Lines that are
+// not requested are skipped; they may contain anything and have any length.
 //
 // Throws FileFault if a read fails, and ReadFault with
 //   BadField             if a requested field is not an integer, or missing because its

@@ -30,28 +30,6 @@ const std::string kCondensed = condensed_line(numbers()) + "\n";
 // One row, so that twelve lines are a year; two years unless the name gives others.
 constexpr GridShape kTwoYears{.years = 2, .rows = 1};
 
-// Returns "1901-2024", or "" if there are none.
-std::string years_of(const std::string& name) {
-  const std::optional<Years> years = years_in_name(name);
-  return years ? std::to_string(years->first) + "-" + std::to_string(years->last) : "";
-}
-
-TEST(YearsInName, StandBetweenFullStops) {
-  EXPECT_EQ(years_of("cru_ts4.09.1901.2024.tmp.dat.gz"), "1901-2024");
-  EXPECT_EQ(years_of("/data/cru_ts4.07.2021.2022.tmp.dat.nc"), "2021-2022");
-  EXPECT_EQ(years_of("scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new"), "1901-2016");
-  EXPECT_EQ(years_of("x.1901.1901.y"), "1901-1901");
-  EXPECT_EQ(years_of("x.4.0100.1901.2024.y"), "100-1901");
-}
-
-TEST(YearsInName, AreNothingElse) {
-  for (const std::string name :
-       {"grid", "", "tmp.1901.dat", "cru_ts4.01.2016.1901.tmp.dat", "x.1901-2016.y",
-        "x.1901.20166.y", ".1901.2016", "1901.2016.dat", "a.1901.2016.d/grid"}) {
-    EXPECT_EQ(years_of(name), "") << name;
-  }
-}
-
 TEST(WholeYears, AreOneAtLeast) {
   EXPECT_EQ(whole_years(535'680, {}), 124);
   EXPECT_EQ(whole_years(4320, {}), 1);

@@ -86,8 +86,9 @@ std::optional<std::int32_t> parse_month(std::string_view text) {
   }
   std::int32_t year = 0;
   std::int32_t month = 0;
-  std::from_chars(text.data(), text.data() + 4, year);
-  std::from_chars(text.data() + 5, text.data() + 7, month);
+  const char* const end = text.data() + text.size();
+  std::from_chars(text.data(), end, year);
+  std::from_chars(text.data() + 5, end, month);
   if (month < 1 || month > kMonthsPerYear) {
     return std::nullopt;
   }
