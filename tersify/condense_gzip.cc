@@ -60,6 +60,7 @@ Condensed condense_text_of(const CondenseJob& job, const std::string& beginning,
 // Decompresses to a temporary file, which is removed in any case, and condenses that.
 Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginning,
                              std::optional<std::int64_t> size, GzipReader& reader) {
+  require_netcdf(job);  // before hundreds of megabytes are decompressed
   const std::string name = job.output.value_or(condensed_name(job.name)) + ".nc";
   job.inputs.require_not_an_input(name);
   expect_disk_space(name, size, job.free_space);

@@ -9,6 +9,9 @@
 
 namespace veldmark::tersify {
 
+// Throws Failure if tersify was built without netCDF.
+void require_netcdf(const CondenseJob& job);
+
 // Condenses a netCDF file. The copy appears under its name when it is complete.
 //
 //   path    the file to read: the job's own, or its decompressed copy

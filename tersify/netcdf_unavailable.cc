@@ -6,9 +6,14 @@
 
 namespace veldmark::tersify {
 
-Condensed condense_netcdf(const std::string& /*path*/, const CondenseJob& job) {
+void require_netcdf(const CondenseJob& job) {
   throw Failure(in_quotes(job.name) +
                 " is netCDF, and this tersify was built without netCDF");
+}
+
+Condensed condense_netcdf(const std::string& /*path*/, const CondenseJob& job) {
+  require_netcdf(job);
+  return {};
 }
 
 }  // namespace veldmark::tersify
