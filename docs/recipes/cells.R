@@ -201,7 +201,7 @@ draw_cells <- function(which, col = NA, border = if (few) "#404040" else NA) {
 
 source_name <- substring(heading, 24, 36) # "CRUts4.01tmp." or "scPDSI.dat."
 source_name <- if (startsWith(source_name, "CRUts"))
-  sub("^CRUts([0-9.]*).*", "CRU TS \\1", source_name) else "scPDSI 3.25"
+  sub("^CRUts([0-9.]*).*", "CRU TS \\1", source_name) else "scPDSI"
 span <- sprintf("%d to %d, %s", first, last, source_name)
 count <- if (nrow(cells) == 1) "1 cell" else paste(nrow(cells), "cells")
 where <- paste(variable$quantity, north(cells$lat[chosen]), east(cells$lon[chosen]),

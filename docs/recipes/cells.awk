@@ -98,7 +98,7 @@ FILENAME ~ /\.ftst$/ {
 length($0) == 128 {
   data_set = substr($0, 24, 13)
   sub(/ +$/, "", data_set)
-  source = data_set ~ /^CRUts/ ? "CRU TS " substr(data_set, 6) : "scPDSI 3.25"
+  source = data_set ~ /^CRUts/ ? "CRU TS " substr(data_set, 6) : "scPDSI"
   sub(/[a-z]+\.$/, "", source)
   sub(/^CRUts[0-9.]*/, "CRUts4.01", data_set) # other releases are stored alike
   if (!(data_set in scale)) fail(FILENAME " is no series file")

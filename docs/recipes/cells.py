@@ -196,7 +196,7 @@ def main(stem, lon=None, lat=None):
     print("annual mean %d  " % last, "%.4f" % annual_mean(years[last]))
 
     release = re.match("CRUts([0-9.]*)", heading[23:36])
-    source = "CRU TS " + release[1] if release else "scPDSI 3.25"
+    source = "CRU TS " + release[1] if release else "scPDSI"
     span = "%d to %d, %s" % (first, last, source)
     count = "1 cell" if len(means) == 1 else "%d cells" % len(means)
     where = "%s, %s, %s" % (quantity, north(chosen[1]), east(chosen[0]))

@@ -27,7 +27,7 @@ class Extract:
         self.series, self.box = series, box
         name = "cru_ts4.01.1901.2016.%s.dat.new" % variable
         if variable == "scPDSI":
-            name, self.source = "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new", "scPDSI 3.25"
+            name, self.source = "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new", "scPDSI"
         self.stem = str(self.folder / name)
         self.folder.mkdir()
         self.make_grid()
