@@ -87,7 +87,9 @@ class Extraction(PartFiles):
         if fault.name == "poll" or fault.file == "online":
             return [None]  # a read that need not wait, or the number of processors
         if fault.name in ("fcntl", "close") and fault.file.endswith(".part"):
-            return [None, *self.messages_of_part(PROGRAM, fault)]
+            reported = self.messages_of_part(PROGRAM, fault)
+            # The first close is that of the duplicate. After the last one the file has its name.
+            return reported if fault.number == 1 and not is_retried(fault) else [None, *reported]
         if fault.file == "standard-output" and fault.name in HARMLESS_CALLS:
             return [None]
         return super().messages(fault)
