@@ -24,10 +24,10 @@ namespace veldmark::tersify {
 // Characters of a condensed line, without its newline.
 constexpr std::size_t kCondensedLine = kFieldWidth * kGridColumns;
 
-// Size of the output buffer that the functions below need: a block of 64 characters can
-// hold 32 surplus numbers, which are written before they are counted, and numbers are
-// written eight characters at a time.
-constexpr std::size_t kCondensedCapacity = kCondensedLine + 32 * kFieldWidth + 8;
+// Size of the output buffer that the functions below need. Surplus numbers are written
+// before they are counted: up to 32, which fit in a block of 64 characters. That takes
+// 168 characters more than a line.
+constexpr std::size_t kCondensedCapacity = 2 * kCondensedLine;
 
 // Why a line cannot be condensed.
 struct LineFault {

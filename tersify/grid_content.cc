@@ -26,8 +26,7 @@ bool is_polar(std::int32_t GridY, std::string_view missing) {
 }  // namespace
 
 GridContent::GridContent(const GridShape& shape)
-    : shape_(shape),
-      row_((static_cast<std::size_t>(shape.columns) + kBits - 1) / kBits) {}
+    : shape_(shape), row_(static_cast<std::size_t>(shape.columns) / kBits + 1) {}
 
 void GridContent::add_line(std::int64_t line, std::string_view text) {
   if (line == 1) {
