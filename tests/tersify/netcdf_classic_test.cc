@@ -88,6 +88,28 @@ TEST(LeastClassicSize, SizesDontOverflow) {
   EXPECT_EQ(least(header.bytes()), std::numeric_limits<std::uint64_t>::max());
 }
 
+// A file with one variable of a single value, at offset 100.
+std::string one_value(std::uint32_t type) {
+  Header header(5);
+  header.count(0).no_list().no_list();
+  header.list(Header::kVariables, 1).name("v").count(0).no_list();
+  return header.word(type).count(8).offset(100).bytes();
+}
+
+TEST(LeastClassicSize, KnowsTheSizesOfAllTypes) {
+  EXPECT_EQ(least(one_value(1)), 101U);   // byte
+  EXPECT_EQ(least(one_value(2)), 101U);   // char
+  EXPECT_EQ(least(one_value(3)), 102U);   // short
+  EXPECT_EQ(least(one_value(4)), 104U);   // int
+  EXPECT_EQ(least(one_value(5)), 104U);   // float
+  EXPECT_EQ(least(one_value(6)), 108U);   // double
+  EXPECT_EQ(least(one_value(7)), 101U);   // unsigned byte
+  EXPECT_EQ(least(one_value(8)), 102U);   // unsigned short
+  EXPECT_EQ(least(one_value(9)), 104U);   // unsigned int
+  EXPECT_EQ(least(one_value(10)), 108U);  // 64-bit int
+  EXPECT_EQ(least(one_value(11)), 108U);  // unsigned 64-bit int
+}
+
 TEST(LeastClassicSize, IsZeroForOtherFiles) {
   EXPECT_EQ(least(""), 0U);
   EXPECT_EQ(least("CDF"), 0U);
@@ -112,6 +134,8 @@ TEST(LeastClassicSize, AHeaderThatEndsTooEarlyIsAFault) {
 }
 
 TEST(LeastClassicSize, AnInvalidHeaderIsAFault) {
+  expect_fault("the file's header is damaged", one_value(0));
+  expect_fault("the file's header is damaged", one_value(12));
   Header header(1);
   header.count(0).no_list().no_list();
   header.list(Header::kVariables, 1).name("v").count(1).count(0);
