@@ -69,6 +69,11 @@ TEST(DaysSince, ATimeOfDayCounts) {
   expect_days("Days Since 1900-12-31T18:00:00.0Z", "", 0.25);
   expect_days("day since 1900-12-31 06:00 UTC", "", 0.75);
   expect_days(" days  since 1901-1-1 00:00:00 +00:00 ", "", 0);
+  const DaysSince half_a_minute_before("days since 1900-12-31 23:59:30", "");
+  constexpr double kSecond = 1.0 / 86400;
+  EXPECT_EQ(half_a_minute_before.month_of(30.1 * kSecond), kJanuary1901);
+  EXPECT_EQ(half_a_minute_before.month_of(29.9 * kSecond),
+            kJanuary1901 - std::chrono::months(1));
 }
 
 TEST(DaysSince, OtherUnitsAreRefused) {
@@ -109,6 +114,10 @@ TEST(DaysSince, TimesThatAreNoMonthsAreRefused) {
                [&] { static_cast<void>(since.month_of(4e6)); });
   expect_fault("a time is in the year 1599; expected 1600 to 9999",
                [&] { static_cast<void>(since.month_of(-109573 - 0.5)); });
+  EXPECT_EQ(since.month_of(-109573), year(1600) / January);
+  EXPECT_EQ(since.month_of(2958463.5), year(9999) / std::chrono::December);
+  expect_fault("a time is in the year 10000; expected 1600 to 9999",
+               [&] { static_cast<void>(since.month_of(2958464)); });
 }
 
 // The middles of the months that published files hold.
