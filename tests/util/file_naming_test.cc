@@ -172,6 +172,21 @@ TEST_F(FileNaming, TwoPartsReplaceEarlierFiles) {
   }
 }
 
+TEST_F(FileNaming, AReplacedPartIsFoundBeforeTheFirstRename) {
+  for (const std::string name : {"a", "b"}) {
+    write_file("a", "old a");
+    EXPECT_EQ(write_both(IfExists::kReplace,
+                         [&] {
+                           std::filesystem::remove(name + ".part");
+                           write_file(name + ".part", "theirs");
+                         }),
+              "cannot write '" + name + "': '" + name +
+                  ".part' was removed or replaced meanwhile");
+    EXPECT_EQ(folder_content(), (Files{{"a", "old a"}, {name + ".part", "theirs"}}));
+    std::filesystem::remove(name + ".part");
+  }
+}
+
 TEST_F(FileNaming, IfTheSecondRenameFailsTheFirstIsUndone) {
   EXPECT_EQ(write_both(IfExists::kKeep, [] { write_file("b", "theirs"); }),
             "cannot write 'b': another file has got this name meanwhile");
