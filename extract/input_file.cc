@@ -49,16 +49,16 @@ FileDescriptor open_file(const ResolvedInput& named) {
   if (file.is_open()) {
     return file;
   }
-  const std::string reason = std::generic_category().message(errno);
+  std::string reason = std::generic_category().message(errno);
   if (named.by_short_name && errno == ENOENT) {
     throw Failure(in_quotes(named.file_name) + ", the file of " +
                   std::string(named.entry->short_name) +
                   ", is not in the current folder");
   }
-  const bool like_a_variable =
-      errno == ENOENT && named.file_name.find_first_of("./") == std::string::npos;
-  throw Failure("cannot open " + in_quotes(named.file_name) + ": " + reason +
-                (like_a_variable ? "; the variables are " + short_names() : ""));
+  if (errno == ENOENT && named.file_name.find_first_of("./") == std::string::npos) {
+    reason += "; the variables are " + short_names();  // it looks like one
+  }
+  throw Failure("cannot open " + in_quotes(named.file_name) + ": " + reason);
 }
 
 std::int64_t size_of(const ResolvedInput& named, const FileDescriptor& file) {

@@ -154,10 +154,11 @@ int cite(const Options& options, const Environment& environment) {
 
 // Returns the message for a fault of the core, which only writes files here.
 std::string fault_text(const FileFault& fault) {
-  const bool busy = fault.kind() == FileFault::Kind::kWrittenByAnotherRun;
-  return "cannot write " + in_quotes(fault.name()) + ": " +
-         (busy ? "another run is writing it"
-               : std::generic_category().message(fault.error_number()));
+  std::string reason = "another run is writing it";
+  if (fault.kind() != FileFault::Kind::kWrittenByAnotherRun) {
+    reason = std::generic_category().message(fault.error_number());
+  }
+  return "cannot write " + in_quotes(fault.name()) + ": " + reason;
 }
 
 int run_command(std::span<const std::string> arguments,

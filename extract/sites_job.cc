@@ -141,15 +141,19 @@ void write_csv(const Job& job, const SiteTable& table, const FoundSites& found) 
   output.complete();
 }
 
+std::string reason_to_leave_out(const Options& options) {
+  if (!options.radius_km) {
+    return "its cell has no data; --radius allows the nearest that has";
+  }
+  return "no cell with data within " + short_decimal_text(*options.radius_km) + " km";
+}
+
 void report_left_out(const Job& job, const SiteTable& table, const FoundSites& found) {
   for (const std::size_t index : found.left_out) {
     const Point& point = table.sites[index].point;
     note(job, site_title(table, index) + " (" + short_decimal_text(point.latitude) +
-                  ", " + short_decimal_text(point.longitude) + ") is left out: " +
-                  (job.options.radius_km
-                       ? "no cell with data within " +
-                             short_decimal_text(*job.options.radius_km) + " km"
-                       : "its cell has no data; --radius allows the nearest that has"));
+                  ", " + short_decimal_text(point.longitude) +
+                  ") is left out: " + reason_to_leave_out(job.options));
   }
 }
 

@@ -94,11 +94,14 @@ std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& sha
     return fault_of_too_many(shape);
   }
   const std::int64_t all = std::max(shape.line_count(), (lines / year + 1) * year);
-  return "the file ends after " + std::to_string(lines) + " of " + std::to_string(all) +
-         " lines; the next is " + name_of_line(lines + 1, shape) +
-         (are_whole_years ? "; its name says " + std::to_string(shape.years) +
-                                " years, and it holds " + std::to_string(lines / year)
-                          : "");
+  std::string text = "the file ends after " + std::to_string(lines) + " of " +
+                     std::to_string(all) + " lines; the next is " +
+                     name_of_line(lines + 1, shape);
+  if (are_whole_years) {
+    text += "; its name says " + std::to_string(shape.years) + " years, and it holds " +
+            std::to_string(lines / year);
+  }
+  return text;
 }
 
 }  // namespace

@@ -92,17 +92,19 @@ std::int32_t first_bad_field(std::string_view line, const FieldGroup& group) {
 RowFormat row_format(const GridRanges& ranges) {
   const std::int32_t count1 = ranges.ColCount1();
   const std::int32_t count2 = ranges.ColCount2();
-  if (!ranges.CrossesDateLine) {
-    return ranges.FirstCol > 1
-               ? with_numbers("(     x,     i5)",
-                              {{2, kCharacters * (ranges.FirstCol - 1)}, {9, count1}})
-               : with_numbers("(            i5)", {{9, count1}});
+  if (ranges.CrossesDateLine) {
+    const std::int32_t gap = kGridColumns - (count1 + count2);
+    if (gap > 0) {
+      return with_numbers("(     i5,     x,     i5)",
+                          {{2, count1}, {10, kCharacters * gap}, {17, count2}});
+    }
+    return with_numbers("(     i5,            i5)", {{2, count1}, {17, count2}});
   }
-  const std::int32_t gap = kGridColumns - (count1 + count2);
-  return gap > 0
-             ? with_numbers("(     i5,     x,     i5)",
-                            {{2, count1}, {10, kCharacters * gap}, {17, count2}})
-             : with_numbers("(     i5,            i5)", {{2, count1}, {17, count2}});
+  if (ranges.FirstCol > 1) {
+    return with_numbers("(     x,     i5)",
+                        {{2, kCharacters * (ranges.FirstCol - 1)}, {9, count1}});
+  }
+  return with_numbers("(            i5)", {{9, count1}});
 }
 
 FieldGroups field_groups(const GridRanges& ranges) {
