@@ -9,7 +9,7 @@
     mutate.py --build-folder FOLDER     keeps the copy that is built there for the next run
     mutate.py --results FILE --report   tries nothing; reports the results so far
     mutate.py --list                only names the mutants
-    mutate.py --self-test           checks that mutants are found
+    mutate.py --self-test           checks that mutants are found, those of the list too
 
 A mutant is killed when a test fails or crashes, and timed out when one takes more than
 ten times as long as usual.  The list `survivors` beside this file names the mutants that
@@ -205,6 +205,16 @@ def say(text: str) -> None:
 # ---------------------------------------------------- the report
 
 
+def check_list(mutants: Sequence[Mutant]) -> int:
+    """Prints the entries of the list that fit no mutant. Returns 1 if there are any, or 0."""
+    listed = read_survivors(os.path.join(HERE, "survivors"))
+    found = {matching(listed, mutant) for mutant in mutants}
+    stale = [survivor.name for survivor in listed if survivor not in found]
+    for name in stale:
+        print("listed, and no such mutant: %s" % name)
+    return 1 if stale else 0
+
+
 def report(
     mutants: Sequence[Mutant], campaign: Campaign, listed: List[Survivor], complete: bool
 ) -> bool:
@@ -304,9 +314,9 @@ def main() -> int:
     """Runs the command line. Returns the exit status."""
     arguments = parsed_arguments()
     restore_signals()
-    if arguments.self_test:
-        return self_test.run()
     everything, sums = all_mutants(PROJECT)
+    if arguments.self_test:
+        return self_test.run() or check_list(everything)
     mutants = chosen(everything, arguments)
     if arguments.list:
         for mutant in mutants:
