@@ -19,8 +19,9 @@ namespace veldmark {
 // The part is locked until the rename, so that a second run for the same output fails
 // at once and does no harm.
 //
-// Every member throws Failure "cannot write 'NAME...': reason", and Interrupted if an
-// InterruptWatch has caught a signal.
+// The constructor, and the members that write or complete, throw Failure "cannot write
+// 'NAME': reason" (or 'NAME.part'). The constructor and those that complete also throw
+// Interrupted if an InterruptWatch has caught a signal.
 class PartFile {
  public:
   // Throws Failure if NAME exists and is not a regular file (the rename would replace a

@@ -86,6 +86,33 @@ class Meridian(BoxTest):
             self.take("2", edges)
             self.assertEqual(self.values_in_wrong_cells(TMP)[0], 0)
 
+    def test_a_left_edge_beyond_the_last_centre_gives_wrong_values_or_all_columns(self):
+        last = self.find(
+            r"left edge above ([\d.]+) or a right edge below -\1: every value may then be wrong, or "
+            r"every column is taken",
+            one_line(page("docs/before-you-trust-a-number.md")),
+            "the last centre",
+        )
+        beyond = str(float(last) + 0.05)
+        *_, saved, _ = self.take("2", ("1.0", "0.0", "-179.0", beyond))
+        self.assertGreater(saved, 0)
+        self.assertEqual(self.values_in_wrong_cells(TMP), (saved, saved))
+        longitudes, *_ = self.take("2", ("1.0", "0.0", "180.0", beyond))
+        self.assertEqual(len(longitudes), 720)
+        *_, saved, _ = self.take("2", ("1.0", "0.0", "180.0", last))
+        self.assertEqual(self.values_in_wrong_cells(TMP), (0, saved))
+
+    def test_a_bottom_edge_beyond_the_last_centre_takes_every_row(self):
+        last = self.find(
+            r"bottom edge above ([\d.]+) takes every row: keep it at \1 or below",
+            one_line(page("docs/before-you-trust-a-number.md")),
+            "the last centre",
+        )
+        _, latitudes, *_ = self.take("2", ("90.0", str(float(last) + 0.05), "1.0", "0.0"))
+        self.assertEqual(len(latitudes), 360)
+        _, latitudes, *_ = self.take("2", ("90.0", last, "1.0", "0.0"))
+        self.assertEqual(latitudes, [89.75])
+
     def test_a_left_edge_of_any_size_is_taken_for_the_drought_index(self):
         left = self.find(
             r"beyond 179\.75 \((\d+\.0) for 78 W",

@@ -64,7 +64,9 @@ class Prompts(PromptTest):
         }
         text = one_line(page(BEFORE_YOU_TRUST))
         words = self.find(
-            r"(\w+) at the menu, (\w+) of a year, (\w+) of a coordinate", text, "widths"
+            r"(\w+) at the menu, (\w+) of the first and the last year, (\w+) of a coordinate",
+            text,
+            "widths",
         )
         menu, year, coordinate = (NUMBERS[word] for word in words)
         self.assertEqual(list(told.values()), [menu, coordinate, year])
@@ -181,8 +183,8 @@ class Searches(PromptTest):
 
     def test_a_second_search_goes_as_told(self):
         self.assertIn(
-            "keeps region and years: next come a pause, the menu, the citation, "
-            "and the question for thinning",
+            "keeps region and years: next come a pause, the menu, the pause after the choice "
+            "of a variable, and the question for thinning",
             manual_entry("Perform another search?"),
         )
         screen = self.whole_screen().split("Change search parameters?")[1]

@@ -131,13 +131,13 @@ class Campaign:
         return only_quick_tests or self._arguments.again == "survivors"
 
     def run(self, mutants: List[Mutant]) -> None:
-        """Tries the mutants that have no result yet, in random order, so that a stopped
-        campaign has tried a random sample."""
+        """Tries the pending mutants: first those with an earlier result, then the others.
+        Both are in random order, so that a stopped campaign has tried a random sample."""
         waiting = [mutant for mutant in mutants if self._is_pending(mutant)]
         if not waiting:
             return
         random.Random(self._arguments.seed).shuffle(waiting)
-        waiting.sort(key=lambda mutant: self.verdict(mutant) is None)  # known survivors first
+        waiting.sort(key=lambda mutant: self.verdict(mutant) is None)  # those with a result first
         folder = self._arguments.build_folder or tempfile.mkdtemp(prefix="veldmark-mutants-")
         try:
             if self._arguments.results:
