@@ -63,6 +63,7 @@ class Extraction(PartFiles):
 
     # No fsync: closing a duplicate of the descriptor reports lost writes.
     ORDER = "flock (write )+(close )+"
+    FOLDER_IS_SYNCED = False
 
     def run(self, fault: Optional[Fault] = None) -> Outcome:
         outcome = super().run(fault)

@@ -54,6 +54,7 @@ class PartFiles(Scene):
 
     notes = ""
     ORDER = "flock (write )+fsync "  # the calls on a part before it is renamed
+    FOLDER_IS_SYNCED = True  # after that
 
     def __init__(
         self,
@@ -72,7 +73,7 @@ class PartFiles(Scene):
 
     def wrong_order(self, baseline: Outcome) -> str:
         """A part must be locked before it is written and until it is renamed, and be on the
-        disk by then."""
+        disk by then; its new name must be on the disk at once."""
         for place, call in enumerate(baseline.calls):
             if call.name not in RENAMING_CALLS:
                 continue
@@ -81,6 +82,9 @@ class PartFiles(Scene):
             steps = [name for name in names[opened:] if name in PART_CALLS]
             if not re.fullmatch(self.ORDER, "".join(step + " " for step in steps)):
                 return "%s is renamed after: %s" % (call.file, " ".join(steps))
+            following = [(one.name, one.file) for one in baseline.calls[place + 1 : place + 3]]
+            if self.FOLDER_IS_SYNCED and following != [("openat", "."), ("fsync", "folder")]:
+                return "%s is renamed, and then: %s" % (call.file, following)
         return ""
 
     def complaint(self, baseline: Outcome, fault: Fault, call: Call, outcome: Outcome) -> str:
