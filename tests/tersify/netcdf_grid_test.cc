@@ -91,6 +91,8 @@ TEST(StoredValue, IsTheNearestInteger) {
 TEST(StoredValue, MustBeNearAnInteger) {
   EXPECT_EQ(stored_value(8.4011, 10), std::nullopt);
   EXPECT_EQ(stored_value(8.3989, 10), std::nullopt);
+  EXPECT_EQ(stored_value(99999.01, 1), std::nullopt);
+  EXPECT_EQ(stored_value(-9999.01, 1), std::nullopt);
   EXPECT_EQ(stored_value(-8.4011, 10), std::nullopt);
   EXPECT_EQ(stored_value(8.4011, 100), std::nullopt);
   EXPECT_EQ(stored_value(0.0011, 10), std::nullopt);
