@@ -7,7 +7,7 @@
 namespace veldmark::extract {
 
 std::string decimal_text(double value, int decimals) {
-  constexpr std::size_t kBufferSize = 32;
+  constexpr std::size_t kBufferSize = 320;  // the largest double has 309 digits
   std::array<char, kBufferSize> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value,
                                     std::chars_format::fixed, decimals);

@@ -7,12 +7,11 @@
 
 namespace veldmark::extract {
 
-// Returns `value` rounded to `decimals` (0..9) decimals, as "-0.50". Requires
-// |value| < 1e15.
+// Returns the finite `value` rounded to `decimals` (0..9) decimals, as "-0.50".
 std::string decimal_text(double value, int decimals);
 
-// Returns `value` with at most nine decimals and no trailing zeros: "-78", "10.25".
-// Requires |value| < 1e15.
+// Returns the finite `value` with at most nine decimals and no trailing zeros: "-78",
+// "10.25".
 std::string short_decimal_text(double value);
 
 }  // namespace veldmark::extract

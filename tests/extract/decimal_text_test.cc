@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <string>
+
 namespace veldmark::extract {
 namespace {
 
@@ -13,6 +16,9 @@ TEST(DecimalText, RoundsToItsDecimals) {
   EXPECT_EQ(decimal_text(0.375, 2), "0.38");
   EXPECT_EQ(decimal_text(72.84, 1), "72.8");
   EXPECT_EQ(decimal_text(-999999999999999, 9), "-999999999999999.000000000");
+  const std::string largest = decimal_text(-std::numeric_limits<double>::max(), 9);
+  EXPECT_EQ(largest.substr(0, 20), "-1797693134862315708");
+  EXPECT_EQ(largest.size(), 320U);
 }
 
 TEST(ShortDecimalText, HasNoMoreDecimalsThanItNeeds) {
