@@ -27,7 +27,7 @@ int run_reported(const Environment& environment, std::string_view program,
     if (environment.output) {
       return status;
     }
-    start_message(environment, program) << "cannot write the standard output\n";
+    start_message(environment, program) << "cannot write to standard output\n";
     return status == kSuccess ? kFailed : status;
   } catch (const UsageError& error) {
     start_message(environment, program)

@@ -57,7 +57,7 @@ TEST(RunReported, EachExceptionHasItsStatusAndMessage) {
 TEST(RunReported, AnOutputThatCannotBeWrittenIsAFailure) {
   Outcome ended = outcome_of([] { return 0; }, true);
   EXPECT_EQ(ended.status, 1);
-  EXPECT_EQ(ended.messages, "tool: cannot write the standard output\n");
+  EXPECT_EQ(ended.messages, "tool: cannot write to standard output\n");
   ended = outcome_of([] { return 130; }, true);
   EXPECT_EQ(ended.status, 130);
 }

@@ -169,7 +169,7 @@ class PartFiles(Scene):
             where = r"('\S+': |cannot (read|write) '\S+': )?"
             return [None, refused + program + where + lacks + "\n"]
         if fault.file == "standard-output":
-            return [program + "cannot write the standard output\n"]
+            return [program + "cannot write to standard output\n"]
         if fault.name == "close":
             return [None]
         if fault.file.endswith(".part"):

@@ -94,7 +94,7 @@ TEST(TersifyProgram, AnUnwritableStandardOutputIsAFailure) {
   const int status =
       std::system("'" TERSIFY_PROGRAM "' --help > /dev/full 2> messages");
   EXPECT_EQ(WEXITSTATUS(status), 1);
-  EXPECT_EQ(file_content("messages"), "tersify: cannot write the standard output\n");
+  EXPECT_EQ(file_content("messages"), "tersify: cannot write to standard output\n");
 }
 
 TEST(TersifyProgram, AFileSizeLimitIsAFailureAndLeavesNothing) {
