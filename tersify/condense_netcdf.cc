@@ -84,14 +84,14 @@ class NetcdfCopy {
   // Reads a tile and writes its lines at their offsets.
   void condense(const NetcdfTile& tile) {
     InterruptWatch::throw_if_caught();
-    values_.resize(tile.months * tile.rows.count * kGridColumns);
+    const std::size_t size = tile.rows.count * kGridColumns;  // of a month
+    values_.resize(tile.months * size);
     input_.read(
         layout_.variable, std::array{tile.first_month, tile.rows.first, std::size_t{0}},
         std::array{tile.months, tile.rows.count, std::size_t{kGridColumns}}, values_);
     for (std::size_t i = 0; i < tile.months; ++i) {
       const std::size_t month = tile.first_month + i;
-      const std::span<const float> values = std::span(values_).subspan(
-          i * tile.rows.count * kGridColumns, tile.rows.count * kGridColumns);
+      const std::span<const float> values = std::span(values_).subspan(i * size, size);
       file_.write_at(
           static_cast<std::int64_t>(month) * kBytesPerMonth +
               static_cast<std::int64_t>(lines_.first_line(tile.rows)) * kBytesPerLine,
