@@ -100,7 +100,7 @@ class Parser {
 // end of the file. Throws Interrupted after a signal.
 std::size_t read_some(const std::string& name, const FileDescriptor& file, char* buffer,
                       std::size_t size) {
-  pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = 0};
+  pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = {}};
   for (;;) {
     InterruptWatch::throw_if_caught();
     if (::poll(&until_readable, 1, -1) < 0 && errno == EINTR) {

@@ -22,7 +22,7 @@ void write_to_standard_output(std::string_view text) {
     if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
     } else if (errno == EAGAIN) {
-      pollfd until_writable{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+      pollfd until_writable{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = {}};
       ::poll(&until_writable, 1, -1);
     } else if (errno != EINTR) {
       throw Failure("cannot write to standard output: " +

@@ -26,7 +26,8 @@ Extent extent_of(const NetcdfVariable& variable) {
   const std::size_t chunk_rows =
       std::clamp(variable.chunk[1], kAtLeast, std::size_t{kGridRows});
   const std::size_t most = kMaxRows / months;
-  const std::size_t rows = most < chunk_rows ? most : most / chunk_rows * chunk_rows;
+  const std::size_t rows =
+      std::max(most / chunk_rows * chunk_rows, std::min(most, chunk_rows));
   return {.months = months, .rows = std::min(rows, std::size_t{kGridRows})};
 }
 

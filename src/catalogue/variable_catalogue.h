@@ -27,7 +27,7 @@ constexpr std::size_t kMaxDataFileNameLength = 40;
 // A data set. Texts for the output files are fields of fixed width, which are written
 // with their trailing blanks. A default entry is blank: no data set has been chosen.
 struct VariableEntry {
-  std::int32_t menu_number = 0;
+  std::int32_t menu_number{};
   std::string_view menu_line{};
   std::string_view short_name{};  // as in file names
   std::string_view units{};       // of the stored values, as in the menu

@@ -22,7 +22,7 @@ bool should_retry(int descriptor, short event) {
   if (errno != EAGAIN) {
     return false;
   }
-  pollfd request{.fd = descriptor, .events = event, .revents = 0};
+  pollfd request{.fd = descriptor, .events = event, .revents = {}};
   return ::poll(&request, 1, -1) > 0 || errno == EINTR;
 }
 
