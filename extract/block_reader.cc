@@ -32,8 +32,7 @@ class BlockReader {
   SeriesBlock read() {
     BlockLayout& layout = block_.layout_;
     layout = MonthsReader(input_, cells_, years_, progress_).find_cells();
-    layout.month_count =
-        static_cast<std::size_t>(years_.last - years_.first + 1) * kMonthsPerYear;
+    layout.month_count = static_cast<std::size_t>(years_.count()) * kMonthsPerYear;
     block_.values_ = make_large_buffer(layout.columns.size() * layout.month_count);
     std::vector<LateStarts> late_starts(part_count_);
     run_parts(part_count_,
@@ -110,8 +109,7 @@ SeriesBlock read_cells(const InputFile& input, const CellSet& cells, const Years
 
 std::int64_t bytes_to_read(const InputFile& input, const CellSet& cells,
                            const Years& years) {
-  const std::int64_t months =
-      std::int64_t{years.last - years.first + 1} * kMonthsPerYear;
+  const std::int64_t months = std::int64_t{years.count()} * kMonthsPerYear;
   // The first month is read twice, the first time by find_cells.
   const auto lines = static_cast<std::int64_t>(cells.rows().size()) * (months + 1);
   return lines * static_cast<std::int64_t>(kLineLength + input.line_end_size);

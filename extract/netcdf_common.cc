@@ -42,7 +42,7 @@ std::string subject_of(const Job& job) {
 
 NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
     : years_(years) {
-  const std::int32_t year_count = years.last - years.first + 1;
+  const std::int32_t year_count = years.count();
   dimension_ =
       file.add_dimension("time", static_cast<std::size_t>(year_count) * kMonthsPerYear);
   middles_ =
@@ -60,7 +60,7 @@ NetcdfTime::NetcdfTime(NetcdfFile& file, const Years& years, int bounds)
 void NetcdfTime::put(NetcdfFile& file) const {
   std::vector<double> middles;
   std::vector<double> bounds;
-  const std::int32_t month_count = (years_.last - years_.first + 1) * kMonthsPerYear;
+  const std::int32_t month_count = years_.count() * kMonthsPerYear;
   for (std::int32_t month = 0; month < month_count; ++month) {
     const MonthTime time = month_time(years_.first, month);
     middles.push_back(time.middle);
