@@ -80,9 +80,7 @@ class Stage:
 
     def read_into_cache(self, variable):
         """Reads the grid file of `variable` into the page cache."""
-        with self.data_file(variable).open("rb", buffering=0) as file:
-            while file.read(MIB):
-                pass
+        read_into_cache(self.data_file(variable))
 
     def drop_from_cache(self, variable):
         """Drops the grid file of `variable` from the page cache."""
@@ -175,6 +173,13 @@ class Stage:
     def clear(self):
         """Removes everything but the grid files."""
         shutil.rmtree(self.scratch)
+
+
+def read_into_cache(path):
+    """Reads a file into the page cache."""
+    with path.open("rb", buffering=0) as file:
+        while file.read(MIB):
+            pass
 
 
 def empty_folder(folder):
