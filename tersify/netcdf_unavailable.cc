@@ -5,15 +5,19 @@
 #include "util/in_quotes.h"
 
 namespace veldmark::tersify {
+namespace {
 
-void require_netcdf(const CondenseJob& job) {
+[[noreturn]] void fail(const CondenseJob& job) {
   throw Failure(in_quotes(job.name) +
                 " is netCDF, and this tersify was built without netCDF");
 }
 
+}  // namespace
+
+void require_netcdf(const CondenseJob& job) { fail(job); }
+
 Condensed condense_netcdf(const std::string& /*path*/, const CondenseJob& job) {
-  require_netcdf(job);
-  return {};
+  fail(job);
 }
 
 }  // namespace veldmark::tersify
