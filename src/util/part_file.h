@@ -28,7 +28,8 @@ class PartFile {
   // device by a file), if another run is writing NAME.part (or may be: a part of
   // another user that cannot be opened), and if NAME.part is a folder.
   //
-  //   if_exists    what happens to a file NAME that exists at the rename
+  //   if_exists    what happens to a file NAME that exists at the rename: it is
+  //                replaced, or it is kept and the member that completes fails
   enum class IfExists { kReplace, kKeep };
   explicit PartFile(std::string name, IfExists if_exists = IfExists::kReplace);
   ~PartFile();
