@@ -74,15 +74,15 @@ class PartFiles(Scene):
     def wrong_order(self, baseline: Outcome) -> str:
         """A part must be locked before it is written and until it is renamed, and be on the
         disk by then; its new name must be on the disk at once."""
-        for place, call in enumerate(baseline.calls):
+        for index, call in enumerate(baseline.calls):
             if call.name not in RENAMING_CALLS:
                 continue
-            names = [one.name for one in baseline.calls[:place] if one.file == call.file]
+            names = [one.name for one in baseline.calls[:index] if one.file == call.file]
             opened = len(names) - names[::-1].index("openat")
             steps = [name for name in names[opened:] if name in PART_CALLS]
             if not re.fullmatch(self.ORDER, "".join(step + " " for step in steps)):
                 return "%s is renamed after: %s" % (call.file, " ".join(steps))
-            following = [(one.name, one.file) for one in baseline.calls[place + 1 : place + 3]]
+            following = [(one.name, one.file) for one in baseline.calls[index + 1 : index + 3]]
             if self.FOLDER_IS_SYNCED and following != [("openat", "."), ("fsync", "folder")]:
                 return "%s is renamed, and then: %s" % (call.file, following)
         return ""

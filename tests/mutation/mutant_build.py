@@ -145,7 +145,7 @@ class Executable(NamedTuple):
     """A program of the build."""
 
     name: str
-    place: str  # in the folder of the build
+    path: str  # in the folder of the build
     libraries: Tuple[str, ...]  # the project's own, as targets
     foreign: Tuple[str, ...]  # other libraries, as files
 
@@ -156,15 +156,15 @@ def _executables(build: str) -> List[Executable]:
     ninja = ["ninja", "-C", build, "-t"]
     targets = subprocess.check_output(ninja + ["targets", "all"], text=True)
     found: List[Executable] = []
-    for place, name in re.findall(
+    for path, name in re.findall(
         r"^([^/\[\]\n][^\[\]\n]*): CXX_EXECUTABLE_LINKER__([\w-]+)_Release$", targets, re.M
     ):
-        if not place.startswith(("tests/fuzz/", "bench/")):
-            inputs = subprocess.check_output(ninja + ["query", place], text=True)
+        if not path.startswith(("tests/fuzz/", "bench/")):
+            inputs = subprocess.check_output(ninja + ["query", path], text=True)
             libraries = re.findall(r"^    \| (?!/)(?:.*/)?lib(\w+)\.a$", inputs, re.M)
             foreign = re.findall(r"^    \| (/.*\.(?:a|so))$", inputs, re.M)
             found.append(
-                Executable(name, place, tuple(dict.fromkeys(libraries)), tuple(foreign))
+                Executable(name, path, tuple(dict.fromkeys(libraries)), tuple(foreign))
             )
     return found
 
@@ -225,7 +225,7 @@ class MutantBuild:
         self.executables = {one.name: one for one in _executables(self.build)}
         self.python = _python()
         self.programs = [
-            one.name for one in self.executables.values() if not one.place.startswith("tests/")
+            one.name for one in self.executables.values() if not one.path.startswith("tests/")
         ]
         wanted = list(self.executables) + [
             name for name in _HELPERS if re.search("^%s:" % name, known, re.M)
@@ -269,7 +269,7 @@ class MutantBuild:
 
     def path_of(self, program: str) -> str:
         """Returns the path of a built program."""
-        return os.path.join(self.build, self.executables[program].place)
+        return os.path.join(self.build, self.executables[program].path)
 
     def _precompile(self) -> None:
         """Precompiles the standard headers, alone and with the test framework."""
@@ -517,7 +517,7 @@ class Worker:
 
     def _link(self, program: str, mutant: Optional[Mutant]) -> Optional[str]:
         """Links a program. Returns None if one of its units doesn't compile."""
-        place = os.path.join(self._programs, program)
+        path = os.path.join(self._programs, program)
         objects: List[str] = []
         for unit in self._base.units_of(program):
             built = self._object(unit, mutant)
@@ -526,13 +526,13 @@ class Worker:
             objects.append(built)
         compiler = self._base.units[0].arguments[0]
         libraries = list(self._base.executables[program].foreign) + ["-lpthread"]
-        if os.path.exists(place):
-            os.remove(place)
+        if os.path.exists(path):
+            os.remove(path)
         flags = _linker()
         if self._base.sanitized:
             flags.append("-fsanitize=address,undefined")
-        linked = self._call([compiler] + flags + objects + libraries + ["-o", place])
-        return place if linked else None
+        linked = self._call([compiler] + flags + objects + libraries + ["-o", path])
+        return path if linked else None
 
     # ------------------------------------------------ running
 
@@ -584,9 +584,9 @@ class Worker:
             self._base.usual_seconds[suite] = run.seconds
 
     def _run_suite(self, suite: Suite, usual: Optional[float]) -> Run:
-        place = os.path.join(self._programs, suite.program)
+        path = os.path.join(self._programs, suite.program)
         return self._run(
-            [place, "--gtest_filter=" + suite.tests, "--gtest_color=no"],
+            [path, "--gtest_filter=" + suite.tests, "--gtest_color=no"],
             self._most_seconds(usual),
         )
 
@@ -603,9 +603,9 @@ class Worker:
         shutil.rmtree(self._tree)
         with open(os.path.join(self._base.tree, mutant.file)) as file:
             text = file.read()
-        place = os.path.join(self._tree, mutant.file)
-        os.makedirs(os.path.dirname(place))
-        with open(place, "w") as file:
+        path = os.path.join(self._tree, mutant.file)
+        os.makedirs(os.path.dirname(path))
+        with open(path, "w") as file:
             file.write(mutant.applied_to(text))
         self._changed = {}
 
