@@ -14,6 +14,7 @@
 #include "util/file_descriptor.h"
 #include "util/in_quotes.h"
 #include "util/interrupt_watch.h"
+#include "util/piece_size.h"
 
 namespace veldmark::extract {
 namespace {
@@ -125,7 +126,6 @@ void require_not_truncated(const std::string& name, std::size_t size,
 }
 
 std::string read_whole_file(const std::string& name) {
-  constexpr std::size_t kPiece = std::size_t{256} * 1024;
   // O_NONBLOCK: opening a pipe must not wait for its writer.
   const FileDescriptor file(name, O_RDONLY | O_NONBLOCK);
   struct stat opened {};
@@ -136,8 +136,8 @@ std::string read_whole_file(const std::string& name) {
   std::size_t size = 0;
   std::size_t count = 0;
   do {
-    content.resize(size + kPiece);
-    count = read_some(name, file, content.data() + size, kPiece);
+    content.resize(size + kPieceSize);
+    count = read_some(name, file, content.data() + size, kPieceSize);
     size += count;
   } while (count > 0);
   require_not_truncated(name, size, opened);

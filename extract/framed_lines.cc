@@ -7,14 +7,9 @@
 #include "grid/grid_layout.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
+#include "util/piece_size.h"
 
 namespace veldmark::extract {
-namespace {
-
-// Large enough to amortise a system call, and small enough for the L2 cache.
-constexpr std::size_t kPieceSize = std::size_t{256} * 1024;
-
-}  // namespace
 
 FramedLines::FramedLines(const InputFile& input, std::span<const std::int32_t> rows,
                          const Years& years, const Progress& progress)

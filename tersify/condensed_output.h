@@ -9,6 +9,7 @@
 
 #include "tersify/condense_line.h"
 #include "util/part_file.h"
+#include "util/piece_size.h"
 
 namespace veldmark::tersify {
 
@@ -19,7 +20,8 @@ constexpr std::size_t kCondensedBytesPerLine = kCondensedLine + 1;
 // throws.
 class CondensedOutput {
  public:
-  explicit CondensedOutput(PartFile& file) : file_(file), buffer_(kBufferSize) {}
+  explicit CondensedOutput(PartFile& file)
+      : file_(file), buffer_(kPieceSize + kCondensedCapacity) {}
 
   // Returns the buffer of the next line, kCondensedCapacity characters.
   [[nodiscard]] char* next_line() { return buffer_.data() + size_; }
@@ -28,7 +30,7 @@ class CondensedOutput {
   void end_line() {
     buffer_[size_ + kCondensedLine] = '\n';
     size_ += kCondensedBytesPerLine;
-    if (size_ >= kWrittenAtATime) {
+    if (size_ >= kPieceSize) {
       flush();
     }
   }
@@ -40,9 +42,6 @@ class CondensedOutput {
   }
 
  private:
-  static constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
-  static constexpr std::size_t kBufferSize =
-      kWrittenAtATime + kCondensedBytesPerLine + kCondensedCapacity;
   PartFile& file_;
   std::vector<char> buffer_;
   std::size_t size_ = 0;

@@ -14,9 +14,7 @@ namespace {
 // Returns the file's status; st_mode is 0 if the system call fails.
 struct stat status_of(const FileDescriptor& file) {
   struct stat status {};
-  if (::fstat(file.get(), &status) != 0) {
-    status.st_mode = 0;
-  }
+  ::fstat(file.get(), &status);
   return status;
 }
 
@@ -45,12 +43,9 @@ bool GridFile::read_at(std::int64_t offset, char* buffer, std::size_t size) cons
   return file_.read_at(offset, buffer, size);
 }
 
-std::optional<std::int64_t> GridFile::size() const {
-  struct stat status {};
-  if (::fstat(file_.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
-  return status.st_size;
+std::int64_t GridFile::size() const {
+  const struct stat status = status_of(file_);
+  return S_ISREG(status.st_mode) ? status.st_size : 0;
 }
 
 }  // namespace veldmark

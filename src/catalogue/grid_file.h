@@ -31,8 +31,8 @@ class GridFile {
   // Returns false if the file ends before them or the read fails.
   [[nodiscard]] bool read_at(std::int64_t offset, char* buffer, std::size_t size) const;
 
-  // Returns the size of the file in bytes; nullopt for a pipe or a device.
-  [[nodiscard]] std::optional<std::int64_t> size() const;
+  // Returns the size of the file in bytes; 0 for a pipe or a device.
+  [[nodiscard]] std::int64_t size() const;
 
  private:
   std::string name_;

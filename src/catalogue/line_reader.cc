@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "util/piece_size.h"
+
 namespace veldmark {
 namespace {
-
-constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 
 std::string_view without_carriage_return(std::string_view line) {
   if (line.ends_with('\r')) {
@@ -18,7 +18,7 @@ std::string_view without_carriage_return(std::string_view line) {
 }  // namespace
 
 LineReader::LineReader(ReadMore read_more, std::size_t max_length)
-    : read_more_(std::move(read_more)), max_length_(max_length), buffer_(kBufferSize) {}
+    : read_more_(std::move(read_more)), max_length_(max_length), buffer_(kPieceSize) {}
 
 std::optional<LineReader::Line> LineReader::next() {
   // One more, for the carriage return of a line of the maximum length.
@@ -55,7 +55,6 @@ bool LineReader::skip() {
       begin_ += length + 1;
       return true;
     }
-    begin_ = end_;
   } while (refill());
   return true;  // the last line, without a newline
 }

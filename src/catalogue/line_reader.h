@@ -20,7 +20,7 @@ class LineReader {
 
   struct Line {
     std::string_view text;  // without the newline; valid until the next call
-    bool has_newline = false;
+    bool has_newline{};
   };
 
   // Longer lines are truncated to `max_length` characters.

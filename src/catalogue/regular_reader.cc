@@ -10,13 +10,10 @@
 
 #include "catalogue/row_format.h"
 #include "catalogue/row_plan.h"
+#include "util/piece_size.h"
 
 namespace veldmark {
 namespace {
-
-// Large enough to make the cost of the system call negligible, small enough for a chunk
-// to stay in the second-level cache until it is converted.
-constexpr std::size_t kChunkSize = std::size_t{256} * 1024;
 
 // The line ending and size of a regular file, from which the offset of a line follows.
 struct LineLayout {
@@ -31,17 +28,17 @@ struct LineLayout {
 // Returns the line layout; nullopt if the file's size is not that of a whole number of
 // lines, or if there are fewer than `lines`.
 std::optional<LineLayout> find_line_layout(const GridFile& file, std::int64_t lines) {
-  const std::optional<std::int64_t> size = file.size();
+  const std::int64_t size = file.size();
   char first_end{};
-  if (!size || !file.read_at(kLineLength, &first_end, 1)) {
+  if (!file.read_at(kLineLength, &first_end, 1)) {
     return std::nullopt;
   }
-  const LineLayout layout{first_end == '\r' ? "\r\n" : "\n", *size};
+  const LineLayout layout{first_end == '\r' ? "\r\n" : "\n", size};
   const auto line_size = static_cast<std::int64_t>(layout.line_size());
   const auto line_end_size = static_cast<std::int64_t>(layout.line_ending.size());
   const bool whole_lines =
-      *size % line_size == 0 || (*size + line_end_size) % line_size == 0;
-  if (!whole_lines || *size + line_end_size < lines * line_size) {
+      size % line_size == 0 || (size + line_end_size) % line_size == 0;
+  if (!whole_lines || size + line_end_size < lines * line_size) {
     return std::nullopt;
   }
   return layout;
@@ -57,7 +54,7 @@ class RegularReader {
         groups_(field_groups(request.ranges)),
         first_row_(std::max(request.ranges.FirstRow, 1)),
         last_row_(request.ranges.LastRow),
-        buffer_(kChunkSize + layout.line_size()),
+        buffer_(kPieceSize + layout.line_size()),
         missing_(missing_line(request.MissingCode)) {}
 
   std::optional<GridValues> read() {
@@ -115,11 +112,11 @@ class RegularReader {
     if (first_row_ > last_row_) {
       return check_skipped_month(file_month);
     }
-    const auto lines_per_chunk =
-        static_cast<std::int32_t>(kChunkSize / layout_.line_size());
+    const auto lines_per_piece =
+        static_cast<std::int32_t>(kPieceSize / layout_.line_size());
     for (std::int32_t GridY = first_row_; GridY <= last_row_;
-         GridY += lines_per_chunk) {
-      const std::int32_t count = std::min(lines_per_chunk, last_row_ - GridY + 1);
+         GridY += lines_per_piece) {
+      const std::int32_t count = std::min(lines_per_piece, last_row_ - GridY + 1);
       if (!read_lines(file_month, GridY, count)) {
         return false;
       }

@@ -10,11 +10,10 @@
 
 #include "util/file_fault.h"
 #include "util/file_lock.h"
+#include "util/piece_size.h"
 
 namespace veldmark {
 namespace {
-
-constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 
 FileFault not_opened(const std::string& name, int error_number) {
   return {FileFault::Kind::kNotOpened, name, error_number};
@@ -60,7 +59,7 @@ FileDescriptor open_without_truncating(const std::string& name) {
 OutputFile::OutputFile(std::string name, const FilesInUse& in_use)
     : name_(std::move(name)),
       file_(open_without_truncating(name_)),
-      buffer_(kBufferSize) {
+      buffer_(kPieceSize) {
   lock_and_truncate(in_use);
 }
 

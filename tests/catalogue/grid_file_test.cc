@@ -48,10 +48,10 @@ TEST(GridFile, IsReadAtAnyOffset) {
 TEST(GridFile, HasASizeIfItIsARegularFile) {
   const TemporaryFolder folder;
   write_file("grid", "0123456789");
-  EXPECT_EQ(GridFile("grid").size(), std::int64_t{10});
+  EXPECT_EQ(GridFile("grid").size(), 10);
   write_file("empty", "");
-  EXPECT_EQ(GridFile("empty").size(), std::int64_t{0});
-  EXPECT_EQ(GridFile("/dev/null").size(), std::nullopt);
+  EXPECT_EQ(GridFile("empty").size(), 0);
+  EXPECT_EQ(GridFile("/dev/null").size(), 0);
 }
 
 TEST(GridFile, ThrowsIfItIsMissingOrAFolder) {

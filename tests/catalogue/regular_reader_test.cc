@@ -384,11 +384,13 @@ TEST(RegularReader, DeclinesBrokenLineEndingsOfTheFirstLineOfSkippedMonths) {
 
 TEST(RegularReader, DeclinesWhatIsNotARegularFile) {
   const TemporaryFolder folder;
-  const GridFile device("/dev/null");
-  EXPECT_FALSE(read_regular(device, request_of({.years = {1901, 1901},
-                                                .latitudes = {-40, -30},
-                                                .longitudes = {0, 20}}))
-                   .has_value());
+  for (const char* const name : {"/dev/null", "/dev/zero"}) {
+    const GridFile device(name);
+    EXPECT_FALSE(read_regular(device, request_of({.years = {1901, 1901},
+                                                  .latitudes = {-40, -30},
+                                                  .longitudes = {0, 20}}))
+                     .has_value());
+  }
 }
 
 TEST(RegularReader, DeclinesABadFieldOfALaterMonthInACellWithData) {
