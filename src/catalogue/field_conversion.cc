@@ -30,7 +30,7 @@ using PairTable = std::array<std::uint32_t, std::size_t{kCharacters} * kCharacte
 
 // Nonzero if `character` lies outside 32..63.
 constexpr unsigned outside_table(unsigned character) {
-  return (character ^ ' ') & ~(kCharacters - 1);
+  return character / kCharacters - 1;
 }
 
 constexpr std::size_t pair_index(unsigned first, unsigned second) {
@@ -82,6 +82,14 @@ constexpr PairTable pair_table(std::uint32_t weight, bool is_first_pair) {
 constexpr PairTable kFirstPair = pair_table(1000, true);
 constexpr PairTable kSecondPair = pair_table(10, false);
 
+bool convert_unusual_field(std::string_view field, std::int16_t& value) {
+  const std::optional<std::int32_t> integer = parse_integer(field);
+  if (integer) {
+    value = static_cast<std::int16_t>(*integer);
+  }
+  return integer.has_value();
+}
+
 }  // namespace
 
 bool convert_field_by_tables(const char* field, std::int16_t& value) {
@@ -109,15 +117,10 @@ bool convert_field_by_tables(const char* field, std::int16_t& value) {
 
 bool convert_fields_by_tables(std::string_view fields, std::int16_t* values) {
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth), ++values) {
-    if (convert_field_by_tables(fields.data(), *values)) {
-      continue;
-    }
-    const std::optional<std::int32_t> value =
-        parse_integer(fields.substr(0, kFieldWidth));
-    if (!value) {
+    if (!convert_field_by_tables(fields.data(), *values) &&
+        !convert_unusual_field(fields.substr(0, kFieldWidth), *values)) {
       return false;
     }
-    *values = static_cast<std::int16_t>(*value);
   }
   return true;
 }

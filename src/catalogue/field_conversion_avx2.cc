@@ -117,7 +117,7 @@ VELDMARK_AVX2 std::size_t convert_fields_avx2(std::string_view fields,
     converted += kFieldsPerVector;
   }
   // Convert the remaining fields as part of the last six, some of them again.
-  const bool some_left = converted > 0 && converted < count;
+  const bool some_left = converted != 0 && converted < count;
   if (some_left) {
     const std::size_t last_six = count - kFieldsPerVector;
     if (convert_six_fields(&fields[last_six * kFieldWidth], values + last_six)) {

@@ -36,11 +36,9 @@ FieldGroups parse_row_format(std::string_view format) {
   std::int32_t next_field = 1;
   format.remove_prefix(1);  // the parenthesis
   while (!format.empty()) {
-    const std::size_t end = format.find_first_of(",)");
-    const std::string_view item = format.substr(0, end);
-    const std::size_t letter = item.find_first_of("xi");
-    const std::int32_t number = parse_integer(item.substr(0, letter)).value_or(0);
-    if (item[letter] == 'x') {
+    const std::size_t letter = format.find_first_of("xi");
+    const std::int32_t number = parse_integer(format.substr(0, letter)).value();
+    if (format[letter] == 'x') {
       next_field += number / kCharacters;
     } else {
       group->first_field = next_field;
@@ -48,7 +46,7 @@ FieldGroups parse_row_format(std::string_view format) {
       next_field += number;
       group = &groups.second;
     }
-    format.remove_prefix(end + 1);
+    format.remove_prefix(format.find_first_of(",)") + 1);
   }
   return groups;
 }

@@ -24,8 +24,8 @@ RowFormat row_format(const GridRanges& ranges);
 // `count` consecutive fields, starting with field `first_field` (1 is the leftmost of a
 // line), for as many consecutive columns, starting with `first_column` (GridX).
 struct FieldGroup {
-  std::int32_t first_field = 1;
-  std::int32_t first_column = 1;
+  std::int32_t first_field{};
+  std::int32_t first_column{};
   std::int32_t count = 0;
 };
 

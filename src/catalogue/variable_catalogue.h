@@ -37,7 +37,7 @@ struct VariableEntry {
   TextField<65> RFMT{};  // layout of the year lines
   TextField<65> DataFileName{};
 
-  std::int32_t MissingCode = 0;  // marks a cell without data
+  std::int32_t MissingCode{};  // marks a cell without data
   CitationBlock citation{};
   RowOrder row_order = RowOrder::kSouthFirst;
   YearSpan years{.FYOD = kFirstDataYear, .LYOD = kLastDataYear};
@@ -49,7 +49,7 @@ struct VariableEntry {
   std::optional<float> SampleScale = std::nullopt;
 
   // A physical value is the stored value divided by stored_per_unit.
-  std::int32_t stored_per_unit = 1;
+  std::int32_t stored_per_unit{};
   std::string_view physical_unit{};
   std::string_view long_name{};
 };

@@ -58,7 +58,7 @@ int StandardStream::sync() {
   while (next != pptr()) {
     const ssize_t count =
         ::write(descriptor_, next, static_cast<std::size_t>(pptr() - next));
-    if (count >= 0) {
+    if (count != -1) {
       next += count;
     } else if (!should_retry(descriptor_, POLLOUT)) {
       return -1;

@@ -22,7 +22,6 @@ struct RunState {
   std::int32_t MissingCode{};  // of the data set whose citation was shown last
   std::int32_t LastDataYear{};
   VariableEntry entry;  // of the last variable chosen; blank before
-  bool FileExists = false;
 
   OutputName TsfName;
   OutputName XyName;
@@ -32,7 +31,7 @@ struct RunState {
   // Kept on purpose: variance-frost-days-then-another. It is 0 until frost days are
   // chosen; after that it keeps their factor for all variables.
   float SampleScale = 0;
-  bool FtestChosen = false;
+  bool FtestChosen{};  // for this search
 
   SearchRegion region{};
   YearSpan years{};

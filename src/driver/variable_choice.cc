@@ -36,7 +36,6 @@ void cite_data_set(ConsoleDialogue& console, const VariableEntry* chosen,
 void select_variable(const VariableEntry& chosen, RunState& state) {
   state.entry = chosen;
   state.SampleScale = chosen.SampleScale.value_or(state.SampleScale);
-  state.FileExists = data_file_exists(chosen);
 }
 
 }  // namespace
@@ -55,7 +54,7 @@ std::optional<GridFile> choose_variable(ConsoleDialogue& console, RunState& stat
       return std::nullopt;
     }
     select_variable(*chosen, state);
-    if (state.FileExists) {
+    if (data_file_exists(state.entry)) {
       return GridFile(std::string(state.entry.DataFileName.trimmed()));
     }
     report_missing_file(console, state.entry);

@@ -57,8 +57,8 @@ const CentreTable<kGridRows>& CellLat(RowOrder order);
 
 // The rows FirstRow..LastRow, both included; empty if LastRow < FirstRow.
 struct RowRange {
-  std::int32_t FirstRow = 0;
-  std::int32_t LastRow = 0;
+  std::int32_t FirstRow{};
+  std::int32_t LastRow{};
 };
 
 // Returns the rows of `region`. Requires -90 <= minLat <= maxLat <= 90.

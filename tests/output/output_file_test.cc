@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -51,6 +52,17 @@ TEST(OutputFile, TruncatesAnExistingFileWhenItIsOpened) {
   write_file("out", "old content");
   OutputFile file("out");
   EXPECT_EQ(file_content("out"), "");
+}
+
+// Truncating it would make some file systems wait for the disk at its close.
+TEST(OutputFile, DoesNotTruncateAnEmptyFile) {
+  const TemporaryFolder folder;
+  write_file("out", "");
+  const auto long_ago =
+      std::filesystem::last_write_time("out") - std::chrono::hours(24);
+  std::filesystem::last_write_time("out", long_ago);
+  const OutputFile file("out");
+  EXPECT_EQ(std::filesystem::last_write_time("out"), long_ago);
 }
 
 const std::string kLargeContent(3 << 20, 'o');

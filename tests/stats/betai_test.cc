@@ -37,6 +37,7 @@ TEST(Betai, MatchesKnownValues) {
   EXPECT_NEAR(betai_quietly(2.0F, 3.0F, 0.25F), 0.261718631F, 0.26e-5);
   EXPECT_NEAR(betai_quietly(10.0F, 10.0F, 0.5F), 0.49999851F, 0.5e-5);
   EXPECT_NEAR(betai_quietly(5.5F, 7.0F, 0.3F), 0.158661708F, 0.15e-5);
+  EXPECT_NEAR(betai_quietly(2.0F, 3.0F, 0.1F), 0.0523F, 0.5e-6);
 }
 
 // The bits depend on the 32-bit logarithm and exponential; these are the ones of the
