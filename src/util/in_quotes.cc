@@ -7,7 +7,7 @@ namespace veldmark {
 namespace {
 
 unsigned byte_at(std::string_view text, std::size_t index) {
-  return index < text.size() ? static_cast<unsigned char>(text[index]) : 0;
+  return static_cast<unsigned char>(text[index]);
 }
 
 // UTF-8 sequences by their first byte: the length, and the range of the second byte.
@@ -21,15 +21,15 @@ struct Sequence {
   unsigned last_second_byte;
 };
 
-constexpr std::array<Sequence, 9> kSequences{{{0xC2, 0xC2, 2, 0xA0, 0xBF},
-                                              {0xC3, 0xDF, 2, 0x80, 0xBF},
-                                              {0xE0, 0xE0, 3, 0xA0, 0xBF},
-                                              {0xE1, 0xEC, 3, 0x80, 0xBF},
-                                              {0xED, 0xED, 3, 0x80, 0x9F},
-                                              {0xEE, 0xEF, 3, 0x80, 0xBF},
-                                              {0xF0, 0xF0, 4, 0x90, 0xBF},
-                                              {0xF1, 0xF3, 4, 0x80, 0xBF},
-                                              {0xF4, 0xF4, 4, 0x80, 0x8F}}};
+constexpr auto kSequences = std::to_array<Sequence>({{0xC2, 0xC2, 2, 0xA0, 0xBF},
+                                                     {0xC3, 0xDF, 2, 0x80, 0xBF},
+                                                     {0xE0, 0xE0, 3, 0xA0, 0xBF},
+                                                     {0xE1, 0xEC, 3, 0x80, 0xBF},
+                                                     {0xED, 0xED, 3, 0x80, 0x9F},
+                                                     {0xEE, 0xEF, 3, 0x80, 0xBF},
+                                                     {0xF0, 0xF0, 4, 0x90, 0xBF},
+                                                     {0xF1, 0xF3, 4, 0x80, 0xBF},
+                                                     {0xF4, 0xF4, 4, 0x80, 0x8F}});
 
 bool is_between(unsigned value, unsigned first, unsigned last) {
   return first <= value && value <= last;
@@ -39,14 +39,14 @@ bool is_between(unsigned value, unsigned first, unsigned last) {
 // not a printable character. Requires a non-empty `text`.
 std::size_t printable_length(std::string_view text) {
   const unsigned first = byte_at(text, 0);
-  if (first < 0x80) {
-    return is_between(first, ' ', '~') ? 1 : 0;
+  if (is_between(first, ' ', '~')) {
+    return 1;
   }
   const auto* const found =
       std::find_if(kSequences.begin(), kSequences.end(), [&](const Sequence& sequence) {
         return is_between(first, sequence.first_byte, sequence.last_first_byte);
       });
-  if (found == kSequences.end() ||
+  if (found == kSequences.end() || text.size() < found->length ||
       !is_between(byte_at(text, 1), found->second_byte, found->last_second_byte)) {
     return 0;
   }

@@ -16,7 +16,6 @@ void note_signal(int number) { noted_signal() = number; }
 }  // namespace
 
 InterruptWatch::InterruptWatch() {
-  noted_signal() = 0;
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     const int number = kSignals.at(i);
     struct sigaction action {};

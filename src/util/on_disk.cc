@@ -27,8 +27,7 @@ bool flush(const FileDescriptor& file) {
 
 void sync_folder_of(const std::string& name) {
   const std::filesystem::path folder = std::filesystem::path(name).parent_path();
-  const FileDescriptor opened(folder.empty() ? "." : folder.string(),
-                              O_RDONLY | O_DIRECTORY);
+  const FileDescriptor opened(folder.empty() ? "." : folder.string(), O_RDONLY);
   if (opened.is_open()) {
     ::fsync(opened.get());
   }

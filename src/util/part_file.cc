@@ -105,7 +105,7 @@ FileDescriptor make_part(const std::string& name, const std::string& part_name) 
   for (int i = 0; i < kMaxAttempts; ++i) {
     InterruptWatch::throw_if_caught();
     remove_abandoned(name, part_name);
-    FileDescriptor part(part_name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    FileDescriptor part(part_name, O_WRONLY | O_CREAT | O_EXCL);
     if (!part.is_open() && errno != EEXIST) {
       fail_with_errno(part_name);
     }

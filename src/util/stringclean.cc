@@ -10,12 +10,10 @@ namespace {
 // position to the left. The character that moves in is not tested again, so that two
 // neighbouring blanks take two calls.
 void close_blanks_once(std::string& text, std::size_t n) {
-  for (std::size_t i = 0; i < n; ++i) {
-    if (text[i] == ' ') {
-      const auto begin = text.begin() + static_cast<std::ptrdiff_t>(i);
-      const auto end = text.begin() + static_cast<std::ptrdiff_t>(n);
-      std::copy(begin + 1, end, begin);
-    }
+  const auto end = text.begin() + static_cast<std::ptrdiff_t>(n);
+  for (auto blank = std::find(text.begin(), end, ' '); blank != end;
+       blank = std::find(blank + 1, end, ' ')) {
+    std::copy(blank + 1, end, blank);
   }
 }
 

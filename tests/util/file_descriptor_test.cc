@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "support/temporary_folder.h"
+#include "util/file_lock.h"
 
 namespace veldmark {
 namespace {
@@ -230,6 +231,17 @@ TEST(FileDescriptor, ClosesInTheDestructorAndCanBeMoved) {
     EXPECT_NE(::fcntl(number, F_GETFD), -1);
   }
   EXPECT_EQ(::fcntl(number, F_GETFD), -1);
+}
+
+TEST(FileLock, IsHeldUntilItIsReleased) {
+  const TemporaryFolder folder;
+  const FileDescriptor first("file", kCreate);
+  const FileDescriptor second("file", kCreate);
+  errno = EWOULDBLOCK;  // left by an earlier call
+  EXPECT_FALSE(is_locked_by_another(first));
+  EXPECT_TRUE(is_locked_by_another(second));
+  unlock(first);
+  EXPECT_FALSE(is_locked_by_another(second));
 }
 
 }  // namespace

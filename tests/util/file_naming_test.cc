@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -23,6 +24,8 @@ namespace {
 // this error.
 int link_error = 0;
 int exchange_error = 0;
+// What another program does just before "b" gets its name.
+std::function<void()> before_link_to_b;
 
 }  // namespace
 
@@ -31,6 +34,9 @@ extern "C" int link(const char* from, const char* to) noexcept {
   if (link_error != 0) {
     errno = link_error;
     return -1;
+  }
+  if (before_link_to_b && std::string(to) == "b") {
+    before_link_to_b();
   }
   return static_cast<int>(::syscall(SYS_link, from, to));
 }
@@ -59,6 +65,7 @@ class FileNaming : public ::testing::Test {
   ~FileNaming() override {
     link_error = 0;
     exchange_error = 0;
+    before_link_to_b = nullptr;
   }
 
   TemporaryFolder folder_;
@@ -89,6 +96,15 @@ TEST_F(FileNaming, DoesNotReplaceAnExistingFile) {
     EXPECT_TRUE(std::filesystem::is_symlink("b")) << error;
     std::filesystem::remove("b");
   }
+}
+
+TEST_F(FileNaming, DoesNotRenameToANameThatCannotBeLookedUp) {
+  link_error = EPERM;
+  write_file("a", "mine");
+  write_file("b", "theirs");
+  EXPECT_FALSE(rename_to_free_name("a", "b/c"));
+  EXPECT_EQ(errno, EEXIST);
+  EXPECT_EQ(folder_content(), (Files{{"a", "mine"}, {"b", "theirs"}}));
 }
 
 TEST_F(FileNaming, OtherErrorsOfLinkFail) {
@@ -196,6 +212,17 @@ TEST_F(FileNaming, IfTheSecondRenameFailsTheFirstIsUndone) {
       write_both(IfExists::kReplace, [] { std::filesystem::create_directory("b"); }),
       "cannot write 'b': Is a directory");
   EXPECT_EQ(folder_content(), (Files{{"b", ""}}));
+}
+
+TEST_F(FileNaming, ARenameIsNotUndoneIfTheNameBelongsToAnotherFile) {
+  before_link_to_b = [] {
+    std::filesystem::remove("a");
+    write_file("a", "their a");
+    write_file("b", "their b");
+  };
+  EXPECT_EQ(write_both(IfExists::kKeep, do_nothing),
+            "cannot write 'b': another file has got this name meanwhile");
+  EXPECT_EQ(folder_content(), (Files{{"a", "their a"}, {"b", "their b"}}));
 }
 
 TEST_F(FileNaming, IfTheSecondRenameFailsExistingFilesStay) {

@@ -44,9 +44,11 @@ TEST(InQuotes, ControlCharactersBeyondAsciiAreNotShown) {
 }
 
 TEST(InQuotes, WhatIsNotUtf8IsNotShown) {
-  EXPECT_EQ(in_quotes("\xfc"), "'?'");                       // another encoding
-  EXPECT_EQ(in_quotes("\xc3"), "'?'");                       // cut short
-  EXPECT_EQ(in_quotes("\xe4\xb8x"), "'??x'");                // cut short
+  EXPECT_EQ(in_quotes("\xfc"), "'?'");             // another encoding
+  EXPECT_EQ(in_quotes("\xc3"), "'?'");             // cut short
+  EXPECT_EQ(in_quotes("\xe4\xb8x"), "'??x'");      // cut short
+  EXPECT_EQ(in_quotes("\xe4\xb8\xc0"), "'??\?'");  // cut short
+  EXPECT_EQ(in_quotes(std::string_view("\u00fc").substr(0, 1)), "'?'");
   EXPECT_EQ(in_quotes("\xc0\xaf\xe0\x80\xaf"), "'????\?'");  // longer than needed
   EXPECT_EQ(in_quotes("\xed\xa0\x80"), "'??\?'");            // half of a pair
   EXPECT_EQ(in_quotes("\xf4\x90\x80\x80\xf8"), "'????\?'");  // beyond the last

@@ -16,15 +16,18 @@
 #include <map>
 #include <string>
 
+#include "support/as_nobody.h"
 #include "support/temporary_folder.h"
 #include "util/failure.h"
 #include "util/file_descriptor.h"
 #include "util/file_lock.h"
 #include "util/interrupt_watch.h"
+#include "util/on_disk.h"
 
 namespace veldmark {
 namespace {
 
+using testing::AsNobody;
 using testing::file_content;
 using testing::folder_content;
 using testing::TemporaryFolder;
@@ -184,20 +187,6 @@ TEST(PartFile, ThePermissionsOfAnAbandonedPartAreNotInherited) {
   EXPECT_EQ(status_of("grid").st_uid, ::geteuid());
 }
 
-// Makes root an ordinary user for a while; others are one already.
-class AsNobody {
- public:
-  AsNobody() { EXPECT_TRUE(user_ != 0 || ::seteuid(65534) == 0); }
-  ~AsNobody() { EXPECT_EQ(::seteuid(user_), 0); }
-  AsNobody(const AsNobody&) = delete;
-  AsNobody& operator=(const AsNobody&) = delete;
-  AsNobody(AsNobody&&) = delete;
-  AsNobody& operator=(AsNobody&&) = delete;
-
- private:
-  uid_t user_ = ::geteuid();
-};
-
 TEST(PartFile, AProtectedPartDoesNotBlockAllLaterRuns) {
   const TemporaryFolder folder;
   ASSERT_EQ(::chmod(".", 0777), 0);
@@ -206,6 +195,19 @@ TEST(PartFile, AProtectedPartDoesNotBlockAllLaterRuns) {
   ASSERT_EQ(::chmod("grid.part", 0400), 0);
   make("grid", "new");
   EXPECT_EQ(file_content("grid"), "new");
+}
+
+TEST(PartFile, AProtectedPartThatIsBeingWrittenIsNotRemoved) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::chmod(".", 0777), 0);
+  const AsNobody nobody;
+  PartFile file("grid");
+  file.write("of the first run");
+  ASSERT_EQ(::chmod("grid.part", 0400), 0);
+  expect_failure([] { const PartFile second("grid"); },
+                 "cannot write 'grid': another run is writing it");
+  file.complete();
+  EXPECT_EQ(file_content("grid"), "of the first run");
 }
 
 TEST(PartFile, AnOwnPartThatCannotBeOpenedDoesNotBlockLaterRuns) {
@@ -385,16 +387,25 @@ TEST(PartFile, ASignalBeforeOpeningEndsIt) {
 }
 
 TEST(PartFile, ASignalBeforeTheRenameLeavesNothing) {
-  const TemporaryFolder folder;
-  write_file("grid", "earlier");
-  const InterruptWatch watch;
-  {
-    PartFile file("grid");
-    file.write("all of it");
-    std::raise(SIGINT);
-    EXPECT_THROW(file.complete(), Interrupted);
+  for (const auto durability :
+       {PartFile::Durability::kSynced, PartFile::Durability::kUnsynced}) {
+    const TemporaryFolder folder;
+    write_file("grid", "earlier");
+    const InterruptWatch watch;
+    {
+      PartFile file("grid");
+      file.write("all of it");
+      std::raise(SIGINT);
+      EXPECT_THROW(file.complete(durability), Interrupted);
+    }
+    EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}}));
   }
-  EXPECT_EQ(folder_content(), (Files{{"grid", "earlier"}}));
+}
+
+TEST(PartFile, ASignalPreventsTheSyncToDisk) {
+  const InterruptWatch watch;
+  std::raise(SIGTERM);
+  EXPECT_THROW(sync_to_disk(FileDescriptor(-1)), Interrupted);
 }
 
 // --- Failures
@@ -465,6 +476,10 @@ TEST(PartFile, LeavesNoDescriptorOpen) {
   PartFile file("grid");
   EXPECT_EQ(open_files(), before + 1);
   file.complete();
+  EXPECT_EQ(open_files(), before);
+  PartFile first("a");
+  PartFile second("b");
+  PartFile::complete_both(first, second);
   EXPECT_EQ(open_files(), before);
 }
 
