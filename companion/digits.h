@@ -1,9 +1,10 @@
-// Tests for digits in text, independent of the locale.
+// Digits in text, independent of the locale.
 
 #ifndef VELDMARK_COMPANION_DIGITS_H_
 #define VELDMARK_COMPANION_DIGITS_H_
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 namespace veldmark::companion {
@@ -20,6 +21,15 @@ inline bool is_number(std::string_view text) {
 inline bool has_shape(std::string_view text, std::string_view shape) {
   return std::equal(text.begin(), text.end(), shape.begin(), shape.end(),
                     [](char c, char s) { return s == 'd' ? is_digit(c) : c == s; });
+}
+
+// Returns the number that a text of up to nine digits spells.
+inline std::int32_t number_of(std::string_view digits) {
+  std::int32_t number = 0;
+  for (const char digit : digits) {
+    number = 10 * number + (digit - '0');
+  }
+  return number;
 }
 
 }  // namespace veldmark::companion

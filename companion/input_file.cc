@@ -9,6 +9,7 @@
 #include <system_error>
 #include <utility>
 
+#include "companion/wait_until_ready.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
 
@@ -53,7 +54,8 @@ std::string InputFile::ending(std::size_t longest) const {
 }
 
 std::string InputFile::bytes_at(std::int64_t offset, std::size_t count) const {
-  std::string bytes(count, '\0');
+  std::string bytes;
+  bytes.resize(count);
   errno = 0;  // a read that ends early, at the end of the file, doesn't set it
   if (!file_.read_at(offset, bytes.data(), bytes.size())) {
     if (errno != 0) {
@@ -68,10 +70,7 @@ std::string InputFile::bytes_at(std::int64_t offset, std::size_t count) const {
 std::size_t InputFile::read(char* buffer, std::size_t size) const {
   std::ptrdiff_t count = file_.read(buffer, size);
   while (count < 0 && errno == EAGAIN) {
-    struct pollfd until_readable {
-      file_.get(), POLLIN, 0
-    };
-    ::poll(&until_readable, 1, -1);
+    wait_until_ready(file_.get(), POLLIN);
     count = file_.read(buffer, size);
   }
   if (count < 0) {

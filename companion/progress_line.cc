@@ -37,13 +37,11 @@ std::string progress_text(std::int64_t done, std::int64_t all, double seconds) {
 }
 
 ProgressLine::ProgressLine(const Screen& screen, std::string title, std::int64_t all)
-    : screen_(screen), title_(std::move(title)), all_(all) {
-  if (!screen_.shown) {
-    return;
-  }
-  started_ = screen_.clock();
-  next_ = started_ + kUpdateInterval;
-}
+    : screen_(screen),
+      title_(std::move(title)),
+      all_(all),
+      started_(screen.clock()),
+      next_(started_ + kUpdateInterval) {}
 
 ProgressLine::~ProgressLine() {
   if (visible_) {

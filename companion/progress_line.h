@@ -46,8 +46,8 @@ class ProgressLine {
   std::string title_;
   std::int64_t all_;
   std::int64_t done_ = 0;
-  double started_ = 0;
-  double next_ = 0;
+  double started_;
+  double next_;
   bool visible_ = false;
 };
 

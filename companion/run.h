@@ -28,7 +28,7 @@ using Arguments = std::span<const std::string>;
 //   output      the standard output: results
 //   messages    the standard error: errors, notes and progress
 struct Environment {
-  int input = -1;
+  int input;
   std::ostream& output;
   ProgressLine::Screen messages;
 };

@@ -5,11 +5,12 @@
 
 #include <cerrno>
 
+#include "companion/wait_until_ready.h"
+
 namespace veldmark::companion {
 
-StandardStream::StandardStream(int descriptor) : descriptor_(descriptor) {
-  setp(buffer_.data(), buffer_.data() + buffer_.size());
-}
+// The first character finds no buffer, and write_out() then sets it.
+StandardStream::StandardStream(int descriptor) : descriptor_(descriptor) {}
 
 StandardStream::~StandardStream() { write_out(); }
 
@@ -34,13 +35,10 @@ bool StandardStream::write_out() {
   while (next < end) {
     const ssize_t count =
         ::write(descriptor_, next, static_cast<std::size_t>(end - next));
-    if (count >= 0) {
+    if (count != -1) {
       next += count;
     } else if (errno == EAGAIN) {
-      struct pollfd until_writable {
-        descriptor_, POLLOUT, 0
-      };
-      ::poll(&until_writable, 1, -1);
+      wait_until_ready(descriptor_, POLLOUT);
     } else if (errno != EINTR) {
       return false;
     }

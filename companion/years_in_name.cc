@@ -1,7 +1,6 @@
 #include "companion/years_in_name.h"
 
 #include <cstddef>
-#include <string>
 
 #include "companion/digits.h"
 
@@ -14,7 +13,7 @@ constexpr std::size_t kLastAt = 6;
 constexpr std::size_t kYearDigits = 4;
 
 std::int32_t year_at(std::string_view text, std::size_t place) {
-  return std::stoi(std::string(text.substr(place, kYearDigits)));
+  return number_of(text.substr(place, kYearDigits));
 }
 
 }  // namespace

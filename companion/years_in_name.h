@@ -11,8 +11,8 @@ namespace veldmark::companion {
 
 // A range of years, both included; first <= last.
 struct Years {
-  std::int32_t first = 0;
-  std::int32_t last = 0;
+  std::int32_t first{};
+  std::int32_t last{};
 
   [[nodiscard]] std::int32_t count() const { return last - first + 1; }
 };

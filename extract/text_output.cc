@@ -6,24 +6,23 @@
 #include <cerrno>
 #include <system_error>
 
+#include "companion/wait_until_ready.h"
 #include "util/failure.h"
 #include "util/interrupt_watch.h"
+#include "util/piece_size.h"
 
 namespace veldmark::extract {
 namespace {
-
-constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 
 // Standard output may be non-blocking: another program that shares it can set that.
 void write_to_standard_output(std::string_view text) {
   while (!text.empty()) {
     InterruptWatch::throw_if_caught();  // the reader may never read on
     const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
-    if (count >= 0) {
+    if (count != -1) {
       text.remove_prefix(static_cast<std::size_t>(count));
     } else if (errno == EAGAIN) {
-      pollfd until_writable{.fd = STDOUT_FILENO, .events = POLLOUT, .revents = {}};
-      ::poll(&until_writable, 1, -1);
+      companion::wait_until_ready(STDOUT_FILENO, POLLOUT);
     } else if (errno != EINTR) {
       throw Failure("cannot write to standard output: " +
                     std::generic_category().message(errno));
@@ -35,7 +34,7 @@ void write_to_standard_output(std::string_view text) {
 
 TextOutput::TextOutput(const std::optional<std::string>& name,
                        PartFile::IfExists if_exists)
-    : buffer_(kBufferSize) {
+    : buffer_(kPieceSize) {
   if (name) {
     file_.emplace(*name, if_exists);
   }
@@ -43,7 +42,7 @@ TextOutput::TextOutput(const std::optional<std::string>& name,
 
 void TextOutput::write(std::string_view text) {
   while (!text.empty()) {
-    const std::string_view piece = text.substr(0, kBufferSize);
+    const std::string_view piece = text.substr(0, kPieceSize);
     piece.copy(reserve(piece.size()), piece.size());
     commit(piece.size());
     text.remove_prefix(piece.size());

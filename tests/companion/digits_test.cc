@@ -20,6 +20,12 @@ TEST(Digits, ANumberHasNothingElse) {
   EXPECT_FALSE(is_number("7 "));
 }
 
+TEST(Digits, SpellANumber) {
+  EXPECT_EQ(number_of("0"), 0);
+  EXPECT_EQ(number_of("007"), 7);
+  EXPECT_EQ(number_of("987654321"), 987654321);
+}
+
 TEST(Digits, AShapeIsMatchedWhole) {
   EXPECT_TRUE(has_shape("1901-12", "dddd-dd"));
   EXPECT_FALSE(has_shape("1901-1", "dddd-dd"));

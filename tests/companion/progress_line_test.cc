@@ -20,6 +20,7 @@ TEST(ProgressText, OmitsWhatIsUnknown) {
   EXPECT_EQ(progress_text(0, 1000, 1), "0 % done");
   EXPECT_EQ(progress_text(10, 1000, 0), "1 % done");
   EXPECT_EQ(progress_text(0, 0, 0), "0 % done");
+  EXPECT_EQ(progress_text(1, 1, 1), "100 % done, 0 MB/s, 0 s left");
 }
 
 TEST(ProgressText, AGrowingFileShowsAtMost100Percent) {
@@ -35,20 +36,19 @@ TEST(ProgressLine, IsRewrittenFiveTimesASecondAndErasedAtTheEnd) {
     ProgressLine line(screen, "a.dat", 4'000'000);
     line.add(1'000'000);
     EXPECT_EQ(terminal.str(), "");
-    now = 10.5;
-    line.add(1'000'000);
-    now = 10.6;
-    line.add(1'000'000);
-    EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 50 % done, 4 MB/s, 1 s left");
+    now = 10.2;
+    line.add(2'999'999);
+    now = 10.3;
+    line.add(1);
+    EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 99 % done, 20 MB/s, 1 s left");
   }
-  EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 50 % done, 4 MB/s, 1 s left\r\x1b[K");
+  EXPECT_EQ(terminal.str(), "\r\x1b[Ka.dat: 99 % done, 20 MB/s, 1 s left\r\x1b[K");
 }
 
 TEST(ProgressLine, WritesNothingUnlessShown) {
   std::ostringstream log;
   double now = 0;
-  const ProgressLine::Screen screen{
-      .stream = log, .shown = false, .clock = [&] { return now; }};
+  const ProgressLine::Screen screen{.stream = log, .clock = [&] { return now; }};
   {
     ProgressLine line(screen, "a.dat", 10);
     now = 5;

@@ -19,6 +19,7 @@ TEST(YearsInName, StandBetweenFullStops) {
   EXPECT_EQ(years_of("/data/cru_ts4.07.2021.2022.tmp.dat.nc"), "2021-2022");
   EXPECT_EQ(years_of("scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new"), "1901-2016");
   EXPECT_EQ(years_of("x.1901.1901.y"), "1901-1901");
+  EXPECT_EQ(years_of("x.1901.2016."), "1901-2016");
   EXPECT_EQ(years_of("x.4.0100.1901.2024.y"), "100-1901");
   EXPECT_EQ(years_of("x.2016.1901.2000.y"), "1901-2000");
 }

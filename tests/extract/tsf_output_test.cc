@@ -26,8 +26,8 @@ std::string fault_of(const Years& years) {
                         .line_end_size = 1,
                         .years = years};
   std::ostringstream stream;
-  const companion::Environment environment{.output = stream,
-                                           .messages = {.stream = stream}};
+  const companion::Environment environment{
+      .input = -1, .output = stream, .messages = {.stream = stream}};
   const Job job{.options = options,
                 .input = input,
                 .years = years,

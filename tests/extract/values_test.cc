@@ -141,6 +141,8 @@ TEST(VariableName, KnowsVariablesByShortNameAndFileName) {
   EXPECT_EQ(find_by_file_name("x/cru_ts4.09.1901.2024.pre.dat.new")->menu_number, 1);
   EXPECT_EQ(find_by_file_name("/a.tmp.b/scPDSI.3.25.dat.new")->menu_number, 11);
   EXPECT_EQ(find_by_file_name("x.tmp.d/europe.dat"), nullptr);
+  EXPECT_EQ(find_by_file_name("mytmp.dat"), nullptr);
+  EXPECT_EQ(find_by_file_name("my.tmpl.dat"), nullptr);
   EXPECT_EQ(decimals_of(*find_by_short_name("tmp")), 1);
   EXPECT_EQ(decimals_of(*find_by_short_name("wet")), 2);
 }
