@@ -127,8 +127,8 @@ SERIES_TO_GRID = [
     Break(
         "longitudes count from 0 to 360 degrees",
         tools("ReadSeries.*"),
-        Change("tools/series_to_grid/series_file.cc", "  cell.GridX = *column;\n",
-               "  cell.GridX = (*column + 359) % kGridColumns + 1;\n"),
+        Change("tools/series_to_grid/series_file.cc", ".GridX = *column,",
+               ".GridX = (*column + 359) % kGridColumns + 1,"),
     ),
     Break(
         "series_to_grid shows progress in a file",

@@ -11,6 +11,11 @@
 namespace veldmark::series_to_grid {
 namespace {
 
+TEST(MonthSize, IsThatOfItsText) {
+  EXPECT_EQ(month_size({}), 1'296'360);
+  EXPECT_EQ(month_size({.field_width = kPublishedField}), 1'555'560);
+}
+
 constexpr GridForm kScpdsi = {
     .field_width = kCondensedField, .north_first = true, .MissingCode = -9999};
 

@@ -163,6 +163,8 @@ TEST(ReadSeries, NoYearIsLeftOut) {
 TEST(ReadSeries, TheFirstMonthIsAJanuary) {
   expect_failure("lon,lat,2001-02,2001-03\n",
                  "line 1: the first month is 2001-02, not a January");
+  expect_failure("lon,lat,0901-02,0901-03\n",
+                 "line 1: the first month is 0901-02, not a January");
 }
 
 TEST(ReadSeries, TheLastMonthIsADecember) {

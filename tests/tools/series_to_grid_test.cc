@@ -314,11 +314,14 @@ TEST(SeriesToGrid, AFileThatGrowsOverTheSizeLimitIsRemoved) {
 
 TEST(SeriesToGrid, AnInterruptedRunLeavesNothing) {
   const TemporaryFolder folder;
-  const Outcome result = run_on_terminal({"--years", "1901-1901", "grid"}, [] {
+  int times_asked = 0;
+  const Outcome result = run_on_terminal({"--years", "1901-1901", "grid"}, [&] {
+    ++times_asked;
     std::raise(SIGINT);
     return 0.0;
   });
   EXPECT_EQ(result.status, 130);
+  EXPECT_EQ(times_asked, 1);  // before the first month, which is not written any more
   EXPECT_EQ(result.messages, "series_to_grid: interrupted; nothing was written\n");
   EXPECT_EQ(names(), Names{});
 }

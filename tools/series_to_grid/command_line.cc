@@ -1,6 +1,5 @@
 #include "series_to_grid/command_line.h"
 
-#include <charconv>
 #include <cstddef>
 #include <vector>
 
@@ -28,9 +27,8 @@ YearRange parse_years(const std::string& text) {
     throw UsageError("--years: " + in_quotes(text) + " is not FIRST-LAST, as in " +
                      data_years());
   }
-  YearRange years;
-  std::from_chars(text.data(), text.data() + 4, years.first);
-  std::from_chars(text.data() + 5, text.data() + 9, years.last);
+  const YearRange years{.first = companion::number_of(text.substr(0, 4)),
+                        .last = companion::number_of(text.substr(5))};
   if (years.first > years.last) {
     throw UsageError("--years: " + text + " ends before it begins");
   }

@@ -84,11 +84,8 @@ std::optional<std::int32_t> parse_month(std::string_view text) {
   if (!companion::has_shape(text, "dddd-dd")) {
     return std::nullopt;
   }
-  std::int32_t year = 0;
-  std::int32_t month = 0;
-  const char* const end = text.data() + text.size();
-  std::from_chars(text.data(), end, year);
-  std::from_chars(text.data() + 5, end, month);
+  const std::int32_t year = companion::number_of(text.substr(0, 4));
+  const std::int32_t month = companion::number_of(text.substr(5));
   if (month < 1 || month > kMonthsPerYear) {
     return std::nullopt;
   }
@@ -102,8 +99,8 @@ std::string month_label(std::int32_t month) {
          std::string(2 - of_year.size(), '0') + of_year;
 }
 
-// Reads line 1 and sets the years of `series`.
-void read_header(SeriesLines& lines, Series& series) {
+// Reads line 1. Returns the series' years, without cells.
+Series read_header(SeriesLines& lines) {
   constexpr std::string_view kGzipMark = "\x1f\x8b";
   if (!lines.next()) {
     lines.fail("the header is missing; the input is empty");
@@ -118,8 +115,8 @@ void read_header(SeriesLines& lines, Series& series) {
   rest.remove_prefix(kCoordinateLabels.size());
 
   const std::size_t months = count_fields(rest);
-  std::int32_t first = 0;
-  std::int32_t last = 0;
+  std::int32_t first{};
+  std::int32_t last{};
   for (std::size_t i = 0; i < months; ++i) {
     const std::string_view label = take_field(rest);
     const std::optional<std::int32_t> month = parse_month(label);
@@ -140,8 +137,9 @@ void read_header(SeriesLines& lines, Series& series) {
   if (last % kMonthsPerYear != kMonthsPerYear - 1) {
     lines.fail("the last month is " + month_label(last) + ", not a December");
   }
-  series.first_year = first / kMonthsPerYear;
-  series.last_year = last / kMonthsPerYear;
+  return {.first_year = first / kMonthsPerYear,
+          .last_year = last / kMonthsPerYear,
+          .cells = {}};
 }
 
 // Returns the row or column, 1..count, whose centre `text` is; nullopt for any other
@@ -150,7 +148,7 @@ void read_header(SeriesLines& lines, Series& series) {
 // for equality.
 std::optional<std::int32_t> find_band(std::string_view text, double first_centre,
                                       std::int32_t count) {
-  double degrees = 0;
+  double degrees{};
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(),
                                             degrees, std::chars_format::fixed);
   if (error != std::errc() || end != text.data() + text.size()) {
@@ -165,7 +163,8 @@ std::optional<std::int32_t> find_band(std::string_view text, double first_centre
 
 std::int32_t parse_value(const SeriesLines& lines, std::string_view text,
                          std::int32_t month) {
-  const std::string_view digits = text.substr(text.substr(0, 1) == "-" ? 1 : 0);
+  const bool is_negative = text.starts_with('-');
+  const std::string_view digits = text.substr(is_negative ? 1 : 0);
   if (!companion::is_number(digits)) {
     lines.fail(month_label(month) + ": " + in_quotes(text, kShownOfField) +
                " is not an integer");
@@ -174,10 +173,10 @@ std::int32_t parse_value(const SeriesLines& lines, std::string_view text,
     lines.fail(month_label(month) + ": " + in_quotes(text, kShownOfField) +
                " has more than five characters");
   }
-  std::int32_t value = 0;
-  std::from_chars(text.data(), text.data() + text.size(), value);
-  if (value < std::numeric_limits<std::int16_t>::min() ||
-      value > std::numeric_limits<std::int16_t>::max()) {
+  const std::int32_t magnitude = companion::number_of(digits);
+  const std::int32_t value = is_negative ? -magnitude : magnitude;
+  // With a minus, five characters are at least -9999.
+  if (value > std::numeric_limits<std::int16_t>::max()) {
     lines.fail(month_label(month) + ": " + in_quotes(text, kShownOfField) +
                " is not within -32768..32767");
   }
@@ -193,7 +192,6 @@ CellSeries read_cell(const SeriesLines& lines, std::int32_t first_month,
                std::to_string(months + 2) + ": longitude, latitude and " +
                std::to_string(months) + " values");
   }
-  CellSeries cell;
   const std::string_view lon = take_field(rest);
   const std::optional<std::int32_t> column =
       find_band(lon, kWesternmostCentre, kGridColumns);
@@ -208,21 +206,19 @@ CellSeries read_cell(const SeriesLines& lines, std::int32_t first_month,
     lines.fail(in_quotes(lat, kShownOfField) +
                " is not the latitude of a cell's centre");
   }
-  cell.GridX = *column;
-  cell.south_row = *row;
-  cell.values.reserve(months);
-  for (std::int32_t month = first_month; cell.values.size() < months; ++month) {
-    cell.values.push_back(parse_value(lines, take_field(rest), month));
+  std::vector<std::int32_t> values(months);
+  std::int32_t month = first_month;
+  for (std::int32_t& value : values) {
+    value = parse_value(lines, take_field(rest), month++);
   }
-  return cell;
+  return {.GridX = *column, .south_row = *row, .values = std::move(values)};
 }
 
 }  // namespace
 
 Series read_series(LineBuffer::ReadMore read_more) {
   SeriesLines lines(std::move(read_more));
-  Series series;
-  read_header(lines, series);
+  Series series = read_header(lines);
   const std::int32_t first_month = series.first_year * kMonthsPerYear;
   const std::int32_t years = series.last_year - series.first_year + 1;
   const auto months = static_cast<std::size_t>(years) * kMonthsPerYear;

@@ -31,15 +31,15 @@ constexpr std::size_t kLongestSeriesLine = std::size_t{1024} * 1024;
 //   south_row   row 1..360 counted from the south, whatever the order of a grid file
 //   values      one per month, index 0 = January of the series' first year
 struct CellSeries {
-  std::int32_t GridX = 0;
-  std::int32_t south_row = 0;
+  std::int32_t GridX{};
+  std::int32_t south_row{};
   std::vector<std::int32_t> values;
 };
 
 // A whole series file. Both years are included; every cell has all their months.
 struct Series {
-  std::int32_t first_year = 0;
-  std::int32_t last_year = 0;
+  std::int32_t first_year{};
+  std::int32_t last_year{};
   std::vector<CellSeries> cells;
 };
 
