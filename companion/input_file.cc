@@ -24,7 +24,7 @@ InputFile::InputFile(const std::string& name, Kind kind)
 }
 
 InputFile::InputFile(int descriptor, std::string name)
-    : shown_name_(std::move(name)), file_(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0)) {
+    : shown_name_(std::move(name)), file_(duplicate_of(descriptor)) {
   inspect(Kind::kAny);
 }
 

@@ -3,6 +3,8 @@
 #ifndef VELDMARK_COMPANION_RUN_H_
 #define VELDMARK_COMPANION_RUN_H_
 
+#include <unistd.h>
+
 #include <functional>
 #include <ostream>
 #include <span>
@@ -28,7 +30,7 @@ using Arguments = std::span<const std::string>;
 //   output      the standard output: results
 //   messages    the standard error: errors, notes and progress
 struct Environment {
-  int input;
+  int input = STDIN_FILENO;
   std::ostream& output;
   ProgressLine::Screen messages;
 };

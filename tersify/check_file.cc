@@ -23,7 +23,7 @@ using companion::InputFile;
 // Sets the years of a complete file, and warns if its name says others.
 void add_years(Verdict& verdict, const std::string& name, const GridShape& shape,
                std::int64_t lines) {
-  const std::int32_t count = whole_years(lines, shape).value_or(0);
+  const std::int32_t count = whole_years(lines, shape).value();
   verdict.years = years_text(shape.first_year, count);
   if (const std::optional<std::string> warning = other_years_warning(name, count)) {
     verdict.warnings.insert(verdict.warnings.begin(), *warning);
@@ -48,7 +48,7 @@ Verdict check_file(const std::string& name, const GridShape& usual_shape,
   });
   const GridShape shape = shape_by_name(name, usual_shape);
   GridContent content(shape);
-  std::int64_t last_line = 0;
+  std::int64_t last_line{};
   std::optional<std::string> fault =
       find_fault(lines, shape, [&](std::int64_t line, std::string_view text) {
         content.add_line(line, text);

@@ -17,15 +17,15 @@
 #include "util/failure.h"
 #include "util/in_quotes.h"
 #include "util/part_file.h"
+#include "util/piece_size.h"
 
 namespace veldmark::tersify {
 namespace {
 
-constexpr std::size_t kWrittenAtATime = std::size_t{256} * 1024;
-
 // Reads the next `size` bytes, or the rest if there are fewer.
 std::string take(GzipReader& reader, std::size_t size) {
-  std::string bytes(size, '\0');
+  std::string bytes;
+  bytes.resize(size);
   bytes.resize(reader.read(bytes.data(), bytes.size()));
   return bytes;
 }
@@ -66,7 +66,7 @@ Condensed condense_netcdf_of(const CondenseJob& job, const std::string& beginnin
   expect_disk_space(name, size, job.free_space);
   PartFile decompressed(name);
   decompressed.write(beginning);
-  std::vector<char> buffer(kWrittenAtATime);
+  std::vector<char> buffer(kPieceSize);
   while (const std::size_t count = reader.read(buffer.data(), buffer.size())) {
     decompressed.write(std::string_view(buffer.data(), count));
   }

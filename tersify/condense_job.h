@@ -21,7 +21,7 @@ namespace veldmark::tersify {
 //                 a name that depends on the content
 //   free_space    returns the free space of a disk
 //   screen        where progress is shown
-//   inputs        the other files that the copy must not replace
+//   inputs        the files that the copy must not replace
 struct CondenseJob {
   std::string name;
   std::optional<std::string> output;
@@ -39,9 +39,9 @@ struct CondenseJob {
 //   warnings           whole sentences about problems that didn't prevent the copy
 struct Condensed {
   std::string output;
-  std::int64_t lines = 0;
-  std::int64_t size_before = 0;
-  std::int64_t size_after = 0;
+  std::int64_t lines{};
+  std::int64_t size_before{};
+  std::int64_t size_after{};
   bool last_line_ended = true;
   std::vector<std::string> warnings{};
 };

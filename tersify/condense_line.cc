@@ -21,14 +21,14 @@ constexpr std::uint64_t eight_of(char c) {
 
 constexpr std::uint64_t kBlanks = eight_of(' ');
 
-// Entry n selects the last n of the first five characters, in either byte order.
+// Entry n leaves out all but the last n of the first five characters, in either byte
+// order. It selects the characters behind them, too.
 constexpr std::array<std::uint64_t, kFieldWidth + 1> kLastOfFive = [] {
   std::array<std::uint64_t, kFieldWidth + 1> masks{};
   for (std::size_t count = 0; count <= kFieldWidth; ++count) {
     EightCharacters selected{};
-    for (std::size_t i = kFieldWidth - count; i < kFieldWidth; ++i) {
-      selected[i] = static_cast<char>(0xFF);
-    }
+    std::fill(selected.begin() + (kFieldWidth - count), selected.end(),
+              static_cast<char>(0xFF));
     masks[count] = std::bit_cast<std::uint64_t>(selected);
   }
   return masks;
@@ -74,10 +74,10 @@ class NumberScanner {
   }
 
  private:
-  std::uint64_t words_ = 0;
-  std::uint64_t minuses_ = 0;
-  std::uint64_t leading_zeros_ = 0;
-  std::uint64_t twos_ = 0;
+  std::uint64_t words_{};
+  std::uint64_t minuses_{};
+  std::uint64_t leading_zeros_{};
+  std::uint64_t twos_{};
 };
 
 bool is_separator(char c) { return c == ' ' || c == '\t'; }
@@ -106,10 +106,8 @@ std::string shortest_text(std::string_view word) {
 }  // namespace
 
 std::optional<LineFault> condense_line(std::string_view line, char* output) {
-  if (condense_line_fast(line, output)) {
-    return std::nullopt;
-  }
-  return condense_line_by_fields(line, output);
+  return condense_line_fast(line, output) ? std::nullopt
+                                          : condense_line_by_fields(line, output);
 }
 
 // Copies the five characters that end with a number, and masks out those of the
@@ -133,7 +131,7 @@ bool condense_line_fast(std::string_view line, char* output) {
       const std::size_t own = std::min(end - last_end, kFieldWidth);
       std::uint64_t text = 0;
       std::memcpy(&text, line.data() + end - kFieldWidth, sizeof(text));
-      text = ((text ^ kBlanks) & kLastOfFive[own]) ^ kBlanks;
+      text = (text & kLastOfFive[own]) | (kBlanks & ~kLastOfFive[own]);
       std::memcpy(output, &text, sizeof(text));
       output += kFieldWidth;
       last_end = end;

@@ -31,8 +31,8 @@ constexpr std::size_t kCondensedCapacity = 2 * kCondensedLine;
 
 // Why a line cannot be condensed.
 struct LineFault {
-  std::int32_t field = 1;  // 1..721, the first invalid field
-  std::string reason;      // "'1x' is not an integer"
+  std::int32_t field{};  // 1..721, the first invalid field
+  std::string reason;    // "'1x' is not an integer"
 };
 
 // Condenses a line.

@@ -19,7 +19,6 @@
 #include "tersify/netcdf_values.h"
 #include "tersify/release_years.h"
 #include "util/failure.h"
-#include "util/file_identity.h"
 #include "util/in_quotes.h"
 #include "util/interrupt_watch.h"
 #include "util/part_file.h"
@@ -83,7 +82,6 @@ class NetcdfCopy {
 
   // Reads a tile and writes its lines at their offsets.
   void condense(const NetcdfTile& tile) {
-    InterruptWatch::throw_if_caught();
     const std::size_t size = tile.rows.count * kGridColumns;  // of a month
     values_.resize(tile.months * size);
     input_.read(
@@ -118,13 +116,11 @@ class NetcdfCopy {
   std::vector<float> values_;
 };
 
-// Throws Failure if the output is an input, or the disk has too little free space.
-void check_preconditions(const std::string& path, const CondenseJob& job,
-                         const std::string& output, std::int64_t size) {
-  companion::Inputs own;
-  own.add(in_quotes(job.name), regular_file(job.name));
-  own.add(in_quotes(job.name), regular_file(path));
-  own.require_not_an_input(output);
+// Throws Failure if the output is an input, or the disk has too little free space. The
+// job's own file is among its inputs. A decompressed copy of it need not be: it has a
+// name of its own, and a PartFile replaces a link, not the file that the link leads to.
+void check_preconditions(const CondenseJob& job, const std::string& output,
+                         std::int64_t size) {
   job.inputs.require_not_an_input(output);
   expect_disk_space(output, size, job.free_space);
 }
@@ -136,7 +132,7 @@ Condensed condense(const std::string& path, const CondenseJob& job) {
   const std::int64_t months = std::int64_t{layout.years.years} * kMonthsPerYear;
   Condensed done;
   done.output = output_name(job, layout);
-  check_preconditions(path, job, done.output, months * kBytesPerMonth);
+  check_preconditions(job, done.output, months * kBytesPerMonth);
 
   PartFile file(done.output);
   companion::ProgressLine progress(job.screen, in_quotes(job.name),

@@ -27,10 +27,7 @@ std::int64_t size_on_disk(const std::string& name) {
 
 std::optional<std::int64_t> system_free_space(const std::string& folder) {
   struct statvfs system {};
-  if (::statvfs(folder.c_str(), &system) != 0) {
-    return std::nullopt;
-  }
-  return free_bytes(system);
+  return ::statvfs(folder.c_str(), &system) == 0 ? free_bytes(system) : std::nullopt;
 }
 
 std::optional<std::int64_t> free_bytes(const struct statvfs& system) {

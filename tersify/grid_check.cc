@@ -25,17 +25,6 @@ constexpr std::uint64_t kLastCharacters = [] {
   return last;
 }();
 
-// In a valid field the last character is a digit, and each other character is a blank
-// or is followed by a digit. Fields with a plus sign are left to the scalar version.
-bool are_good_fields(const char* fields) {
-  const CharacterMasks kinds = find_kinds(fields);
-  const std::uint64_t known = kinds.blanks | kinds.minuses | kinds.digits;
-  const std::uint64_t in_order = kinds.blanks | kinds.digits >> 1U;
-  const std::uint64_t good =
-      known & ((kLastCharacters & kinds.digits) | (~kLastCharacters & in_order));
-  return (good & kAllCharacters) == kAllCharacters;
-}
-
 bool is_good_field(std::string_view field) {
   field.remove_prefix(std::min(field.find_first_not_of(' '), field.size()));
   if (field.starts_with('+') || field.starts_with('-')) {
@@ -58,7 +47,7 @@ std::optional<std::string> fault_of_line(const LineBuffer::Line& line,
     return std::nullopt;
   }
   const std::string needed = std::to_string(shape.line_length()) + " characters";
-  if (line.text.size() > shape.line_length()) {
+  if (line.text.size() > text.size()) {
     return column + "the line has more than " + needed;
   }
   if (line.end == LineBuffer::End::kFileEnd) {
@@ -85,7 +74,7 @@ std::string fault_of_too_many(const GridShape& shape) {
 // Returns the fault of a file of `lines` valid lines; nullopt if the number is right.
 std::optional<std::string> fault_of_end(std::int64_t lines, const GridShape& shape) {
   const std::int64_t year = shape.lines_per_year();
-  const bool are_whole_years = lines > 0 && lines % year == 0;
+  const bool are_whole_years = lines != 0 && lines % year == 0;
   const bool are_too_few = shape.years_are_named && lines < shape.line_count();
   if (are_whole_years && !are_too_few) {
     return std::nullopt;
@@ -124,7 +113,7 @@ std::optional<std::string> find_fault(LineBuffer& lines, const GridShape& shape,
 
 std::int32_t count_good_fields(std::string_view line) {
   std::int32_t count = 0;
-  while (line.size() >= kCharactersAtATime && are_good_fields(line.data())) {
+  while (line.size() >= kCharactersAtATime && are_twelve_good_fields(line.data())) {
     line.remove_prefix(kCharactersAtATime);
     count += kFieldsAtATime;
   }
@@ -140,6 +129,17 @@ std::int32_t count_good_fields(std::string_view line) {
     line.remove_prefix(static_cast<std::size_t>(good) * kFieldWidth);
   }
   return count;
+}
+
+// In a valid field the last character is a digit, and each other character is a blank
+// or is followed by a digit.
+bool are_twelve_good_fields(const char* fields) {
+  const CharacterMasks kinds = find_kinds(fields);
+  const std::uint64_t known = kinds.blanks | kinds.minuses | kinds.digits;
+  const std::uint64_t in_order = kinds.blanks | kinds.digits >> 1U;
+  const std::uint64_t good =
+      known & ((kLastCharacters & kinds.digits) | (~kLastCharacters & in_order));
+  return (good & kAllCharacters) == kAllCharacters;
 }
 
 std::int32_t count_good_fields_scalar(std::string_view line) {

@@ -38,6 +38,10 @@ std::optional<std::string> find_fault(companion::LineBuffer& lines,
 // invalid one. Requires kLinePadding readable characters after the line.
 std::int32_t count_good_fields(std::string_view line);
 
+// Returns whether the next twelve fields are valid and have no plus sign, which is true
+// of nearly all. Requires 64 readable characters.
+bool are_twelve_good_fields(const char* fields);
+
 // The portable version of count_good_fields; needs no readable characters after the
 // line. Both must agree.
 std::int32_t count_good_fields_scalar(std::string_view line);

@@ -12,13 +12,12 @@
 #include "tersify/gzip_format.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
+#include "util/piece_size.h"
 
 namespace veldmark::tersify {
 namespace {
 
-constexpr std::size_t kReadAtATime = std::size_t{256} * 1024;
-constexpr int kGzipWindow =
-    15 + 16;  // 15: the largest window; 16: gzip header and trailer
+constexpr int kGzipWindow = MAX_WBITS + 16;  // 16: with a gzip header and trailer
 
 Bytef* bytes_of(char* text) { return reinterpret_cast<Bytef*>(text); }
 
@@ -41,11 +40,9 @@ struct GzipReader::State {
   // Fills the input buffer until it holds `count` bytes. Returns false if the file ends
   // before that.
   bool has(std::size_t count) {
-    if (stream.avail_in < count) {
+    while (stream.avail_in < count) {
       std::memmove(input.data(), stream.next_in, stream.avail_in);
       stream.next_in = bytes_of(input.data());
-    }
-    while (stream.avail_in < count) {
       const std::size_t more =
           compressed(input.data() + stream.avail_in, input.size() - stream.avail_in);
       if (more == 0) {
@@ -111,7 +108,7 @@ struct GzipReader::State {
 
   std::string name;
   companion::LineBuffer::ReadMore compressed;
-  std::vector<char> input = std::vector<char>(kReadAtATime);
+  std::vector<char> input = std::vector<char>(kPieceSize);
   z_stream stream{};
   bool ended = false;
   bool garbage = false;
@@ -134,8 +131,8 @@ std::size_t GzipReader::read(char* buffer, std::size_t size) {
 }
 
 void GzipReader::read_to_end() {
-  std::vector<char> discarded(kReadAtATime);
-  while (read(discarded.data(), discarded.size()) > 0) {
+  std::vector<char> discarded(kPieceSize);
+  while (read(discarded.data(), discarded.size()) != 0) {
   }
 }
 

@@ -16,7 +16,7 @@ constexpr std::uint64_t kAlignment = 4;
 
 // Sums and products that saturate at kMax instead of overflowing.
 std::uint64_t sum(std::uint64_t a, std::uint64_t b) {
-  return a > kMax - b ? kMax : a + b;
+  return std::min(a, kMax - b) + b;
 }
 
 std::uint64_t product(std::uint64_t a, std::uint64_t b) {
@@ -36,10 +36,9 @@ class HeaderReader {
   int take_version() {
     std::array<char, kAlignment> mark{};
     for (char& byte : mark) {
-      if (!refill()) {
-        return 0;
+      if (refill()) {  // a byte that is missing stays 0, which is no version
+        byte = buffer_[place_++];
       }
-      byte = buffer_[place_++];
     }
     const int version = static_cast<unsigned char>(mark.back());
     const bool known = version == 1 || version == 2 || version == 5;
@@ -97,19 +96,19 @@ class HeaderReader {
   std::vector<char> buffer_;
   std::size_t place_ = 0;
   std::size_t end_ = 0;
-  int count_width_ = 4;
-  int offset_width_ = 4;
+  int count_width_{};
+  int offset_width_{};
 };
 
 [[noreturn]] void refuse_header() { throw NetcdfFault("the file's header is damaged"); }
 
 std::uint64_t size_of_type(std::uint64_t type) {
-  // Indexed by type number; there is no type 0.
-  constexpr std::array<std::uint64_t, 12> kSizes{0, 1, 1, 2, 4, 4, 8, 1, 2, 4, 8, 8};
-  if (type == 0 || type >= kSizes.size()) {
+  // The types are numbered from 1.
+  constexpr std::array<std::uint64_t, 11> kSizes{1, 1, 2, 4, 4, 8, 1, 2, 4, 8, 8};
+  if (type == 0 || type > kSizes.size()) {
     refuse_header();
   }
-  return kSizes.at(type);
+  return kSizes.at(type - 1);
 }
 
 // A list begins with a tag and the number of its members; the tag of an empty list may
@@ -140,8 +139,8 @@ std::vector<std::uint64_t> take_dimensions(HeaderReader& header) {
 //
 //   size    bytes of its values; of one record if it is a record variable
 struct Variable {
-  std::uint64_t begin = 0;
-  std::uint64_t size = 0;
+  std::uint64_t begin{};
+  std::uint64_t size{};
   bool has_records = false;
 };
 

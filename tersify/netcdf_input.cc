@@ -27,8 +27,8 @@ int open(const std::string& path) {
 }
 
 struct Attribute {
-  nc_type type = NC_NAT;
-  std::size_t length = 0;
+  nc_type type{};
+  std::size_t length{};
 };
 
 // Returns nullopt if there is no such attribute.
@@ -61,18 +61,16 @@ std::string string_attribute(int file, int variable, const char* name) {
 
 }  // namespace
 
-NetcdfInput::NetcdfInput(const std::string& path) : file_(open(path)) {
-  try {
-    int count{};
-    check(nc_inq_nvars(file_, &count));
-    for (int number = 0; number < count; ++number) {
-      variables_.push_back(describe(number));
-    }
-  } catch (...) {
-    nc_close(file_);
-    throw;
+// Delegates, so that the destructor closes the file also if this throws.
+NetcdfInput::NetcdfInput(const std::string& path) : NetcdfInput(open(path)) {
+  int count{};
+  check(nc_inq_nvars(file_, &count));
+  for (int number = 0; number < count; ++number) {
+    variables_.push_back(describe(number));
   }
 }
+
+NetcdfInput::NetcdfInput(int file) : file_(file) {}
 
 NetcdfInput::~NetcdfInput() { nc_close(file_); }
 
@@ -85,7 +83,7 @@ NetcdfVariable NetcdfInput::describe(int number) const {
   check(nc_inq_var(file_, number, name.data(), &type, &rank, nullptr, nullptr));
   variable.name = name.data();
   variable.is_real = type == NC_FLOAT || type == NC_DOUBLE;
-  variable.fill = type == NC_FLOAT ? double{NC_FILL_FLOAT} : NC_FILL_DOUBLE;
+  variable.fill = NC_FILL_DOUBLE;  // that of float is the same in single precision
   std::vector<int> dimensions(static_cast<std::size_t>(rank));
   check(nc_inq_vardimid(file_, number, dimensions.data()));
   for (const int dimension : dimensions) {

@@ -19,14 +19,14 @@ struct NetcdfDimension {
 //
 //   number     the library's id of the variable
 //   is_real    float or double
-//   fill       the library's default fill value of the type
+//   fill       the library's default fill value
 //   chunk      the lengths of a chunk along the dimensions; empty if the variable is
 //              stored contiguously
 struct NetcdfVariable {
-  int number = -1;
+  int number{};
   std::string name;
-  bool is_real = false;
-  double fill = 0;
+  bool is_real{};
+  double fill{};
   std::vector<NetcdfDimension> dimensions{};
   std::vector<std::size_t> chunk{};
 };
@@ -63,6 +63,8 @@ class NetcdfInput {
             std::span<const std::size_t> counts, std::span<float> values) const;
 
  private:
+  explicit NetcdfInput(int file);
+
   [[nodiscard]] NetcdfVariable describe(int number) const;
 
   int file_;  // the library's id of the open file

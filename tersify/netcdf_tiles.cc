@@ -20,11 +20,9 @@ Extent extent_of(const NetcdfVariable& variable) {
     return {};
   }
   constexpr std::size_t kMaxRows = kMaxTileValues / kGridColumns;
-  constexpr std::size_t kAtLeast = 1;
-  const std::size_t months = std::clamp(
-      std::min(variable.chunk[0], variable.dimensions[0].length), kAtLeast, kMaxRows);
-  const std::size_t chunk_rows =
-      std::clamp(variable.chunk[1], kAtLeast, std::size_t{kGridRows});
+  const std::size_t months =
+      std::min({variable.chunk[0], variable.dimensions[0].length, kMaxRows});
+  const std::size_t chunk_rows = std::min(variable.chunk[1], std::size_t{kGridRows});
   const std::size_t most = kMaxRows / months;
   const std::size_t rows =
       std::max(most / chunk_rows * chunk_rows, std::min(most, chunk_rows));

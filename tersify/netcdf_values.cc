@@ -48,7 +48,7 @@ std::optional<std::int32_t> stored_value(double value, std::int32_t stored_per_u
   if (!(scaled > kLowest - kFurthest && scaled < kHighest + kFurthest)) {
     return std::nullopt;  // NaN, too
   }
-  const auto nearest = static_cast<std::int32_t>(scaled + (scaled < 0 ? -0.5 : 0.5));
+  const auto nearest = static_cast<std::int32_t>(std::lround(scaled));
   if (std::abs(scaled - nearest) > kFurthest) {
     return std::nullopt;
   }
@@ -60,16 +60,14 @@ NetcdfLines::NetcdfLines(const VariableEntry& entry, const NetcdfGridForm& form)
       form_(form),
       has_missing_nan_(std::any_of(form.missing.begin(), form.missing.end(),
                                    [](float code) { return std::isnan(code); })) {
-  std::copy_if(form.missing.begin(), form.missing.end(), std::back_inserter(missing_),
-               [](float code) { return !std::isnan(code); });
-  std::sort(missing_.begin(), missing_.end());
-  missing_.erase(std::unique(missing_.begin(), missing_.end()), missing_.end());
   put_number(entry.MissingCode, missing_field_.data());
 }
 
-// Hot: most values are missing, as most cells are sea.
+// Hot: most values are missing, as most cells are sea. NaN equals nothing, not even
+// NaN.
 bool NetcdfLines::is_missing(float value) const {
-  return std::find(missing_.begin(), missing_.end(), value) != missing_.end() ||
+  return std::find(form_.missing.begin(), form_.missing.end(), value) !=
+             form_.missing.end() ||
          (has_missing_nan_ && std::isnan(value));
 }
 

@@ -68,7 +68,6 @@ class NetcdfLines {
 
   const VariableEntry& entry_;
   NetcdfGridForm form_;
-  std::vector<float> missing_;  // without duplicates and NaN
   bool has_missing_nan_;
   std::array<char, kFieldWidth> missing_field_{};
   std::string text_;

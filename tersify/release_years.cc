@@ -19,7 +19,7 @@ GridShape shape_by_name(std::string_view name, GridShape shape) {
 }
 
 std::optional<std::int32_t> whole_years(std::int64_t lines, const GridShape& shape) {
-  if (lines <= 0 || lines % shape.lines_per_year() != 0) {
+  if (lines == 0 || lines % shape.lines_per_year() != 0) {
     return std::nullopt;
   }
   return static_cast<std::int32_t>(lines / shape.lines_per_year());

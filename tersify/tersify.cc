@@ -212,14 +212,14 @@ int run_command(const Command& command, const Environment& environment,
     case Task::kShowVersion:
       environment.output << version_text();
       return kSuccess;
-    case Task::kCheck:
-      return check_all(command.names, environment, settings.shape);
-    case Task::kCondenseList:
-      return condense_list(command.names.front(), inputs, environment, settings);
     case Task::kAskForList: {
       const std::string list = ask_for_list(environment, inputs);
       return condense_list(list, inputs, environment, settings);
     }
+    case Task::kCondenseList:
+      return condense_list(command.names.front(), inputs, environment, settings);
+    case Task::kCheck:
+      return check_all(command.names, environment, settings.shape);
     case Task::kCondense:
       break;
   }

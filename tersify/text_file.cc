@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "companion/line_buffer.h"
 #include "tersify/gzip_format.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
@@ -23,7 +24,6 @@ constexpr std::array<Compression, 5> kCompressions{{{kGzipMark, "gzip"},
                                                     {"\xfd"
                                                      "7zXZ",
                                                      "xz"}}};
-constexpr std::size_t kLongestMark = 5;
 
 }  // namespace
 
@@ -41,7 +41,7 @@ companion::InputFile open_text_file(const std::string& name,
                                     companion::InputFile::Kind kind) {
   companion::InputFile file(name, kind);
   if (file.identity()) {
-    refuse_compressed(name, file.beginning(kLongestMark));
+    refuse_compressed(name, file.beginning(companion::kLongestLine));
   }
   return file;
 }

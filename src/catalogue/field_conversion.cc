@@ -144,10 +144,9 @@ bool convert_fields(std::string_view fields, std::int16_t* values) {
   return true;
 }
 
-bool are_integers(std::string_view fields, std::string_view missing) {
-  if (missing.starts_with(fields)) {
-    return true;
-  }
+namespace {
+
+bool is_each_integer(std::string_view fields, std::string_view missing) {
   for (; !fields.empty(); fields.remove_prefix(kFieldWidth)) {
     const std::string_view field = fields.substr(0, kFieldWidth);
     if (!missing.starts_with(field) && !parse_integer(field)) {
@@ -155,6 +154,12 @@ bool are_integers(std::string_view fields, std::string_view missing) {
     }
   }
   return true;
+}
+
+}  // namespace
+
+bool are_integers(std::string_view fields, std::string_view missing) {
+  return missing.starts_with(fields) || is_each_integer(fields, missing);
 }
 
 }  // namespace veldmark

@@ -23,7 +23,7 @@ bool should_retry(int descriptor, short event) {
     return false;
   }
   pollfd request{.fd = descriptor, .events = event, .revents = {}};
-  return ::poll(&request, 1, -1) > 0 || errno == EINTR;
+  return ::poll(&request, 1, -1) != -1 || errno == EINTR;
 }
 
 }  // namespace

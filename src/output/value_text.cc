@@ -6,7 +6,8 @@
 namespace veldmark {
 namespace {
 
-constexpr std::size_t kValueCount = std::size_t{1} << 16U;
+constexpr std::size_t kValueCount =
+    std::size_t{std::numeric_limits<std::uint16_t>::max()} + 1;
 
 }  // namespace
 

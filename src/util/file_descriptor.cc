@@ -74,4 +74,8 @@ bool FileDescriptor::close() {
   return result == 0 || errno == EINTR;
 }
 
+FileDescriptor duplicate_of(int descriptor) {
+  return FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+}
+
 }  // namespace veldmark

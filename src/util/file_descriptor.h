@@ -52,6 +52,9 @@ class FileDescriptor {
   int descriptor_;
 };
 
+// Returns a second descriptor of the same open file; it is not open on failure.
+FileDescriptor duplicate_of(int descriptor);
+
 }  // namespace veldmark
 
 #endif  // VELDMARK_UTIL_FILE_DESCRIPTOR_H_

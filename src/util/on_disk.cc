@@ -21,7 +21,7 @@ bool sync_to_disk(const FileDescriptor& file) {
 }
 
 bool flush(const FileDescriptor& file) {
-  FileDescriptor copy(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0));
+  FileDescriptor copy = duplicate_of(file.get());
   return copy.is_open() && copy.close();
 }
 

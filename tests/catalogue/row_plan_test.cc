@@ -74,6 +74,9 @@ TEST(PlanRow, AssignsCommonColumnsOfOverlappingRangesToTheSecond) {
   const FieldGroups format{.first = {1, 1, 5}, .second = {6, 4, 3}};
   EXPECT_EQ(plan_row(format, Columns{3, 4, 5, 6}).runs,
             (Runs{{1, 2, false}, {3, 1, true}, {4, 2, false}, {6, 3, true}}));
+  const FieldGroups one{.first = {1, 1, 5}, .second = {6, 4, 1}};
+  EXPECT_EQ(plan_row(one, Columns{3, 4}).runs,
+            (Runs{{1, 2, false}, {3, 1, true}, {4, 2, false}, {6, 1, true}}));
 }
 
 TEST(PlanRow, IgnoresFieldsOutsideTheLine) {

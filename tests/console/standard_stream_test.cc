@@ -2,12 +2,17 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <chrono>
 #include <istream>
 #include <ostream>
 #include <string>
+#include <thread>
 
+#include "support/interruptions.h"
 #include "support/stream_content.h"
 #include "support/temporary_folder.h"
 #include "util/file_descriptor.h"
@@ -16,8 +21,10 @@ namespace veldmark {
 namespace {
 
 using testing::file_content;
+using testing::Interruptions;
 using testing::stream_content;
 using testing::TemporaryFolder;
+using testing::undisturbed;
 using testing::write_file;
 
 // Returns `size` characters, each different from its neighbours.
@@ -89,6 +96,23 @@ TEST(StandardStream, IsBadIfItCannotBeRead) {
   EXPECT_EQ(stream.get(), std::istream::traits_type::eof());
   EXPECT_EQ(errno, EISDIR);
   EXPECT_TRUE(stream.bad());
+}
+
+// An answer that is awaited for many signals.
+TEST(StandardStream, SignalsDoNotEndTheWaitForAnAnswer) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe2(ends.data(), O_NONBLOCK), 0);
+  const Interruptions interruptions;
+  std::thread user = undisturbed([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    EXPECT_EQ(::write(ends[1], "yes", 3), 3);
+    ::close(ends[1]);
+  });
+  StandardStream buffer(ends[0]);
+  std::istream stream(&buffer);
+  EXPECT_EQ(stream_content(stream), "yes");
+  user.join();
+  ::close(ends[0]);
 }
 
 }  // namespace

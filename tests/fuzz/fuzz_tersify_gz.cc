@@ -34,7 +34,7 @@ using testing::InFolder;
 using testing::ScratchFolder;
 using testing::write_file;
 
-constexpr int kGzipFormat = 15 + 16;
+constexpr int kGzipFormat = MAX_WBITS + 16;
 
 Bytef* bytes_of(std::string& text) { return reinterpret_cast<Bytef*>(text.data()); }
 

@@ -134,10 +134,12 @@ TEST(CondenseLine, ANumberMayLieAnywhereInTheBlocks) {
       ASSERT_EQ(condensed(indent + raw_line_with(1, raw)), condensed_line(fields))
           << blanks << " " << raw;
     }
-    ASSERT_EQ(condensed(indent + raw_line_with(1, "-x")),
-              "field 1: '-x' is not an integer");
-    ASSERT_EQ(condensed(indent + raw_line_with(1, "1-1")),
-              "field 1: '1-1' is not an integer");
+    for (const std::string raw : {"-", "-x", "1-1"}) {
+      ASSERT_EQ(condensed(indent + raw_line_with(1, raw)),
+                "field 1: '" + raw + "' is not an integer");
+    }
+    ASSERT_EQ(condensed(indent + raw_line_with(1, "-0")),
+              condensed(raw_line_with(1, "0")));
   }
 }
 

@@ -91,6 +91,9 @@ TEST(FreeBytes, AFileSystemWithoutASizeIsUnknownNotFull) {
   struct statvfs system {};
   system.f_frsize = 4096;
   EXPECT_EQ(free_bytes(system), std::nullopt);
+  struct statvfs without_block_size {};
+  without_block_size.f_blocks = 100;
+  EXPECT_EQ(free_bytes(without_block_size), std::nullopt);
 }
 
 TEST(FreeBytes, AreNeverNegative) {

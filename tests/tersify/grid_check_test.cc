@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <random>
 #include <string>
@@ -103,6 +104,8 @@ TEST(GridCheck, TooManyLinesAreAFault) {
             "December, row 3)");
   EXPECT_EQ(verdict(repeated(kSmallLines, " -999   50\n") + "\n").substr(0, 8),
             "line 73:");
+  // Its last line would complete a third year.
+  EXPECT_EQ(verdict(repeated(107, " -999   50\n") + "x\n").substr(0, 8), "line 73:");
 }
 
 TEST(GridCheck, LinesOfAnotherLengthAreAFault) {
@@ -151,6 +154,44 @@ TEST(GridCheck, FieldsAreCountedInARealLine) {
   }
 }
 
+// Returns the number of good fields at the front of `line`, with digits after it.
+std::int32_t good_fields(const std::string& line) {
+  const std::string text = line + std::string(companion::kLinePadding, '7');
+  return count_good_fields(std::string_view(text).substr(0, line.size()));
+}
+
+TEST(GridCheck, CharactersAfterTheLineAreNotCounted) {
+  EXPECT_EQ(good_fields(repeated(11, "12345")), 11);
+  EXPECT_EQ(good_fields(repeated(12, "12345")), 12);
+  EXPECT_EQ(good_fields(repeated(13, "12345")), 13);
+}
+
+TEST(GridCheck, AFaultAmongLongNumbersIsFound) {
+  for (int place = 0; place < 12; ++place) {
+    for (const std::string field : {"     ", "1   1", "  - 1", "1234x", "    -"}) {
+      EXPECT_EQ(
+          good_fields(repeated(place, "12345") + field + repeated(12 - place, "12345")),
+          place)
+          << field;
+    }
+  }
+}
+
+TEST(GridCheck, TwelveFieldsWithoutAPlusSignAreTakenAtOnce) {
+  for (const std::string field :
+       {"    0", "12345", "  007", " -999", "   -1", "-9999"}) {
+    for (const std::string after : {"    ", "7777", "xxxx"}) {
+      EXPECT_TRUE(are_twelve_good_fields((repeated(12, field) + after).c_str()))
+          << field << after;
+    }
+  }
+  EXPECT_FALSE(are_twelve_good_fields((repeated(12, "   +1") + "    ").c_str()));
+}
+
+TEST(GridCheck, InALineOfFaultsNoFieldIsGood) {
+  EXPECT_EQ(good_fields(repeated(13, "xxxxx")), 0);
+}
+
 TEST(GridCheck, VectorsAgreeWithTheScalarVersion) {
   std::mt19937 random(3);
   const std::vector<std::string> good{"    0", "12345", "  007",
@@ -168,9 +209,7 @@ TEST(GridCheck, VectorsAgreeWithTheScalarVersion) {
     }
     if (i % 4 == 0) line[random() % line.size()] = static_cast<char>(random());
     line.resize(line.size() - random() % 8);
-    const std::string text = line + std::string(companion::kLinePadding, '7');
-    const auto view = std::string_view(text).substr(0, line.size());
-    ASSERT_EQ(count_good_fields(view), count_good_fields_scalar(view)) << line;
+    ASSERT_EQ(good_fields(line), count_good_fields_scalar(line)) << line;
   }
 }
 

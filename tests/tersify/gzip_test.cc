@@ -16,6 +16,7 @@
 #include "raw_text.h"
 #include "run_in_process.h"
 #include "support/temporary_folder.h"
+#include "tersify/gzip_reader.h"
 
 namespace veldmark::tersify {
 namespace {
@@ -259,16 +260,37 @@ TEST(Gzip, AMemberMayBeginAnywhere) {
   const TemporaryFolder folder;
   constexpr std::size_t kRead = std::size_t{256} * 1024;
   const std::string bytes = compressed(kTwelve);
+  const auto expect_two = [](const std::string& two) {
+    expect_copy(two, kTwelve + kTwelve, kTwelveCondensed + kTwelveCondensed,
+                "tersify: 'a.dat.gz' has 2 compressed members; they were read one "
+                "after the other\n");
+  };
   for (std::size_t size = kRead - 3; size <= kRead + 1; ++size) {
-    expect_copy(
-        with_name(bytes, size) + bytes, kTwelve + kTwelve,
-        kTwelveCondensed + kTwelveCondensed,
-        "tersify: 'a.dat.gz' has 2 compressed members; they were read one after "
-        "the other\n");
+    expect_two(with_name(bytes, size) + bytes);
     // Not a member, although it has the second magic byte.
     expect_copy(with_name(bytes, size) + "x\x8b", kTwelve, kTwelveCondensed,
                 "tersify: 'a.dat.gz': trailing garbage ignored\n");
   }
+  // Only the first byte is in the first read, and more than a whole read follows.
+  expect_two(with_name(bytes, kRead - 1) + with_name(bytes, 2 * kRead));
+}
+
+// A buffer of lines may have room for one more byte.
+TEST(Gzip, ASingleByteCanBeRead) {
+  const TemporaryFolder folder;
+  const std::string bytes = compressed("12\n");
+  std::size_t place = 0;
+  GzipReader reader("a.dat.gz", [&](char* buffer, std::size_t size) {
+    const std::size_t count = bytes.copy(buffer, size, place);
+    place += count;
+    return count;
+  });
+  char byte = 0;
+  for (const char expected : {'1', '2', '\n'}) {
+    EXPECT_EQ(reader.read(&byte, 1), 1U);
+    EXPECT_EQ(byte, expected);
+  }
+  EXPECT_EQ(reader.read(&byte, 1), 0U);
 }
 
 TEST(Gzip, AFaultInTheTextOfASoundFileIsReported) {
@@ -322,10 +344,27 @@ TEST(Gzip, TooLittleDiskSpaceIsReportedBeforeAnythingIsWritten) {
   EXPECT_EQ(with_room(12 * 3601).status, 0);
 }
 
+// Returns a number as four bytes, the lowest first.
+std::string four_bytes(std::size_t number) {
+  std::string bytes;
+  for (const unsigned shift : {0U, 8U, 16U, 24U}) {
+    bytes += static_cast<char>(number >> shift & 0xFFU);
+  }
+  return bytes;
+}
+
 TEST(Gzip, GarbageAtTheEndIsNotTakenForASize) {
   const TemporaryFolder folder;
-  write_file("a.dat.gz", compressed(kTwelve) + "\xff\xff\xff\xff");
-  EXPECT_EQ(condense("a.dat.gz", [](const std::string&) { return 50'000; }).status, 0);
+  const std::string bytes = compressed(kTwelve);
+  const auto status_with = [&](std::size_t size) {
+    write_file("a.dat.gz", bytes + four_bytes(size));
+    return condense("a.dat.gz", [](const std::string&) { return 50'000; }).status;
+  };
+  EXPECT_EQ(status_with(0xFFFFFFFFU), 0);
+  // Deflate makes a text at most 1032 times shorter.
+  const std::size_t highest = 1032 * (bytes.size() + 4);
+  EXPECT_EQ(status_with(highest + 1), 0);
+  EXPECT_EQ(status_with(highest), 1);  // taken for a size: too little disk space
 }
 
 // With or without the netCDF library: a file that only begins like netCDF is refused.

@@ -59,7 +59,7 @@ TEST(NameList, ANameMayBeAsLongAsTheSystemAllows) {
   EXPECT_EQ(failure_of("list"), "'list' is no list of file names: line 2 can't be one");
   write_file("list", "a\nb\nfolder/" + part + "x\n");
   EXPECT_EQ(failure_of("list"), "'list' is no list of file names: line 3 can't be one");
-  write_file("list", path + "y\n");
+  write_file("list", path + "/\n");
   EXPECT_EQ(failure_of("list"), "'list' is no list of file names: line 1 can't be one");
 }
 

@@ -86,6 +86,12 @@ TEST(LeastClassicSize, SizesDontOverflow) {
   header.list(Header::kVariables, 1).name("v").count(2).count(0).count(1).no_list();
   header.word(Header::kFloat).count(0).offset(100);
   EXPECT_EQ(least(header.bytes()), std::numeric_limits<std::uint64_t>::max());
+  Header largest(5);  // 4 * (2^62 - 1) bytes
+  largest.count(0).list(Header::kDimensions, 1);
+  largest.name("a").count((1ULL << 62) - 1).no_list();
+  largest.list(Header::kVariables, 1).name("v").count(1).count(0).no_list();
+  largest.word(Header::kFloat).count(0).offset(0);
+  EXPECT_EQ(least(largest.bytes()), std::numeric_limits<std::uint64_t>::max() - 3);
 }
 
 // A file with one variable of a single value, at offset 100.
@@ -108,6 +114,10 @@ TEST(LeastClassicSize, KnowsTheSizesOfAllTypes) {
   EXPECT_EQ(least(one_value(9)), 104U);   // unsigned int
   EXPECT_EQ(least(one_value(10)), 108U);  // 64-bit int
   EXPECT_EQ(least(one_value(11)), 108U);  // unsigned 64-bit int
+}
+
+TEST(LeastClassicSize, IsZeroWithoutVariables) {
+  EXPECT_EQ(least(Header(1).count(0).no_list().no_list().no_list().bytes()), 0U);
 }
 
 TEST(LeastClassicSize, IsZeroForOtherFiles) {

@@ -44,7 +44,7 @@ std::vector<double> centres(double first, std::size_t count, double step = 0.5) 
 TEST(FindRowOrder, TakesBothDirections) {
   EXPECT_EQ(find_row_order(centres(-89.75, 360)), RowOrder::kSouthFirst);
   EXPECT_EQ(find_row_order(centres(89.75, 360, -0.5)), RowOrder::kNorthFirst);
-  EXPECT_EQ(find_row_order(centres(-89.7501, 360)), RowOrder::kSouthFirst);
+  EXPECT_EQ(find_row_order(centres(-89.7509, 360)), RowOrder::kSouthFirst);
 }
 
 TEST(FindRowOrder, RefusesOtherLatitudes) {
@@ -52,6 +52,8 @@ TEST(FindRowOrder, RefusesOtherLatitudes) {
                [] { find_row_order(centres(-89.5, 180, 1)); });
   expect_fault("the first latitude is -90; expected -89.75 or 89.75",
                [] { find_row_order(centres(-90, 360)); });
+  expect_fault("the first latitude is -89.7511; expected -89.75 or 89.75",
+               [] { find_row_order(centres(-89.7511, 360)); });
   expect_fault(
       "latitude 2 is -89.25; expected 89.25, half a degree from the one before", [] {
         std::vector<double> mixed = centres(89.75, 360, -0.5);
@@ -76,6 +78,12 @@ TEST(FindFirstColumn, RefusesOtherLongitudes) {
         moved.back() = 179.7;
         find_first_column(moved);
       });
+  expect_fault(
+      "longitude 720 is 359.7; expected 359.75, half a degree from the one before", [] {
+        std::vector<double> moved = centres(0.25, 720);
+        moved.back() = 359.7;
+        find_first_column(moved);
+      });
 }
 
 TEST(StoredValue, IsTheNearestInteger) {
@@ -86,6 +94,7 @@ TEST(StoredValue, IsTheNearestInteger) {
   EXPECT_EQ(stored_value(31.0F, 100), 3100);
   EXPECT_EQ(stored_value(8.4009, 10), 84);
   EXPECT_EQ(stored_value(-8.4009, 10), -84);
+  EXPECT_EQ(stored_value(0.01, 1), 0);
 }
 
 TEST(StoredValue, MustBeNearAnInteger) {
@@ -228,11 +237,13 @@ NetcdfVariable chunked(std::size_t months, std::vector<std::size_t> chunk) {
   return variable;
 }
 
-// Every month and row is in exactly one tile; no tile exceeds the limit.
+// Every month and row is in exactly one tile; no tile is empty or exceeds the limit.
 void expect_whole(const NetcdfVariable& variable) {
   std::set<std::pair<std::size_t, std::size_t>> seen;
   std::size_t count = 0;
   for (const NetcdfTile& tile : tiles_of(variable)) {
+    EXPECT_GT(tile.months, 0U);
+    EXPECT_GT(tile.rows.count, 0U);
     EXPECT_LE(tile.months * tile.rows.count * kGridColumns, kMaxTileValues);
     for (std::size_t i = 0; i < tile.months; ++i) {
       for (std::size_t j = 0; j < tile.rows.count; ++j, ++count) {
@@ -275,6 +286,7 @@ TEST(TilesOf, HoldWholeChunks) {
   expect(1392, {1392, 10, 10}, {.months = 1392, .rows = {.count = 10}});
   expect(24, {64, 100, 100}, {.months = 24, .rows = {.count = 360}});
   expect(1392, {1392, 360, 720}, {.months = 1392, .rows = {.count = 16}});
+  expect(100'000, {100'000, 1, 1}, {.months = 23'301, .rows = {.count = 1}});
 }
 
 }  // namespace

@@ -74,16 +74,18 @@ def other_grid(rows, columns, step):
     return write
 
 
-def endless(path):
-    """A file with more months than there can be."""
-    with netCDF4.Dataset(path, "w", format="NETCDF4") as file:
-        for name, size in ("lon", COLUMNS), ("lat", ROWS), ("time", 100_001):
-            file.createDimension(name, size)
-            file.createVariable(name, "f4", (name,))
-        file["lon"][:] = numpy.arange(COLUMNS) * 0.5 - 179.75
-        file["lat"][:] = numpy.arange(ROWS) * 0.5 - 89.75
-        file["time"].units = "days since 1900-1-1"
-        file.createVariable("tmp", "f4", ("time", "lat", "lon"))
+def endless(months):
+    """A file of many months, without values."""
+    def write(path):
+        with netCDF4.Dataset(path, "w", format="NETCDF4") as file:
+            for name, size in ("lon", COLUMNS), ("lat", ROWS), ("time", months):
+                file.createDimension(name, size)
+                file.createVariable(name, "f4", (name,))
+            file["lon"][:] = numpy.arange(COLUMNS) * 0.5 - 179.75
+            file["lat"][:] = numpy.arange(ROWS) * 0.5 - 89.75
+            file["time"].units = "days since 1900-1-1"
+            file.createVariable("tmp", "f4", ("time", "lat", "lon"))
+    return write
 
 
 def bare(*variables):
@@ -134,18 +136,13 @@ def without_coordinate(name):
     return write
 
 
-def flat(path):
-    with_form()(path)
-    with netCDF4.Dataset(path, "a") as file:
+def with_dimensions(*names):
+    """A file whose variable has other dimensions, which may include a level."""
+    def edit(file):
         file.renameVariable("tmp", "tmp3")
-        file.createVariable("tmp", "f4", ("lat", "lon"))
-
-
-def transposed(path):
-    with_form()(path)
-    with netCDF4.Dataset(path, "a") as file:
-        file.renameVariable("tmp", "tmp3")
-        file.createVariable("tmp", "f4", ("lon", "lat", "time"))
+        file.createDimension("level", 1)
+        file.createVariable("tmp", "f4", names)
+    return edited(edit)
 
 
 ALL = "'lon', 'lat', 'time', 'tmp', 'stn'"
@@ -173,6 +170,8 @@ CASES = [
      "'tmp' is packed: scale_factor is 0.1; expected the values themselves"),
     ("moved", with_form(attributes={"add_offset": 273.15}),
      "'tmp' is packed: add_offset is 273.15; expected the values themselves"),
+    ("many zeros", with_form(attributes={"add_offset": numpy.zeros(1001)}),
+     "the attribute add_offset has 1001 values; expected one"),
     ("integers", with_form(type="i4", fill=-999, missing_value=None),
      "'tmp' holds integers; expected float or double"),
     ("no longitudes", without_coordinate("lon"),
@@ -217,12 +216,17 @@ CASES = [
     ("no units of a date, in a string",
      edited(lambda file: file["time"].setncattr_string("units", "hours since 1900-1-1")),
      "the units of time are 'hours since 1900-1-1'" + UNITS),
-    ("long units", edited(lambda file: file["time"].setncattr("units", "d" * 1001)),
+    ("a letter for units", with_form(units="d"), "the units of time are 'd'" + UNITS),
+    ("long units", with_form(units="d" * 1000),
+     "the units of time are '" + "d" * 60 + "...'" + UNITS),
+    ("overlong units", edited(lambda file: file["time"].setncattr("units", "d" * 1001)),
      "the attribute units has 1001 values; expected one"),
     ("a word for missing values",
      with_form(missing_value=None, attributes={"missing_value": "none"}),
      "the attribute missing_value of 'tmp' is text; expected a number"),
-    ("too many months", endless,
+    ("very many months", endless(100_000),
+     "there are 100000 months; expected 12 for each year"),
+    ("too many months", endless(100_001),
      "the dimension 'time' has a length of 100001; expected at most 100000"),
     ("no leap years", with_form(calendar="noleap"),
      "the calendar of time is 'noleap'; expected standard, gregorian or proleptic_gregorian"),
@@ -236,9 +240,16 @@ CASES = [
      "the file's name"),
     ("no variable", bare(), "the variables are none; expected 'tmp', as in the file's name"),
     ("a number", bare("tmp"), "'tmp' has the dimensions (); expected (time, lat, lon)"),
-    ("a map", flat, "'tmp' has the dimensions ('lat', 'lon'); expected (time, lat, lon)"),
-    ("series", transposed,
+    ("a map", with_dimensions("lat", "lon"),
+     "'tmp' has the dimensions ('lat', 'lon'); expected (time, lat, lon)"),
+    ("series", with_dimensions("lon", "lat", "time"),
      "'tmp' has the dimensions ('lon', 'lat', 'time'); expected (time, lat, lon)"),
+    ("levels of one time", with_dimensions("level", "lat", "lon"),
+     "'tmp' has the dimensions ('level', 'lat', 'lon'); expected (time, lat, lon)"),
+    ("levels along a meridian", with_dimensions("time", "level", "lon"),
+     "'tmp' has the dimensions ('time', 'level', 'lon'); expected (time, lat, lon)"),
+    ("levels along a parallel", with_dimensions("time", "lat", "level"),
+     "'tmp' has the dimensions ('time', 'lat', 'level'); expected (time, lat, lon)"),
     ("half of HDF5", cut(100_000, **SMALL),
      "the netCDF library can't read it: NetCDF: HDF error"),
     ("not netCDF", text(b"CDF\x07" + bytes(1000)),
@@ -265,10 +276,12 @@ def folder_state(folder):
     return {path.name: path.read_bytes() for path in folder.iterdir()}
 
 
-def tersify(tools, folder, *names, limit=None):
+def tersify(tools, folder, *names, limit=None, open_files=None):
     def limited():
         if limit:
             resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+        if open_files:
+            resource.setrlimit(resource.RLIMIT_NOFILE, (open_files, open_files))
     return subprocess.run([tools / "tersify", *names], cwd=folder, capture_output=True,
                           text=True, preexec_fn=limited)
 
@@ -340,6 +353,18 @@ def check_several(tools, folder):
     assert done.stdout.endswith("condensed 1 of 2 files\n"), done.stdout
     assert done.stderr.endswith("tersify: not condensed: 'b.pre.nc'\n"), done.stderr
     assert not (folder / "b.pre.new").exists()
+    return 1
+
+
+def check_many(tools, folder):
+    """A refused file is closed: a run takes more files than it may have open at a time."""
+    with_form(units="hours since 1900-1-1", format="NETCDF3_CLASSIC", chunks=None,
+              level=0)(folder / NAME)
+    done = tersify(tools, folder, *[NAME] * 40, open_files=24)
+    assert done.returncode == 1
+    message = f"tersify: '{NAME}': the units of time are 'hours since 1900-1-1'{UNITS}"
+    assert done.stderr.splitlines().count(message) == 40, done.stderr
+    (folder / NAME).unlink()
     return 1
 
 
@@ -434,6 +459,7 @@ def main():
         count += check_cut_files(tools, folder)
         count += check_disk(tools, folder)
         count += check_several(tools, folder)
+        count += check_many(tools, folder)
         count += check_one_copy_for_two(tools, folder)
         count += check_signals(tools, folder)
         count += check_first_years(tools, folder)

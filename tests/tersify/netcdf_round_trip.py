@@ -41,6 +41,7 @@ MARKS = [
     {"fill": None, "missing_value": None},  # the library's default fill value
     {"fill": None, "missing_value": numpy.float32(-1e6)},
     {"fill": numpy.float32("nan"), "missing_value": None},
+    {"fill": numpy.finfo("f4").max, "missing_value": None},
     {"type": "f8", "fill": -9999.0, "missing_value": -9999.0},
     {"names": ("time", "latitude", "longitude"), "stations": False},
 ]

@@ -171,6 +171,22 @@ void expect_orderly_end(int signal) {
   EXPECT_FALSE(std::filesystem::exists("big.new.part"));
 }
 
+TEST(TersifyProgram, FilesBeforeTheInterruptedOneAreKept) {
+  const TemporaryFolder folder;
+  make_big_file();
+  write_file("before", kRaw);
+  with_stopped_process({TERSIFY_PROGRAM, "before", "big", "after"}, "big.new.part",
+                       [](ChildProcess& run) {
+                         run.send(SIGINT);
+                         run.send(SIGCONT);
+                         EXPECT_EQ(run.wait(), 128 + SIGINT);
+                       });
+  EXPECT_EQ(file_content("messages"),
+            "tersify: interrupted\ntersify: not condensed: 'big', 'after'\n");
+  EXPECT_TRUE(file_content("output").ends_with("condensed 1 of 3 files\n"));
+  EXPECT_EQ(file_content("before.new"), kCondensed);
+}
+
 TEST(TersifyProgram, ARequestToTerminateLeavesNothing) { expect_orderly_end(SIGTERM); }
 
 TEST(TersifyProgram, AnInterruptLeavesNothing) { expect_orderly_end(SIGINT); }

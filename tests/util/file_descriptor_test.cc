@@ -2,9 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <array>
@@ -15,6 +13,7 @@
 #include <thread>
 #include <utility>
 
+#include "support/interruptions.h"
 #include "support/temporary_folder.h"
 #include "util/file_lock.h"
 
@@ -22,50 +21,12 @@ namespace veldmark {
 namespace {
 
 using testing::file_content;
+using testing::Interruptions;
 using testing::TemporaryFolder;
+using testing::undisturbed;
 using testing::write_file;
 
 constexpr int kCreate = O_WRONLY | O_CREAT | O_TRUNC;
-
-// While it exists, this thread gets a signal every two milliseconds, which interrupts
-// blocking system calls.
-class Interruptions {
- public:
-  Interruptions() {
-    struct sigaction action {};
-    action.sa_handler = [](int /*number*/) {};
-    ::sigaction(SIGALRM, &action, &before_);
-    start(2000);
-  }
-  ~Interruptions() {
-    start(0);
-    ::sigaction(SIGALRM, &before_, nullptr);
-  }
-  Interruptions(const Interruptions&) = delete;
-  Interruptions& operator=(const Interruptions&) = delete;
-
- private:
-  static void start(suseconds_t microseconds) {
-    const itimerval timer{.it_interval = {0, microseconds},
-                          .it_value = {0, microseconds}};
-    ::setitimer(ITIMER_REAL, &timer, nullptr);
-  }
-
-  struct sigaction before_ {};
-};
-
-// Runs `action` in a thread that gets no signals.
-template <typename Action>
-std::thread undisturbed(Action action) {
-  sigset_t alarm;
-  sigset_t before;
-  ::sigemptyset(&alarm);
-  ::sigaddset(&alarm, SIGALRM);
-  ::pthread_sigmask(SIG_BLOCK, &alarm, &before);
-  std::thread thread(action);
-  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  return thread;
-}
 
 void wait_a_little() { std::this_thread::sleep_for(std::chrono::milliseconds(30)); }
 
