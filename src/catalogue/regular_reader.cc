@@ -30,10 +30,9 @@ struct LineLayout {
 std::optional<LineLayout> find_line_layout(const GridFile& file, std::int64_t lines) {
   const std::int64_t size = file.size();
   char first_end{};
-  if (!file.read_at(kLineLength, &first_end, 1)) {
-    return std::nullopt;
-  }
-  const LineLayout layout{first_end == '\r' ? "\r\n" : "\n", size};
+  const bool has_carriage_returns =
+      file.read_at(kLineLength, &first_end, 1) && first_end == '\r';
+  const LineLayout layout{has_carriage_returns ? "\r\n" : "\n", size};
   const auto line_size = static_cast<std::int64_t>(layout.line_size());
   const auto line_end_size = static_cast<std::int64_t>(layout.line_ending.size());
   const bool whole_lines =

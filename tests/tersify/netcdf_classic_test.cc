@@ -120,6 +120,12 @@ TEST(LeastClassicSize, IsZeroWithoutVariables) {
   EXPECT_EQ(least(Header(1).count(0).no_list().no_list().no_list().bytes()), 0U);
 }
 
+TEST(LeastClassicSize, AnAttributeMayBeEmpty) {
+  Header header(1);
+  header.count(0).no_list().list(Header::kAttributes, 1).text_attribute("note", "");
+  EXPECT_EQ(least(header.no_list().bytes()), 0U);
+}
+
 TEST(LeastClassicSize, IsZeroForOtherFiles) {
   EXPECT_EQ(least(""), 0U);
   EXPECT_EQ(least("CDF"), 0U);

@@ -14,12 +14,15 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "support/as_nobody.h"
 #include "support/temporary_folder.h"
 #include "util/failure.h"
+#include "util/file_descriptor.h"
+#include "util/file_lock.h"
 #include "util/part_file.h"
 
 namespace {
@@ -128,6 +131,21 @@ TEST_F(PartFileRace, TheNewPartIsReplacedBeforeItIsLocked) {
     other_run_begins();
   };
   expect_that_the_other_run_wins();
+}
+
+// Another run finds the new part, and locks it to find out whether it is abandoned.
+TEST_F(PartFileRace, TheNewPartIsLockedByAnotherRun) {
+  std::optional<FileDescriptor> part;
+  before_lock = [&] {
+    part.emplace("grid.part", O_RDWR);
+    EXPECT_FALSE(is_locked_by_another(*part));
+  };
+  try {
+    const PartFile file("grid");
+    ADD_FAILURE() << "two runs write the same part";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.what(), kBusy);
+  }
 }
 
 TEST_F(PartFileRace, ALinkTakesThePlaceOfTheAbandonedPart) {

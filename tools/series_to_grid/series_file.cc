@@ -149,9 +149,10 @@ Series read_header(SeriesLines& lines) {
 std::optional<std::int32_t> find_band(std::string_view text, double first_centre,
                                       std::int32_t count) {
   double degrees{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(),
-                                            degrees, std::chars_format::fixed);
-  if (error != std::errc() || end != text.data() + text.size()) {
+  const char* const text_end = text.data() + text.size();
+  const auto [end, error] =
+      std::from_chars(text.data(), text_end, degrees, std::chars_format::fixed);
+  if (error != std::errc() || end != text_end) {
     return std::nullopt;
   }
   const double steps = (degrees - first_centre) / kCellSize;
