@@ -150,19 +150,24 @@ class Campaign:
                 self._file.close()
 
     def _run_in(self, folder: str, waiting: List[Mutant]) -> None:
-        self._try_in_build(os.path.join(folder, "plain"), waiting, sanitized=False)
+        plain = os.path.join(folder, "plain")
+        self._try_in_build(PROJECT, plain, waiting, sanitized=False)
         if not self._arguments.quick:
             left = [m for m in waiting if self.results[self._key(m)].result == SURVIVED]
-            self._try_in_build(os.path.join(folder, "sanitized"), left, sanitized=True)
+            # The project may have changed since the campaign began.
+            copied = os.path.join(plain, "tree")
+            self._try_in_build(copied, os.path.join(folder, "sanitized"), left, sanitized=True)
 
-    def _try_in_build(self, folder: str, waiting: List[Mutant], sanitized: bool) -> None:
-        """Tries mutants in one build. In the plain build, survivors are tried again with
-        the slower tests."""
+    def _try_in_build(
+        self, project: str, folder: str, waiting: List[Mutant], sanitized: bool
+    ) -> None:
+        """Tries mutants in one build of `project`. In the plain build, survivors are tried
+        again with the slower tests."""
         if not waiting:
             return
         jobs = self._arguments.jobs
         say("building, with sanitizers" if sanitized else "building")
-        build = MutantBuild(PROJECT, folder, jobs, sanitized)
+        build = MutantBuild(project, folder, jobs, sanitized)
         workers: "queue.Queue[Worker]" = queue.Queue()
         first = Worker(build, 0)
         first.measure(sorted({mutant.file for mutant in waiting}))
