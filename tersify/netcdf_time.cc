@@ -148,13 +148,16 @@ FoundYears find_years(std::span<const double> times, const DaysSince& since) {
     throw NetcdfFault("the first month is " + month_text(first) +
                       "; expected a January");
   }
-  for (std::ptrdiff_t i = 1; i < months; ++i) {
-    const year_month found = since.month_of(times[static_cast<std::size_t>(i)]);
-    const year_month expected = first + std::chrono::months(i);
+  int number = 1;
+  year_month expected = first;
+  for (const double time : times) {
+    const year_month found = since.month_of(time);
     if (found != expected) {
-      throw NetcdfFault("time " + std::to_string(i + 1) + " is in " +
+      throw NetcdfFault("time " + std::to_string(number) + " is in " +
                         month_text(found) + "; expected " + month_text(expected));
     }
+    ++number;
+    expected += std::chrono::months(1);
   }
   return {.first = static_cast<int>(first.year()),
           .years = static_cast<std::int32_t>(months / kMonthsPerYear)};

@@ -68,7 +68,6 @@ void GridValuesBuilder::allocate() {
     const std::span<std::int16_t> cells = month_of_row(0, GridY);
     std::copy_n(begin, cells.size(), cells.begin());
   }
-  january_ = {};
 }
 
 void GridValuesBuilder::store_row(std::size_t month, std::int32_t GridY,

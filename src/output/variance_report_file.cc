@@ -8,17 +8,22 @@
 #include "util/free_form.h"
 
 namespace veldmark {
+namespace {
+
+constexpr std::int64_t kFirstYear = 1;  // the years of a series are counted from it
+
+}  // namespace
 
 void collect_sample(std::span<const std::int16_t> series, SampleYears years,
                     std::int32_t MissingCode, float SampleScale,
                     std::vector<float>& sample) {
   const auto YearCount = static_cast<std::int64_t>(series.size()) / kMonthsPerYear;
-  const std::int64_t first = std::max<std::int64_t>(years.first, 1);
+  const std::int64_t first = std::max(years.first, kFirstYear);
   const std::int64_t last = std::min(years.last, YearCount);
   if (first > last) {
     return;
   }
-  const auto begin = static_cast<std::size_t>((first - 1) * kMonthsPerYear);
+  const auto begin = static_cast<std::size_t>((first - kFirstYear) * kMonthsPerYear);
   const auto count = static_cast<std::size_t>((last - first + 1) * kMonthsPerYear);
   for (const std::int16_t value : series.subspan(begin, count)) {
     if (value != MissingCode) {
@@ -47,8 +52,8 @@ void VarianceReportFile::add(const SavedCell& cell) {
   const std::int64_t CutoffOffset = std::int64_t{test_.CutoffYear} - test_.years.FYOD;
   before_.clear();
   after_.clear();
-  collect_sample(cell.series, {.first = 1, .last = CutoffOffset}, test_.MissingCode,
-                 test_.SampleScale, before_);
+  collect_sample(cell.series, {.first = kFirstYear, .last = CutoffOffset},
+                 test_.MissingCode, test_.SampleScale, before_);
   collect_sample(cell.series,
                  {.first = CutoffOffset + 1, .last = test_.years.YearCount()},
                  test_.MissingCode, test_.SampleScale, after_);

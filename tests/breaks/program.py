@@ -272,8 +272,8 @@ TESTING_VARIANCE = [
     Break(
         "first sample includes the cutoff year",
         transcripts("variance-cutoff-in-the-middle"),
-        Change(REPORT, "{.first = 1, .last = CutoffOffset}",
-               "{.first = 1, .last = CutoffOffset + 1}"),
+        Change(REPORT, "{.first = kFirstYear, .last = CutoffOffset}",
+               "{.first = kFirstYear, .last = CutoffOffset + 1}"),
     ),
     Break(
         "second sample includes that of the previous cell",

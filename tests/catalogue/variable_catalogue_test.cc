@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,7 +33,8 @@ TEST(VariableCatalogue, OfTheDroughtIndexDiffersFromTheOthers) {
     EXPECT_EQ(entry.min_lon_test, drought ? MinLonTest::kNone : MinLonTest::kInRange);
     EXPECT_EQ(entry.years.FYOD, 1901);
     EXPECT_EQ(entry.years.LYOD, 2016);
-    EXPECT_EQ(entry.SampleScale.has_value(), entry.menu_number == 9);
+    EXPECT_EQ(entry.SampleScale,
+              entry.menu_number == 9 ? std::optional(0.01F) : std::nullopt);
   }
 }
 

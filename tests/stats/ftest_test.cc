@@ -273,11 +273,12 @@ TEST(AdjustedCount, IsAtLeastTwo) {
   EXPECT_EQ(adjusted_count(12.0F, 40.0F), 2);
   EXPECT_EQ(adjusted_count(12.0F, std::numeric_limits<float>::quiet_NaN()), 2);
   EXPECT_EQ(adjusted_count(12.0F, kInfinity), 2);
-  EXPECT_EQ(adjusted_count(3.0F, 0.0F), 2);    // +infinity
-  EXPECT_EQ(adjusted_count(3.0F, 1e-9F), 2);   // 6e9
-  EXPECT_EQ(adjusted_count(3.0F, -1e-9F), 2);  // -6e9
-  EXPECT_EQ(adjusted_count(1.0F, 3.0F), 2);    // the ratio inside is -2/0
-  EXPECT_EQ(adjusted_count(0.0F, 3.0F), 2);    // a quotient of 0
+  EXPECT_EQ(adjusted_count(3.0F, 0.0F), 2);        // +infinity
+  EXPECT_EQ(adjusted_count(3.0F, 1e-9F), 2);       // 6e9
+  EXPECT_EQ(adjusted_count(3.0F, -1e-9F), 2);      // -6e9
+  EXPECT_EQ(adjusted_count(3.0F, 0x1.8p-29F), 2);  // 2^31
+  EXPECT_EQ(adjusted_count(1.0F, 3.0F), 2);        // the ratio inside is -2/0
+  EXPECT_EQ(adjusted_count(0.0F, 3.0F), 2);        // a quotient of 0
 }
 
 TEST(AdjustedCount, HasTheValueOfThePlainDefinition) {

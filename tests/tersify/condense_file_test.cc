@@ -18,6 +18,7 @@
 #include "companion/line_buffer.h"
 #include "raw_text.h"
 #include "support/temporary_folder.h"
+#include "tersify/condensed_output.h"
 #include "util/failure.h"
 #include "util/interrupt_watch.h"
 
@@ -338,6 +339,20 @@ TEST(CondenseFile, AnotherInputOfTheRunIsNotReplaced) {
                  "'raw.new' is the same file as the list; nothing was written");
   }
   EXPECT_EQ(folder_content(), (Files{{"raw", kRaw}, {"raw.new", "raw\n"}}));
+}
+
+// 72 lines have 259,272 bytes, 73 have 262,873; a piece has 262,144.
+TEST(CondensedOutput, IsWrittenInLargePieces) {
+  const TemporaryFolder folder;
+  PartFile file("grid");
+  CondensedOutput output(file);
+  const std::string line(kCondensedLine, '7');
+  for (int i = 1; i <= 73; ++i) {
+    EXPECT_EQ(std::filesystem::file_size("grid.part"), 0U) << i;
+    line.copy(output.next_line(), line.size());
+    output.end_line();
+  }
+  EXPECT_TRUE(file_content("grid.part") == repeated(73, line + "\n"));
 }
 
 }  // namespace

@@ -27,7 +27,7 @@
 
 namespace {
 
-// What happens before the next flock() or unlink(), or around the next open().
+// What happens once, before the next flock(), or before and after the next open().
 std::function<void()> before_lock;
 std::function<void()> before_open;
 std::function<void()> after_open;
@@ -43,11 +43,13 @@ void call_once(std::function<void()>& action) {
 
 }  // namespace
 
-// Override the C library's functions.
+// Override the C library's functions. New files get the mode that FileDescriptor asks
+// for.
 extern "C" int open(const char* name, int flags, ...) {
   call_once(before_open);
   access_modes.push_back(flags & O_ACCMODE);
-  const auto opened = static_cast<int>(::syscall(SYS_open, name, flags, 0666));
+  const auto opened =
+      static_cast<int>(::syscall(SYS_openat, AT_FDCWD, name, flags, 0666));
   call_once(after_open);
   return opened;
 }
