@@ -80,11 +80,7 @@ class BlockReader {
     const BlockLayout& layout = block_.layout_;
     const std::size_t months = layout.month_count;
     const std::size_t end = part.end(layout.rows.size());
-    std::size_t max_cells = 0;
-    for (std::size_t index = part.begin(layout.rows.size()); index < end; ++index) {
-      max_cells = std::max(max_cells, layout.columns_of_row(index).size());
-    }
-    LargeBuffer by_month = make_large_buffer(max_cells * months);
+    LargeBuffer by_month = make_large_buffer(kGridColumns * months);
     for (std::size_t index = part.begin(layout.rows.size()); index < end; ++index) {
       const std::size_t cells = layout.columns_of_row(index).size();
       std::int16_t* row = block_.values_.data() + layout.begin[index] * months;

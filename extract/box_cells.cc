@@ -18,7 +18,6 @@ GridRanges chosen_ranges(const Options& options, RowOrder order) {
 
 std::vector<Cell> all_cells(const BoxCells& box) {
   std::vector<Cell> cells;
-  cells.reserve(box.rows_from_south.size() * box.columns_from_west.size());
   for (const std::int32_t row : box.rows_from_south) {
     for (const std::int32_t column : box.columns_from_west) {
       cells.push_back({.GridY = row, .GridX = column});

@@ -50,12 +50,13 @@ void CsvSeries::write(std::string_view place, std::span<const std::int16_t> seri
   }
 }
 
-// Writes the lines of a year directly into the output's buffer.
+// Writes the lines of a year directly into the output's buffer. A value's text leaves
+// room for the line end in its kCopySize characters.
 void CsvSeries::write_long_lines(const PaddedText& place,
                                  std::span<const PaddedText> months,
                                  std::span<const std::int16_t> values) {
   const std::size_t longest =
-      place.padded_size() + months.back().padded_size() + ValueTexts::kCopySize + 1;
+      place.padded_size() + months.back().padded_size() + ValueTexts::kCopySize;
   char* const begin = output_.reserve(values.size() * longest);
   char* out = begin;
   for (std::size_t i = 0; i < values.size(); ++i) {
@@ -69,7 +70,7 @@ void CsvSeries::write_long_lines(const PaddedText& place,
 void CsvSeries::write_wide_line(const PaddedText& place, const PaddedText& year,
                                 std::span<const std::int16_t> values) {
   const std::size_t most = place.padded_size() + year.padded_size() +
-                           values.size() * (1 + ValueTexts::kCopySize) + 1;
+                           values.size() * (1 + ValueTexts::kCopySize);
   char* const begin = output_.reserve(most);
   char* out = year.write(place.write(begin));
   for (const std::int16_t value : values) {

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "extract/read_failure.h"
 #include "util/failure.h"
@@ -48,8 +49,7 @@ extern "C" void take_record(int /*end*/, void* data) {
   auto& collected = *static_cast<Collected*>(data);
   without_throwing(collected, [&] {
     collected.records.push_back(
-        {collected.records.size() + 1, std::move(collected.fields)});
-    collected.fields = {};
+        {collected.records.size() + 1, std::exchange(collected.fields, {})});
   });
 }
 
@@ -104,7 +104,7 @@ std::size_t read_some(const std::string& name, const FileDescriptor& file, char*
   pollfd until_readable{.fd = file.get(), .events = POLLIN, .revents = {}};
   for (;;) {
     InterruptWatch::throw_if_caught();
-    if (::poll(&until_readable, 1, -1) < 0 && errno == EINTR) {
+    if (::poll(&until_readable, 1, -1) == -1 && errno == EINTR) {
       continue;
     }
     const std::ptrdiff_t count = file.read(buffer, size);
@@ -139,7 +139,7 @@ std::string read_whole_file(const std::string& name) {
     content.resize(size + kPieceSize);
     count = read_some(name, file, content.data() + size, kPieceSize);
     size += count;
-  } while (count > 0);
+  } while (count != 0);
   require_not_truncated(name, size, opened);
   content.resize(size);
   return content;

@@ -18,17 +18,17 @@ FramedLines::FramedLines(const InputFile& input, std::span<const std::int32_t> r
       progress_(progress),
       line_end_(input.line_end_size == 1 ? "\n" : "\r\n"),
       line_size_(kLineLength + input.line_end_size),
+      longest_(kPieceSize / line_size_),
       first_month_(std::int64_t{years.first - input.years.first} * kMonthsPerYear),
-      buffer_(1 + kPieceSize + line_size_) {}
+      buffer_(1 + longest_ * line_size_) {}
 
 // Adjacent rows are read with one call.
 void FramedLines::for_each(std::size_t month, const UseLine& use_line) {
-  const std::size_t longest = kPieceSize / line_size_;
   std::size_t begin = 0;
   while (begin < rows_.size()) {
     std::size_t end = begin + 1;
     while (end < rows_.size() && rows_[end] == rows_[end - 1] + 1 &&
-           end - begin < longest) {
+           end - begin < longest_) {
       ++end;
     }
     read_piece(month, begin, end - begin);

@@ -21,18 +21,18 @@ namespace {
 
 // The file and the variable that the input names.
 struct ResolvedInput {
-  const VariableEntry* entry = nullptr;
+  const VariableEntry* entry;
   std::string file_name;
-  bool by_short_name = false;
+  bool by_short_name;
 };
 
 ResolvedInput resolve_input(const Options& options) {
   const VariableEntry* by_name = find_by_short_name(options.input);
-  ResolvedInput named;
-  named.by_short_name = by_name != nullptr;
-  named.file_name =
-      by_name != nullptr ? std::string(by_name->DataFileName.trimmed()) : options.input;
-  named.entry = by_name != nullptr ? by_name : find_by_file_name(options.input);
+  ResolvedInput named{
+      .entry = by_name != nullptr ? by_name : find_by_file_name(options.input),
+      .file_name = by_name != nullptr ? std::string(by_name->DataFileName.trimmed())
+                                      : options.input,
+      .by_short_name = by_name != nullptr};
   if (options.variable) {
     named.entry = find_by_short_name(*options.variable);
     if (named.entry == nullptr) {
@@ -81,7 +81,8 @@ std::int64_t size_of(const ResolvedInput& named, const FileDescriptor& file) {
 std::size_t find_line_end(const std::string& name, const FileDescriptor& file,
                           std::int64_t size) {
   constexpr std::int64_t kHeadSize = 16384;
-  std::string head(static_cast<std::size_t>(std::min(size, kHeadSize)), '\0');
+  std::string head;
+  head.resize(static_cast<std::size_t>(std::min(size, kHeadSize)));
   errno = 0;  // stays 0 if the file ends early
   if (!file.read_at(0, head.data(), head.size())) {
     fail_to_read(name, errno);

@@ -14,13 +14,10 @@ class DelayedProgress {
   DelayedProgress(const companion::ProgressLine::Screen& screen, std::int64_t all)
       : screen_(screen),
         line_(screen, "reading", all),
-        begin_(screen.shown ? screen.clock() + kDelaySeconds : 0) {}
+        begin_(screen.clock() + kDelaySeconds) {}
 
   void add(std::int64_t count) {
     InterruptWatch::throw_if_caught();
-    if (!screen_.shown) {
-      return;
-    }
     waiting_ += count;
     if (screen_.clock() >= begin_) {
       line_.add(waiting_);

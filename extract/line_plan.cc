@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <optional>
 
 #include "catalogue/field_conversion.h"
 #include "grid/grid_layout.h"
@@ -29,11 +28,9 @@ constexpr std::array<unsigned char, kLineLength> kFirstCharacters = [] {
 // digits of which the first is 3 or more can be that large. The loop looks at every
 // character, not only at the first of each field, so that the compiler vectorises it.
 bool may_be_too_large(std::string_view fields) {
-  constexpr unsigned char kDigits = 7;  // from '3' to '9'
   unsigned char found = 0;
   for (std::size_t i = 0; i < fields.size(); ++i) {
-    const auto above = static_cast<unsigned char>(fields[i] - '3');
-    const unsigned char is_large = above < kDigits ? 0xFF : 0;
+    const unsigned char is_large = fields[i] >= '3' ? 0xFF : 0;
     found = static_cast<unsigned char>(found | (is_large & kFirstCharacters[i]));
   }
   return found != 0;
@@ -67,18 +64,15 @@ RowPlan plan_cells(std::span<const std::int32_t> columns,
   return plan;
 }
 
-// Fields that convert, or equal the missing code, contain no newline; only the gaps
-// between the runs must be searched for one.
 bool try_fast_read(std::string_view line, const RowPlan& plan, std::string_view missing,
                    std::int16_t* values) {
-  std::size_t checked = 0;
+  if (contains_newline(line)) {
+    return false;
+  }
   for (const FieldRun& run : plan.runs) {
     const std::size_t begin = byte_of(run.first_field);
     const std::size_t size = static_cast<std::size_t>(run.count) * kFieldWidth;
     const std::string_view fields = line.substr(begin, size);
-    if (contains_newline(line.substr(checked, begin - checked))) {
-      return false;
-    }
     if (!run.has_data && !missing.starts_with(fields)) {
       return false;
     }
@@ -88,15 +82,13 @@ bool try_fast_read(std::string_view line, const RowPlan& plan, std::string_view 
       }
       values += run.count;
     }
-    checked = begin + size;
   }
-  return !contains_newline(line.substr(checked));
+  return true;
 }
 
 std::int16_t value_of(std::string_view line, std::int32_t column) {
-  const std::optional<std::int32_t> value =
-      parse_integer(line.substr(byte_of(column), kFieldWidth));
-  return static_cast<std::int16_t>(value.value_or(0));
+  return static_cast<std::int16_t>(
+      parse_integer(line.substr(byte_of(column), kFieldWidth)).value());
 }
 
 }  // namespace veldmark::extract

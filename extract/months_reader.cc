@@ -36,7 +36,6 @@ BlockLayout MonthsReader::find_cells() {
 LateStarts MonthsReader::read(const BlockLayout& layout, std::size_t first,
                               std::size_t end, std::int16_t* values) {
   late_start_columns_.assign(layout.rows.size(), {});
-  plans_.clear();
   for (std::size_t index = 0; index < layout.rows.size(); ++index) {
     plans_.push_back(plan_of(layout, index));
   }
@@ -82,7 +81,6 @@ bool MonthsReader::read_fields(std::size_t month, std::size_t index,
 // Adds the cells whose first data are in this line.
 void MonthsReader::find_late_starts(const BlockLayout& layout, std::size_t index,
                                     std::string_view line) {
-  const std::size_t before = late_start_columns_[index].size();
   for (const FieldRun& run : plans_[index].runs) {
     for (std::int32_t i = 0; !run.has_data && i < run.count; ++i) {
       if (value_of(line, run.first_field + i) != MissingCode_) {
@@ -90,9 +88,7 @@ void MonthsReader::find_late_starts(const BlockLayout& layout, std::size_t index
       }
     }
   }
-  if (late_start_columns_[index].size() > before) {
-    plans_[index] = plan_of(layout, index);
-  }
+  plans_[index] = plan_of(layout, index);
 }
 
 void MonthsReader::read_late_starts(const BlockLayout& layout, std::size_t month,

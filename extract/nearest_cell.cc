@@ -6,48 +6,52 @@
 #include <numbers>
 #include <tuple>
 
+#include "grid/grid_layout.h"
+
 namespace veldmark::extract {
 namespace {
 
 constexpr double kHalfCircle = 180;
+constexpr std::int32_t kHalfTheColumns = kGridColumns / 2;
 // Per degree of latitude, rounded down, so that the search reaches far enough.
-constexpr double kKmPerDegree = 111.19;
-constexpr double kCellsPerDegree = 2;
+constexpr double kKmPerDegree = 111;
 
 // Distances are compared to the millimetre, so that cells at equal distances, such as
 // those around a pole, compare equal in spite of rounding.
 constexpr double kMillimetresPerKm = 1e6;
+
+// Returns how many rows or columns further a centre within `reach` degrees of a point
+// can be. The point is at most half a cell from the centre of its own.
+std::int32_t cells_within(double reach) {
+  return static_cast<std::int32_t>(reach / kCellSize) + 1;
+}
 
 // Returns how many columns to the east and to the west can have centres within `reach`
 // degrees of a point.
 std::int32_t column_reach(double latitude, double reach) {
   constexpr double kRadian = std::numbers::pi / kHalfCircle;
   constexpr double kQuarterCircle = 90;
-  constexpr std::int32_t kHalfTheColumns = kGridColumns / 2;
   const double sine = std::sin(std::min(reach, kQuarterCircle) * kRadian) /
                       std::cos(latitude * kRadian);
   if (sine >= 1) {  // the circle reaches a pole
     return kHalfTheColumns;
   }
-  const double degrees = std::asin(sine) / kRadian;
-  return std::min(kHalfTheColumns,
-                  static_cast<std::int32_t>(degrees * kCellsPerDegree) + 2);
+  return std::min(kHalfTheColumns, cells_within(std::asin(sine) / kRadian));
 }
 
 // Calls `use` with each cell within the radius and its distance.
 template <typename Use>
 void for_each_around(const Point& point, double radius_km, RowOrder order, Use use) {
-  constexpr double kMaxReach = 180;
-  const double reach = std::min(radius_km / kKmPerDegree, kMaxReach);
-  const auto rows = static_cast<std::int32_t>(reach * kCellsPerDegree) + 2;
+  const double reach = std::min(radius_km / kKmPerDegree, kHalfCircle);
+  const std::int32_t rows = cells_within(reach);
   const std::int32_t columns = column_reach(point.latitude, reach);
   const Cell own = cell_of(point, order);
   const std::int32_t last_row = std::min(own.GridY + rows, kGridRows);
   for (std::int32_t row = std::max(own.GridY - rows, 1); row <= last_row; ++row) {
-    const std::int32_t last = std::min(2 * columns, kGridColumns - 1);
-    for (std::int32_t i = 0; i <= last; ++i) {
+    const std::int32_t last = std::min(columns, kHalfTheColumns - 1);
+    for (std::int32_t offset = -columns; offset <= last; ++offset) {
       const std::int32_t column =
-          (own.GridX - columns + i - 1 + 2 * kGridColumns) % kGridColumns + 1;
+          (own.GridX - 1 + offset + kGridColumns) % kGridColumns + 1;
       const Cell cell{.GridY = row, .GridX = column};
       const double distance = distance_km(point, centre_of(cell, order));
       if (distance <= radius_km) {

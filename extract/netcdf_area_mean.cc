@@ -64,7 +64,6 @@ void write_netcdf_area_mean(const Job& job, const BoxCells& box, const AreaMean&
   const int mean_variable = add_mean(file, job, time.dimension());
   const int cells_variable = add_cells(file, job, time.dimension());
   describe_file(file, job);
-  file.end_definitions();
   time.put(file);
   lat.put(file);
   lon.put(file);

@@ -36,7 +36,7 @@ std::vector<double> longitudes_of(const BoxCells& box) {
   std::vector<double> longitudes;
   for (const std::int32_t column : box.columns_from_west) {
     double longitude = centre_of({1, column}, RowOrder::kSouthFirst).longitude;
-    if (!longitudes.empty() && longitude < longitudes.front()) {
+    if (column < box.columns_from_west.front()) {
       longitude += kCircle;
     }
     longitudes.push_back(longitude);

@@ -30,7 +30,7 @@ class NetcdfAxis {
   [[nodiscard]] int dimension() const { return dimension_; }
   [[nodiscard]] std::size_t size() const { return centres_.size(); }
 
-  // Writes the values. Requires that definitions have ended.
+  // Writes the values. Call after the last definition.
   void put(NetcdfFile& file) const;
 
  private:
@@ -47,7 +47,7 @@ class NetcdfExtent {
   NetcdfExtent(NetcdfFile& file, std::string_view name,
                const std::vector<double>& centres, int bounds);
 
-  // Writes the values. Requires that definitions have ended.
+  // Writes the values. Call after the last definition.
   void put(NetcdfFile& file) const;
 
  private:

@@ -3,6 +3,8 @@
 #include <array>
 #include <chrono>
 #include <ctime>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,11 +21,9 @@ std::string now_in_utc() {
       std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
   std::tm utc{};
   ::gmtime_r(&now, &utc);
-  constexpr std::size_t kBufferSize = 32;
-  std::array<char, kBufferSize> text{};
-  const std::size_t size =
-      std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &utc);
-  return {text.data(), size};
+  std::ostringstream text;
+  text << std::put_time(&utc, "%Y-%m-%dT%H:%M:%SZ");
+  return text.str();
 }
 
 std::string without_folders(const std::string& name) {

@@ -20,7 +20,7 @@ class NetcdfTime {
 
   [[nodiscard]] int dimension() const { return dimension_; }
 
-  // Writes the values. Requires that definitions have ended.
+  // Writes the values. Call after the last definition.
   void put(NetcdfFile& file) const;
 
  private:

@@ -95,8 +95,6 @@ void NetcdfFile::compress(int variable, std::int32_t deflate) {
   }
 }
 
-void NetcdfFile::end_definitions() { check(netcdf_.nc_enddef(file_)); }
-
 void NetcdfFile::put(int variable, std::span<const double> values) {
   check(netcdf_.nc_put_var_double(file_, variable, values.data()));
 }

@@ -56,10 +56,8 @@ class NetcdfFile {
   // Sets the level of a variable's compression, 0 for none.
   void compress(int variable, std::int32_t deflate);
 
-  // Ends the definitions; only `put` and `complete` may follow.
-  void end_definitions();
-
-  // Writes a whole variable.
+  // Writes a whole variable. The first values end the definitions; only `put` and
+  // `complete` may follow.
   void put(int variable, std::span<const double> values);
   void put(int variable, std::span<const float> values);
   void put(int variable, std::span<const std::int32_t> values);

@@ -39,7 +39,6 @@ NetcdfLibrary load() {
   find(library, "nc_create", functions.nc_create);
   find(library, "nc_sync", functions.nc_sync);
   find(library, "nc_close", functions.nc_close);
-  find(library, "nc_enddef", functions.nc_enddef);
   find(library, "nc_strerror", functions.nc_strerror);
   find(library, "nc_def_dim", functions.nc_def_dim);
   find(library, "nc_def_var", functions.nc_def_var);

@@ -13,7 +13,6 @@ struct NetcdfLibrary {
   decltype(&::nc_create) nc_create;
   decltype(&::nc_sync) nc_sync;
   decltype(&::nc_close) nc_close;
-  decltype(&::nc_enddef) nc_enddef;
   decltype(&::nc_strerror) nc_strerror;
   decltype(&::nc_def_dim) nc_def_dim;
   decltype(&::nc_def_var) nc_def_var;

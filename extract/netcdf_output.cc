@@ -13,7 +13,11 @@
 namespace veldmark::extract {
 namespace {
 
-using Chunk = std::array<std::size_t, 3>;  // months, rows, columns
+struct Chunk {
+  std::size_t months;
+  std::size_t rows;
+  std::size_t columns;
+};
 
 // With chunks of this shape, reading one cell's series and reading one month's map take
 // about equally long; other shapes favour one of them (bench/netcdf_chunks). If the box
@@ -21,9 +25,11 @@ using Chunk = std::array<std::size_t, 3>;  // months, rows, columns
 Chunk chunk_of(std::size_t months, std::size_t rows, std::size_t columns) {
   constexpr std::size_t kEdge = 60;
   constexpr std::size_t kValues = kEdge * kEdge * kEdge;
-  Chunk chunk{months, std::min(kEdge, rows), std::min(kEdge, columns)};
-  chunk[0] = std::min(months, kValues / (chunk[1] * chunk[2]));
-  return chunk;
+  const std::size_t chunk_rows = std::min(kEdge, rows);
+  const std::size_t chunk_columns = std::min(kEdge, columns);
+  return {.months = std::min(months, kValues / (chunk_rows * chunk_columns)),
+          .rows = chunk_rows,
+          .columns = chunk_columns};
 }
 
 // Writes the values of a grid in slabs of whole chunks, so that each is compressed
@@ -41,11 +47,12 @@ class GridValuesWriter {
 
   void write() {
     const std::size_t row_count = box_.rows_from_south.size();
-    for (Part rows = first_part(row_count, chunk_[1]); rows.count > 0;
-         rows = next_part(rows, row_count, chunk_[1])) {
+    for (Part rows = first_part(row_count, chunk_.rows); rows.count > 0;
+         rows = next_part(rows, row_count, chunk_.rows)) {
       find_series(rows);
-      for (Part months = first_part(block_.month_count(), chunk_[0]); months.count > 0;
-           months = next_part(months, block_.month_count(), chunk_[0])) {
+      for (Part months = first_part(block_.month_count(), chunk_.months);
+           months.count > 0;
+           months = next_part(months, block_.month_count(), chunk_.months)) {
         write_part(rows, months);
       }
     }
@@ -89,7 +96,7 @@ class GridValuesWriter {
         values_[month * series_.size() + cell] = series_[cell][months.first + month];
       }
     }
-    file_.put(variable_, std::array<std::size_t, 3>{months.first, rows.first, 0},
+    file_.put(variable_, std::array{months.first, rows.first, std::size_t{0}},
               std::array{months.count, rows.count, box_.columns_from_west.size()},
               values_);
   }
@@ -116,9 +123,9 @@ void write_netcdf_grid(const Job& job, const BoxCells& box, const SeriesBlock& b
   const NetcdfAxis lon(file, "lon", longitudes_of(box), bounds);
   const std::array dimensions{time.dimension(), lat.dimension(), lon.dimension()};
   const Chunk chunk = chunk_of(block.month_count(), lat.size(), lon.size());
-  const int values = add_values(file, job, dimensions, chunk);
+  const int values = add_values(file, job, dimensions,
+                                std::array{chunk.months, chunk.rows, chunk.columns});
   describe_file(file, job);
-  file.end_definitions();
   time.put(file);
   lat.put(file);
   lon.put(file);

@@ -60,8 +60,9 @@ void NetcdfSiteTable::put(NetcdfFile& file, const Job& job,
 
 void NetcdfSiteTable::put_places(NetcdfFile& file, const Job& job,
                                  std::span<const SiteSeries> sites) const {
+  const std::array variables{lat_, lon_, cell_lat_, cell_lon_, distance_};
   std::vector<std::int32_t> numbers;
-  std::array<std::vector<double>, 5> values;
+  std::array<std::vector<double>, variables.size()> values;
   for (const SiteSeries& site : sites) {
     const Point& point = table_.sites[site.site_index].point;
     const Point centre = centre_of(site.cell, job.input.entry.row_order);
@@ -73,7 +74,6 @@ void NetcdfSiteTable::put_places(NetcdfFile& file, const Job& job,
     values[4].push_back(distance_km(point, centre));
   }
   file.put(number_, numbers);
-  const std::array variables{lat_, lon_, cell_lat_, cell_lon_, distance_};
   for (std::size_t i = 0; i < variables.size(); ++i) {
     file.put(variables[i], values[i]);
   }

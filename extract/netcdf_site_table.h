@@ -27,7 +27,7 @@ class NetcdfSiteTable {
   // The variable that identifies the sites.
   [[nodiscard]] int number() const { return number_; }
 
-  // Writes the values. Requires that definitions have ended.
+  // Writes the values. Call after the last definition.
   void put(NetcdfFile& file, const Job& job, std::span<const SiteSeries> sites) const;
 
  private:

@@ -22,7 +22,6 @@ void write_netcdf_sites(const Job& job, const SiteTable& table,
   file.add_text(values, "coordinates", NetcdfSiteTable::kCoordinates);
   file.add_text(NetcdfFile::kGlobal, "featureType", "timeSeries");
   describe_file(file, job);
-  file.end_definitions();
   time.put(file);
   columns.put(file, job, sites);
   for (std::size_t i = 0; i < sites.size(); ++i) {

@@ -52,7 +52,7 @@ class TestVariables {
     add_values({kNone, kNone}, {kFillCount, kFillCount, kFillCount, kFillCount});
   }
 
-  // Writes the cells added so far. Requires that definitions have ended.
+  // Writes the cells added so far. Call after the last definition.
   void put() {
     for (std::size_t i = 0; i < reals_.size(); ++i) {
       file_.put(reals_[i], real_values_[i]);
@@ -119,7 +119,6 @@ void write_netcdf_grid_tests(const Job& job, const BoxCells& box,
   const std::array dimensions{lat.dimension(), lon.dimension()};
   TestVariables tests(file, job, dimensions, "");
   describe_file(file, job);
-  file.end_definitions();
   lat.put(file);
   lon.put(file);
   for (const Cell& cell : box.cells) {
@@ -141,7 +140,6 @@ void write_netcdf_site_tests(const Job& job, const SiteTable& table,
   const NetcdfSiteTable columns(file, table, dimensions.front());
   TestVariables tests(file, job, dimensions, NetcdfSiteTable::kCoordinates);
   describe_file(file, job);
-  file.end_definitions();
   columns.put(file, job, sites);
   for (const SiteSeries& site : sites) {
     tests.add(site.series);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <mutex>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -14,28 +15,23 @@ namespace {
 constexpr std::size_t kMinBytesPerPart = std::size_t{8} << 20U;
 constexpr std::size_t kMaxParts = 4;
 
-void store_minimum(std::atomic<std::size_t>& number, std::size_t value) {
-  std::size_t before = number;
-  while (value < before && !number.compare_exchange_weak(before, value)) {
-  }
-}
-
 }  // namespace
 
 void run_parts(std::size_t count, const std::function<void(const Part&)>& work) {
   std::atomic<std::size_t> failed = count;
+  std::mutex mutex;
   std::vector<std::exception_ptr> failures(count);
   const auto run = [&](std::size_t index) {
     try {
       work(Part(index, count, failed));
     } catch (...) {
       failures[index] = std::current_exception();
-      store_minimum(failed, index);
+      const std::scoped_lock lock(mutex);
+      failed = std::min<std::size_t>(failed, index);
     }
   };
   {
     std::vector<std::jthread> threads;
-    threads.reserve(count);
     for (std::size_t index = 1; index < count; ++index) {
       try {
         threads.emplace_back(run, index);
@@ -51,9 +47,9 @@ void run_parts(std::size_t count, const std::function<void(const Part&)>& work) 
 }
 
 std::size_t parts_for(std::size_t bytes) {
-  const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
-  return std::clamp(bytes / kMinBytesPerPart, std::size_t{1},
-                    std::min(processors, kMaxParts));
+  const std::size_t processors = std::thread::hardware_concurrency();  // 0 if unknown
+  return std::max<std::size_t>(
+      1, std::min({bytes / kMinBytesPerPart, processors, kMaxParts}));
 }
 
 }  // namespace veldmark::extract

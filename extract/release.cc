@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "catalogue/variable_name.h"
+#include "companion/digits.h"
 
 namespace veldmark::extract {
 namespace {
@@ -12,8 +13,6 @@ namespace {
 using Markers = std::array<std::string_view, 3>;
 constexpr Markers kCruTs{"cru_ts_", "cru_ts", "cruts"};
 constexpr Markers kDrought{"scpdsi.", "scpdsi_", "scpdsi"};
-
-bool is_digit(char c) { return '0' <= c && c <= '9'; }
 
 // The number at the start of `text`: two or more groups of one or two digits, with
 // points or underscores between them, as in "4.09" and "3_24_01". A longer group is a
@@ -24,7 +23,7 @@ std::string leading_number(std::string_view text) {
   std::size_t groups = 0;
   const char* place = text.begin();
   for (;;) {
-    const char* const end = std::find_if_not(place, text.end(), is_digit);
+    const char* const end = std::find_if_not(place, text.end(), companion::is_digit);
     if (end == place || end - place > kMaxDigits) {
       break;
     }
@@ -41,7 +40,7 @@ std::string leading_number(std::string_view text) {
 // Returns the number after the name of the data set in a file's name; empty if there is
 // none.
 std::string release_number(const VariableEntry& entry, std::string_view file_name) {
-  file_name.remove_prefix(file_name.rfind('/') + 1);  // npos + 1 is 0
+  file_name = file_name.substr(file_name.rfind('/') + 1);  // npos + 1 is 0
   const std::string name = lower_case(file_name);
   for (const std::string_view marker :
        entry.is_in_cru_ts_distribution ? kCruTs : kDrought) {
@@ -68,9 +67,6 @@ Release release_of(const VariableEntry& entry, std::string_view file_name) {
 
 VariableEntry with_release(const VariableEntry& entry, const Release& release) {
   VariableEntry changed = entry;
-  if (release.is_catalogued) {
-    return changed;
-  }
   const std::string known = release_number(entry, entry.DataFileName.view());
   std::string prefix(entry.OutputPrefix.trimmed());
   const std::size_t place = prefix.find(known);

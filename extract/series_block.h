@@ -17,7 +17,7 @@ namespace veldmark::extract {
 
 // Which cells of a block have data in its first month, and where their values lie.
 struct BlockLayout {
-  std::size_t month_count = 0;
+  std::size_t month_count{};
   std::vector<std::int32_t> rows;     // ascending
   std::vector<std::size_t> begin;     // offset of each row in columns, plus the end
   std::vector<std::int32_t> columns;  // ascending in each row
@@ -41,11 +41,6 @@ class SeriesBlock {
   [[nodiscard]] std::span<const std::int16_t> series(const Cell& cell) const;
 
   [[nodiscard]] std::size_t month_count() const { return layout_.month_count; }
-
-  // The number of cells that have data.
-  [[nodiscard]] std::size_t cell_count() const {
-    return layout_.columns.size() + late_starts_.size();
-  }
 
  private:
   friend class BlockReader;

@@ -123,7 +123,6 @@ SiteTable read_sites(const std::string& name) {
   if (records.empty()) {
     throw Failure(in_quotes(name) + ": no sites follow the header");
   }
-  table.sites.reserve(records.size());
   for (CsvRecord& record : records) {
     const std::string where =
         in_quotes(name) + ": record " + std::to_string(record.number);

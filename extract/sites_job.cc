@@ -41,7 +41,9 @@ class SiteSearch {
       own_cells.push_back(cell_of(site.point, order_));
     }
     found_.own = read(own_cells);
-    read_around(own_cells);
+    if (job_.options.radius_km) {
+      read_around(*job_.options.radius_km);
+    }
     for (std::size_t i = 0; i < own_cells.size(); ++i) {
       add_site(i, own_cells[i]);
     }
@@ -54,15 +56,11 @@ class SiteSearch {
   }
 
   // Reads the cells within the radius of sites whose own cells have no data.
-  void read_around(const std::vector<Cell>& own_cells) {
-    if (!job_.options.radius_km) {
-      return;
-    }
+  void read_around(double radius_km) {
     std::vector<Cell> cells;
-    for (std::size_t i = 0; i < own_cells.size(); ++i) {
-      if (!has_data(job_, found_.own.series(own_cells[i]))) {
-        const std::vector<Cell> nearby =
-            cells_around(table_.sites[i].point, *job_.options.radius_km, order_);
+    for (const Site& site : table_.sites) {
+      if (!has_data(job_, found_.own.series(cell_of(site.point, order_)))) {
+        const std::vector<Cell> nearby = cells_around(site.point, radius_km, order_);
         cells.insert(cells.end(), nearby.begin(), nearby.end());
       }
     }

@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -53,9 +54,7 @@ char* TextOutput::reserve(std::size_t size) {
   if (used_ + size > buffer_.size()) {
     write_out();
   }
-  if (size > buffer_.size()) {
-    buffer_.resize(size);
-  }
+  buffer_.resize(std::max(buffer_.size(), size));
   return buffer_.data() + used_;
 }
 

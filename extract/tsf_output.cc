@@ -33,22 +33,19 @@ OutputFile output_into(PartFile& part, const std::string& name) {
 void write_cells(const Job& job, const BoxCells& box, const SeriesBlock& block,
                  const std::array<CellSink*, 2>& sinks) {
   const RowOrder order = job.input.entry.row_order;
-  std::vector<Coordinate> longitudes;
-  for (const std::int32_t column : box.lattice.columns) {
-    longitudes.emplace_back(CellLon[column]);
-  }
   std::int32_t number = 0;
   for (const std::int32_t row : box.lattice.rows) {
     const Coordinate latitude(CellLat(order)[row]);
-    for (std::size_t i = 0; i < longitudes.size(); ++i) {
-      const Cell cell{.GridY = row, .GridX = box.lattice.columns[i]};
+    for (const std::int32_t column : box.lattice.columns) {
+      const Cell cell{.GridY = row, .GridX = column};
       const std::span<const std::int16_t> series = block.series(cell);
       if (!has_data(job, series)) {
         continue;
       }
       ++number;
+      const Coordinate longitude(CellLon[column]);
       for (CellSink* sink : sinks) {
-        sink->add({number, cell.GridX, cell.GridY, longitudes[i], latitude, series});
+        sink->add({number, cell.GridX, cell.GridY, longitude, latitude, series});
       }
     }
   }

@@ -23,8 +23,7 @@ class ValueTexts {
  public:
   ValueTexts(std::int32_t decimals, std::int32_t MissingCode);
 
-  // A text has at most kMaxLength characters; write copies kCopySize.
-  static constexpr std::size_t kMaxLength = 7;
+  // A text has at most kCopySize - 1 characters; write copies kCopySize.
   static constexpr std::size_t kCopySize = 8;
 
   // Writes `value` at `out`, where kCopySize characters may be overwritten. Returns the

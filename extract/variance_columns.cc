@@ -14,7 +14,7 @@ std::string real_text(float value) {
     return "NaN";
   }
   if (std::isinf(value)) {
-    return value > 0 ? "Inf" : "-Inf";
+    return std::signbit(value) ? "-Inf" : "Inf";
   }
   constexpr std::size_t kBufferSize = 32;
   std::array<char, kBufferSize> digits{};

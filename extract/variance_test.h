@@ -14,12 +14,12 @@ namespace veldmark::extract {
 // f and probability are NaN if the test has no result: neither period varies, or one
 // has fewer than two values.
 struct VarianceResult {
-  float f = 0;
-  float probability = 0;
-  std::int32_t n1 = 0;  // values of the first period
-  std::int32_t n2 = 0;
-  std::int32_t adjusted_n1 = 0;  // adjusted for kurtosis
-  std::int32_t adjusted_n2 = 0;
+  float f{};
+  float probability{};
+  std::int32_t n1{};  // values of the first period
+  std::int32_t n2{};
+  std::int32_t adjusted_n1{};  // adjusted for kurtosis
+  std::int32_t adjusted_n2{};
 };
 
 // Compares the variance of the months before `second_period` with that of the months

@@ -71,6 +71,9 @@ TEST(CommandLine, OneEdgeOfABoxMayBeLeftOut) {
   EXPECT_EQ(options.box->north, 23.5);
   EXPECT_EQ(options.box->west, -180);
   EXPECT_EQ(options.box->east, 180);
+  const Options longitudes = parse_command_line(Words{"tmp", "--lon", "0:10"});
+  EXPECT_EQ(longitudes.box->south, -90);
+  EXPECT_EQ(longitudes.box->north, 90);
 }
 
 TEST(CommandLine, TheFormatFollowsTheEndingUnlessItIsNamed) {
@@ -125,6 +128,7 @@ TEST(CommandLine, EveryMistakeHasItsSentence) {
       {{"tmp", "--lat"}, "--lat needs a value"},
       {{"tmp", "--lat="}, "--lat needs a value"},
       {{"tmp", "--output", ""}, "--output needs a value"},
+      {{""}, "INPUT needs a value"},
       {{"tmp", "--lat", "1:2", "--lat", "1:2"}, "--lat is given more than once"},
       {{"tmp", "--radius", "10"}, "--radius goes with --sites"},
       {{"tmp", "--sites", "s", "--radius", "-1"},

@@ -78,6 +78,30 @@ TEST(CsvSeries, WritesALineAYear) {
   }
 }
 
+// The place needs no padding and is longer than two buffers, so that the output's
+// memory ends with what is asked for.
+TEST(CsvSeries, HasRoomForTheLongestValues) {
+  const TemporaryFolder folder;
+  const std::string place = std::string(599'999, 'p') + ",";
+  const ValueTexts texts(2, -999);
+  TextOutput output("x");
+  CsvSeries csv(output, texts, {1999, 1999}, true);
+  csv.write(place, std::vector<std::int16_t>(12, -32768));
+  output.complete();
+  EXPECT_TRUE(file_content("x") == place + "1999" + repeated(",-327.68", 12) + "\n");
+}
+
+TEST(PaddedText, IsPaddedToWholeBlocks) {
+  const auto padded_size = [](std::size_t size) {
+    return PaddedText(std::string(size, 'x')).padded_size();
+  };
+  EXPECT_EQ(padded_size(0), 0U);
+  EXPECT_EQ(padded_size(1), 16U);
+  EXPECT_EQ(padded_size(15), 16U);
+  EXPECT_EQ(padded_size(16), 16U);
+  EXPECT_EQ(padded_size(17), 32U);
+}
+
 // Enough cells to fill many buffers.
 TEST(CsvSeries, LosesNothingAtTheEndOfABuffer) {
   const std::string one = written("60.25,-139.75,", false, 1);

@@ -26,6 +26,7 @@ TEST(ShortDecimalText, HasNoMoreDecimalsThanItNeeds) {
   EXPECT_EQ(short_decimal_text(-78), "-78");
   EXPECT_EQ(short_decimal_text(100), "100");
   EXPECT_EQ(short_decimal_text(282.3 - 360), "-77.7");
+  EXPECT_EQ(short_decimal_text(1.0 / 3), "0.333333333");
   EXPECT_EQ(short_decimal_text(-0.0), "0");
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -225,11 +226,21 @@ TEST_F(Extract, SaysWhatItDidUnlessQuiet) {
   const Outcome outcome =
       run({kName, "--lat", "60:61", "--lon", "220:222", "--every", "2", "-o", "x.csv"});
   EXPECT_EQ(outcome.status, 0);
-  const std::string start =
-      "veldmark-extract: --lon 220:222 taken as -140:-138\n"
-      "veldmark-extract: tmp 1901-1902: 8 cells in the box, 2 kept by --every 2, "
-      "1 without data skipped, 1 saved to 'x.csv', ";
-  EXPECT_EQ(outcome.messages.substr(0, start.size()), start);
+  const std::regex seconds(R"(\d+\.\d\d s\n$)");
+  EXPECT_EQ(std::regex_replace(outcome.messages, seconds, "TIME"),
+            "veldmark-extract: --lon 220:222 taken as -140:-138\n"
+            "veldmark-extract: tmp 1901-1902: 8 cells in the box, 2 kept by --every 2, "
+            "1 without data skipped, 1 saved to 'x.csv', TIME");
+  const Outcome all =
+      run({kName, "--lat", "60:61", "--lon", "-140:-138", "-o", "y.csv"});
+  EXPECT_EQ(std::regex_replace(all.messages, seconds, "TIME"),
+            "veldmark-extract: tmp 1901-1902: 8 cells in the box, 5 without data "
+            "skipped, 3 saved to 'y.csv', TIME");
+  const Outcome mean =
+      run({kName, "--cell", "60.3,-139.6", "--area-mean", "-o", "m.csv"});
+  EXPECT_EQ(std::regex_replace(mean.messages, seconds, "TIME"),
+            "veldmark-extract: tmp 1901-1902: 1 cell in the box, 0 without data "
+            "skipped, 1 averaged to 'm.csv', TIME");
 }
 
 TEST_F(Extract, CountsItsSites) {
@@ -345,10 +356,12 @@ TEST_F(Extract, AFileSizeLimitIsAFailedWrite) {
 TEST_F(Extract, NoDataHasAStatusOfItsOwn) {
   write_grid();
   expect_failure({kName, "--lat", "-60:-50"}, 3, "no cell has data (14400 cells read)");
-  expect_failure(
-      {kName, "--lat", "10.3:10.4"}, 3,
-      "no cell has its centre in the box: centres lie at .25 and .75 degrees; "
-      "--cell takes the cell that holds a point");
+  for (const char* edge : {"--lat", "--lon"}) {
+    expect_failure(
+        {kName, edge, "10.3:10.4"}, 3,
+        "no cell has its centre in the box: centres lie at .25 and .75 degrees; "
+        "--cell takes the cell that holds a point");
+  }
 }
 
 TEST_F(Extract, ChecksTheYears) {
@@ -523,6 +536,8 @@ TEST(ExtractInput, IsToldWhatItIs) {
       "cannot open 'temp': No such file or directory; the variables are pre tmp "
       "dtr tmn tmx vap pet cld frs wet scPDSI");
   expect_failure({"x.tmp.gz"}, 1, "cannot open 'x.tmp.gz': No such file or directory");
+  expect_failure({"none/temp"}, 1,
+                 "cannot open 'none/temp': No such file or directory");
   std::filesystem::create_directory("d.tmp");
   expect_failure({"d.tmp"}, 1, "'d.tmp' is a folder");
   write_file("e", "");

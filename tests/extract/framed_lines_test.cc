@@ -72,6 +72,16 @@ class FramedLinesTest : public ::testing::Test {
     return bytes;
   }
 
+  // Reads one month. Returns the numbers of bytes that were read with one call each.
+  static std::vector<std::int64_t> pieces_of(const InputFile& input, const Rows& rows,
+                                             std::size_t month) {
+    std::vector<std::int64_t> pieces;
+    const Progress progress = [&](std::int64_t count) { pieces.push_back(count); };
+    FramedLines lines(input, rows, input.years, progress);
+    lines.for_each(month, [](std::size_t /*index*/, std::string_view /*line*/) {});
+    return pieces;
+  }
+
   // Returns the failure when January 1952 is read; a row has the line 4320 + row.
   std::string fault_of(const Rows& rows) {
     const InputFile input = open_file(text_.size());
@@ -113,6 +123,14 @@ TEST_F(FramedLinesTest, HandsOutTheLinesOfTheRowsInOrder) {
   EXPECT_EQ(expect_lines(input, {2, 360}, {.first = 1952, .last = 1952}, 0, 12 * kRows),
             2 * 3601);
   EXPECT_EQ(expect_lines(input, all_rows(), both, 12, 12 * kRows), 360 * 3601);
+}
+
+// A piece has at most 72 lines: 256 KiB.
+TEST_F(FramedLinesTest, ReadsAdjacentRowsTogether) {
+  const InputFile input = open_file(text_.size());
+  EXPECT_EQ(pieces_of(input, {1, 2, 3, 7, 9, 10, 360}, 5),
+            (std::vector<std::int64_t>{3 * 3601, 3601, 2 * 3601, 3601}));
+  EXPECT_EQ(pieces_of(input, all_rows(), 12), std::vector<std::int64_t>(5, 72 * 3601));
 }
 
 TEST_F(FramedLinesTest, TheLastLineMayLackItsLineEnd) {

@@ -145,6 +145,8 @@ TEST_F(InputKinds, OtherFilesAreDescribed) {
             " is a binary file, no condensed grid file");
   EXPECT_EQ(refusal_of("a text\r\nmore\r\n"),
             " is no condensed grid file: its first line has 6 characters, not 3600");
+  EXPECT_EQ(refusal_of(std::string(3601, ' ') + "\n"),
+            " is no condensed grid file: its first line has 3601 characters, not 3600");
   EXPECT_EQ(refusal_of(std::string(20000, ' ')),
             " is no condensed grid file: its first line has at least 16384 characters, "
             "not 3600");

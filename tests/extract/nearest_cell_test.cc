@@ -57,6 +57,7 @@ TEST(CellsAround, AgreeWithAPlainSearchForWideCircles) {
   const std::vector<std::tuple<Point, double>> circles{
       {{0.1, 0.25}, 10'030}, {{-3, 10}, 9'700},  {{60, -100}, 3'330},
       {{60, -100}, 3'340},   {{-45, 0}, 12'000}, {{10, 10}, 1'000'000},
+      {{0, 10}, 12'000},
   };
   for (const auto& [point, radius] : circles) {
     std::vector<Cell> cells = cells_around(point, radius, RowOrder::kSouthFirst);
@@ -64,6 +65,11 @@ TEST(CellsAround, AgreeWithAPlainSearchForWideCircles) {
     ASSERT_TRUE(cells == plain_cells_around(point, radius, RowOrder::kSouthFirst))
         << point.latitude << " " << point.longitude << " " << radius;
   }
+}
+
+TEST(CellsAround, IncludeACentreAtTheRadius) {
+  EXPECT_EQ(cells_around({0.25, 0.25}, 0, RowOrder::kSouthFirst),
+            (std::vector{Cell{181, 361}}));
 }
 
 TEST(NearestCell, AgreesWithAPlainSearch) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <regex>
 #include <sstream>
@@ -102,27 +103,7 @@ const std::string kTime = R"(	double time(time) ;
 		time_bnds:_Storage = "contiguous" ;
 )";
 
-TEST_F(Netcdf, ALibraryThatCannotBeLoadedIsReported) {
-  write_file(NETCDF_SONAME, "no library");
-  const std::string command = std::string("LD_LIBRARY_PATH=. '" VELDMARK_EXTRACT "' ") +
-                              kName + " -o x.nc 2> messages";
-  const int status = std::system(command.c_str());
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
-  EXPECT_EQ(file_content("messages"),
-            "veldmark-extract: cannot load the netCDF library: ./" NETCDF_SONAME
-            ": file too short\n");
-  EXPECT_FALSE(std::filesystem::exists("x.nc"));
-}
-
-TEST_F(Netcdf, AGridIsDescribed) {
-  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902"});
-  EXPECT_EQ(description(), R"(dimensions:
-	bnds = 2 ;
-	time = 12 ;
-	lat = 2 ;
-	lon = 4 ;
-variables:
-)" + kTime + R"(	double lat(lat) ;
+const std::string kAxes = R"(	double lat(lat) ;
 		lat:standard_name = "latitude" ;
 		lat:long_name = "latitude" ;
 		lat:units = "degrees_north" ;
@@ -140,67 +121,9 @@ variables:
 		lon:_Storage = "contiguous" ;
 	double lon_bnds(lon, bnds) ;
 		lon_bnds:_Storage = "contiguous" ;
-	short tmp(time, lat, lon) ;
-		tmp:_FillValue = -999s ;
-		tmp:standard_name = "air_temperature" ;
-		tmp:long_name = "mean temperature" ;
-		tmp:units = "degC" ;
-		tmp:cell_methods = "time: mean" ;
-		tmp:scale_factor = 0.1 ;
-		tmp:_Storage = "chunked" ;
-		tmp:_ChunkSizes = 12, 2, 4 ;
-		tmp:_Shuffle = "true" ;
-		tmp:_DeflateLevel = 1 ;
-// global attributes:
-		:Conventions = "CF-1.8" ;
-		:title = "mean temperature, 1902-1902, from CRU TS 4.01, cru_ts4.01.1901.1902.tmp.dat.new" ;
-		:institution = "University of East Anglia Climatic Research Unit" ;
-		:source = "cru_ts4.01.1901.1902.tmp.dat.new" ;
-		:references = "University of East Anglia Climatic ..." ;
-		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --lat 60:61 --lon 179:181 --years 1902 -o x.nc --quiet" ;
-		:_Format = "netCDF-4" ;
-)");
-}
+)";
 
-TEST_F(Netcdf, AGridsCoordinatesHaveTheirBounds) {
-  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902"});
-  EXPECT_EQ(values_of("lat"), "60.25, 60.75");
-  EXPECT_EQ(values_of("lat_bnds"), "60, 60.5,60.5, 61");
-  EXPECT_EQ(values_of("lon"), "179.25, 179.75, 180.25, 180.75");
-  EXPECT_EQ(values_of("lon_bnds"), "179, 179.5,179.5, 180,180, 180.5,180.5, 181");
-  EXPECT_EQ(values_of("time"),
-            "745, 775, 804, 835, 865, 896, 926, 957, 988, 1018, 1049, 1079");
-  EXPECT_EQ(values_of("time_bnds"),
-            "730, 761,761, 789,789, 820,820, 850,850, 881,881, 911,911, 942,942, 973,"
-            "973, 1003,1003, 1034,1034, 1064,1064, 1095");
-  const std::string values = values_of("tmp");
-  EXPECT_EQ(values.substr(0, 42), "_, 212, 12, _,_, _, _, _,_, 213, 13, _,_, ");
-}
-
-TEST_F(Netcdf, AnAreaMeansExtentHasItsBounds) {
-  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902", "--area-mean"});
-  EXPECT_EQ(values_of("lat"), "60.5");
-  EXPECT_EQ(values_of("lat_bnds"), "60, 61");
-  EXPECT_EQ(values_of("lon"), "180");
-  EXPECT_EQ(values_of("lon_bnds"), "179, 181");
-  EXPECT_EQ(values_of("time").substr(0, 13), "745, 775, 804");
-}
-
-TEST_F(Netcdf, SitesAreDescribed) {
-  write_file("s.csv",
-             "name,lat,lon,my note\nA,60.3,-139.7,\"a, b\"\nSea,60.3,-138.6,\n"
-             "B,60.9,-139.3,x\n");
-  write({"--sites", "s.csv", "--years", "1901", "--deflate", "0"});
-  EXPECT_EQ(description(), R"(dimensions:
-	bnds = 2 ;
-	time = 12 ;
-	site = 2 ;
-variables:
-)" + kTime + R"(	int site(site) ;
-		site:long_name = "number of the site in its table" ;
-		site:cf_role = "timeseries_id" ;
-		site:_Storage = "contiguous" ;
-	double lat(site) ;
+const std::string kPlaces = R"(	double lat(site) ;
 		lat:standard_name = "latitude" ;
 		lat:long_name = "latitude" ;
 		lat:units = "degrees_north" ;
@@ -225,7 +148,194 @@ variables:
 		distance:units = "km" ;
 		distance:coordinates = "lat lon" ;
 		distance:_Storage = "contiguous" ;
-	string site_name(site) ;
+)";
+
+const std::string kSource =
+    R"(		:institution = "University of East Anglia Climatic Research Unit" ;
+		:source = "cru_ts4.01.1901.1902.tmp.dat.new" ;
+		:references = "University of East Anglia Climatic ..." ;
+)";
+
+// The variables of a variance test with a value for each cell or site.
+std::string test_variables(const std::string& dimensions, const Words& attributes) {
+  std::string text;
+  const auto add = [&](const std::string& type, const std::string& name,
+                       const std::string& fill, const std::string& long_name) {
+    text += "\t" + type + " " + name + "(" + dimensions + ") ;\n";
+    Words all{"_FillValue = " + fill, "long_name = \"" + long_name + "\"",
+              "units = \"1\""};
+    all.insert(all.end(), attributes.begin(), attributes.end());
+    for (const std::string& attribute : all) {
+      text += "\t\t" + name + ":" + attribute + " ;\n";
+    }
+  };
+  const std::string real = "9.96921e+36f";
+  const std::string count = "-2147483647";
+  add("float", "f", real,
+      "larger variance over the smaller, of 1901-1901 and 1902-1902");
+  add("float", "probability", real,
+      "two-sided probability of so large a ratio under equal variances");
+  add("int", "n1", count, "number of values, 1901-1901");
+  add("int", "n2", count, "number of values, 1902-1902");
+  add("int", "adjusted_n1", count, "count adjusted for kurtosis, 1901-1901");
+  add("int", "adjusted_n2", count, "count adjusted for kurtosis, 1902-1902");
+  return text;
+}
+
+TEST_F(Netcdf, ALibraryThatCannotBeLoadedIsReported) {
+  write_file(NETCDF_SONAME, "no library");
+  const auto status_of = [](const std::string& arguments) {
+    const int status = std::system(
+        ("LD_LIBRARY_PATH=. '" VELDMARK_EXTRACT "' " + arguments + " 2> messages")
+            .c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  };
+  // Before the input is opened.
+  EXPECT_EQ(status_of("none.tmp -o x.nc"), 1);
+  EXPECT_EQ(file_content("messages"),
+            "veldmark-extract: cannot load the netCDF library: ./" NETCDF_SONAME
+            ": file too short\n");
+  EXPECT_EQ(status_of(std::string(kName) + " -o x.csv"), 0);
+
+  // One that is not netCDF.
+  std::filesystem::remove(NETCDF_SONAME);
+  std::filesystem::copy_file(NO_FUNCTIONS, NETCDF_SONAME);
+  EXPECT_EQ(status_of(std::string(kName) + " -o x.nc"), 1);
+  EXPECT_EQ(file_content("messages"),
+            "veldmark-extract: cannot load the netCDF library: ./" NETCDF_SONAME
+            ": undefined symbol: nc_create\n");
+  EXPECT_FALSE(std::filesystem::exists("x.nc"));
+}
+
+TEST_F(Netcdf, AGridIsDescribed) {
+  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902"});
+  EXPECT_EQ(
+      description(),
+      R"(dimensions:
+	bnds = 2 ;
+	time = 12 ;
+	lat = 2 ;
+	lon = 4 ;
+variables:
+)" + kTime +
+          kAxes + R"(	short tmp(time, lat, lon) ;
+		tmp:_FillValue = -999s ;
+		tmp:standard_name = "air_temperature" ;
+		tmp:long_name = "mean temperature" ;
+		tmp:units = "degC" ;
+		tmp:cell_methods = "time: mean" ;
+		tmp:scale_factor = 0.1 ;
+		tmp:_Storage = "chunked" ;
+		tmp:_ChunkSizes = 12, 2, 4 ;
+		tmp:_Shuffle = "true" ;
+		tmp:_DeflateLevel = 1 ;
+// global attributes:
+		:Conventions = "CF-1.8" ;
+		:title = "mean temperature, 1902-1902, from CRU TS 4.01, cru_ts4.01.1901.1902.tmp.dat.new" ;
+)" + kSource +
+          R"(		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --lat 60:61 --lon 179:181 --years 1902 -o x.nc --quiet" ;
+		:_Format = "netCDF-4" ;
+)");
+}
+
+TEST_F(Netcdf, AGridsCoordinatesHaveTheirBounds) {
+  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902"});
+  EXPECT_EQ(values_of("lat"), "60.25, 60.75");
+  EXPECT_EQ(values_of("lat_bnds"), "60, 60.5,60.5, 61");
+  EXPECT_EQ(values_of("lon"), "179.25, 179.75, 180.25, 180.75");
+  EXPECT_EQ(values_of("lon_bnds"), "179, 179.5,179.5, 180,180, 180.5,180.5, 181");
+  EXPECT_EQ(values_of("time"),
+            "745, 775, 804, 835, 865, 896, 926, 957, 988, 1018, 1049, 1079");
+  EXPECT_EQ(values_of("time_bnds"),
+            "730, 761,761, 789,789, 820,820, 850,850, 881,881, 911,911, 942,942, 973,"
+            "973, 1003,1003, 1034,1034, 1064,1064, 1095");
+  const std::string values = values_of("tmp");
+  EXPECT_EQ(values.substr(0, 42), "_, 212, 12, _,_, _, _, _,_, 213, 13, _,_, ");
+}
+
+TEST_F(Netcdf, AnAreaMeanIsDescribed) {
+  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902", "--area-mean"});
+  EXPECT_EQ(
+      description(),
+      R"(dimensions:
+	bnds = 2 ;
+	time = 12 ;
+variables:
+)" + kTime +
+          R"(	double lat ;
+		lat:standard_name = "latitude" ;
+		lat:long_name = "latitude" ;
+		lat:units = "degrees_north" ;
+		lat:bounds = "lat_bnds" ;
+		lat:_Storage = "contiguous" ;
+	double lat_bnds(bnds) ;
+		lat_bnds:_Storage = "contiguous" ;
+	double lon ;
+		lon:standard_name = "longitude" ;
+		lon:long_name = "longitude" ;
+		lon:units = "degrees_east" ;
+		lon:bounds = "lon_bnds" ;
+		lon:_Storage = "contiguous" ;
+	double lon_bnds(bnds) ;
+		lon_bnds:_Storage = "contiguous" ;
+	double tmp(time) ;
+		tmp:_FillValue = 9.96920996838687e+36 ;
+		tmp:standard_name = "air_temperature" ;
+		tmp:long_name = "area mean of mean temperature" ;
+		tmp:units = "degC" ;
+		tmp:cell_methods = "time: mean area: mean" ;
+		tmp:comment = "weighted with the cosine of latitude, over the cells that have data in the month" ;
+		tmp:coordinates = "lat lon" ;
+		tmp:ancillary_variables = "cells" ;
+		tmp:_Storage = "chunked" ;
+		tmp:_ChunkSizes = 12 ;
+		tmp:_Shuffle = "true" ;
+		tmp:_DeflateLevel = 1 ;
+	int cells(time) ;
+		cells:long_name = "number of cells with data" ;
+		cells:units = "1" ;
+		cells:coordinates = "lat lon" ;
+		cells:_Storage = "chunked" ;
+		cells:_ChunkSizes = 12 ;
+		cells:_Shuffle = "true" ;
+		cells:_DeflateLevel = 1 ;
+// global attributes:
+		:Conventions = "CF-1.8" ;
+		:title = "area mean of mean temperature, 1902-1902, from CRU TS 4.01, cru_ts4.01.1901.1902.tmp.dat.new" ;
+)" + kSource +
+          R"(		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --lat 60:61 --lon 179:181 --years 1902 --area-mean -o x.nc --quiet" ;
+		:_Format = "netCDF-4" ;
+)");
+}
+
+TEST_F(Netcdf, AnAreaMeansExtentHasItsBounds) {
+  write({"--lat", "60:61", "--lon", "179:181", "--years", "1902", "--area-mean"});
+  EXPECT_EQ(values_of("lat"), "60.5");
+  EXPECT_EQ(values_of("lat_bnds"), "60, 61");
+  EXPECT_EQ(values_of("lon"), "180");
+  EXPECT_EQ(values_of("lon_bnds"), "179, 181");
+  EXPECT_EQ(values_of("time").substr(0, 13), "745, 775, 804");
+}
+
+TEST_F(Netcdf, SitesAreDescribed) {
+  write_file("s.csv",
+             "name,lat,lon,my note\nA,60.3,-139.7,\"a, b\"\nSea,60.3,-138.6,\n"
+             "B,60.9,-139.3,x\n");
+  write({"--sites", "s.csv", "--years", "1901", "--deflate", "0"});
+  EXPECT_EQ(
+      description(),
+      R"(dimensions:
+	bnds = 2 ;
+	time = 12 ;
+	site = 2 ;
+variables:
+)" + kTime +
+          R"(	int site(site) ;
+		site:long_name = "number of the site in its table" ;
+		site:cf_role = "timeseries_id" ;
+		site:_Storage = "contiguous" ;
+)" + kPlaces +
+          R"(	string site_name(site) ;
 		site_name:long_name = "name" ;
 		site_name:_Storage = "contiguous" ;
 	string site_lat_2(site) ;
@@ -251,10 +361,8 @@ variables:
 		:featureType = "timeSeries" ;
 		:Conventions = "CF-1.8" ;
 		:title = "mean temperature, 1901-1901, from CRU TS 4.01, cru_ts4.01.1901.1902.tmp.dat.new" ;
-		:institution = "University of East Anglia Climatic Research Unit" ;
-		:source = "cru_ts4.01.1901.1902.tmp.dat.new" ;
-		:references = "University of East Anglia Climatic ..." ;
-		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --sites s.csv --years 1901 --deflate 0 -o x.nc --quiet" ;
+)" + kSource +
+          R"(		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --sites s.csv --years 1901 --deflate 0 -o x.nc --quiet" ;
 		:_Format = "netCDF-4" ;
 )");
   EXPECT_EQ(values_of("time"),
@@ -272,19 +380,87 @@ variables:
             "253, 253, 253, 253, 253, 253, 253, 253, 253, 253, 253, 253");
 }
 
+TEST_F(Netcdf, VarianceTestsOfAGridAreDescribed) {
+  write({"--lat", "60:61", "--lon", "179:181", "--variance-test", "1902"});
+  EXPECT_EQ(
+      description(),
+      R"(dimensions:
+	bnds = 2 ;
+	lat = 2 ;
+	lon = 4 ;
+variables:
+)" + kAxes +
+          test_variables("lat, lon", {"_Storage = \"chunked\"", "_ChunkSizes = 2, 4",
+                                      "_Shuffle = \"true\"", "_DeflateLevel = 1"}) +
+          R"(// global attributes:
+		:Conventions = "CF-1.8" ;
+		:title = "variance test of mean temperature, 1901-1902, from CRU TS 4.01, cru_ts4.01.1901.1902.tmp.dat.new" ;
+)" + kSource +
+          R"(		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --lat 60:61 --lon 179:181 --variance-test 1902 -o x.nc --quiet" ;
+		:_Format = "netCDF-4" ;
+)");
+}
+
+TEST_F(Netcdf, VarianceTestsOfSitesAreDescribed) {
+  write_file("s.csv", "lat,lon\n60.3,-139.7\n60.9,-139.3\n");
+  write({"--sites", "s.csv", "--variance-test", "1902"});
+  EXPECT_EQ(
+      description(),
+      R"(dimensions:
+	site = 2 ;
+variables:
+	int site(site) ;
+		site:long_name = "number of the site in its table" ;
+		site:_Storage = "contiguous" ;
+)" + kPlaces +
+          R"(	string site_lat_1(site) ;
+		site_lat_1:long_name = "lat" ;
+		site_lat_1:_Storage = "contiguous" ;
+	string site_lon_2(site) ;
+		site_lon_2:long_name = "lon" ;
+		site_lon_2:_Storage = "contiguous" ;
+)" +
+          test_variables(
+              "site", {"coordinates = \"lat lon\"", "_Storage = \"chunked\"",
+                       "_ChunkSizes = 2", "_Shuffle = \"true\"", "_DeflateLevel = 1"}) +
+          R"(// global attributes:
+		:Conventions = "CF-1.8" ;
+		:title = "variance test of mean temperature, 1901-1902, from CRU TS 4.01, cru_ts4.01.1901.1902.tmp.dat.new" ;
+)" + kSource +
+          R"(		:history = "NOW veldmark-extract cru_ts4.01.1901.1902.tmp.dat.new --sites s.csv --variance-test 1902 -o x.nc --quiet" ;
+		:_Format = "netCDF-4" ;
+)");
+}
+
+TEST_F(Netcdf, TheHistoryBeginsWithTheTimeInUtc) {
+  const std::time_t before = std::time(nullptr);
+  write({"--cell", "60.3,-139.7"});
+  const std::time_t after = std::time(nullptr);
+  const std::string text = shown_by_ncdump("-h");
+  const std::string begin = ":history = \"";
+  std::tm utc{};
+  ASSERT_NE(::strptime(text.c_str() + text.find(begin) + begin.size(),
+                       "%Y-%m-%dT%H:%M:%SZ veldmark-extract", &utc),
+            nullptr);
+  EXPECT_GE(::timegm(&utc), before);
+  EXPECT_LE(::timegm(&utc), after);
+}
+
 TEST_F(Netcdf, TheDroughtIndexHasNoInstitution) {
   std::filesystem::create_directory("a folder");
   std::filesystem::rename(kName, "a folder/scPDSI.x");
   ASSERT_EQ(run({"a folder/scPDSI.x", "--first-year", "1901", "--cell", "60.3,-139.6",
-                 "-o", "x.nc"})
+                 "-o", "x*.nc"})
                 .status,
             0);
+  std::filesystem::rename("x*.nc", "x.nc");
   const std::string text = description();
   EXPECT_EQ(text.find("institution"), std::string::npos);
   EXPECT_NE(text.find(":source = \"scPDSI.x\" ;\n"), std::string::npos);
   EXPECT_NE(
       text.find(":history = \"NOW veldmark-extract \\'a folder/scPDSI.x\\' --first"),
       std::string::npos);
+  EXPECT_NE(text.find(" -o \\'x*.nc\\'\" ;\n"), std::string::npos);
 }
 
 // More months, rows and columns than a chunk has. The file is sparse: only the lines of
@@ -331,6 +507,24 @@ TEST(NetcdfChunks, EveryValueIsInItsPlace) {
     ASSERT_EQ(std::stoi(value), i % kValues);
   }
   EXPECT_FALSE(std::getline(values, value, ','));
+
+  // A single month is left for the last chunks.
+  ASSERT_EQ(run({"g.1901.1906.tmp.new", "--lat", "-90:-64.5", "--lon", "0:29.5", "-o",
+                 "x.nc", "--overwrite"})
+                .status,
+            0);
+  EXPECT_NE(description().find("tmp:_ChunkSizes = 71, 51, 59 ;"), std::string::npos);
+  std::istringstream fewer(values_of("tmp"));
+  for (int month = 0; month < kMonths; ++month) {
+    for (int row = 0; row < 51; ++row) {
+      for (int column = 0; column < 59; ++column) {
+        std::getline(fewer, value, ',');
+        ASSERT_EQ(std::stoi(value),
+                  ((month * kRows + row) * kColumns + column) % kValues);
+      }
+    }
+  }
+  EXPECT_FALSE(std::getline(fewer, value, ','));
 }
 
 }  // namespace

@@ -98,6 +98,13 @@ TEST(RunPartsDeathTest, WithoutThreadsTheCallerRunsAllParts) {
   EXPECT_EXIT(run_without_threads(), ::testing::ExitedWithCode(0), "");
 }
 
+TEST(Part, IsCancelledByLowerPartsOnly) {
+  const std::atomic<std::size_t> failed = 2;
+  EXPECT_FALSE(Part(1, 4, failed).is_cancelled());
+  EXPECT_FALSE(Part(2, 4, failed).is_cancelled());
+  EXPECT_TRUE(Part(3, 4, failed).is_cancelled());
+}
+
 TEST(PartsFor, SmallWorkIsNotDivided) {
   constexpr std::size_t kMegabyte = 1 << 20;
   EXPECT_EQ(parts_for(0), 1U);

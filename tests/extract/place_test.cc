@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
 #include <random>
 #include <string>
 #include <utility>
@@ -72,10 +73,10 @@ TEST(ParseDegrees, AcceptsPlainDecimalNumbersOnly) {
 TEST(SetLatitudes, RefusesWhatIsNoRange) {
   EXPECT_EQ(fault_of_latitudes("60:50"),
             "--lat 60:50: the southern edge comes first; did you mean --lat 50:60?");
-  EXPECT_EQ(fault_of_latitudes("-100:10"),
-            "--lat -100:10: latitudes lie between -90 and 90; longitudes go to --lon");
-  EXPECT_EQ(fault_of_latitudes("10:100"),
-            "--lat 10:100: latitudes lie between -90 and 90; longitudes go to --lon");
+  EXPECT_EQ(fault_of_latitudes("-90.5:10"),
+            "--lat -90.5:10: latitudes lie between -90 and 90; longitudes go to --lon");
+  EXPECT_EQ(fault_of_latitudes("10:90.5"),
+            "--lat 10:90.5: latitudes lie between -90 and 90; longitudes go to --lon");
   EXPECT_EQ(fault_of_latitudes("x:60"),
             "--lat 'x:60': give two latitudes, south first, as in --lat 50:60");
   EXPECT_EQ(fault_of_latitudes("50"),
@@ -95,6 +96,8 @@ TEST(SetLongitudes, SaysWhatItMadeOfLongitudesBeyond180) {
   EXPECT_EQ(set_longitudes("0:360", box), "--lon 0:360 taken as -180:180");
   EXPECT_EQ(set_longitudes("-180:180", box), "");
   EXPECT_EQ(set_longitudes("170:-170", box), "");
+  EXPECT_EQ(set_longitudes("170:180", box), "");
+  EXPECT_EQ(box.east, 180);
 }
 
 TEST(SetLongitudes, RefusesWhatIsNoRange) {
@@ -144,6 +147,14 @@ TEST(RangesOf, ABoxAcrossTheMeridianHasTwoColumnRanges) {
                  .FirstCol = 1,
                  .LastCol = 20,
                  .EastFirstCol = 701,
+                 .EastLastCol = 720,
+                 .CrossesDateLine = true});
+  expect_ranges(box_of("-10:10", "179.75:-170"), RowOrder::kSouthFirst,
+                {.FirstRow = 161,
+                 .LastRow = 200,
+                 .FirstCol = 1,
+                 .LastCol = 20,
+                 .EastFirstCol = 720,
                  .EastLastCol = 720,
                  .CrossesDateLine = true});
 }
@@ -213,7 +224,7 @@ TEST(DistanceKm, IsThatOfTheGreatCircle) {
   EXPECT_NEAR(distance_km({0, 0}, {0, 1}), kDegree, 1e-4);
   EXPECT_NEAR(distance_km({89, 0}, {89, 180}), 2 * kDegree, 1e-4);
   EXPECT_NEAR(distance_km({0, 179.75}, {0, -179.75}), kDegree / 2, 1e-4);
-  EXPECT_NEAR(distance_km({0, 0}, {0, 180}), 180 * kDegree, 1e-2);
+  EXPECT_NEAR(distance_km({0, 0}, {0, 180}), 6371.0088 * std::numbers::pi, 1e-6);
   EXPECT_EQ(distance_km({45.25, 10.25}, {45.25, 10.25}), 0);
   EXPECT_EQ(distance_km({45, 179.75}, {45, -179.75}),
             distance_km({45, 179.75}, {45, 179.25}));

@@ -29,12 +29,17 @@ TEST(Release, IsToldByTheName) {
   EXPECT_EQ(number("cru_ts3.24.01.1901.2015.tmp.dat.new"), "3.24.01");
   EXPECT_EQ(number("cru_ts4.07_europe.tmp.dat.new"), "4.07");
   EXPECT_EQ(number("cru_ts4.08-pre.1901.2016.tmp.dat.new"), "4.08");
+  EXPECT_EQ(number("cru_ts4.08:1.1901.2016.tmp.dat"), "4.08");
   EXPECT_EQ(number("cru_ts4.08"), "4.08");
+  EXPECT_EQ(number("CRUTS4.09.1901.2024.tmp.dat"), "4.09");
+  EXPECT_EQ(number("cru_ts4.010.1901.2016.tmp.dat"), "");
   EXPECT_EQ(number("cru_ts4.1901.2016.tmp.dat.new"), "");
   EXPECT_EQ(number("cru_ts4.01/europe.tmp"), "");
   EXPECT_EQ(number("europe.tmp.dat.new"), "");
   EXPECT_EQ(release_of(drought(), "scPDSI.3.25_bamsGLOBAL.1901.2016.dat.new").number,
             "3.25");
+  EXPECT_EQ(release_of(drought(), "scPDSI_4.05.1901.2020.new").number, "4.05");
+  EXPECT_EQ(release_of(drought(), "scPDSI4.05.1901.2020.new").number, "4.05");
   EXPECT_EQ(release_of(drought(), "scPDSI.cru_ts4.05.1901.2020.new").number, "");
 }
 

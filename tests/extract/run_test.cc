@@ -110,6 +110,18 @@ TEST_F(RunExtractOnAGrid, ShowsProgressAfterHalfASecond) {
   EXPECT_NE(expected.find("reading: 30 % done, 0 MB/s, 2 s left\r"), std::string::npos);
 }
 
+// One byte more than two pieces would take a second off the time left.
+TEST_F(RunExtractOnAGrid, CountsEachByteOnce) {
+  constexpr double kStep = 0.80001;
+  std::string expected;
+  for (int pieces = 1; pieces <= 13; ++pieces) {
+    expected +=
+        "\r\x1b[Kreading: " +
+        companion::progress_text(pieces * 3601, 13 * 3601, (2 * pieces + 1) * kStep);
+  }
+  EXPECT_EQ(screen_of(kStep), expected + "\r\x1b[K");
+}
+
 TEST_F(RunExtractOnAGrid, ShowsNoProgressBeforeHalfASecond) {
   EXPECT_EQ(screen_of(0.03), "");  // the last look is at 0.42
 }
@@ -131,15 +143,18 @@ TEST_F(RunExtractOnAGrid, TheInputIsARegularFile) {
 }
 
 TEST_F(RunExtractOnAGrid, NetcdfHasTheCalendarOfTheYearsFrom1583On) {
-  const auto status_of = [](const std::string& first_year) {
+  const auto outcome_of = [](const std::string& first_year) {
     return run({kName, "--first-year", first_year, "--format", "netcdf", "-o",
-                first_year + ".nc"})
-        .status;
+                first_year + ".nc"});
   };
-  if (status_of("1583") != 0) {
+  if (outcome_of("1583").status != 0) {
     GTEST_SKIP() << "built without netCDF";
   }
-  EXPECT_EQ(status_of("1582"), 2);
+  const Outcome refused = outcome_of("1582");
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.messages,
+            "veldmark-extract: netcdf is written for years from 1583 on\n"
+            "Try 'veldmark-extract --help' for more information.\n");
   EXPECT_FALSE(std::filesystem::exists("1582.nc"));
 }
 

@@ -65,6 +65,7 @@ TEST(SitesFile, NamesASiteByItsNameOrItsNumber) {
   const SiteTable named = sites_of("id,lat,lon,name\n7,1,2,Oak\n8,1,2, \n");
   EXPECT_EQ(site_title(named, 0), "Oak");
   EXPECT_EQ(site_title(named, 1), "site 2");
+  EXPECT_EQ(site_title(sites_of("id,Site,lat,lon\n7,Oak,1,2\n"), 0), "Oak");
   EXPECT_EQ(site_title(sites_of("id,lat,lon\n7,1,2\n"), 0), "7");
   EXPECT_EQ(site_title(sites_of("lat,lon\n1,2\n"), 0), "site 1");
 }
@@ -78,7 +79,7 @@ TEST(SitesFile, SaysWhatIsWrong) {
             "decimal points in the numbers");
   EXPECT_EQ(fault_of("lat\tlon\n1\t2\n"),
             "'sites.csv': tabs stand between the columns; commas are needed");
-  EXPECT_EQ(fault_of("x,lon\n1,2\n"),
+  EXPECT_EQ(fault_of("xlat,lon\n1,2\n"),
             "'sites.csv': no column is headed lat or latitude");
   EXPECT_EQ(fault_of("lat,x\n1,2\n"),
             "'sites.csv': no column is headed lon, long, lng or longitude");
@@ -100,13 +101,13 @@ TEST(SitesFile, SaysWhatIsWrong) {
             "'sites.csv': record 2: the latitude '1N' is no number");
   EXPECT_EQ(fault_of("lat,lon\n1,\n"),
             "'sites.csv': record 2: the longitude '' is no number");
-  EXPECT_EQ(fault_of("lat,lon\n120.5,45\n"),
+  EXPECT_EQ(fault_of("lat,lon\n120.5,90\n"),
             "'sites.csv': record 2: the latitude 120.5 lies beyond the poles; are "
             "latitude and longitude exchanged?");
   EXPECT_EQ(fault_of("lat,lon\n120.5,145\n"),
             "'sites.csv': record 2: the latitude 120.5 lies beyond the poles");
-  EXPECT_EQ(fault_of("lat,lon\n12,400\n"),
-            "'sites.csv': record 2: the longitude 400 lies outside -180 to 360");
+  EXPECT_EQ(fault_of("lat,lon\n12,360.5\n"),
+            "'sites.csv': record 2: the longitude 360.5 lies outside -180 to 360");
   EXPECT_EQ(fault_of("lat,lon\n1,\"2\n"),
             "'sites.csv': record 2: a quote is never closed");
   EXPECT_EQ(

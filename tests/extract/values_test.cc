@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -132,6 +133,17 @@ TEST(VarianceColumns, LeavesMissingMonthsOutAndSaysNaNWithoutAResult) {
   series[20] = -999;
   EXPECT_EQ(variance_columns(test_variance(series, 12, *find_by_short_name("frs"))),
             "NaN,NaN,12,11,2,2");
+}
+
+TEST(VarianceColumns, ShowsInfinities) {
+  const float infinity = std::numeric_limits<float>::infinity();
+  EXPECT_EQ(variance_columns({.f = -infinity,
+                              .probability = infinity,
+                              .n1 = 1,
+                              .n2 = 2,
+                              .adjusted_n1 = 3,
+                              .adjusted_n2 = 4}),
+            "-Inf,Inf,1,2,3,4");
 }
 
 TEST(VariableName, KnowsVariablesByShortNameAndFileName) {
