@@ -98,21 +98,23 @@ TEST(StandardStream, IsBadIfItCannotBeRead) {
   EXPECT_TRUE(stream.bad());
 }
 
-// An answer that is awaited for many signals.
+// An answer that is awaited for many signals, in read() or in poll().
 TEST(StandardStream, SignalsDoNotEndTheWaitForAnAnswer) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(::pipe2(ends.data(), O_NONBLOCK), 0);
-  const Interruptions interruptions;
-  std::thread user = undisturbed([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-    EXPECT_EQ(::write(ends[1], "yes", 3), 3);
-    ::close(ends[1]);
-  });
-  StandardStream buffer(ends[0]);
-  std::istream stream(&buffer);
-  EXPECT_EQ(stream_content(stream), "yes");
-  user.join();
-  ::close(ends[0]);
+  for (const int flags : {0, O_NONBLOCK}) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), flags), 0);
+    const Interruptions interruptions;
+    std::thread user = undisturbed([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(30));
+      EXPECT_EQ(::write(ends[1], "yes", 3), 3);
+      ::close(ends[1]);
+    });
+    StandardStream buffer(ends[0]);
+    std::istream stream(&buffer);
+    EXPECT_EQ(stream_content(stream), "yes");
+    user.join();
+    ::close(ends[0]);
+  }
 }
 
 }  // namespace
