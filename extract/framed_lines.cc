@@ -18,9 +18,9 @@ FramedLines::FramedLines(const InputFile& input, std::span<const std::int32_t> r
       progress_(progress),
       line_end_(input.line_end_size == 1 ? "\n" : "\r\n"),
       line_size_(kLineLength + input.line_end_size),
-      longest_(kPieceSize / line_size_),
+      most_lines_(kPieceSize / line_size_),
       first_month_(std::int64_t{years.first - input.years.first} * kMonthsPerYear),
-      buffer_(1 + longest_ * line_size_) {}
+      buffer_(1 + most_lines_ * line_size_) {}
 
 // Adjacent rows are read with one call.
 void FramedLines::for_each(std::size_t month, const UseLine& use_line) {
@@ -28,7 +28,7 @@ void FramedLines::for_each(std::size_t month, const UseLine& use_line) {
   while (begin < rows_.size()) {
     std::size_t end = begin + 1;
     while (end < rows_.size() && rows_[end] == rows_[end - 1] + 1 &&
-           end - begin < longest_) {
+           end - begin < most_lines_) {
       ++end;
     }
     read_piece(month, begin, end - begin);

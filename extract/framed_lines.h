@@ -54,7 +54,7 @@ class FramedLines {
   const Progress& progress_;
   std::string_view line_end_;
   std::size_t line_size_;     // with its newline
-  std::size_t longest_;       // piece, in lines
+  std::size_t most_lines_;    // in a piece
   std::int64_t first_month_;  // of `years`, counted from 0 in the file
   std::vector<char> buffer_;  // the character before a piece of lines, and the piece
 };

@@ -36,6 +36,7 @@ BlockLayout MonthsReader::find_cells() {
 LateStarts MonthsReader::read(const BlockLayout& layout, std::size_t first,
                               std::size_t end, std::int16_t* values) {
   late_start_columns_.assign(layout.rows.size(), {});
+  plans_.clear();
   for (std::size_t index = 0; index < layout.rows.size(); ++index) {
     plans_.push_back(plan_of(layout, index));
   }

@@ -33,7 +33,6 @@ class MonthsReader {
   // Reads the months [first, end) into `values`, where the values of each row are laid
   // out as [month][cell].
   // Returns the series of the cells that have data in these months, but not in month 0.
-  // To be called once.
   LateStarts read(const BlockLayout& layout, std::size_t first, std::size_t end,
                   std::int16_t* values);
 

@@ -48,7 +48,7 @@ struct Options {
   bool stored{};
   bool tsf_rule{};
   std::int32_t deflate = 1;
-  bool overwrite = false;
+  bool overwrite{};
   bool quiet{};
 };
 

@@ -24,8 +24,7 @@ Extent extent_of(const NetcdfVariable& variable) {
       std::min({variable.chunk[0], variable.dimensions[0].length, kMaxRows});
   const std::size_t chunk_rows = std::min(variable.chunk[1], std::size_t{kGridRows});
   const std::size_t most = kMaxRows / months;
-  const std::size_t rows =
-      std::max(most / chunk_rows * chunk_rows, std::min(most, chunk_rows));
+  const std::size_t rows = most < chunk_rows ? most : most / chunk_rows * chunk_rows;
   return {.months = months, .rows = std::min(rows, std::size_t{kGridRows})};
 }
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <iterator>
 #include <string>
 
 #include "tersify/netcdf_fault.h"

@@ -52,7 +52,8 @@ class FileDescriptor {
   int descriptor_;
 };
 
-// Returns a second descriptor of the same open file; it is not open on failure.
+// Returns a second descriptor of the same open file. If that fails it is not open, and
+// errno holds the reason.
 FileDescriptor duplicate_of(int descriptor);
 
 }  // namespace veldmark

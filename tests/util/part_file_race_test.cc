@@ -175,7 +175,7 @@ TEST_F(PartFileRace, APipeTakesThePlaceOfTheAbandonedPart) {
   }
 }
 
-TEST_F(PartFileRace, AnAbandonedPartIsOpenedForWritingOnly) {
+TEST_F(PartFileRace, AnAbandonedPartIsOpenedOnce) {
   write_file("grid.part", "left");
   access_modes.clear();
   const PartFile file("grid");
