@@ -28,10 +28,15 @@
 namespace {
 
 // What happens once, before the next flock(), or before and after the next open().
-std::function<void()> before_lock;
-std::function<void()> before_open;
-std::function<void()> after_open;
-std::vector<int> access_modes;  // of all calls of open()
+struct Interference {
+  std::function<void()> before_lock;
+  std::function<void()> before_open;
+  std::function<void()> after_open;
+  std::vector<int> access_modes;  // of all calls of open()
+};
+
+// The running test's. Files are opened after the last test, too: counts of coverage.
+Interference* interference = nullptr;
 
 void call_once(std::function<void()>& action) {
   if (const std::function<void()> once = std::exchange(action, nullptr)) {
@@ -46,16 +51,22 @@ void call_once(std::function<void()>& action) {
 // Override the C library's functions. New files get the mode that FileDescriptor asks
 // for.
 extern "C" int open(const char* name, int flags, ...) {
-  call_once(before_open);
-  access_modes.push_back(flags & O_ACCMODE);
+  if (interference != nullptr) {
+    call_once(interference->before_open);
+    interference->access_modes.push_back(flags & O_ACCMODE);
+  }
   const auto opened =
       static_cast<int>(::syscall(SYS_openat, AT_FDCWD, name, flags, 0666));
-  call_once(after_open);
+  if (interference != nullptr) {
+    call_once(interference->after_open);
+  }
   return opened;
 }
 
 extern "C" int flock(int descriptor, int operation) noexcept {
-  call_once(before_lock);
+  if (interference != nullptr) {
+    call_once(interference->before_lock);
+  }
   return static_cast<int>(::syscall(SYS_flock, descriptor, operation));
 }
 
@@ -71,14 +82,10 @@ using Files = std::map<std::string, std::string>;
 
 constexpr std::string_view kBusy = "cannot write 'grid': another run is writing it";
 
-class PartFileRace : public ::testing::Test {
+class PartFileRace : public ::testing::Test, protected Interference {
  protected:
-  ~PartFileRace() override {
-    before_lock = nullptr;
-    before_open = nullptr;
-    after_open = nullptr;
-  }
-  PartFileRace() { access_modes.clear(); }
+  PartFileRace() { interference = this; }
+  ~PartFileRace() override { interference = nullptr; }
 
   void other_run_begins() {
     other_.emplace("grid");
