@@ -105,10 +105,13 @@ TEST(Part, IsCancelledByLowerPartsOnly) {
   EXPECT_TRUE(Part(3, 4, failed).is_cancelled());
 }
 
-TEST(PartsFor, SmallWorkIsNotDivided) {
+TEST(PartsFor, OnlyLargeWorkIsDivided) {
   constexpr std::size_t kMegabyte = 1 << 20;
   EXPECT_EQ(parts_for(0), 1U);
   EXPECT_EQ(parts_for(15 * kMegabyte), 1U);
+  if (std::thread::hardware_concurrency() > 1) {
+    EXPECT_EQ(parts_for(16 * kMegabyte), 2U);
+  }
   EXPECT_GE(parts_for(10'000 * kMegabyte), 1U);
   EXPECT_LE(parts_for(10'000 * kMegabyte), 4U);
 }
