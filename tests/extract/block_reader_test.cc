@@ -1,6 +1,5 @@
 #include "extract/block_reader.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -9,9 +8,9 @@
 #include <thread>
 #include <vector>
 
-#include "catalogue/variable_name.h"
 #include "extract/parallel_parts.h"
 #include "grid/grid_layout.h"
+#include "grid_input.h"
 #include "support/grid_text.h"
 #include "support/temporary_folder.h"
 #include "util/failure.h"
@@ -28,13 +27,7 @@ TEST(BlockReader, AFaultStopsTheLaterParts) {
   if (parts_for(text.size()) == 1) {
     GTEST_SKIP() << "there is one processor, so there are no later parts";
   }
-  veldmark::testing::write_file("grid", text);
-  const InputFile input{.name = "grid",
-                        .entry = *find_by_short_name("tmp"),
-                        .file = FileDescriptor("grid", O_RDONLY),
-                        .size = static_cast<std::int64_t>(text.size()),
-                        .line_end_size = 1,
-                        .years = {.first = 1901, .last = 1902}};
+  const InputFile input = write_grid_input(text, 1902);
   std::vector<Cell> cells;
   for (std::int32_t row = 1; row <= kGridRows; ++row) {
     cells.push_back({.GridY = row, .GridX = 1});

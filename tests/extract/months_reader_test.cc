@@ -1,12 +1,11 @@
 #include "extract/months_reader.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <vector>
 
-#include "catalogue/variable_name.h"
+#include "grid_input.h"
 #include "support/grid_text.h"
 #include "support/temporary_folder.h"
 
@@ -20,14 +19,7 @@ TEST(MonthsReader, FindsTheCellsWithDataInTheFirstMonth) {
   grid.set_value(1901, 1, 301, 81, 7);
   grid.set_value(1901, 1, 301, 82, 7);
   grid.set_value(1901, 5, 301, 83, 5);
-  const std::string text = grid.text();
-  veldmark::testing::write_file("grid", text);
-  const InputFile input{.name = "grid",
-                        .entry = *find_by_short_name("tmp"),
-                        .file = FileDescriptor("grid", O_RDONLY),
-                        .size = static_cast<std::int64_t>(text.size()),
-                        .line_end_size = 1,
-                        .years = {.first = 1901, .last = 1901}};
+  const InputFile input = write_grid_input(grid.text(), 1901);
   const CellSet cells({{301, 81}, {301, 82}, {301, 83}});
   const Progress no_progress;
   const BlockLayout layout =
