@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "companion/digits.h"
+#include "util/without_folders.h"
 
 namespace veldmark::companion {
 namespace {
@@ -19,7 +20,7 @@ std::int32_t year_at(std::string_view text, std::size_t place) {
 }  // namespace
 
 std::optional<Years> years_in_name(std::string_view name) {
-  name = name.substr(name.rfind('/') + 1);  // npos + 1 is 0
+  name = without_folders(name);
   for (; name.size() >= kYearsInName.size(); name.remove_prefix(1)) {
     const std::string_view text = name.substr(0, kYearsInName.size());
     if (has_shape(text, kYearsInName)) {

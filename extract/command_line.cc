@@ -10,6 +10,7 @@
 #include "extract/option_rules.h"
 #include "util/failure.h"
 #include "util/in_quotes.h"
+#include "util/without_folders.h"
 
 namespace veldmark::extract {
 namespace {
@@ -75,7 +76,7 @@ double parse_radius(std::string_view text) {
 // an ending. Throws UsageError for any other ending: the file would not be what its
 // name says.
 Format format_of_ending(const std::string& output) {
-  const std::string base = output.substr(output.rfind('/') + 1);  // npos + 1 is 0
+  const std::string base(without_folders(output));
   const std::size_t dot = base.rfind('.');
   const std::string ending =
       dot == std::string::npos ? "" : lower_case(base.substr(dot));

@@ -12,6 +12,7 @@
 #include "extract/citation.h"
 #include "extract/release.h"
 #include "grid/grid_layout.h"
+#include "util/without_folders.h"
 
 namespace veldmark::extract {
 namespace {
@@ -24,10 +25,6 @@ std::string now_in_utc() {
   std::ostringstream text;
   text << std::put_time(&utc, "%Y-%m-%dT%H:%M:%SZ");
   return text.str();
-}
-
-std::string without_folders(const std::string& name) {
-  return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
 }
 
 std::string subject_of(const Job& job) {
@@ -104,7 +101,7 @@ int add_values(NetcdfFile& file, const Job& job, std::span<const int> dimensions
 void describe_file(NetcdfFile& file, const Job& job) {
   constexpr int kAll = NetcdfFile::kGlobal;
   const VariableEntry& entry = job.input.entry;
-  const std::string source = without_folders(job.input.name);
+  const std::string source(without_folders(job.input.name));
   file.add_text(kAll, "Conventions", "CF-1.8");
   const Release release = release_of(entry, source);
   file.add_text(kAll, "title",

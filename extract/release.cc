@@ -6,6 +6,7 @@
 
 #include "catalogue/variable_name.h"
 #include "companion/digits.h"
+#include "util/without_folders.h"
 
 namespace veldmark::extract {
 namespace {
@@ -40,8 +41,7 @@ std::string leading_number(std::string_view text) {
 // Returns the number after the name of the data set in a file's name; empty if there is
 // none.
 std::string release_number(const VariableEntry& entry, std::string_view file_name) {
-  file_name = file_name.substr(file_name.rfind('/') + 1);  // npos + 1 is 0
-  const std::string name = lower_case(file_name);
+  const std::string name = lower_case(without_folders(file_name));
   for (const std::string_view marker :
        entry.is_in_cru_ts_distribution ? kCruTs : kDrought) {
     const std::size_t place = name.find(marker);

@@ -11,6 +11,7 @@
 #include "output/time_series_file.h"
 #include "util/failure.h"
 #include "util/part_file.h"
+#include "util/without_folders.h"
 
 namespace veldmark::extract {
 namespace {
@@ -19,10 +20,6 @@ namespace {
 constexpr std::int32_t kMaxYears = 800;
 constexpr std::size_t kYearLine = 78;
 static_assert((kMaxYears + 1) * kYearLine <= OutputFile::kMaxReserved);
-
-std::string without_folders(const std::string& name) {
-  return name.substr(name.rfind('/') + 1);  // npos + 1 is 0
-}
 
 // Opens the part file of `name` as the dialogue opens its outputs.
 OutputFile output_into(PartFile& part, const std::string& name) {

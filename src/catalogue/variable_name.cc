@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "util/without_folders.h"
+
 namespace veldmark {
 
 std::string lower_case(std::string_view text) {
@@ -30,8 +32,7 @@ const VariableEntry* find_by_short_name(std::string_view short_name) {
 }
 
 const VariableEntry* find_by_file_name(std::string_view file_name) {
-  file_name.remove_prefix(file_name.rfind('/') + 1);  // npos + 1 is 0
-  const std::string name = "." + lower_case(file_name);
+  const std::string name = "." + lower_case(without_folders(file_name));
   for (const VariableEntry& entry : VariableCatalogue) {
     if (name.find("." + lower_case(entry.short_name) + ".") != std::string::npos) {
       return &entry;
