@@ -4,26 +4,39 @@
 #include "util/failure.h"
 
 namespace veldmark::extract {
+namespace {
 
-void load_netcdf() {
+[[noreturn]] void fail() {
   throw Failure("this program was built without netCDF; csv and tsf can be written");
 }
 
-// The others are never called: load_netcdf() throws.
+}  // namespace
+
+void load_netcdf() { fail(); }
 
 void write_netcdf_grid(const Job& /*job*/, const BoxCells& /*box*/,
-                       const SeriesBlock& /*block*/) {}
+                       const SeriesBlock& /*block*/) {
+  fail();
+}
 
 void write_netcdf_sites(const Job& /*job*/, const SiteTable& /*table*/,
-                        std::span<const SiteSeries> /*sites*/) {}
+                        std::span<const SiteSeries> /*sites*/) {
+  fail();
+}
 
 void write_netcdf_area_mean(const Job& /*job*/, const BoxCells& /*box*/,
-                            const AreaMean& /*mean*/) {}
+                            const AreaMean& /*mean*/) {
+  fail();
+}
 
 void write_netcdf_grid_tests(const Job& /*job*/, const BoxCells& /*box*/,
-                             const SeriesBlock& /*block*/) {}
+                             const SeriesBlock& /*block*/) {
+  fail();
+}
 
 void write_netcdf_site_tests(const Job& /*job*/, const SiteTable& /*table*/,
-                             std::span<const SiteSeries> /*sites*/) {}
+                             std::span<const SiteSeries> /*sites*/) {
+  fail();
+}
 
 }  // namespace veldmark::extract
