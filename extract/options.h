@@ -39,17 +39,17 @@ struct Options {
 
   std::optional<Years> years;  // nullopt: all years
   std::int32_t every = 1;
-  bool area_mean{};
+  bool area_mean = false;
   std::optional<std::int32_t> variance_test;  // first year of the second period
 
   std::optional<std::string> output;  // nullopt: standard output
   Format format = Format::kCsv;
-  bool wide{};
-  bool stored{};
-  bool tsf_rule{};
+  bool wide = false;
+  bool stored = false;
+  bool tsf_rule = false;
   std::int32_t deflate = 1;
-  bool overwrite{};
-  bool quiet{};
+  bool overwrite = false;
+  bool quiet = false;
 };
 
 }  // namespace veldmark::extract

@@ -41,7 +41,7 @@ companion::InputFile open_text_file(const std::string& name,
                                     companion::InputFile::Kind kind) {
   companion::InputFile file(name, kind);
   if (file.identity()) {
-    // As much as its readers look at first, and more than any of the marks.
+    // More than the first bytes of any compression; the readers look at as many.
     refuse_compressed(name, file.beginning(companion::kLongestLine));
   }
   return file;
